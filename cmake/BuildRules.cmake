@@ -1,0 +1,33 @@
+# SPDX-License-Identifier: MIT
+# One set of rules for every target: warnings are errors, sanitizers and clang-tidy by option.
+
+add_library(velmarcon_build_rules INTERFACE)
+target_include_directories(velmarcon_build_rules INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(velmarcon_build_rules INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
+  -Wcast-align -Wdouble-promotion -Wformat=2 -Wundef -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wuseless-cast>)
+
+if(VELMARCON_SANITIZE)
+  set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
+      -fno-omit-frame-pointer)
+  target_compile_options(velmarcon_build_rules INTERFACE ${sanitizers})
+  target_link_options(velmarcon_build_rules INTERFACE ${sanitizers})
+endif()
+
+if(VELMARCON_TIDY)
+  find_program(CLANG_TIDY NAMES clang-tidy clang-tidy-14 REQUIRED)
+  set(CMAKE_CXX_CLANG_TIDY "${CLANG_TIDY}" --warnings-as-errors=* --quiet)
+endif()
+
+# velmarcon_library(NAME SOURCES...): a static library of one subsystem.
+function(velmarcon_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC velmarcon_build_rules)
+endfunction()
+
+# velmarcon_pixel_sources(SOURCES...): files whose loops run over every pixel; optimised for vectors in every
+# build but the debug one.
+function(velmarcon_pixel_sources)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-O3>)
+endfunction()
