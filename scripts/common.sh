@@ -1,0 +1,48 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# Shared by the scripts of this folder, which source it: strict mode, messages, and the handling of presets.
+# Sourcing it makes the repository root ($top) the current folder; $called_from keeps the caller's.
+
+set -euo pipefail
+unset CDPATH
+
+# shellcheck disable=SC2034  # read by scripts/demo
+called_from=$PWD
+top=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
+cd -- "$top"
+
+say() {
+  printf '%s\n' "$*"
+}
+
+# fail MESSAGE...: print the message, prefixed with the script's name, and end with status 1.
+fail() {
+  printf '%s: %s\n' "$(basename -- "$0")" "$*" >&2
+  exit 1
+}
+
+# cached VARIABLE BUILD_FOLDER: the value CMake keeps for an internal variable.
+cached() {
+  sed -n "s/^$1:INTERNAL=//p" "$2/CMakeCache.txt"
+}
+
+# CMake refuses a build folder whose cache belongs to another place, as after the checkout was moved or copied,
+# or to another generator. Such a folder holds nothing worth keeping.
+drop_foreign_build() {
+  local build=build/$1
+  [[ -f $build/CMakeCache.txt ]] || return 0
+  [[ $(cached CMAKE_HOME_DIRECTORY "$build") -ef $top &&
+    $(cached CMAKE_CACHEFILE_DIR "$build") -ef $build &&
+    $(cached CMAKE_GENERATOR "$build") == Ninja ]] && return 0
+  say "$build was configured elsewhere or in another way; starting it afresh"
+  rm -rf -- "$build"
+}
+
+# build_preset PRESET [TARGET...]: configure build/PRESET and build the targets there (all without any).
+build_preset() {
+  local preset=$1
+  shift
+  drop_foreign_build "$preset"
+  cmake --preset "$preset"
+  cmake --build --preset "$preset" --parallel "$(nproc)" ${1+--target "$@"}
+}
