@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SAMPLES_CAMERA_JPEG_H
+#define VELMARCON_SAMPLES_CAMERA_JPEG_H
+
+#include "samples/exif_block.h"
+#include "samples/rgb_image.h"
+#include "samples/shot.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace samples {
+
+/// The EXIF IFD's entries that the camera's JPEGs and DNGs share, with `maker_note` among them, in tag order.
+std::vector<Entry> ShootingEntries(const Shot& shot, const std::vector<std::uint8_t>& maker_note);
+
+/// The EXIF block of the camera's JPEG, little-endian, with the JPEG's 19-entry maker note.
+ExifBlock CameraExif(const Shot& shot);
+
+/// `image` as a JPEG file from SOI to EOI, without any APP segment. `quality` is libjpeg's, 1 to 100.
+/// Empty when libjpeg refuses the image (a side of 0 or above 65500 pixels).
+std::vector<std::uint8_t> EncodeJpeg(const RgbImage& image, int quality = 90);
+
+/// A grey image of 8 x 8 pixels, as EncodeJpeg gives it: for tests that never look at the picture.
+const std::vector<std::uint8_t>& TinyJpeg();
+
+/// `jpeg` (SOI to EOI) with an APP1 segment of `exif` (at most 65533 bytes) right behind SOI: the segment's
+/// length is at byte 4 of the file, the block at byte 6. Ends with FF D9 when `jpeg` does.
+std::vector<std::uint8_t> CameraJpeg(std::span<const std::uint8_t> exif,
+                                     std::span<const std::uint8_t> jpeg = TinyJpeg());
+std::vector<std::uint8_t> CameraJpeg(const ExifBlock& block, std::span<const std::uint8_t> jpeg = TinyJpeg());
+
+}  // namespace samples
+
+#endif  // VELMARCON_SAMPLES_CAMERA_JPEG_H

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SAMPLES_MAKER_NOTE_H
+#define VELMARCON_SAMPLES_MAKER_NOTE_H
+
+#include "samples/shot.h"
+#include "samples/tiff_entry.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace samples {
+
+constexpr std::uint32_t kMakerNoteHeaderSize =
+    8;  ///< bytes of "LEICA" and three NULs; value offsets count from here
+
+/// Tags of the camera's maker note.
+namespace note {
+constexpr std::uint16_t kQuality = 0x0300;
+constexpr std::uint16_t kUserProfile = 0x0302;
+constexpr std::uint16_t kSerialNumber = 0x0303;
+constexpr std::uint16_t kWhiteBalance = 0x0304;
+constexpr std::uint16_t kLens = 0x0310;
+constexpr std::uint16_t kExternalLight = 0x0311;
+constexpr std::uint16_t kMeasuredLight = 0x0312;
+constexpr std::uint16_t kApproximateFNumber = 0x0313;
+constexpr std::uint16_t kTemperature = 0x0320;
+constexpr std::uint16_t kColourTemperature = 0x0321;
+constexpr std::uint16_t kLevelRed = 0x0322;
+constexpr std::uint16_t kLevelGreen = 0x0323;
+constexpr std::uint16_t kLevelBlue = 0x0324;
+constexpr std::uint16_t kUvIrCorrection = 0x0325;
+constexpr std::uint16_t kCcdVersion = 0x0330;
+constexpr std::uint16_t kCcdBoardVersion = 0x0331;
+constexpr std::uint16_t kControllerVersion = 0x0332;
+constexpr std::uint16_t kM16cVersion = 0x0333;
+constexpr std::uint16_t kImageNumber = 0x0340;
+}  // namespace note
+
+/// The 19 entries of a JPEG's maker note. 0x0311 and 0x0312 are RATIONAL there, though their values are
+/// signed.
+std::vector<Entry> JpegMakerNoteEntries(const Shot& shot);
+/// The 15 entries of a DNG's maker note: no quality, no white-balance levels; 0x0311 and 0x0312 are
+/// SRATIONAL.
+std::vector<Entry> DngMakerNoteEntries(const Shot& shot);
+
+/// A maker note of `entries`, in their order: header, IFD, values, two NULs. Always little-endian.
+std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries);
+
+std::vector<std::uint8_t> JpegMakerNote(const Shot& shot);  ///< 292 bytes
+std::vector<std::uint8_t> DngMakerNote(const Shot& shot);   ///< 220 bytes
+
+}  // namespace samples
+
+#endif  // VELMARCON_SAMPLES_MAKER_NOTE_H

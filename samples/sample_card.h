@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SAMPLES_SAMPLE_CARD_H
+#define VELMARCON_SAMPLES_SAMPLE_CARD_H
+
+#include "samples/shot.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace samples {
+
+/// What to write onto a card.
+struct CardOptions {
+    int pairs = 3;                     ///< .RAW and .JPG files, L1000001 and up
+    std::optional<std::uint16_t> iso;  ///< of all pairs; default: from pair to pair 160, 640, 2500, ...
+    bool noise = true;
+    bool dark = false;       ///< a .BIA beside every .RAW, and a dark exposure as a further pair
+    bool dng = false;        ///< a DNG as the camera writes it, as the last file
+    bool databases = false;  ///< lensdb.ini and sensdb.ini for the pairs' lenses and camera
+    bool force = false;      ///< overwrite files that exist
+};
+
+/// "L1000001" for number 1.
+std::string BaseName(int number);
+
+/// The exposure of pair `number`, counted from 1: ISO, lens, time and image number change from pair to pair.
+Shot CardShot(int number, const CardOptions& options);
+
+/// Writes `bytes` as the file `path`. Returns an empty text, or what failed. An existing file is an error
+/// unless `overwrite`.
+std::string WriteFile(const std::string& path, std::span<const std::uint8_t> bytes, bool overwrite);
+
+/// Writes the files that `options` asks for into `folder`, which is made when it does not exist. Nothing is
+/// written when one of the files exists already and `force` is off. Returns an empty text, or what failed.
+std::string WriteCard(const std::string& folder, const CardOptions& options);
+
+}  // namespace samples
+
+#endif  // VELMARCON_SAMPLES_SAMPLE_CARD_H

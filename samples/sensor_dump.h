@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SAMPLES_SENSOR_DUMP_H
+#define VELMARCON_SAMPLES_SENSOR_DUMP_H
+
+#include "samples/scene.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace samples {
+
+constexpr int kSensorWidth = 3968;         ///< pixels
+constexpr int kSensorHeight = 2646;        ///< rows
+constexpr std::size_t kLeadingWords = 54;  ///< words before the first row
+constexpr std::size_t kRowWords = 3976;    ///< words of one row: the pixels and 8 trailing words
+constexpr std::size_t kDumpWords = kLeadingWords + (kRowWords * kSensorHeight);
+constexpr std::size_t kDumpBytes = 2 * kDumpWords;  ///< 21041100
+constexpr std::uint16_t kSensorWhite = 16383;       ///< largest 14-bit value
+
+constexpr int kCroppedWidth = 3920;   ///< pixels of the raw image in a DNG that the camera wrote
+constexpr int kCroppedHeight = 2638;  ///< rows
+constexpr int kCropLeft = 24;         ///< columns of the sensor before the first one of the cropped image
+constexpr int kCropTop = 4;           ///< rows of the sensor above the first one of the cropped image
+
+/// Position of pixel (x, y) among the words of a dump.
+constexpr std::size_t WordIndex(int x, int y) {
+    return kLeadingWords + (kRowWords * static_cast<std::size_t>(y)) + static_cast<std::size_t>(x);
+}
+
+/// A run of one column, rows `first_row` to `end_row` - 1, that reads `level` whatever the light.
+struct ColumnDefect {
+    int column = 0;
+    int first_row = 0;
+    int end_row = kSensorHeight;
+    float level = 0;
+};
+
+/// How the sensor spoils the picture. Levels are in raw units at ISO 160 and grow with the ISO gain.
+struct SensorOptions {
+    std::uint16_t iso = 160;   ///< gain 1; 320, 640, 1250 and 2500 give 2, 4, 8 and 16, anything else 1
+    bool noise = true;         ///< photon and read noise
+    std::uint64_t seed = 1;    ///< of the noise; the same seed gives the same words on every machine
+    float read_noise = 2.5F;   ///< standard deviation
+    float photon_gain = 0.3F;  ///< raw units per electron: the variance of a signal is this times the signal
+    float dark_level = 92;
+    float column_pattern =
+        3;  ///< peak of the per-column dark level around `dark_level`; 0 gives even columns
+    std::uint64_t column_seed =
+        3106091;  ///< of the column pattern: belongs to the camera, not to the exposure
+    /// A column that is hot from row 700 on and a dead one.
+    std::vector<ColumnDefect> defects = {{1203, 700, kSensorHeight, 9019}, {2750, 0, kSensorHeight, 92}};
+    std::vector<float> left_row_offsets;   ///< added to the left half of row i; empty: none
+    std::vector<float> right_row_offsets;  ///< added to the right half of row i
+};
+
+/// 1, 2, 4, 8 or 16, see SensorOptions::iso.
+int IsoGain(std::uint16_t iso);
+
+/// The light on every pixel of the sensor (kSensorWidth x kSensorHeight, row by row) in raw units without
+/// dark level: the scene through the camera's colour filters, red at (0, 0), daylight, white at three
+/// quarters of the range.
+std::vector<float> ExposeSensor(const Scene& scene);
+
+/// The dark level of every column without the defects, in raw units at `options.iso`.
+std::vector<float> ColumnDarkLevels(const SensorOptions& options);
+
+/// The words of a `.RAW` dump of `light` (see ExposeSensor). An empty `light` gives a dark frame, as `.BIA`
+/// files hold.
+std::vector<std::uint16_t> Words(std::span<const float> light, const SensorOptions& options);
+std::vector<std::uint16_t> DarkWords(const SensorOptions& options);
+
+/// A dump in which every image pixel is `value`: for tests. Leading and trailing words hold 0xAAAA.
+std::vector<std::uint16_t> FlatWords(std::uint16_t value);
+
+/// The bytes of a dump file: the words, low byte first.
+std::vector<std::uint8_t> DumpBytes(std::span<const std::uint16_t> words);
+
+/// The table through which the camera stores 8-bit pixels: entry i is floor(i * i / 4).
+std::array<std::uint16_t, 256> LinearizationTable();
+
+/// kCroppedWidth x kCroppedHeight pixels of `words` as the camera's own DNG holds them: the smallest index
+/// whose table entry is nearest to the sensor value.
+std::vector<std::uint8_t> CroppedBytes(std::span<const std::uint16_t> words);
+
+}  // namespace samples
+
+#endif  // VELMARCON_SAMPLES_SENSOR_DUMP_H
