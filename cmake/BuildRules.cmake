@@ -6,7 +6,7 @@ target_include_directories(velmarcon_build_rules INTERFACE "${CMAKE_SOURCE_DIR}"
 target_compile_options(velmarcon_build_rules INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
   -Wcast-align -Wdouble-promotion -Wformat=2 -Wundef -Wnon-virtual-dtor -Woverloaded-virtual
-  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wuseless-cast>)
+  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
 
 if(VELMARCON_SANITIZE)
   set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "app/conversion_run.h"
+
+#include "app/error_codes.h"
+#include "app/input_discovery.h"
+#include "dng/dnglib.h"
+#include "input/read_input_data.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+void PrintHeader(std::size_t position, std::size_t count, const std::string& name) {
+    if (count == 1) {
+        std::printf("\nImage: %s\n\n", name.c_str());
+    } else {
+        std::printf("\nImage %zu of %zu: %s\n\n", position, count, name.c_str());
+    }
+}
+
+/// The file name by which a loading error is reported: the RAW file's, the JPEG's, or none.
+std::string FileConcerned(int error, const ReadInputData& record) {
+    switch (error) {
+        case kRawNotFound:
+        case kRawUnreadable:
+        case kRawDamaged:
+            return record.RawFileName;
+        case kExifDamaged:
+        case kJpgNotFound:
+        case kJpgUnreadable:
+            return record.JpgFileName;
+        default:
+            return "";
+    }
+}
+
+}  // namespace
+
+ConversionRun::ConversionRun(const RunSettings& settings, lensdb& lenses, sensdb& sensors,
+                             const ErrorHandler& errors)
+    : settings_(settings),
+      lenses_(lenses),
+      sensors_(sensors),
+      errors_(errors),
+      dark_field_fix_(settings.dark_field_fix),
+      black_level_(settings.black_level) {}
+
+int ConversionRun::Run() {
+    const auto& names = settings_.input.names;
+    std::size_t position = 0;
+    for (const std::string& name : names) {
+        PrintHeader(++position, names.size(), name);
+        const std::string base = BaseName(name);
+        if (!settings_.refresh && isfile((settings_.output_folder + base + ".DNG").c_str())) {
+            std::printf("File %s.DNG already exists!\n", base.c_str());
+            continue;
+        }
+        if (Extension(name) == "RAW") {
+            ConvertPair(base);
+        }
+    }
+    return 0;
+}
+
+void ConversionRun::ConvertPair(const std::string& base) {
+    const auto record = std::make_unique<ReadInputData>();
+    BeginDarkFrame(base);
+    if (!LoadPair(base, *record)) {
+        return;
+    }
+    FixLensCode(*record);
+    WriteDng(*record);
+    EndDarkFrame();
+}
+
+/// A dark frame takes the place of black level and dark-field fix: it already holds the sensor's dark level.
+void ConversionRun::BeginDarkFrame(const std::string& base) {
+    if (settings_.black_level_given && isfile((settings_.input.folder + base + ".BIA").c_str())) {
+        subtract_dark_frame_ = true;
+        dark_field_fix_ = false;
+        black_level_ = 0;
+    }
+}
+
+void ConversionRun::EndDarkFrame() {
+    if (subtract_dark_frame_) {
+        subtract_dark_frame_ = false;
+        dark_field_fix_ = true;
+        black_level_ = settings_.black_level;
+    }
+}
+
+bool ConversionRun::LoadPair(const std::string& base, ReadInputData& record) const {
+    const int error =
+        record.ProcessFile(settings_.input.folder, base, settings_.verbose, subtract_dark_frame_);
+    if (error == 0) {
+        return true;
+    }
+    const std::string name = FileConcerned(error, record);
+    if (name.empty()) {
+        errors_.PrintError(error);
+    } else {
+        errors_.PrintError(error, name);
+    }
+    return false;
+}
+
+/// The code given with -l stands in for one that the camera could not read; it never replaces one.
+void ConversionRun::FixLensCode(ReadInputData& record) const {
+    constexpr std::uint8_t lens_code_present = 1;
+    if (!settings_.lens_fix || record.Exif.LensCode != 0) {
+        return;
+    }
+    if (settings_.lens_code.empty()) {
+        errors_.PrintError(kLensNotDetected);
+        return;
+    }
+    record.Exif.LensCodeBits = settings_.lens_code;
+    record.Exif.LensCode = lens_code_present;
+}
+
+void ConversionRun::WriteDng(ReadInputData& record) const {
+    DNGlib dng(&record, &lenses_, &sensors_);
+    dng.createDNGTree(settings_.preview, settings_.black_level_given, black_level_, settings_.verbose,
+                      settings_.raw_model_variant, settings_.lens_fix);
+    if (settings_.output_folder.empty()) {
+        dng.writeDNGTree();
+    } else {
+        dng.writeDNGTree(settings_.output_folder);
+    }
+}

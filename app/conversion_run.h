@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_APP_CONVERSION_RUN_H
+#define VELMARCON_APP_CONVERSION_RUN_H
+
+#include "app/error_handler.h"
+#include "app/run_settings.h"
+#include "exif/lensdb.h"
+#include "sensor/sensdb.h"
+
+#include <cstdint>
+#include <string>
+
+class ReadInputData;
+
+/// The loop over the images: each entry of the input list becomes one DNG, strictly in list order. What goes
+/// wrong with one image is printed and does not stop the others.
+class ConversionRun {
+  public:
+    /// Everything is owned by the caller.
+    ConversionRun(const RunSettings& settings, lensdb& lenses, sensdb& sensors, const ErrorHandler& errors);
+
+    /// Goes through the list. Returns the exit status: 0 whatever became of the images.
+    int Run();
+
+  private:
+    void ConvertPair(const std::string& base);
+    void BeginDarkFrame(const std::string& base);
+    void EndDarkFrame();
+    bool LoadPair(const std::string& base, ReadInputData& record) const;
+    void FixLensCode(ReadInputData& record) const;
+    void WriteDng(ReadInputData& record) const;
+
+    const RunSettings& settings_;
+    lensdb& lenses_;
+    sensdb& sensors_;
+    const ErrorHandler& errors_;
+
+    // These three change when an image has a dark frame, and stay changed until one with a dark frame was
+    // written: when such an image fails to load, the next image inherits them.
+    bool subtract_dark_frame_ = false;
+    bool dark_field_fix_;
+    std::uint16_t black_level_;
+};
+
+#endif  // VELMARCON_APP_CONVERSION_RUN_H

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "app/input_discovery.h"
+
+#include "app/error_codes.h"
+#include "input/input_file.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <memory>
+#include <string_view>
+
+namespace {
+
+constexpr const char* kRaw = "RAW";
+constexpr const char* kDng = "DNG";
+
+/// Bytes of every DNG that the camera writes. A search of a folder takes no other: so it never finds our own.
+constexpr std::uint64_t kCameraDngSize = 10575296;
+/// Bytes up to which a DNG named by -i is taken for one of the camera's.
+constexpr std::uint64_t kLargestSingleDng = 15000000;
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
+
+/// Length in bytes; 0 when the file can't be opened.
+std::uint64_t FileSize(const std::string& path) {
+    InputFile file;
+    return file.Open(path) ? file.size() : 0;
+}
+
+/// Not every file system's listing tells the type. A symbolic link counts as a file, whatever it points to.
+bool IsFolder(const dirent& entry, const std::string& path) {
+    if (entry.d_type != DT_UNKNOWN) {
+        return entry.d_type == DT_DIR;
+    }
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool IsWanted(const std::string& name, const std::string& path) {
+    const std::string extension = Extension(name);
+    return extension == kRaw || (extension == kDng && FileSize(path) == kCameraDngSize);
+}
+
+InputError ResolveFolder(const std::string& path, InputFiles& input) {
+    const std::string folder = WithSeparator(path);
+    input = {folder, GetFileList(folder)};
+    return {input.names.empty() ? kNoRawFiles : kNoError, ""};
+}
+
+std::string FileNamePart(const std::string& path) {
+    return path.substr(path.find_last_of(kSeparators) + 1);
+}
+
+std::string FolderPart(const std::string& path) {
+    return path.substr(0, path.find_last_of(kSeparators) + 1);
+}
+
+/// The file that `path` names, with its extension if that was left out; empty when there is none.
+std::string FindFile(const std::string& path) {
+    for (const std::string extension : {"", ".RAW", ".DNG"}) {
+        if (isfile((path + extension).c_str())) {
+            return path + extension;
+        }
+    }
+    return "";
+}
+
+}  // namespace
+
+std::string WithSeparator(std::string folder) {
+    if (!folder.empty() && std::string_view(kSeparators).find(folder.back()) == std::string_view::npos) {
+        folder += '/';
+    }
+    return folder;
+}
+
+bool isdir(const char* path) {
+    return OpenFolder(::opendir(path)) != nullptr;
+}
+
+bool isfile(const char* path) {
+    InputFile file;
+    return file.Open(path);
+}
+
+std::vector<std::string> GetFileList(std::string folder) {
+    std::vector<std::string> names;
+    const OpenFolder listing(::opendir(folder.c_str()));
+    if (!listing) {
+        return names;
+    }
+    while (const dirent* entry = ::readdir(listing.get())) {
+        const std::string name = entry->d_name;
+        const std::string path = folder + name;
+        if (!IsFolder(*entry, path) && IsWanted(name, path)) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+InputError ResolveInput(const std::string& path, InputFiles& input) {
+    if (isdir(path.c_str())) {
+        return ResolveFolder(path, input);
+    }
+    const std::string file = FindFile(path);
+    const std::string name = FileNamePart(file);
+    const std::string extension = Extension(name);
+    if (extension != kRaw && extension != kDng) {
+        return {kBadInput, ""};
+    }
+    if (extension == kDng && FileSize(file) > kLargestSingleDng) {
+        return {kNotACameraDng, name};
+    }
+    input = {FolderPart(file), {name}};
+    return {};
+}
+
+InputFiles CurrentFolder() {
+    return {"./", GetFileList(".")};
+}
+
+std::string Extension(const std::string& name) {
+    return name.substr(name.rfind('.') + 1);
+}
+
+std::string BaseName(const std::string& name) {
+    return name.substr(0, name.rfind('.'));
+}

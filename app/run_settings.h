@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_APP_RUN_SETTINGS_H
+#define VELMARCON_APP_RUN_SETTINGS_H
+
+#include "app/input_discovery.h"
+
+#include <cstdint>
+#include <string>
+
+/// What the command line asks for.
+struct RunSettings {
+    InputFiles input;
+    std::string output_folder;  ///< with its separator; empty: beside a bare input file name
+    bool verbose = false;
+    bool refresh = false;
+    bool preview = false;
+    bool black_level_given = false;
+    std::uint16_t black_level = 92;  ///< at the base ISO
+    bool lens_fix = false;
+    std::string lens_code;  ///< six "0"/"1" characters, unchecked; empty: none given
+    bool sensor_fix = false;
+    bool dark_field_fix = false;
+    bool dark_field_creation = false;
+    bool pixel_line_test = false;
+    bool row_offset_estimation = false;
+    bool raw_model_variant = false;
+};
+
+#endif  // VELMARCON_APP_RUN_SETTINGS_H

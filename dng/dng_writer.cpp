@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+// Layout and writing of a DNG file: a little-endian TIFF file (TIFF 6.0) of header, IFDs with their values
+// behind them, and one uncompressed strip an image.
+#include "dng/dng_tags.h"
+#include "dng/dnglib.h"
+#include "exif/byte_order.h"
+#include "exif/tags.h"
+#include "exif/tiff_types.h"
+#include "input/preview.h"
+#include "input/read_input_data.h"
+#include "input/replacement_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// "II", the magic number 42, and the offset of IFD0: right behind this header.
+constexpr std::array<std::uint8_t, tiff::kHeaderSize> kHeader = {
+    'I', 'I', tiff::kMagic, 0, tiff::kHeaderSize, 0, 0, 0};
+
+constexpr std::uint64_t kFarthestOffset = std::numeric_limits<std::uint32_t>::max();
+
+bool StandsInEntry(const DNGlib::IFDTag& entry) {
+    return entry.length <= tiff::kValueFieldSize;
+}
+
+/// Room of an out-of-line value: values and IFDs start at even offsets.
+std::uint64_t PaddedLength(const DNGlib::IFDTag& entry) {
+    return std::uint64_t{entry.length} + entry.length % 2;
+}
+
+std::uint64_t TableSize(const DNGlib::IFD& ifd) {
+    return tiff::kCountSize + std::uint64_t{tiff::kEntrySize} * ifd.size() + tiff::kLinkSize;
+}
+
+/// Gives the values of an IFD at `position` their offsets. Returns the position behind the last one. An
+/// offset beyond 32 bits is cut; the layout as a whole is refused then.
+std::uint64_t LayOutIFD(DNGlib::IFD& ifd, std::uint64_t position) {
+    position += TableSize(ifd);
+    for (auto& [tag, entry] : ifd) {
+        if (!StandsInEntry(entry)) {
+            entry.position = static_cast<std::uint32_t>(position);
+            position += PaddedLength(entry);
+        }
+    }
+    return position;
+}
+
+std::span<const char> AsChars(std::span<const std::uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+void Write(std::ofstream& file, std::span<const char> bytes) {
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+/// The name up to and including its last "."; empty when it has none.
+std::string UpToExtension(const std::string& name) {
+    return name.substr(0, name.rfind('.') + 1);
+}
+
+/// A failure ends the run's work on this file, not the run.
+void ReportUnwritten(const std::string& path, int error) {
+    std::printf("%s: DNG not written: %s\n", path.c_str(), std::strerror(error));
+}
+
+}  // namespace
+
+unsigned int DNGlib::DoFileLayout(int rawBytes) {
+    std::uint64_t position = LayOutIFD(ifd0_, tiff::kHeaderSize);
+    if (preview_) {
+        AddIFDTag(&ifd0_, tag::kSubIFDs, static_cast<std::uint32_t>(position));
+        position = LayOutIFD(sub_ifd_, position);
+    }
+    AddIFDTag(&ifd0_, tag::kExifIFD, static_cast<std::uint32_t>(position));
+    position = LayOutIFD(exif_ifd_, position);
+
+    if (preview_) {
+        AddIFDTag(&ifd0_, tag::kStripOffsets, static_cast<std::uint32_t>(position));
+        position += PreviewSampler::kSize;
+    }
+    AddIFDTag(preview_ ? &sub_ifd_ : &ifd0_, tag::kStripOffsets, static_cast<std::uint32_t>(position));
+    position += static_cast<std::uint32_t>(std::max(rawBytes, 0));
+    return position <= kFarthestOffset ? static_cast<std::uint32_t>(position) : 0;
+}
+
+int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
+    // Table and values are put together in memory, each value at the offset that the layout gave it.
+    const auto start = static_cast<std::uint64_t>(std::streamoff(file.tellp()));
+    std::vector<std::uint8_t> block;
+    byte_order::AppendLittle(block, static_cast<std::uint16_t>(ifd->size()));
+    for (const auto& [tag, entry] : *ifd) {
+        byte_order::AppendLittle(block, entry.tag);
+        byte_order::AppendLittle(block, entry.type);
+        byte_order::AppendLittle(block, entry.count);
+        if (StandsInEntry(entry)) {
+            block.insert(block.end(), entry.value.begin(), entry.value.end());
+            block.resize(block.size() + tiff::kValueFieldSize - entry.length);
+        } else {
+            byte_order::AppendLittle(block, entry.position);
+        }
+    }
+    constexpr std::uint32_t no_next_ifd = 0;
+    byte_order::AppendLittle(block, no_next_ifd);
+
+    for (const auto& [tag, entry] : *ifd) {
+        if (!StandsInEntry(entry)) {
+            block.resize(static_cast<std::size_t>(entry.position - start));
+            block.insert(block.end(), entry.value.begin(), entry.value.end());
+            block.resize(block.size() + entry.length % 2);
+        }
+    }
+    Write(file, AsChars(block));
+    return 0;
+}
+
+int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceName, const char* rawData,
+                         const char* previewData, int rawBytes, int previewBytes) {
+    const std::uint64_t size = DoFileLayout(rawBytes);
+    const std::string path = prefix + UpToExtension(sourceName) + "DNG";
+    ReplacementFile file;
+    if (const int error = size == 0 ? EFBIG : file.Open(path); error != 0) {
+        ReportUnwritten(path, error);
+        return 0;
+    }
+    WriteBlocks(file, {rawData, static_cast<std::size_t>(rawBytes)},
+                {previewData, static_cast<std::size_t>(previewBytes)});
+    const int error = file.Commit(size);
+    if (verbose_) {
+        std::printf(error == 0 ? "Done!\n" : "\n");
+    }
+    if (error != 0) {
+        ReportUnwritten(path, error);
+    }
+    return 0;
+}
+
+void DNGlib::WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview) {
+    Write(file.stream(), AsChars(kHeader));
+    if (verbose_) {
+        std::printf("Writing DNG header...");
+    }
+    writeSingleTree(file.stream(), &ifd0_);
+    if (preview_) {
+        writeSingleTree(file.stream(), &sub_ifd_);
+    }
+    writeSingleTree(file.stream(), &exif_ifd_);
+    if (!file.Good()) {
+        return;
+    }
+    if (verbose_) {
+        std::printf("Done!\nWriting image data...");
+    }
+    if (preview_) {
+        Write(file.stream(), preview);
+    }
+    Write(file.stream(), raw);
+    file.Good();
+}
+
+int DNGlib::writeDNGTree(const std::string& prefix) {
+    const int raw_bytes = input_->ImageSize * static_cast<int>(sizeof(std::uint16_t));
+    return writeDNGTree(prefix, input_->RawFileName, reinterpret_cast<const char*>(input_->ImageData.data()),
+                        reinterpret_cast<const char*>(input_->PreviewData.data()), raw_bytes,
+                        PreviewSampler::kSize);
+}
+
+int DNGlib::writeDNGTree() {
+    return writeDNGTree(input_->Folder);
+}

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_DNG_DNGLIB_H
+#define VELMARCON_DNG_DNGLIB_H
+
+#include "exif/lensdb.h"
+#include "exif/rational.h"
+
+#include <cstdint>
+#include <fstream>
+#include <map>
+#include <span>
+#include <string>
+#include <vector>
+
+class ReadInputData;
+class ReplacementFile;
+class sensdb;
+
+/// The tag tree of one DNG file in memory (TIFF 6.0, DNG 1.4): built for a RAW+JPEG pair, laid out, and
+/// written. An IFD is a map by tag number, so that walking it yields the entries in the ascending order that
+/// TIFF asks for.
+class DNGlib {
+  public:
+    /// One IFD entry.
+    struct IFDTag {
+        std::uint16_t tag = 0;
+        std::vector<std::uint8_t>
+            value;  ///< exactly as it stands in the file, little-endian element by element
+        std::uint32_t position =
+            0;                    ///< file offset of a value that does not fit in the entry; 0 until laid out
+        std::uint16_t type = 0;   ///< TIFF field type, 1 to 10
+        std::uint32_t count = 0;  ///< of values of that type
+        std::uint32_t length = 0;  ///< of the value, in bytes
+    };
+    using IFD = std::map<unsigned short, IFDTag>;
+
+    /// For converting a pair. The record must outlive the object, as must the databases; none is owned.
+    DNGlib(ReadInputData* input, lensdb* lenses, sensdb* sensors);
+
+    /// For repairing a DNG that the camera wrote: without a record.
+    DNGlib(lensdb* lenses, sensdb* sensors);
+
+    /// The three IFDs as they are; the SubIFD is empty unless IFD0 holds a preview.
+    const IFD& ifd0() const { return ifd0_; }
+    const IFD& sub_ifd() const { return sub_ifd_; }
+    const IFD& exif_ifd() const { return exif_ifd_; }
+
+    // --- Tag model. Each AddIFDTag stores a new entry under `tag`, replacing one that is there, and returns
+    // 0.
+
+    /// `byteCount` bytes at `data`, unchanged, as a value of `type`, which must be 1 to 10.
+    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned char* data, unsigned short type,
+                  unsigned int byteCount);
+
+    // Arrays of n values: BYTE, SBYTE, SHORT, SSHORT, LONG, SLONG, RATIONAL, SRATIONAL.
+    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned char* values, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const char* values, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned short* values, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const short* values, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned int* values, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const int* values, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned int* numerators,
+                  const unsigned int* denominators, unsigned int n);
+    int AddIFDTag(IFD* ifd, unsigned short tag, const int* numerators, const int* denominators,
+                  unsigned int n);
+
+    // Single values of the same types.
+    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned int value);
+    int AddIFDTag(IFD* ifd, unsigned short tag, int value);
+    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned short value);
+    int AddIFDTag(IFD* ifd, unsigned short tag, short value);
+    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned char value);
+    int AddIFDTag(IFD* ifd, unsigned short tag, char value);
+    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned int numerator, unsigned int denominator);
+    int AddIFDTag(IFD* ifd, unsigned short tag, int numerator, int denominator);
+
+    /// One byte of a given one-byte type.
+    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned char value, unsigned short type);
+
+    /// ASCII: the text and a NUL, unless it ends in one. A value that is longer than an entry and odd gets a
+    /// second NUL, which its length counts and its count does not.
+    int AddIFDTag(IFD* ifd, unsigned short tag, const std::string& text);
+
+    /// The entry stored under `tag`, which must be there.
+    IFDTag* GetElement(unsigned short tag, IFD* ifd);
+
+    /// Sets the file offset of the value of `tag`, making an empty entry if there is none. Returns 0.
+    int UpdateIFDTagPos(IFD* ifd, unsigned short tag, unsigned int position);
+
+    /// Adds BlackLevel, `value` scaled by the record's ISO speed, and its repeat dimensions to the IFD of the
+    /// raw image. Returns 0.
+    int setBlackLevel(IFD* ifd, unsigned short value);
+
+    // --- Conversion of a pair
+
+    /// Fills the three IFDs for the record, which must be loaded; what they held is dropped. Offsets stay 0
+    /// until the layout. With `lensFix` and a lens that the database holds, the record's focal length is
+    /// overwritten; its 35 mm focal length is computed when it is 0. Returns 0.
+    unsigned int createDNGTree(bool preview, bool blackLevelGiven, unsigned short blackLevel, bool verbose,
+                               bool rawModelVariant, bool lensFix);
+
+    // --- Writing
+
+    /// Gives every value, IFD and strip its file offset; the raw strip has `rawBytes` bytes. Returns the
+    /// length of the file in bytes, or 0 when it would reach beyond the 32 bits of a TIFF offset.
+    unsigned int DoFileLayout(int rawBytes);
+
+    /// Writes the IFD and its values, laid out before, at the stream's position, which must be the one of the
+    /// layout. Returns 0.
+    int writeSingleTree(std::ofstream& file, IFD* ifd);
+
+    /// Writes the file `prefix` + `sourceName` with DNG for its extension, whole or not at all: a failure
+    /// leaves what was there and prints one line with name and reason. The image data are written as they
+    /// stand. Returns 0 either way: a file that can't be written does not stop the run.
+    int writeDNGTree(const std::string& prefix, const std::string& sourceName, const char* rawData,
+                     const char* previewData, int rawBytes, int previewBytes);
+
+    /// The same for the record's image; `prefix` is the output folder with its separator.
+    int writeDNGTree(const std::string& prefix);
+
+    /// The same into the record's own folder.
+    int writeDNGTree();
+
+  private:
+    void AddRawImageTags(IFD& ifd);
+    void AddPreviewTags();
+    void AddMainTags(bool rawModelVariant);
+    void AddColorTags(bool rawModelVariant);
+    void AddExposureTags(bool lensFix);
+    void AddLensTags(const lensdb::Lensdbtype& lens);
+    void AddShootingTags();
+    void AddStripTags(IFD& ifd);
+    void AddRational(IFD& ifd, unsigned short tag, Rational value);
+    void WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview);
+
+    ReadInputData* input_;
+    lensdb* lenses_;
+    sensdb* sensors_;
+    bool preview_ = false;  ///< IFD0 holds the preview, the SubIFD the raw image
+    bool verbose_ = false;
+    IFD ifd0_;
+    IFD sub_ifd_;
+    IFD exif_ifd_;
+};
+
+#endif  // VELMARCON_DNG_DNGLIB_H

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "dng/lens_tags.h"
+
+#include "exif/truncate.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+
+namespace lens_tags {
+
+namespace {
+
+constexpr std::uint32_t kThousandths = 1000;
+
+}  // namespace
+
+std::int32_t EstimatedFNumber(Rational external_brightness, Rational measured_light) {
+    constexpr std::uint32_t offset = 285082;
+    // 32-bit arithmetic that may wrap, in the unsigned numbers where that is defined.
+    return std::bit_cast<std::int32_t>(external_brightness.numerator - measured_light.numerator + offset);
+}
+
+const lensdb::Lensdbtype* FindLens(const lensdb& lenses, std::uint8_t lens_code,
+                                   const std::string& lens_code_bits) {
+    const auto lens = lenses.Lenses.find(lens_code_bits);
+    return lens_code == 0 || lens == lenses.Lenses.end() ? nullptr : &lens->second;
+}
+
+std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate) {
+    // The walk ends where the distance grows, and not between equal ones: the later of two equally near
+    // entries wins.
+    std::int64_t best = 100000000;
+    std::int32_t nearest = apertures.front();
+    for (const std::int32_t aperture : apertures) {
+        const std::int64_t distance = std::abs(std::int64_t{aperture} - estimate);
+        if (best < distance) {
+            break;
+        }
+        best = distance;
+        nearest = aperture;
+    }
+    return nearest;
+}
+
+Rational MaxApertureValue(std::int32_t widest) {
+    // From left to right in double precision, which makes f/2 1999 thousandths, not 2000.
+    const double value = 2000.0 * std::log(widest / lensdb::kApertureUnits) / std::log(2.0);
+    return {Truncate<std::uint32_t>(value), kThousandths};
+}
+
+Rational FocalLength(double millimetres) {
+    return {Truncate<std::uint32_t>(millimetres * kThousandths + 0.5), kThousandths};
+}
+
+std::uint16_t FocalLengthIn35mmFilm(Rational focal_length) {
+    constexpr double crop_factor = 1.33;
+    const SRational millimetres = AsSigned(focal_length);
+    if (millimetres.denominator == 0) {
+        return 0;
+    }
+    return Truncate<std::uint16_t>(millimetres.numerator * crop_factor / millimetres.denominator + 0.5);
+}
+
+}  // namespace lens_tags

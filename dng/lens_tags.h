@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_DNG_LENS_TAGS_H
+#define VELMARCON_DNG_LENS_TAGS_H
+
+#include "exif/lensdb.h"
+#include "exif/rational.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+/// Rules by which the lens and the light that the camera measured become EXIF values. F-numbers are integers
+/// in units of 1/65536.
+namespace lens_tags {
+
+/// The f-number that the camera estimates from the brightness its external sensor saw and the light it
+/// measured through the lens, the numerators of maker-note tags 0x0311 and 0x0312.
+std::int32_t EstimatedFNumber(Rational external_brightness, Rational measured_light);
+
+/// The lens that `lens_code_bits` names; null when `lens_code` is 0 (none was detected) or the database lacks
+/// it.
+const lensdb::Lensdbtype* FindLens(const lensdb& lenses, std::uint8_t lens_code,
+                                   const std::string& lens_code_bits);
+
+/// The engraved aperture that the estimate stands for. `apertures` is ascending and not empty.
+std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate);
+
+/// MaxApertureValue (APEX, in thousandths) of a lens whose widest f-number is `widest`. 0 where that would be
+/// negative (wider than f/1) or has no value.
+Rational MaxApertureValue(std::int32_t widest);
+
+/// FocalLength of `millimetres`, in thousandths.
+Rational FocalLength(double millimetres);
+
+/// FocalLengthIn35mmFilm of `focal_length`; 0 for a zero denominator.
+std::uint16_t FocalLengthIn35mmFilm(Rational focal_length);
+
+}  // namespace lens_tags
+
+#endif  // VELMARCON_DNG_LENS_TAGS_H

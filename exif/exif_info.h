@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_EXIF_EXIF_INFO_H
+#define VELMARCON_EXIF_EXIF_INFO_H
+
+#include "exif/rational.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// The shooting data of one image, as read from the EXIF block of the camera's JPEG (Exif 2.3) and the maker
+/// note in it. Texts are as long as their EXIF component count says: a terminating NUL is part of them.
+class EXIFInfo {
+  public:
+    /// Results of the parser; 0 is success.
+    static constexpr int kNotAJpeg = 1982;
+    static constexpr int kNoExif = 1983;
+    static constexpr int kUnknownByteOrder = 1984;
+    static constexpr int kCorruptExif = 1985;
+
+    EXIFInfo();
+
+    /// Empties the record, but deliberately for MaxApertureValue, WhiteBalance, ImageUniqueID and what the
+    /// maker note's numbers fill: these keep what an earlier parse left.
+    void clear();
+
+    /// Reads a whole JPEG file of `len` bytes in memory. Returns 0 or one of the results above; a file that
+    /// does not begin with SOI and end with EOI leaves the record as it was, after a later fault what was
+    /// decoded before it stays.
+    [[nodiscard]] int parseFrom(const unsigned char* buf, unsigned int len);
+    [[nodiscard]] int parseFrom(const std::string& data);
+
+    /// Reads the payload of an APP1 segment, beginning at "Exif". Values that lie outside it are left out.
+    [[nodiscard]] int parseFromEXIFSegment(const unsigned char* buf, unsigned int len);
+
+    /// Decodes MakerNote into the fields below it. Always returns 0; entries that lie outside the note are
+    /// skipped.
+    int ParseMakerNote();
+
+    bool LittleEndian = false;  ///< byte order of the EXIF block
+
+    // IFD0
+    std::string ImageDescription;
+    std::string Make;
+    std::string Model;
+    std::uint16_t Orientation = 0;
+    std::uint16_t BitsPerSample = 0;
+    std::string Software;
+    std::string DateTime;
+
+    // EXIF IFD; Copyright is IFD0's
+    std::string DateTimeOriginal;
+    std::string DateTimeDigitized;
+    std::string SubSecTimeOriginal;
+    std::string Copyright;
+    Rational ExposureTime;  ///< seconds, the fastest three snapped to their nominal values
+    Rational FNumber;
+    std::uint16_t ISOSpeedRatings = 0;
+    std::uint16_t ExposureProgram = 0;
+    std::vector<std::uint8_t> ExifVersion;
+    Rational ShutterSpeedValue;   ///< APEX
+    SRational ExposureBiasValue;  ///< EV in thirds
+    Rational SubjectDistance;     ///< metres
+    Rational FocalLength;         ///< millimetres
+    Rational DigitalZoomRatio;
+    std::uint16_t FocalLengthIn35mmFilm = 0;  ///< millimetres
+    std::uint16_t Flash = 0;
+    Rational MaxApertureValue;  ///< APEX
+    std::uint16_t WhiteBalance = 0;
+    std::string ImageUniqueID;
+    std::uint16_t MeteringMode = 0;
+    std::uint16_t LightSource = 0;
+    std::uint16_t FileSource = 0;
+    std::uint16_t SceneType = 0;
+    std::uint16_t SceneCaptureType = 0;
+
+    // Maker note
+    std::uint32_t SerialNumber = 0;  ///< of the camera
+    std::uint8_t LensCode = 0;       ///< 6 bits; 0: the camera saw no coded lens
+    std::uint8_t FrameSelector = 0;  ///< 2 bits; the frame lines that the lens's bayonet selects
+    std::string LensCodeBits;        ///< LensCode as six "0"/"1" characters, most significant first
+    Rational Mn0311;                 ///< brightness seen by the external sensor; the halves are signed
+    Rational Mn0312;                 ///< light value measured through the lens; the halves are signed
+    Rational Mn0313;                 ///< approximate f-number
+    Rational Mn0322;                 ///< white balance level, red
+    Rational Mn0323;                 ///< white balance level, green
+    Rational Mn0324;                 ///< white balance level, blue
+    float Mn0322Ratio = 0;
+    float Mn0323Ratio = 0;
+    float Mn0324Ratio = 0;
+
+    std::uint32_t PixelXDimension = 0;  ///< pixels, of the JPEG
+    std::uint32_t PixelYDimension = 0;  ///< pixels, of the JPEG
+    std::vector<std::uint8_t> MakerNote;
+};
+
+/// A lens code as six "0"/"1" characters, most significant first, the form that keys the lens database.
+/// `lens_code` has 6 bits.
+std::string LensCodeText(std::uint8_t lens_code);
+
+#endif  // VELMARCON_EXIF_EXIF_INFO_H

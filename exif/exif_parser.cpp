@@ -1,0 +1,381 @@
+// SPDX-License-Identifier: MIT
+// Finds the EXIF block of a JPEG and reads its IFD0 and its EXIF IFD. IFD1, thumbnails and GPS data are not
+// read.
+#include "exif/byte_order.h"
+#include "exif/byte_view.h"
+#include "exif/exif_info.h"
+#include "exif/exposure_rules.h"
+#include "exif/rational.h"
+#include "exif/tags.h"
+#include "exif/tiff_types.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::uint16_t kStartOfImage = 0xFFD8;
+constexpr std::uint16_t kEndOfImage = 0xFFD9;
+constexpr std::array<std::uint8_t, 2> kApp1Marker = {0xFF, 0xE1};
+constexpr std::uint64_t kMarkerSize = 2;         // bytes
+constexpr std::uint64_t kSegmentLengthSize = 2;  // bytes
+constexpr std::uint16_t kShortestSegment = 16;   // bytes, its length field included
+constexpr std::string_view kExifHeader("Exif\0\0", 6);
+constexpr std::uint16_t kIgnoredTag = 0xFF;  // matches no tag that is read
+
+/// A TIFF structure in a buffer: the byte order and where its header stands, from which all its offsets
+/// count.
+struct TiffBlock {
+    ByteView buf;
+    std::uint64_t base = 0;
+    bool little_endian = false;
+};
+
+/// One 12-byte entry as decoded. Only the member that belongs to the format is filled; the texts and
+/// UNDEFINED bytes of the record are copies of it.
+struct IFEntry {
+    std::uint16_t Tag = 0;
+    std::uint16_t Format = 0;
+    std::uint32_t Data = 0;    ///< the value field
+    std::uint32_t Length = 0;  ///< component count
+    std::string StringValue;
+    std::vector<std::uint8_t> UndefinedValue;
+    std::uint16_t ShortValue = 0;
+    std::uint32_t LongValue = 0;
+    Rational RationalValue;
+    std::uint8_t ByteValue = 0;
+};
+
+std::uint16_t parse16(const TiffBlock& block, std::uint64_t offset) {
+    return block.buf.Get<std::uint16_t>(offset, block.little_endian);
+}
+
+std::uint32_t parse32(const TiffBlock& block, std::uint64_t offset) {
+    return block.buf.Get<std::uint32_t>(offset, block.little_endian);
+}
+
+Rational parseEXIFRational(const TiffBlock& block, std::uint64_t offset) {
+    return {parse32(block, offset), parse32(block, offset + sizeof(std::uint32_t))};
+}
+
+/// The value field after decoding, low byte first, whatever the file's byte order was: short values of a
+/// big-endian file come out reversed. The camera writes little-endian, and what is made of other files must
+/// not change.
+std::array<std::uint8_t, tiff::kValueFieldSize> InlineBytes(std::uint32_t data) {
+    std::array<std::uint8_t, tiff::kValueFieldSize> bytes = {};
+    byte_order::PutLittle(bytes, data);
+    return bytes;
+}
+
+/// The text's bytes, `count` of them; empty when they are not all in the block.
+std::string parseEXIFString(const TiffBlock& block, std::uint32_t count, std::uint32_t data) {
+    if (count <= tiff::kValueFieldSize) {
+        const auto bytes = InlineBytes(data);
+        return {bytes.begin(), bytes.begin() + count};
+    }
+    const auto bytes = block.buf.Bytes(block.base + data, count);
+    return {bytes.begin(), bytes.end()};
+}
+
+/// The value's bytes, `count` of them; empty when they are not all in the block.
+std::vector<std::uint8_t> parseEXIFundefined(const TiffBlock& block, std::uint32_t count,
+                                             std::uint32_t data) {
+    if (count <= tiff::kValueFieldSize) {
+        const auto bytes = InlineBytes(data);
+        return {bytes.begin(), bytes.begin() + count};
+    }
+    const auto bytes = block.buf.Bytes(block.base + data, count);
+    return {bytes.begin(), bytes.end()};
+}
+
+/// Decodes the entry at `offset`, whose 12 bytes lie in the block.
+IFEntry parseIFEntry(const TiffBlock& block, std::uint64_t offset) {
+    const std::uint64_t value_field = offset + tiff::kValueInEntry;
+    IFEntry entry;
+    entry.Tag = parse16(block, offset);
+    entry.Format = parse16(block, offset + tiff::kTypeInEntry);
+    entry.Length = parse32(block, offset + tiff::kCountInEntry);
+    entry.Data = parse32(block, value_field);
+    switch (entry.Format) {
+        case tiff::kByte:
+            entry.ByteValue = block.buf.Get<std::uint8_t>(value_field, block.little_endian);
+            break;
+        case tiff::kAscii:
+            entry.StringValue = parseEXIFString(block, entry.Length, entry.Data);
+            break;
+        case tiff::kShort:
+            entry.ShortValue = parse16(block, value_field);
+            break;
+        case tiff::kLong:
+            entry.LongValue = entry.Data;
+            break;
+        case tiff::kRational:
+            if (block.buf.Holds(block.base + entry.Data, tiff::ElementSize(tiff::kRational))) {
+                entry.RationalValue = parseEXIFRational(block, block.base + entry.Data);
+            }
+            break;
+        case tiff::kUndefined:
+            entry.UndefinedValue = parseEXIFundefined(block, entry.Length, entry.Data);
+            break;
+        case tiff::kSLong:
+        case tiff::kSRational:
+            break;
+        default:
+            entry.Tag = kIgnoredTag;
+    }
+    return entry;
+}
+
+void Take(IFEntry& entry, std::string& field) {
+    if (entry.Format == tiff::kAscii) {
+        field.swap(entry.StringValue);
+    }
+}
+
+void Take(IFEntry& entry, std::vector<std::uint8_t>& field) {
+    if (entry.Format == tiff::kUndefined) {
+        field.swap(entry.UndefinedValue);
+    }
+}
+
+void Take(const IFEntry& entry, std::uint16_t& field) {
+    if (entry.Format == tiff::kShort) {
+        field = entry.ShortValue;
+    }
+}
+
+void Take(const IFEntry& entry, Rational& field) {
+    if (entry.Format == tiff::kRational) {
+        field = entry.RationalValue;
+    }
+}
+
+void TakeShortOrLong(const IFEntry& entry, std::uint32_t& field) {
+    if (entry.Format == tiff::kLong) {
+        field = entry.LongValue;
+    } else if (entry.Format == tiff::kShort) {
+        field = entry.ShortValue;
+    }
+}
+
+void StoreIFD0Entry(IFEntry& entry, EXIFInfo& exif) {
+    switch (entry.Tag) {
+        case tag::kBitsPerSample:
+            return Take(entry, exif.BitsPerSample);
+        case tag::kImageDescription:
+            return Take(entry, exif.ImageDescription);
+        case tag::kMake:
+            return Take(entry, exif.Make);
+        case tag::kModel:
+            return Take(entry, exif.Model);
+        case tag::kOrientation:
+            return Take(entry, exif.Orientation);
+        case tag::kSoftware:
+            return Take(entry, exif.Software);
+        case tag::kDateTime:
+            return Take(entry, exif.DateTime);
+        case tag::kCopyright:
+            return Take(entry, exif.Copyright);
+        default:
+            return;
+    }
+}
+
+void StoreExposureTime(const IFEntry& entry, EXIFInfo& exif) {
+    if (entry.Format == tiff::kRational) {
+        exif.ExposureTime = SnapExposureTime(entry.RationalValue);
+    }
+}
+
+/// Only a RATIONAL is taken. The camera writes an SRATIONAL, which deliberately leaves the field cleared.
+void StoreExposureBias(const IFEntry& entry, EXIFInfo& exif) {
+    if (entry.Format == tiff::kRational) {
+        exif.ExposureBiasValue = ExposureBiasInThirds(AsSigned(entry.RationalValue));
+    }
+}
+
+/// The maker note is decoded the moment it is met, before the entries that follow it.
+void StoreMakerNote(IFEntry& entry, EXIFInfo& exif) {
+    if (entry.Format == tiff::kUndefined) {
+        Take(entry, exif.MakerNote);
+        exif.ParseMakerNote();
+    }
+}
+
+void StoreExifEntry(IFEntry& entry, EXIFInfo& exif) {
+    switch (entry.Tag) {
+        case tag::kExposureTime:
+            return StoreExposureTime(entry, exif);
+        case tag::kFNumber:
+            return Take(entry, exif.FNumber);
+        case tag::kExposureProgram:
+            return Take(entry, exif.ExposureProgram);
+        case tag::kISOSpeedRatings:
+            return Take(entry, exif.ISOSpeedRatings);
+        case tag::kExifVersion:
+            return Take(entry, exif.ExifVersion);
+        case tag::kDateTimeOriginal:
+            return Take(entry, exif.DateTimeOriginal);
+        case tag::kDateTimeDigitized:
+            return Take(entry, exif.DateTimeDigitized);
+        case tag::kShutterSpeedValue:
+            return Take(entry, exif.ShutterSpeedValue);
+        case tag::kExposureBiasValue:
+            return StoreExposureBias(entry, exif);
+        case tag::kSubjectDistance:
+            return Take(entry, exif.SubjectDistance);
+        case tag::kMeteringMode:
+            return Take(entry, exif.MeteringMode);
+        case tag::kFlash:
+            return Take(entry, exif.Flash);
+        case tag::kFocalLength:
+            return Take(entry, exif.FocalLength);
+        case tag::kMakerNote:
+            return StoreMakerNote(entry, exif);
+        case tag::kSubSecTimeOriginal:
+            return Take(entry, exif.SubSecTimeOriginal);
+        case tag::kPixelXDimension:
+            return TakeShortOrLong(entry, exif.PixelXDimension);
+        case tag::kPixelYDimension:
+            return TakeShortOrLong(entry, exif.PixelYDimension);
+        case tag::kFileSource:
+            return Take(entry, exif.FileSource);
+        case tag::kSceneType:
+            return Take(entry, exif.SceneType);
+        case tag::kDigitalZoomRatio:
+            return Take(entry, exif.DigitalZoomRatio);
+        case tag::kFocalLengthIn35mmFilm:
+            return Take(entry, exif.FocalLengthIn35mmFilm);
+        case tag::kSceneCaptureType:
+            return Take(entry, exif.SceneCaptureType);
+        // These four are taken whatever the format says; one that did not fill the member gives its zero.
+        case tag::kMaxApertureValue:
+            exif.MaxApertureValue = entry.RationalValue;
+            return;
+        case tag::kLightSource:
+            exif.LightSource = entry.ShortValue;
+            return;
+        case tag::kWhiteBalance:
+            exif.WhiteBalance = entry.ShortValue;
+            return;
+        case tag::kImageUniqueID:
+            exif.ImageUniqueID.swap(entry.StringValue);
+            return;
+        default:
+            return;
+    }
+}
+
+/// Whether the IFD at `offset` lies in the block with its count, its entries and its link.
+bool HoldsIFD(const TiffBlock& block, std::uint64_t offset) {
+    constexpr std::uint64_t count_and_link = tiff::kCountSize + tiff::kLinkSize;
+    return block.buf.Holds(offset, count_and_link + std::uint64_t{parse16(block, offset)} * tiff::kEntrySize);
+}
+
+/// Calls `store` with each entry of the IFD at `offset`, in order. The IFD lies in the block.
+template <typename Store>
+void ForEachEntry(const TiffBlock& block, std::uint64_t offset, Store store) {
+    const std::uint16_t count = parse16(block, offset);
+    offset += tiff::kCountSize;
+    for (std::uint16_t i = 0; i < count; ++i, offset += tiff::kEntrySize) {
+        IFEntry entry = parseIFEntry(block, offset);
+        store(entry);
+    }
+}
+
+constexpr std::uint64_t kByteOrderMarkSize = 2;  // bytes
+
+/// Reads the byte order mark of `block`, whose header lies in the buffer. Returns 0 or the parser's code.
+int ReadByteOrder(TiffBlock& block) {
+    const auto mark = block.buf.Bytes(block.base, kByteOrderMarkSize);
+    if (mark[0] != mark[1] || (mark[0] != 'I' && mark[0] != 'M')) {
+        return EXIFInfo::kUnknownByteOrder;
+    }
+    block.little_endian = mark[0] == 'I';
+    return 0;
+}
+
+}  // namespace
+
+int EXIFInfo::parseFrom(const unsigned char* buf, unsigned int len) {
+    constexpr unsigned int shortest_jpeg = 4;  // bytes: SOI and EOI
+    if (buf == nullptr || len < shortest_jpeg) {
+        return kNoExif;
+    }
+    const std::span<const std::uint8_t> bytes(buf, len);
+    if (byte_order::GetBig<std::uint16_t>(bytes) != kStartOfImage ||
+        byte_order::GetBig<std::uint16_t>(bytes.last(kMarkerSize)) != kEndOfImage) {
+        return kNotAJpeg;
+    }
+    clear();
+
+    // The first APP1 marker at any byte position; segment lengths are not followed.
+    const auto marker = std::search(bytes.begin(), bytes.end(), kApp1Marker.begin(), kApp1Marker.end());
+    const ByteView view(bytes);
+    const auto segment = static_cast<std::uint64_t>(marker - bytes.begin()) + kMarkerSize;
+    if (!view.Holds(segment, kSegmentLengthSize)) {
+        return kNoExif;
+    }
+    const auto segment_length = view.Get<std::uint16_t>(segment, false);
+    if (segment_length < kShortestSegment || !view.Holds(segment, segment_length)) {
+        return kCorruptExif;
+    }
+    // What follows the segment is handed on as well: a value may lie behind the segment's end.
+    const auto payload = bytes.subspan(static_cast<std::size_t>(segment + kSegmentLengthSize));
+    return parseFromEXIFSegment(payload.data(), static_cast<unsigned int>(payload.size()));
+}
+
+int EXIFInfo::parseFrom(const std::string& data) {
+    if (data.size() > std::numeric_limits<unsigned int>::max()) {
+        return kNotAJpeg;
+    }
+    return parseFrom(reinterpret_cast<const unsigned char*>(data.data()),
+                     static_cast<unsigned int>(data.size()));
+}
+
+int EXIFInfo::parseFromEXIFSegment(const unsigned char* buf, unsigned int len) {
+    if (buf == nullptr || len < kExifHeader.size()) {
+        return kNoExif;
+    }
+    const std::span<const std::uint8_t> bytes(buf, len);
+    if (!std::equal(kExifHeader.begin(), kExifHeader.end(), bytes.begin())) {
+        return kNoExif;
+    }
+    TiffBlock block{ByteView(bytes), kExifHeader.size()};
+    if (!block.buf.Holds(block.base, tiff::kHeaderSize)) {
+        return kCorruptExif;
+    }
+    if (const int error = ReadByteOrder(block); error != 0) {
+        return error;
+    }
+    LittleEndian = block.little_endian;
+
+    const std::uint64_t magic = block.base + kByteOrderMarkSize;
+    const std::uint64_t ifd0 = block.base + parse32(block, magic + sizeof(tiff::kMagic));
+    if (parse16(block, magic) != tiff::kMagic || !HoldsIFD(block, ifd0)) {
+        return kCorruptExif;
+    }
+    std::uint64_t exif_ifd = len;  // none
+    ForEachEntry(block, ifd0, [&](IFEntry& entry) {
+        if (entry.Tag == tag::kExifIFD) {
+            exif_ifd = block.base + entry.Data;
+        }
+        StoreIFD0Entry(entry, *this);
+    });
+
+    // An EXIF IFD whose link would already lie outside counts as none.
+    if (!block.buf.Holds(exif_ifd, tiff::kLinkSize)) {
+        return 0;
+    }
+    if (!HoldsIFD(block, exif_ifd)) {
+        return kCorruptExif;
+    }
+    ForEachEntry(block, exif_ifd, [&](IFEntry& entry) { StoreExifEntry(entry, *this); });
+    return 0;
+}

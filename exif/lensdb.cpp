@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "exif/lensdb.h"
+
+#include "exif/simple_ini.h"
+#include "exif/truncate.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+double ToNumber(const char* text) {
+    return std::strtod(text, nullptr);
+}
+
+std::vector<std::int32_t> ReadApertures(const simple_ini::File& ini, const char* section, const char* key) {
+    simple_ini::File::TNamesDepend values;
+    ini.GetAllValues(section, key, values);
+    std::vector<std::int32_t> apertures;
+    for (const auto& value : values) {
+        apertures.push_back(Truncate<std::int32_t>(ToNumber(value.pItem) * lensdb::kApertureUnits + 0.5));
+    }
+    std::sort(apertures.begin(), apertures.end());
+    return apertures;
+}
+
+lensdb::Lensdbtype ReadLens(const simple_ini::File& ini, const char* section) {
+    lensdb::Lensdbtype lens;
+    simple_ini::File::TNamesDepend keys;
+    ini.GetAllKeys(section, keys);
+    for (const auto& entry : keys) {
+        const char* key = entry.pItem;
+        if (simple_ini::SameName(key, "Maker")) {
+            lens.Maker = ini.GetValue(section, key, "");
+        } else if (simple_ini::SameName(key, "Model")) {
+            lens.Model = ini.GetValue(section, key, "");
+        } else if (simple_ini::SameName(key, "SerialNo")) {
+            lens.SerialNo = ini.GetValue(section, key, "");
+        } else if (simple_ini::SameName(key, "FocalLength")) {
+            lens.FocalLength = ToNumber(ini.GetValue(section, key, ""));
+        } else if (simple_ini::SameName(key, "Aperture")) {
+            lens.Aperture = ReadApertures(ini, section, key);
+        }
+    }
+    return lens;
+}
+
+}  // namespace
+
+lensdb::lensdb(const std::string& folder) : DatabaseFile(folder + "lensdb.ini") {}
+
+int lensdb::LoadLensData() {
+    simple_ini::File ini;
+    ini.SetMultiKey(true);
+    if (const int error = simple_ini::Load(DatabaseFile, ini); error != SI_OK) {
+        return error;
+    }
+    simple_ini::File::TNamesDepend sections;
+    ini.GetAllSections(sections);
+    for (const auto& section : sections) {
+        Lenses[section.pItem] = ReadLens(ini, section.pItem);
+    }
+    return 0;
+}

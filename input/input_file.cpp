@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "input/input_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <ios>
+#include <system_error>
+
+bool InputFile::Open(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        return false;
+    }
+    stream_.open(path, std::ios::binary | std::ios::ate);
+    const std::streamoff end = stream_.is_open() ? std::streamoff(stream_.tellg()) : -1;
+    if (end < 0) {
+        return false;
+    }
+    size_ = static_cast<std::uint64_t>(end);
+    return true;
+}
+
+void InputFile::ReadStart(std::span<std::uint8_t> bytes) {
+    const auto count = std::min<std::uint64_t>(size_, bytes.size());
+    stream_.seekg(0);
+    stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_INPUT_INPUT_FILE_H
+#define VELMARCON_INPUT_INPUT_FILE_H
+
+#include <cstdint>
+#include <fstream>
+#include <span>
+#include <string>
+
+/// A file that is only read. Plain files only: a folder, a pipe or a device (whose reading might never end)
+/// counts as one that cannot be opened; a symbolic link is followed.
+class InputFile {
+  public:
+    /// Opens `path`. Returns false when that is not possible.
+    [[nodiscard]] bool Open(const std::string& path);
+
+    /// Length in bytes, when it was opened.
+    std::uint64_t size() const { return size_; }
+
+    /// Reads the file's start into `bytes` with one read. What the file does not hold is left as it was.
+    void ReadStart(std::span<std::uint8_t> bytes);
+
+  private:
+    std::ifstream stream_;
+    std::uint64_t size_ = 0;
+};
+
+#endif  // VELMARCON_INPUT_INPUT_FILE_H

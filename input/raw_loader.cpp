@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "app/error_codes.h"
+#include "input/input_file.h"
+#include "input/pixel_memory.h"
+#include "input/preview.h"
+#include "input/raw_layout.h"
+#include "input/read_input_data.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// Reads the words of a sensor dump; those that the file does not hold are 0, what follows them is not read.
+void ReadWords(InputFile& file, std::vector<std::uint16_t>& words) {
+    pixel_memory::ResizeZeroed(words, raw_layout::kFileWords);
+    file.ReadStart({reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes});
+}
+
+/// Position of the first pixel of row `y` in a sensor dump, in words.
+constexpr std::size_t RowStart(std::size_t y) {
+    return raw_layout::kLeadingWords + y * raw_layout::kRowWords;
+}
+
+void SubtractDarkRow(std::span<std::uint16_t> row, std::span<const std::uint16_t> dark) {
+    for (std::size_t x = 0; x < row.size(); ++x) {
+        row[x] = static_cast<std::uint16_t>(row[x] - std::min(row[x], dark[x]));
+    }
+}
+
+}  // namespace
+
+int ReadInputData::LoadRawFile() {
+    if (Verbose) {
+        std::printf("Reading %s...", RawFileName.c_str());
+    }
+    InputFile raw;
+    if (!raw.Open(Folder + RawFileName)) {
+        return kRawNotFound;
+    }
+    // A sensor dump is a hundredth of what ImageSize can hold: one beyond that is no dump.
+    if (raw.size() > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
+        return kRawDamaged;
+    }
+    ImageSize = static_cast<std::int32_t>(raw.size());
+    ReadWords(raw, ImageData);
+
+    if (SubtractBia) {
+        InputFile bia;
+        if (!bia.Open(Folder + BiaFileName)) {
+            return kBiaDamaged;
+        }
+        ReadWords(bia, BiaData);
+    }
+    return ExtractRawImage();
+}
+
+int ReadInputData::ExtractRawImage() {
+    using raw_layout::kPixelCount;
+    Width = raw_layout::kImageWidth;
+    Height = raw_layout::kImageHeight;
+    // Compares bytes with pixels: half a dump still passes, and its missing words are black.
+    if (ImageSize < kPixelCount) {
+        return kRawDamaged;
+    }
+    ImageSize = kPixelCount;
+    PreviewSize = PreviewSampler::kSize;
+    PreviewData.resize(PreviewSampler::kSize);
+    PreviewSampler preview(Width, Height, PreviewData);
+
+    ImageData.resize(raw_layout::kFileWords);
+    if (SubtractBia) {
+        BiaData.resize(raw_layout::kFileWords);
+    }
+    // Each row moves down over words that are no longer needed, so one buffer serves for dump and image.
+    const std::span words(ImageData);
+    constexpr auto width = static_cast<std::size_t>(raw_layout::kImageWidth);
+    for (std::int32_t y = 0; y < Height; ++y) {
+        const auto source = RowStart(static_cast<std::size_t>(y));
+        const auto row = words.subspan(static_cast<std::size_t>(y) * width, width);
+        std::copy_n(words.begin() + static_cast<std::ptrdiff_t>(source), width, row.begin());
+        preview.AddRow(y, row);  // shows the sensor data as they were before the dark frame is subtracted
+        if (SubtractBia) {
+            SubtractDarkRow(row, std::span(BiaData).subspan(source, width));
+        }
+    }
+    ImageData.resize(static_cast<std::size_t>(ImageSize));
+    if (Verbose) {
+        std::printf("Done!\n");
+    }
+    return 0;
+}

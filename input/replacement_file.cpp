@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "input/replacement_file.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t kDefaultMode = 0666;  // less the user's mask
+
+/// The error number of the call that failed last; never 0.
+int LastError() {
+    return errno != 0 ? errno : EIO;
+}
+
+/// Where the chain of symbolic links from `path` ends, whether or not a file stands there.
+int FollowLinks(const std::string& path, fs::path& target) {
+    constexpr int longest_chain = 40;  // as on Linux
+    target = path;
+    std::error_code error;
+    for (int i = 0; i < longest_chain; ++i) {
+        if (!fs::is_symlink(fs::symlink_status(target, error))) {
+            return 0;
+        }
+        const fs::path next = fs::read_symlink(target, error);
+        if (error) {
+            return error.value();
+        }
+        target = target.parent_path() / next;  // an absolute `next` stands alone
+    }
+    return ELOOP;
+}
+
+bool SameFile(int descriptor, const std::string& path) {
+    struct stat open_file = {};
+    struct stat named_file = {};
+    return ::fstat(descriptor, &open_file) == 0 && ::stat(path.c_str(), &named_file) == 0 &&
+           open_file.st_dev == named_file.st_dev && open_file.st_ino == named_file.st_ino;
+}
+
+/// Opens and locks the file `path`, making it if need be. Returns its descriptor, or -1 with errno;
+/// EWOULDBLOCK when another run is writing it.
+int OpenLocked(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kDefaultMode);
+    if (descriptor < 0) {
+        return -1;
+    }
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno != ENOLCK && errno != EOPNOTSUPP) {
+        const int error = errno;
+        ::close(descriptor);
+        errno = error;
+        return -1;
+    }
+    // Between opening and locking, the run that held the lock may have finished: then this is its finished
+    // file.
+    if (!SameFile(descriptor, path)) {
+        ::close(descriptor);
+        errno = EWOULDBLOCK;
+        return -1;
+    }
+    return descriptor;
+}
+
+}  // namespace
+
+ReplacementFile::~ReplacementFile() {
+    if (!part_path_.empty()) {
+        stream_.close();
+        std::remove(part_path_.c_str());
+    }
+    if (lock_ >= 0) {
+        ::close(lock_);
+    }
+}
+
+int ReplacementFile::Open(const std::string& path) {
+    fs::path target;
+    if (const int error = FollowLinks(path, target); error != 0) {
+        return error;
+    }
+    final_path_ = target.string();
+    struct stat existing = {};
+    const bool exists = ::stat(final_path_.c_str(), &existing) == 0;
+    if (exists && S_ISDIR(existing.st_mode)) {
+        return EISDIR;
+    }
+    if (exists && ::access(final_path_.c_str(), W_OK) != 0) {
+        return LastError();
+    }
+    const std::string folder = target.has_parent_path() ? target.parent_path().string() + "/" : "";
+    if (const int error = CreatePart(folder); error != 0) {
+        return error;
+    }
+    errno = 0;
+    stream_.open(part_path_, std::ios::binary | std::ios::trunc);
+    return stream_.is_open() ? 0 : LastError();
+}
+
+bool ReplacementFile::Good() {
+    if (!stream_ && error_ == 0) {
+        error_ = LastError();
+    }
+    return error_ == 0;
+}
+
+/// The part's name does not depend on the final one, so that it never is too long. A part that a killed run
+/// left is not locked and is taken over; one that another run is writing is.
+int ReplacementFile::CreatePart(const std::string& folder) {
+    constexpr int most_runs = 100;
+    for (int i = 0; i < most_runs; ++i) {
+        const std::string part = folder + ".velmarcon-" + std::to_string(i) + ".part";
+        lock_ = OpenLocked(part);
+        if (lock_ >= 0) {
+            part_path_ = part;
+            return 0;
+        }
+        if (errno != EWOULDBLOCK) {
+            return LastError();
+        }
+    }
+    return EBUSY;
+}
+
+int ReplacementFile::Commit(std::uint64_t size) {
+    errno = 0;
+    stream_.close();
+    if (!Good()) {
+        return error_;
+    }
+    struct stat written = {};
+    if (::fstat(lock_, &written) != 0) {
+        return LastError();
+    }
+    if (static_cast<std::uint64_t>(written.st_size) != size) {
+        return EIO;
+    }
+    if (const int error = PrepareToReplace(); error != 0) {
+        return error;
+    }
+    if (std::rename(part_path_.c_str(), final_path_.c_str()) != 0) {
+        return LastError();
+    }
+    part_path_.clear();
+    return 0;
+}
+
+/// A new file may wait for the system to write it; one that replaces another takes over its mode and must be
+/// on disk before that one goes.
+int ReplacementFile::PrepareToReplace() {
+    struct stat existing = {};
+    if (::stat(final_path_.c_str(), &existing) != 0) {
+        return 0;
+    }
+    // A refusal leaves the mode of a new file.
+    (void)::fchmod(lock_, existing.st_mode & ALLPERMS);
+    return ::fsync(lock_) == 0 ? 0 : LastError();
+}
