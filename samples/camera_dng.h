@@ -2,7 +2,6 @@
 #ifndef VELMARCON_SAMPLES_CAMERA_DNG_H
 #define VELMARCON_SAMPLES_CAMERA_DNG_H
 
-#include "samples/rgb_image.h"
 #include "samples/shot.h"
 #include "samples/tiff_entry.h"
 
@@ -32,13 +31,17 @@ struct CameraDngFile {
     std::vector<std::uint8_t> raw;      ///< see CroppedBytes
 };
 
-/// The file of `shot`, whose preview and raw pixels may be changed afterwards like all entries. SubIFDs and
-/// ExifIFD hold the usual offsets; a change in the number of entries moves the directories, and Serialize
-/// then corrects the two pointers if they still hold the usual values.
+/// The test scene as a preview: 230400 bytes.
+std::vector<std::uint8_t> ScenePreview();
+
+/// The file of `shot`; its entries, preview and raw pixels may be changed afterwards. The strip offsets stay
+/// as they are whatever is changed.
 CameraDngFile CameraDng(const Shot& shot, std::vector<std::uint8_t> preview, std::vector<std::uint8_t> raw);
 
-/// The bytes of the file; kCameraDngBytes with everything as CameraDng gives it. Directories and values that
-/// do not fit before kDngPreviewOffset give an empty file.
+/// The bytes of the file; kCameraDngBytes with everything as CameraDng gives it. A SubIFDs or ExifIFD entry
+/// without a raw field is made to point at its directory, wherever more or fewer entries have moved it. A
+/// longer preview is cut where the raw strips begin. Empty when directories and values do not fit before
+/// kDngPreviewOffset.
 std::vector<std::uint8_t> Serialize(const CameraDngFile& file);
 
 }  // namespace samples

@@ -2,11 +2,11 @@
 #ifndef VELMARCON_SAMPLES_SAMPLE_CARD_H
 #define VELMARCON_SAMPLES_SAMPLE_CARD_H
 
+#include "samples/file_writer.h"
 #include "samples/shot.h"
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 
 namespace samples {
@@ -27,10 +27,6 @@ std::string BaseName(int number);
 
 /// The exposure of pair `number`, counted from 1: ISO, lens, time and image number change from pair to pair.
 Shot CardShot(int number, const CardOptions& options);
-
-/// Writes `bytes` as the file `path`. Returns an empty text, or what failed. An existing file is an error
-/// unless `overwrite`.
-std::string WriteFile(const std::string& path, std::span<const std::uint8_t> bytes, bool overwrite);
 
 /// Writes the files that `options` asks for into `folder`, which is made when it does not exist. Nothing is
 /// written when one of the files exists already and `force` is off. Returns an empty text, or what failed.

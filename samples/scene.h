@@ -2,6 +2,7 @@
 #ifndef VELMARCON_SAMPLES_SCENE_H
 #define VELMARCON_SAMPLES_SCENE_H
 
+#include "samples/line_patterns.h"
 #include "samples/rgb_image.h"
 
 #include <span>
@@ -18,8 +19,8 @@ struct Patch {
     Srgb colour = {};
 };
 
-/// The test scene: a chart of 24 colours, a grey wedge, smooth gradients and resolution bars on a grey
-/// ground. It is drawn to any size; positions scale with it.
+/// The test scene: a chart of 24 colours, a grey wedge, smooth gradients, a star and resolution bars on a
+/// grey ground. It is drawn to any size; positions scale with it.
 class Scene {
   public:
     /// `width` and `height` in pixels, at least 1.
@@ -30,17 +31,40 @@ class Scene {
 
     /// The 24 chart patches, row by row from the upper left; the last row is the neutral one, white to black.
     const std::vector<Patch>& ChartPatches() const { return chart_; }
-    /// The steps of the grey wedge, black to white.
+    /// The 21 steps of the grey wedge, black to white, side by side without gaps.
     const std::vector<Patch>& WedgePatches() const { return wedge_; }
 
     /// Draws row `y` (0 to height - 1) into `row`, which must hold Width() pixels.
     void DrawRow(int y, std::span<LinearRgb> row) const;
 
   private:
+    struct BarField {
+        Patch area;
+        Bars bars;
+    };
+
+    Patch Scaled(int x, int y, int width, int height, Srgb colour) const;
+    void PlaceChart();
+    void PlaceWedge();
+    void PlaceBars();
+    void PlaceGradients();
+
+    void DrawGround(int y, std::span<LinearRgb> row) const;
+    void DrawGradients(int y, std::span<LinearRgb> row) const;
+    void DrawStar(int y, std::span<LinearRgb> row) const;
+    void DrawBars(int y, std::span<LinearRgb> row) const;
+
     int width_;
     int height_;
+    std::vector<Patch> panels_;
     std::vector<Patch> chart_;
     std::vector<Patch> wedge_;
+    Patch star_;
+    std::vector<BarField> bars_;
+    Patch grey_ramp_;
+    std::vector<LinearRgb> grey_ramp_columns_;
+    Patch hue_ramp_;
+    std::vector<LinearRgb> hue_ramp_columns_;
 };
 
 /// The scene as a viewer shows it.

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "samples/camera_jpeg.h"
+
+#include "exif/tags.h"
+#include "samples/maker_note.h"
+
+#include <jpeglib.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+
+namespace samples {
+
+namespace {
+
+// Exif 2.2 demands them of a JPEG; nothing here reads them.
+constexpr std::uint16_t kFlashpixVersion = 40960;
+constexpr std::uint16_t kColorSpace = 40961;
+
+using FreeMemory = decltype([](unsigned char* memory) { std::free(memory); });
+
+}  // namespace
+
+std::vector<Entry> ShootingEntries(const Shot& shot, const std::vector<std::uint8_t>& maker_note) {
+    return {
+        Rationals(tag::kExposureTime, {shot.exposure_time}),
+        Short(tag::kExposureProgram, shot.exposure_program),
+        Short(tag::kISOSpeedRatings, shot.iso),
+        Undefined(tag::kExifVersion, {'0', '2', '2', '0'}),
+        Ascii(tag::kDateTimeDigitized, shot.date_time_digitized),
+        SRationals(tag::kShutterSpeedValue, {shot.shutter_speed}),
+        SRationals(tag::kExposureBiasValue, {shot.exposure_bias}),
+        Rationals(tag::kMaxApertureValue, {shot.max_aperture}),
+        Short(tag::kMeteringMode, shot.metering_mode),
+        Short(tag::kLightSource, shot.light_source),
+        Short(tag::kFlash, shot.flash),
+        Rationals(tag::kFocalLength, {shot.focal_length}),
+        Undefined(tag::kMakerNote, maker_note),
+        Undefined(tag::kFileSource, {3}),
+        Undefined(tag::kSceneType, {1}),
+        Short(tag::kWhiteBalance, shot.white_balance),
+        Rationals(tag::kDigitalZoomRatio, {shot.digital_zoom}),
+        Short(tag::kFocalLengthIn35mmFilm, shot.focal_length_35mm),
+        Short(tag::kSceneCaptureType, shot.scene_capture_type),
+        Ascii(tag::kImageUniqueID, shot.image_unique_id),
+    };
+}
+
+ExifBlock CameraExif(const Shot& shot) {
+    ExifBlock block;
+    block.ifd0 = {
+        Ascii(tag::kMake, shot.make),
+        Ascii(tag::kModel, shot.model),
+        Short(tag::kOrientation, shot.orientation),
+        Rationals(tag::kXResolution, {{72, 1}}),
+        Rationals(tag::kYResolution, {{72, 1}}),
+        Short(tag::kResolutionUnit, 2),
+        Ascii(tag::kSoftware, shot.software),
+        Ascii(tag::kDateTime, shot.date_time),
+    };
+    block.exif = ShootingEntries(shot, JpegMakerNote(shot));
+    Set(block.exif, Ascii(tag::kDateTimeOriginal, shot.date_time));
+    Set(block.exif, Undefined(kFlashpixVersion, {'0', '1', '0', '0'}));
+    Set(block.exif, Short(kColorSpace, 1));
+    Set(block.exif, Long(tag::kPixelXDimension, shot.pixel_x_dimension));
+    Set(block.exif, Long(tag::kPixelYDimension, shot.pixel_y_dimension));
+    return block;
+}
+
+std::vector<std::uint8_t> EncodeJpeg(const RgbImage& image, int quality) {
+    if (image.width < 1 || image.height < 1 || std::max(image.width, image.height) > JPEG_MAX_DIMENSION) {
+        return {};
+    }
+    jpeg_error_mgr errors = {};
+    jpeg_compress_struct jpeg = {};
+    jpeg.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&jpeg);
+    unsigned char* memory = nullptr;
+    unsigned long size = 0;  // NOLINT(google-runtime-int): libjpeg's type
+    jpeg_mem_dest(&jpeg, &memory, &size);
+
+    jpeg.image_width = static_cast<JDIMENSION>(image.width);
+    jpeg.image_height = static_cast<JDIMENSION>(image.height);
+    jpeg.input_components = 3;
+    jpeg.in_color_space = JCS_RGB;
+    jpeg_set_defaults(&jpeg);
+    jpeg_set_quality(&jpeg, quality, TRUE);
+    jpeg.write_JFIF_header = FALSE;  // an Exif file's first segment is APP1
+    jpeg_start_compress(&jpeg, TRUE);
+    std::vector<std::uint8_t> row(3 * static_cast<std::size_t>(image.width));
+    while (jpeg.next_scanline < jpeg.image_height) {
+        const std::size_t start = jpeg.next_scanline * row.size();
+        std::copy_n(image.samples.begin() + static_cast<std::ptrdiff_t>(start), row.size(), row.begin());
+        std::array<JSAMPROW, 1> rows = {row.data()};
+        jpeg_write_scanlines(&jpeg, rows.data(), 1);
+    }
+    jpeg_finish_compress(&jpeg);
+    jpeg_destroy_compress(&jpeg);
+
+    const std::unique_ptr<unsigned char, FreeMemory> owned(memory);
+    const std::span<const std::uint8_t> bytes(owned.get(), size);
+    return {bytes.begin(), bytes.end()};
+}
+
+const std::vector<std::uint8_t>& TinyJpeg() {
+    constexpr int kSide = 8;
+    constexpr std::uint8_t kGrey = 128;
+    static const std::vector<std::uint8_t> kJpeg = EncodeJpeg(
+        {.width = kSide, .height = kSide, .samples = std::vector<std::uint8_t>(3UL * kSide * kSide, kGrey)});
+    return kJpeg;
+}
+
+std::vector<std::uint8_t> CameraJpeg(std::span<const std::uint8_t> exif, std::span<const std::uint8_t> jpeg) {
+    constexpr std::size_t kMarkerSize = 2;
+    std::vector<std::uint8_t> bytes = {0xFF, 0xD8, 0xFF, 0xE1};
+    AppendNumber(bytes, ByteOrder::kBig, static_cast<std::uint32_t>(exif.size() + 2), 2);
+    bytes.insert(bytes.end(), exif.begin(), exif.end());
+    const auto rest = jpeg.subspan(std::min(jpeg.size(), kMarkerSize));
+    bytes.insert(bytes.end(), rest.begin(), rest.end());
+    return bytes;
+}
+
+std::vector<std::uint8_t> CameraJpeg(const ExifBlock& block, std::span<const std::uint8_t> jpeg) {
+    return CameraJpeg(Serialize(block), jpeg);
+}
+
+}  // namespace samples

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SAMPLES_SAMPLE_DATABASES_H
+#define VELMARCON_SAMPLES_SAMPLE_DATABASES_H
+
+#include "samples/sensor_dump.h"
+#include "samples/tiff_entry.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace samples {
+
+/// A 6-bit coded lens.
+struct Lens {
+    std::uint8_t code;
+    std::uint8_t frame_selector;
+    std::uint32_t focal_length;  ///< mm
+    std::uint16_t focal_length_35mm;
+    Rational max_aperture;  ///< APEX
+    std::string bits;       ///< `code`, most significant bit first
+    std::string model;
+    std::vector<std::string> apertures;  ///< f-numbers
+};
+
+/// The lenses of the sample card.
+const std::vector<Lens>& Lenses();
+
+/// Text of a lensdb.ini with a section for each of Lenses().
+std::string LensDatabase();
+
+/// Text of a sensdb.ini for the camera `serial_number`: the defects of `options` and its column levels above
+/// the darkest column, at ISO 160.
+std::string SensorDatabase(std::uint32_t serial_number, const SensorOptions& options);
+
+}  // namespace samples
+
+#endif  // VELMARCON_SAMPLES_SAMPLE_DATABASES_H
