@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/conversion_run.h"
 
+#include <cstdio>
+#include <memory>
+
 #include "app/error_codes.h"
 #include "app/input_discovery.h"
 #include "dng/dnglib.h"
 #include "input/read_input_data.h"
-
-#include <cstdio>
-#include <memory>
 
 namespace {
 

@@ -2,13 +2,13 @@
 #ifndef VELMARCON_APP_CONVERSION_RUN_H
 #define VELMARCON_APP_CONVERSION_RUN_H
 
+#include <cstdint>
+#include <string>
+
 #include "app/error_handler.h"
 #include "app/run_settings.h"
 #include "exif/lensdb.h"
 #include "sensor/sensdb.h"
-
-#include <cstdint>
-#include <string>
 
 class ReadInputData;
 

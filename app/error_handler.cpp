@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/error_handler.h"
 
+#include <cstdio>
+
 #include "app/error_codes.h"
 #include "app/usage_text.h"
-
-#include <cstdio>
 
 ErrorHandler::ErrorHandler()
     : messages_{

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "app/input_discovery.h"
 
-#include "app/error_codes.h"
-#include "input/input_file.h"
-
 #include <dirent.h>
 #include <sys/stat.h>
 
 #include <memory>
 #include <string_view>
+
+#include "app/error_codes.h"
+#include "input/input_file.h"
 
 namespace {
 

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <cstddef>
+#include <span>
+#include <string>
+
 #include "app/conversion_run.h"
 #include "app/error_handler.h"
 #include "app/options.h"
@@ -6,10 +10,6 @@
 #include "exif/lensdb.h"
 #include "input/pixel_memory.h"
 #include "sensor/sensdb.h"
-
-#include <cstddef>
-#include <span>
-#include <string>
 
 int main(int argc, char* argv[]) {
     pixel_memory::KeepFreedBlocks();

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/options.h"
 
-#include "app/error_codes.h"
-#include "app/input_discovery.h"
-
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
+
+#include "app/error_codes.h"
+#include "app/input_discovery.h"
 
 namespace {
 

@@ -2,12 +2,12 @@
 #ifndef VELMARCON_APP_OPTIONS_H
 #define VELMARCON_APP_OPTIONS_H
 
+#include <span>
+#include <string>
+
 #include "app/error_handler.h"
 #include "app/run_settings.h"
 #include "exif/lensdb.h"
-
-#include <span>
-#include <string>
 
 /// The folder in which the databases are looked for: `program` (argv[0]) up to and including its last
 /// separator; "./" when that stands first, empty (the current folder) when there is none.

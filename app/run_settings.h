@@ -2,10 +2,10 @@
 #ifndef VELMARCON_APP_RUN_SETTINGS_H
 #define VELMARCON_APP_RUN_SETTINGS_H
 
-#include "app/input_discovery.h"
-
 #include <cstdint>
 #include <string>
+
+#include "app/input_discovery.h"
 
 /// What the command line asks for.
 struct RunSettings {

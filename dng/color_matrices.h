@@ -7,9 +7,11 @@
 /// 3 x 3 matrices of a DNG's colour model (DNG 1.4, chapter 6), row by row, as SRATIONALs.
 namespace color_matrices {
 
+constexpr unsigned int kElements = 9;
+
 struct Matrix {
-    std::array<int, 9> numerators;
-    std::array<int, 9> denominators;
+    std::array<int, kElements> numerators;
+    std::array<int, kElements> denominators;
 };
 
 /// From CIE XYZ to the camera's colours, for the two calibration illuminants: A and D65.

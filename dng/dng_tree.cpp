@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The tag tree of a converted pair: which tags a written DNG holds and where their values come from.
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <string>
+
 #include "dng/color_matrices.h"
 #include "dng/dng_tags.h"
 #include "dng/dnglib.h"
@@ -12,11 +17,6 @@
 #include "exif/tiff_types.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
-
-#include <array>
-#include <bit>
-#include <cstdint>
-#include <string>
 
 namespace {
 
@@ -134,7 +134,7 @@ void DNGlib::AddColorTags(bool rawModelVariant) {
     const EXIFInfo& exif = input_->Exif;
     const auto add_matrix = [this](unsigned short tag, const Matrix& matrix) {
         AddIFDTag(&ifd0_, tag, matrix.numerators.data(), matrix.denominators.data(),
-                  matrix.numerators.size());
+                  color_matrices::kElements);
     };
     const auto& matrices = rawModelVariant ? color_matrices::kRawVariant : color_matrices::kPlain;
     add_matrix(tag::kColorMatrix1, matrices.color_matrix1);

@@ -1,15 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Layout and writing of a DNG file: a little-endian TIFF file (TIFF 6.0) of header, IFDs with their values
 // behind them, and one uncompressed strip an image.
-#include "dng/dng_tags.h"
-#include "dng/dnglib.h"
-#include "exif/byte_order.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
-#include "input/preview.h"
-#include "input/read_input_data.h"
-#include "input/replacement_file.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -20,6 +11,15 @@
 #include <span>
 #include <string>
 #include <vector>
+
+#include "dng/dng_tags.h"
+#include "dng/dnglib.h"
+#include "exif/byte_order.h"
+#include "exif/tags.h"
+#include "exif/tiff_types.h"
+#include "input/preview.h"
+#include "input/read_input_data.h"
+#include "input/replacement_file.h"
 
 namespace {
 

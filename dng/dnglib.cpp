@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "dng/dnglib.h"
 
+#include <array>
+#include <cstdio>
+
 #include "dng/dng_tags.h"
 #include "input/read_input_data.h"
 #include "sensor/iso_gain.h"
-
-#include <array>
-#include <cstdio>
 
 DNGlib::DNGlib(ReadInputData* input, lensdb* lenses, sensdb* sensors)
     : input_(input), lenses_(lenses), sensors_(sensors) {}

@@ -2,15 +2,15 @@
 #ifndef VELMARCON_DNG_DNGLIB_H
 #define VELMARCON_DNG_DNGLIB_H
 
-#include "exif/lensdb.h"
-#include "exif/rational.h"
-
 #include <cstdint>
 #include <fstream>
 #include <map>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "exif/lensdb.h"
+#include "exif/rational.h"
 
 class ReadInputData;
 class ReplacementFile;

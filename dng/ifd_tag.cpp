@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The tag model: typed values become IFD entries, serialised as they will stand in the file.
-#include "dng/dnglib.h"
-#include "exif/byte_order.h"
-#include "exif/tiff_types.h"
-
 #include <concepts>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "dng/dnglib.h"
+#include "exif/byte_order.h"
+#include "exif/tiff_types.h"
 
 namespace {
 

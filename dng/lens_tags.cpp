@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "dng/lens_tags.h"
 
-#include "exif/truncate.h"
-
 #include <bit>
 #include <cmath>
 #include <cstdlib>
+
+#include "exif/truncate.h"
 
 namespace lens_tags {
 

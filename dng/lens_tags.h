@@ -2,12 +2,12 @@
 #ifndef VELMARCON_DNG_LENS_TAGS_H
 #define VELMARCON_DNG_LENS_TAGS_H
 
-#include "exif/lensdb.h"
-#include "exif/rational.h"
-
 #include <cstdint>
 #include <span>
 #include <string>
+
+#include "exif/lensdb.h"
+#include "exif/rational.h"
 
 /// Rules by which the lens and the light that the camera measured become EXIF values. F-numbers are integers
 /// in units of 1/65536.

@@ -2,11 +2,11 @@
 #ifndef VELMARCON_EXIF_BYTE_VIEW_H
 #define VELMARCON_EXIF_BYTE_VIEW_H
 
-#include "exif/byte_order.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
+
+#include "exif/byte_order.h"
 
 /// Bytes of a file that is not trusted, with the one range test that every access goes through. Does not own.
 /// Offsets and sizes are 64 bits wide: a sum of values read from a file cannot wrap.

@@ -2,11 +2,11 @@
 #ifndef VELMARCON_EXIF_EXIF_INFO_H
 #define VELMARCON_EXIF_EXIF_INFO_H
 
-#include "exif/rational.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "exif/rational.h"
 
 /// The shooting data of one image, as read from the EXIF block of the camera's JPEG (Exif 2.3) and the maker
 /// note in it. Texts are as long as their EXIF component count says: a terminating NUL is part of them.

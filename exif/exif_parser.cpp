@@ -1,14 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Finds the EXIF block of a JPEG and reads its IFD0 and its EXIF IFD. IFD1, thumbnails and GPS data are not
 // read.
-#include "exif/byte_order.h"
-#include "exif/byte_view.h"
-#include "exif/exif_info.h"
-#include "exif/exposure_rules.h"
-#include "exif/rational.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -17,6 +9,14 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "exif/byte_order.h"
+#include "exif/byte_view.h"
+#include "exif/exif_info.h"
+#include "exif/exposure_rules.h"
+#include "exif/rational.h"
+#include "exif/tags.h"
+#include "exif/tiff_types.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "exif/exposure_rules.h"
 
-#include "exif/truncate.h"
-
 #include <cstdint>
+
+#include "exif/truncate.h"
 
 Rational SnapExposureTime(Rational seconds) {
     switch (seconds.numerator) {

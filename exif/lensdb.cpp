@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "exif/lensdb.h"
 
-#include "exif/simple_ini.h"
-#include "exif/truncate.h"
-
 #include <algorithm>
 #include <cstdlib>
+
+#include "exif/simple_ini.h"
+#include "exif/truncate.h"
 
 namespace {
 

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The camera's maker note: a header of 8 bytes, then an IFD. Little-endian whatever the byte order of the
 // EXIF block around it; offsets count from the end of the header.
-#include "exif/byte_order.h"
-#include "exif/byte_view.h"
-#include "exif/exif_info.h"
-#include "exif/tiff_types.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
+
+#include "exif/byte_order.h"
+#include "exif/byte_view.h"
+#include "exif/exif_info.h"
+#include "exif/tiff_types.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "exif/rational.h"
-#include "exif/truncate.h"
-#include "input/read_input_data.h"
-
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+
+#include "exif/rational.h"
+#include "exif/truncate.h"
+#include "input/read_input_data.h"
 
 namespace {
 

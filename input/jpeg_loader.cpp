@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "app/error_codes.h"
-#include "input/input_file.h"
-#include "input/read_input_data.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <limits>
 #include <vector>
+
+#include "app/error_codes.h"
+#include "input/input_file.h"
+#include "input/read_input_data.h"
 
 int ReadInputData::LoadJPGExif() {
     if (Verbose) {

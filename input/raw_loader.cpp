@@ -1,11 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "app/error_codes.h"
-#include "input/input_file.h"
-#include "input/pixel_memory.h"
-#include "input/preview.h"
-#include "input/raw_layout.h"
-#include "input/read_input_data.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -13,6 +6,13 @@
 #include <span>
 #include <string>
 #include <vector>
+
+#include "app/error_codes.h"
+#include "input/input_file.h"
+#include "input/pixel_memory.h"
+#include "input/preview.h"
+#include "input/raw_layout.h"
+#include "input/read_input_data.h"
 
 namespace {
 

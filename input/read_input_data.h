@@ -2,12 +2,12 @@
 #ifndef VELMARCON_INPUT_READ_INPUT_DATA_H
 #define VELMARCON_INPUT_READ_INPUT_DATA_H
 
-#include "exif/exif_info.h"
-#include "exif/lensdb.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "exif/exif_info.h"
+#include "exif/lensdb.h"
 
 /// One image being converted: the names of its files, the sensor data of `<base>.RAW` (with the dark frame
 /// `<base>.BIA` subtracted when asked for), a small grey preview, and the shooting data of `<base>.JPG`.
