@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "samples/camera_dng.h"
 
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
 #include "dng/dng_tags.h"
 #include "exif/tags.h"
 #include "exif/tiff_types.h"
 #include "samples/camera_jpeg.h"
 #include "samples/maker_note.h"
 #include "samples/sensor_dump.h"
-
-#include <algorithm>
-#include <array>
-#include <string>
-#include <utility>
 
 namespace samples {
 

@@ -2,12 +2,12 @@
 #ifndef VELMARCON_SAMPLES_CAMERA_DNG_H
 #define VELMARCON_SAMPLES_CAMERA_DNG_H
 
-#include "samples/shot.h"
-#include "samples/tiff_entry.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+#include "samples/shot.h"
+#include "samples/tiff_entry.h"
 
 namespace samples {
 
@@ -24,11 +24,11 @@ constexpr int kDngPreviewHeight = 240;
 /// then their values, the preview strips at kDngPreviewOffset and the raw strips at kDngRawOffset, up to the
 /// end.
 struct CameraDngFile {
-    std::vector<Entry> ifd0;
-    std::vector<Entry> raw_ifd;
-    std::vector<Entry> exif;
-    std::vector<std::uint8_t> preview;  ///< 320 x 240 pixels, red, green, blue
-    std::vector<std::uint8_t> raw;      ///< see CroppedBytes
+    std::vector<Entry> ifd0 = {};
+    std::vector<Entry> raw_ifd = {};
+    std::vector<Entry> exif = {};
+    std::vector<std::uint8_t> preview = {};  ///< 320 x 240 pixels, red, green, blue
+    std::vector<std::uint8_t> raw = {};      ///< see CroppedBytes
 };
 
 /// The test scene as a preview: 230400 bytes.

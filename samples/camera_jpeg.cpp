@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "samples/camera_jpeg.h"
 
-#include "exif/tags.h"
-#include "samples/maker_note.h"
-
-#include <jpeglib.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
+
+#include <jpeglib.h>
+
+#include "exif/tags.h"
+#include "samples/maker_note.h"
 
 namespace samples {
 

@@ -2,13 +2,13 @@
 #ifndef VELMARCON_SAMPLES_CAMERA_JPEG_H
 #define VELMARCON_SAMPLES_CAMERA_JPEG_H
 
-#include "samples/exif_block.h"
-#include "samples/rgb_image.h"
-#include "samples/shot.h"
-
 #include <cstdint>
 #include <span>
 #include <vector>
+
+#include "samples/exif_block.h"
+#include "samples/rgb_image.h"
+#include "samples/shot.h"
 
 namespace samples {
 

@@ -2,12 +2,12 @@
 #ifndef VELMARCON_SAMPLES_EXIF_BLOCK_H
 #define VELMARCON_SAMPLES_EXIF_BLOCK_H
 
-#include "samples/tiff_entry.h"
-
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
+
+#include "samples/tiff_entry.h"
 
 namespace samples {
 
@@ -17,8 +17,8 @@ constexpr std::uint32_t kExifHeaderSize = 6;  ///< bytes of "Exif" and two NULs,
 /// IFD.
 struct ExifBlock {
     ByteOrder order = ByteOrder::kLittle;
-    std::vector<Entry> ifd0;  ///< in file order; the ExifIFD entry is added when the block is serialised
-    std::vector<Entry> exif;  ///< in file order
+    std::vector<Entry> ifd0 = {};  ///< in file order; the ExifIFD entry is added when the block is serialised
+    std::vector<Entry> exif = {};  ///< in file order
     bool with_exif_ifd = true;
 
     // For damaged blocks: what the headers hold instead of the right values.

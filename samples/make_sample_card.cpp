@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "samples/sample_card.h"
-
 #include <charconv>
 #include <cstdint>
 #include <iostream>
@@ -9,6 +7,8 @@
 #include <string_view>
 #include <system_error>
 #include <vector>
+
+#include "samples/sample_card.h"
 
 namespace {
 

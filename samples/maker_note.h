@@ -2,11 +2,11 @@
 #ifndef VELMARCON_SAMPLES_MAKER_NOTE_H
 #define VELMARCON_SAMPLES_MAKER_NOTE_H
 
-#include "samples/shot.h"
-#include "samples/tiff_entry.h"
-
 #include <cstdint>
 #include <vector>
+
+#include "samples/shot.h"
+#include "samples/tiff_entry.h"
 
 namespace samples {
 

@@ -19,7 +19,7 @@ Srgb ToSrgb(const LinearRgb& colour);
 struct RgbImage {
     int width = 0;   ///< pixels
     int height = 0;  ///< pixels
-    std::vector<std::uint8_t> samples;
+    std::vector<std::uint8_t> samples = {};
 };
 
 }  // namespace samples

@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "samples/sample_card.h"
 
-#include "samples/camera_dng.h"
-#include "samples/camera_jpeg.h"
-#include "samples/file_writer.h"
-#include "samples/sample_databases.h"
-#include "samples/sensor_dump.h"
-
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -18,6 +12,12 @@
 #include <system_error>
 #include <utility>
 #include <vector>
+
+#include "samples/camera_dng.h"
+#include "samples/camera_jpeg.h"
+#include "samples/file_writer.h"
+#include "samples/sample_databases.h"
+#include "samples/sensor_dump.h"
 
 namespace samples {
 

@@ -2,19 +2,20 @@
 #ifndef VELMARCON_SAMPLES_SAMPLE_CARD_H
 #define VELMARCON_SAMPLES_SAMPLE_CARD_H
 
-#include "samples/file_writer.h"
-#include "samples/shot.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
+
+#include "samples/file_writer.h"
+#include "samples/shot.h"
 
 namespace samples {
 
 /// What to write onto a card.
 struct CardOptions {
-    int pairs = 3;                     ///< .RAW and .JPG files, L1000001 and up
-    std::optional<std::uint16_t> iso;  ///< of all pairs; default: from pair to pair 160, 640, 2500, ...
+    int pairs = 3;  ///< .RAW and .JPG files, L1000001 and up
+    std::optional<std::uint16_t> iso =
+        std::nullopt;  ///< of all pairs; default: from pair to pair 160, 640, 2500, ...
     bool noise = true;
     bool dark = false;       ///< a .BIA beside every .RAW, and a dark exposure as a further pair
     bool dng = false;        ///< a DNG as the camera writes it, as the last file

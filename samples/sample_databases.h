@@ -2,12 +2,12 @@
 #ifndef VELMARCON_SAMPLES_SAMPLE_DATABASES_H
 #define VELMARCON_SAMPLES_SAMPLE_DATABASES_H
 
-#include "samples/sensor_dump.h"
-#include "samples/tiff_entry.h"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "samples/sensor_dump.h"
+#include "samples/tiff_entry.h"
 
 namespace samples {
 

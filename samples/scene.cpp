@@ -225,7 +225,7 @@ void Scene::DrawBars(int y, std::span<LinearRgb> row) const {
 }
 
 RgbImage SrgbImage(const Scene& scene) {
-    RgbImage image = {.width = scene.Width(), .height = scene.Height(), .samples = {}};
+    RgbImage image = {.width = scene.Width(), .height = scene.Height()};
     image.samples.reserve(3UL * static_cast<std::size_t>(image.width) *
                           static_cast<std::size_t>(image.height));
     std::vector<LinearRgb> row(static_cast<std::size_t>(image.width));

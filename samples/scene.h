@@ -2,11 +2,11 @@
 #ifndef VELMARCON_SAMPLES_SCENE_H
 #define VELMARCON_SAMPLES_SCENE_H
 
-#include "samples/line_patterns.h"
-#include "samples/rgb_image.h"
-
 #include <span>
 #include <vector>
+
+#include "samples/line_patterns.h"
+#include "samples/rgb_image.h"
 
 namespace samples {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "samples/sensor_dump.h"
 
-#include "exif/byte_order.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+
+#include "exif/byte_order.h"
 
 namespace samples {
 

@@ -2,13 +2,13 @@
 #ifndef VELMARCON_SAMPLES_SENSOR_DUMP_H
 #define VELMARCON_SAMPLES_SENSOR_DUMP_H
 
-#include "samples/scene.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
+
+#include "samples/scene.h"
 
 namespace samples {
 
@@ -52,8 +52,8 @@ struct SensorOptions {
         3106091;  ///< of the column pattern: belongs to the camera, not to the exposure
     /// A column that is hot from row 700 on and a dead one.
     std::vector<ColumnDefect> defects = {{1203, 700, kSensorHeight, 9019}, {2750, 0, kSensorHeight, 92}};
-    std::vector<float> left_row_offsets;   ///< added to the left half of row i; empty: none
-    std::vector<float> right_row_offsets;  ///< added to the right half of row i
+    std::vector<float> left_row_offsets = {};   ///< added to the left half of row i; empty: none
+    std::vector<float> right_row_offsets = {};  ///< added to the right half of row i
 };
 
 /// 1, 2, 4, 8 or 16, see SensorOptions::iso.

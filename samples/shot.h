@@ -2,10 +2,10 @@
 #ifndef VELMARCON_SAMPLES_SHOT_H
 #define VELMARCON_SAMPLES_SHOT_H
 
-#include "samples/tiff_entry.h"
-
 #include <cstdint>
 #include <string>
+
+#include "samples/tiff_entry.h"
 
 namespace samples {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "samples/tiff_entry.h"
 
-#include "exif/byte_order.h"
-#include "exif/tiff_types.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <utility>
+
+#include "exif/byte_order.h"
+#include "exif/tiff_types.h"
 
 namespace samples {
 
@@ -28,8 +28,7 @@ Entry OfBytes(std::uint16_t tag, std::uint16_t type, std::vector<std::uint8_t> v
 
 template <typename Number>
 Entry OfNumbers(std::uint16_t tag, std::uint16_t type, const std::vector<Number>& numbers) {
-    Entry entry = {
-        .tag = tag, .type = type, .count = static_cast<std::uint32_t>(numbers.size()), .value = {}};
+    Entry entry = {.tag = tag, .type = type, .count = static_cast<std::uint32_t>(numbers.size())};
     entry.unit = sizeof(Number);
     for (const Number number : numbers) {
         byte_order::AppendLittle(entry.value, number);
@@ -39,7 +38,7 @@ Entry OfNumbers(std::uint16_t tag, std::uint16_t type, const std::vector<Number>
 
 template <typename Pair>
 Entry OfPairs(std::uint16_t tag, std::uint16_t type, const std::vector<Pair>& pairs) {
-    Entry entry = {.tag = tag, .type = type, .count = static_cast<std::uint32_t>(pairs.size()), .value = {}};
+    Entry entry = {.tag = tag, .type = type, .count = static_cast<std::uint32_t>(pairs.size())};
     entry.unit = 4;
     for (const Pair& pair : pairs) {
         byte_order::AppendLittle(entry.value, pair.numerator);
@@ -123,7 +122,7 @@ Entry SRationals(std::uint16_t tag, const std::vector<SRational>& values) {
 }
 
 Entry RawEntry(std::uint16_t tag, std::uint16_t type, std::uint32_t count, std::uint32_t field) {
-    return {.tag = tag, .type = type, .count = count, .value = {}, .unit = 1, .raw_field = field};
+    return {.tag = tag, .type = type, .count = count, .raw_field = field};
 }
 
 Entry Short(std::uint16_t tag, std::uint16_t value) {

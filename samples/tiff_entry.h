@@ -28,9 +28,9 @@ struct SRational {
 struct Entry {
     std::uint16_t tag = 0;
     std::uint16_t type = 0;
-    std::uint32_t count = 0;          ///< written as it is, so it may contradict `value`
-    std::vector<std::uint8_t> value;  ///< more than 4 bytes: stands outside the entry
-    std::uint32_t unit = 1;           ///< bytes that a change of byte order reverses together: 1, 2 or 4
+    std::uint32_t count = 0;               ///< written as it is, so it may contradict `value`
+    std::vector<std::uint8_t> value = {};  ///< more than 4 bytes: stands outside the entry
+    std::uint32_t unit = 1;                ///< bytes that a change of byte order reverses together: 1, 2 or 4
     /// For damaged files: what the 4-byte value field holds, in place of the value or of its offset. The
     /// value is then not written anywhere.
     std::optional<std::uint32_t> raw_field = std::nullopt;

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "samples/camera_jpeg.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "exif/byte_order.h"
+#include "exif/tags.h"
+#include "exif/tiff_types.h"
+#include "samples/maker_note.h"
+#include "samples/scene.h"
+
+namespace {
+
+using Octets = std::vector<std::uint8_t>;
+
+std::uint16_t TypeOf(const std::vector<samples::Entry>& entries, std::uint16_t tag) {
+    const samples::Entry* const entry = samples::Find(entries, tag);
+    return entry == nullptr ? std::uint16_t{0} : entry->type;
+}
+
+TEST(SampleCameraExif, HasTheCamerasTypes) {
+    const samples::ExifBlock block = samples::CameraExif({});
+    EXPECT_EQ(TypeOf(block.ifd0, tag::kMake), tiff::kAscii);
+    EXPECT_EQ(TypeOf(block.exif, tag::kExposureTime), tiff::kRational);
+    EXPECT_EQ(TypeOf(block.exif, tag::kShutterSpeedValue), tiff::kSRational);
+    EXPECT_EQ(TypeOf(block.exif, tag::kExposureBiasValue), tiff::kSRational);
+    EXPECT_EQ(TypeOf(block.exif, tag::kMaxApertureValue), tiff::kRational);
+    EXPECT_EQ(TypeOf(block.exif, tag::kFileSource), tiff::kUndefined);
+    EXPECT_EQ(TypeOf(block.exif, tag::kSceneType), tiff::kUndefined);
+    EXPECT_EQ(TypeOf(block.exif, tag::kPixelXDimension), tiff::kLong);
+    EXPECT_EQ(samples::Find(block.exif, tag::kImageUniqueID)->count, 33U);
+    EXPECT_EQ(samples::Find(block.exif, tag::kFNumber), nullptr);
+}
+
+TEST(SampleCameraExif, EntriesStandInTagOrder) {
+    const samples::ExifBlock block = samples::CameraExif({});
+    EXPECT_TRUE(std::ranges::is_sorted(block.ifd0, {}, &samples::Entry::tag));
+    EXPECT_TRUE(std::ranges::is_sorted(block.exif, {}, &samples::Entry::tag));
+}
+
+TEST(SampleCameraExif, CarriesTheJpegMakerNote) {
+    samples::Shot shot;
+    shot.serial_number = 42;
+    EXPECT_EQ(samples::Find(samples::CameraExif(shot).exif, tag::kMakerNote)->value,
+              samples::JpegMakerNote(shot));
+}
+
+TEST(SampleCameraJpeg, PutsTheBlockRightBehindSoi) {
+    const Octets exif = samples::Serialize(samples::CameraExif({}));
+    const Octets jpeg = samples::CameraJpeg(exif);
+    EXPECT_EQ(Octets(jpeg.begin(), jpeg.begin() + 4), (Octets{0xFF, 0xD8, 0xFF, 0xE1}));
+    EXPECT_EQ(byte_order::GetBig<std::uint16_t>(std::span(jpeg).subspan(4, 2)), exif.size() + 2);
+    EXPECT_TRUE(std::ranges::equal(std::span(jpeg).subspan(6, exif.size()), exif));
+    EXPECT_EQ(Octets(jpeg.end() - 2, jpeg.end()), (Octets{0xFF, 0xD9}));
+}
+
+TEST(SampleCameraJpeg, TheImageFollowsUnchanged) {
+    const Octets picture = samples::EncodeJpeg(samples::SrgbImage(samples::Scene(96, 64)));
+    ASSERT_GT(picture.size(), samples::TinyJpeg().size());
+    const Octets jpeg = samples::CameraJpeg(samples::CameraExif({}), picture);
+    EXPECT_TRUE(std::equal(picture.begin() + 2, picture.end(),
+                           jpeg.end() - static_cast<std::ptrdiff_t>(picture.size()) + 2));
+}
+
+TEST(SampleCameraJpeg, AnImageWithoutPixelsGivesNothing) {
+    EXPECT_TRUE(samples::EncodeJpeg({.width = 0, .height = 8}).empty());
+}
+
+}  // namespace

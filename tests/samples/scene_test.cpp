@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "samples/scene.h"
+
+#include <cstddef>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "samples/sensor_dump.h"
+
+namespace {
+
+std::vector<samples::Patch> AllPatches(const samples::Scene& scene) {
+    std::vector<samples::Patch> patches = scene.ChartPatches();
+    patches.insert(patches.end(), scene.WedgePatches().begin(), scene.WedgePatches().end());
+    return patches;
+}
+
+samples::Srgb ColourAt(const samples::Scene& scene, int x, int y) {
+    std::vector<samples::LinearRgb> row(static_cast<std::size_t>(scene.Width()));
+    scene.DrawRow(y, row);
+    return samples::ToSrgb(row[static_cast<std::size_t>(x)]);
+}
+
+TEST(SampleScene, PatchesHoldTheirColourFromCornerToCorner) {
+    const samples::Scene scene(samples::kSensorWidth, samples::kSensorHeight);
+    ASSERT_EQ(scene.ChartPatches().size(), 24U);
+    ASSERT_EQ(scene.WedgePatches().size(), 21U);
+    for (const samples::Patch& patch : AllPatches(scene)) {
+        EXPECT_EQ(ColourAt(scene, patch.x, patch.y), patch.colour);
+        EXPECT_EQ(ColourAt(scene, patch.x + patch.width - 1, patch.y + patch.height - 1), patch.colour);
+        EXPECT_GE(patch.width, 170);
+        EXPECT_GE(patch.height, 250);
+    }
+}
+
+TEST(SampleScene, TheWedgeRunsFromBlackToWhite) {
+    const samples::Scene scene(984, 658);
+    EXPECT_EQ(scene.WedgePatches().front().colour, (samples::Srgb{0, 0, 0}));
+    EXPECT_EQ(scene.WedgePatches().back().colour, (samples::Srgb{255, 255, 255}));
+}
+
+TEST(SampleScene, CanBeDrawnToAnySize) {
+    for (const int width : {1, 7, 320, 984}) {
+        const samples::RgbImage image = samples::SrgbImage(samples::Scene(width, width));
+        EXPECT_EQ(image.samples.size(),
+                  3U * static_cast<std::size_t>(width) * static_cast<std::size_t>(width));
+    }
+}
+
+TEST(SampleColour, SrgbSurvivesTheWayToLightAndBack) {
+    for (int code = 0; code < 256; ++code) {
+        const auto byte = static_cast<std::uint8_t>(code);
+        const samples::Srgb colour = {byte, byte, byte};
+        EXPECT_EQ(samples::ToSrgb(samples::ToLinear(colour)), colour);
+    }
+}
+
+}  // namespace
