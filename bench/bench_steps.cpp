@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+// The steps of one conversion, each for itself: how they compare with each other and from change to change.
+#include <cstdint>
+#include <fstream>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "dng/dnglib.h"
+#include "exif/exif_info.h"
+#include "exif/lensdb.h"
+#include "input/raw_layout.h"
+#include "input/read_input_data.h"
+#include "samples/camera_jpeg.h"
+#include "samples/sensor_dump.h"
+#include "samples/shot.h"
+#include "sensor/sensdb.h"
+
+namespace {
+
+/// The measure for the pixel steps: copying the words of one dump.
+void CopyDump(benchmark::State& state) {
+    const auto dump = samples::FlatWords(1000);
+    std::vector<std::uint16_t> copy(dump.size());
+    for (auto _ : state) {
+        copy = dump;
+        benchmark::DoNotOptimize(copy.data());
+    }
+}
+BENCHMARK(CopyDump)->Unit(benchmark::kMicrosecond);
+
+void CropAndPreview(benchmark::State& state, bool dark_frame) {
+    const auto dump = samples::FlatWords(1000);
+    ReadInputData record;
+    record.SubtractBia = dark_frame;
+    record.BiaData = samples::FlatWords(92);
+    for (auto _ : state) {
+        state.PauseTiming();
+        record.ImageData = dump;
+        record.ImageSize = raw_layout::kFileBytes;
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(record.ExtractRawImage());
+    }
+}
+BENCHMARK_CAPTURE(CropAndPreview, Plain, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CropAndPreview, DarkFrame, true)->Unit(benchmark::kMicrosecond);
+
+void ParseExif(benchmark::State& state) {
+    const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
+    EXIFInfo exif;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(exif.parseFrom(jpeg.data(), static_cast<unsigned int>(jpeg.size())));
+    }
+}
+BENCHMARK(ParseExif)->Unit(benchmark::kMicrosecond);
+
+/// Everything of a DNG but its image: built, laid out and written.
+void WriteTagTree(benchmark::State& state) {
+    const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
+    ReadInputData record;
+    record.Width = samples::kSensorWidth;
+    record.Height = samples::kSensorHeight;
+    benchmark::DoNotOptimize(record.Exif.parseFrom(jpeg.data(), static_cast<unsigned int>(jpeg.size())));
+    lensdb lenses;
+    sensdb sensors("");
+    std::ofstream nowhere("/dev/null", std::ios::binary);
+    for (auto _ : state) {
+        DNGlib dng(&record, &lenses, &sensors);
+        dng.createDNGTree(false, true, 92, false, false, false);
+        benchmark::DoNotOptimize(dng.DoFileLayout(0));
+        for (DNGlib::IFD ifd : {dng.ifd0(), dng.exif_ifd()}) {
+            dng.writeSingleTree(nowhere, &ifd);
+        }
+    }
+}
+BENCHMARK(WriteTagTree)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
