@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "app/error_codes.h"
 #include "app/input_discovery.h"
@@ -65,12 +66,18 @@ int ConversionRun::Run() {
 
 void ConversionRun::ConvertPair(const std::string& base) {
     const auto record = std::make_unique<ReadInputData>();
+    record->ImageData = std::move(frame_);
+    ConvertRecord(base, *record);
+    frame_ = std::move(record->ImageData);
+}
+
+void ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record) {
     BeginDarkFrame(base);
-    if (!LoadPair(base, *record)) {
+    if (!LoadPair(base, record)) {
         return;
     }
-    FixLensCode(*record);
-    WriteDng(*record);
+    FixLensCode(record);
+    WriteDng(record);
     EndDarkFrame();
 }
 

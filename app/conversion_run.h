@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "app/error_handler.h"
 #include "app/run_settings.h"
@@ -24,6 +25,7 @@ class ConversionRun {
 
   private:
     void ConvertPair(const std::string& base);
+    void ConvertRecord(const std::string& base, ReadInputData& record);
     void BeginDarkFrame(const std::string& base);
     void EndDarkFrame();
     bool LoadPair(const std::string& base, ReadInputData& record) const;
@@ -34,6 +36,8 @@ class ConversionRun {
     lensdb& lenses_;
     sensdb& sensors_;
     const ErrorHandler& errors_;
+
+    std::vector<std::uint16_t> frame_;  ///< memory for the image, handed from record to record
 
     // These three change when an image has a dark frame, and stay changed until one with a dark frame was
     // written: when such an image fails to load, the next image inherits them.

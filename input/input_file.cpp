@@ -24,4 +24,5 @@ void InputFile::ReadStart(std::span<std::uint8_t> bytes) {
     const auto count = std::min<std::uint64_t>(size_, bytes.size());
     stream_.seekg(0);
     stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
+    std::ranges::fill(bytes.subspan(static_cast<std::size_t>(stream_.gcount())), std::uint8_t{0});
 }

@@ -17,7 +17,7 @@ class InputFile {
     /// Length in bytes, when it was opened.
     std::uint64_t size() const { return size_; }
 
-    /// Reads the file's start into `bytes` with one read. What the file does not hold is left as it was.
+    /// Reads the file's start into `bytes` with one read. What the file does not hold becomes 0.
     void ReadStart(std::span<std::uint8_t> bytes);
 
   private:

@@ -41,10 +41,11 @@ void KeepFreedBlocks() {
 #endif
 }
 
-void ResizeZeroed(std::vector<std::uint16_t>& buffer, std::size_t words) {
-    buffer.clear();
-    buffer.reserve(words);
-    AdviseLargePages(buffer);
+void Resize(std::vector<std::uint16_t>& buffer, std::size_t words) {
+    if (buffer.capacity() < words) {
+        buffer.reserve(words);
+        AdviseLargePages(buffer);
+    }
     buffer.resize(words);
 }
 

@@ -14,8 +14,9 @@ namespace pixel_memory {
 /// Lets the allocator keep the freed buffers of one image for the next. Called once, at start.
 void KeepFreedBlocks();
 
-/// `words` zeros, in large pages where the system has them.
-void ResizeZeroed(std::vector<std::uint16_t>& buffer, std::size_t words);
+/// Resizes `buffer` to `words`, in large pages where the system has them. A buffer that served before keeps
+/// its memory and its values; new ones are 0.
+void Resize(std::vector<std::uint16_t>& buffer, std::size_t words);
 
 }  // namespace pixel_memory
 

@@ -18,7 +18,7 @@ namespace {
 
 /// Reads the words of a sensor dump; those that the file does not hold are 0, what follows them is not read.
 void ReadWords(InputFile& file, std::vector<std::uint16_t>& words) {
-    pixel_memory::ResizeZeroed(words, raw_layout::kFileWords);
+    pixel_memory::Resize(words, raw_layout::kFileWords);
     file.ReadStart({reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes});
 }
 

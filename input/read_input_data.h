@@ -38,7 +38,8 @@ class ReadInputData {
     std::vector<std::uint16_t> BiaData;  ///< words of the dark frame, laid out like the RAW file's
     bool Verbose = false;                ///< print progress
     bool SubtractBia = false;
-    /// First the words of the RAW file, then the image: Width x Height 14-bit values, row by row.
+    /// First the words of the RAW file, then the image: Width x Height 14-bit values, row by row. May be
+    /// handed on from one record to the next for its memory: what it held does not matter.
     std::vector<std::uint16_t> ImageData;
     std::vector<std::uint8_t> PreviewData;  ///< 320 x 240 pixels of 3 equal bytes, row by row
     std::int32_t ImageSize = 0;    ///< first the RAW file's length in bytes, then the number of pixels
