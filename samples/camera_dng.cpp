@@ -42,6 +42,7 @@ Strips StripsOf(std::uint32_t offset, std::uint32_t rows, std::uint32_t rows_per
 
 Entry TenThousandths(std::uint16_t tag, const std::array<std::int32_t, 9>& numerators) {
     std::vector<SRational> values;
+    values.reserve(numerators.size());
     for (const std::int32_t numerator : numerators) {
         values.push_back({numerator, 10000});
     }

@@ -32,7 +32,7 @@ Srgb ToSrgb(const LinearRgb& colour) {
     Srgb codes = {};
     std::ranges::transform(colour, codes.begin(), [](float light) {
         const double value = EncodeSrgb(std::clamp(static_cast<double>(light), 0.0, 1.0));
-        return static_cast<std::uint8_t>((value * kMaxCode) + 0.5);
+        return static_cast<std::uint8_t>(std::lround(value * kMaxCode));
     });
     return codes;
 }

@@ -65,7 +65,7 @@ LinearRgb HueColour(float hue) {
         const float around = std::min(away, 1 - away);                 // 0 to 1/2
         const float share = std::clamp(2 - (around * 6), 0.0F, 1.0F);  // 1 up to 1/6, 0 from 1/3 on
         const float smooth = share * share * (3 - (2 * share));
-        return static_cast<std::uint8_t>(kMin + ((kMax - kMin) * smooth) + 0.5F);
+        return static_cast<std::uint8_t>(std::lround(kMin + ((kMax - kMin) * smooth)));
     });
     return ToLinear(colour);
 }

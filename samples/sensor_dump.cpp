@@ -85,7 +85,9 @@ float Pattern(std::uint64_t seed, std::uint64_t column) {
 
 std::uint16_t ToWord(float level) {
     const float clipped = std::clamp(level, 0.0F, static_cast<float>(kSensorWhite));
-    return static_cast<std::uint16_t>(static_cast<std::int32_t>(clipped + 0.5F));
+    constexpr float kHalf =
+        0.5F;  // added and truncated: unlike lround it vectorises, and no level is negative
+    return static_cast<std::uint16_t>(static_cast<std::int32_t>(clipped + kHalf));
 }
 
 float OffsetAt(const std::vector<float>& offsets, std::size_t row) {

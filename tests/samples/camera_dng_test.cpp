@@ -129,7 +129,7 @@ TEST(SampleCameraDng, ThePreviewShowsTheSceneBetweenBlackBands) {
     ASSERT_EQ(preview.size(), kPreviewBytes);
     EXPECT_EQ(preview.front(), 0);
     EXPECT_EQ(preview.back(), 0);
-    EXPECT_GT(preview[3 * 320 * 14], 80);
+    EXPECT_GT(preview[std::size_t{3} * 320 * 14], 80);
 }
 
 }  // namespace

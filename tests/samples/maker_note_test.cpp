@@ -19,6 +19,7 @@ using samples::kMakerNoteHeaderSize;
 
 std::vector<std::uint16_t> TagsOf(const std::vector<samples::Entry>& entries) {
     std::vector<std::uint16_t> tags;
+    tags.reserve(entries.size());
     for (const samples::Entry& entry : entries) {
         tags.push_back(entry.tag);
     }

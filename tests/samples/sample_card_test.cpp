@@ -22,16 +22,18 @@ namespace fs = std::filesystem;
 
 /// A folder of its own for one test, removed at the end.
 class SampleCard : public testing::Test {
+  public:
+    SampleCard(const SampleCard&) = delete;
+    SampleCard& operator=(const SampleCard&) = delete;
+    SampleCard(SampleCard&&) = delete;
+    SampleCard& operator=(SampleCard&&) = delete;
+
   protected:
     SampleCard() : folder_(fs::path(testing::TempDir()) / ("card_" + TestName())) { fs::remove_all(folder_); }
     ~SampleCard() override {
         std::error_code ignored;
         fs::remove_all(folder_, ignored);
     }
-    SampleCard(const SampleCard&) = delete;
-    SampleCard& operator=(const SampleCard&) = delete;
-    SampleCard(SampleCard&&) = delete;
-    SampleCard& operator=(SampleCard&&) = delete;
 
     std::string Folder() const { return folder_.string(); }
 

@@ -44,8 +44,8 @@ TEST(SampleDump, HasTheSizeOfACameraFile) {
     const std::vector<std::uint16_t> words = samples::FlatWords(0x1234);
     const std::vector<std::uint8_t> bytes = samples::DumpBytes(words);
     EXPECT_EQ(bytes.size(), 21041100U);
-    EXPECT_EQ(bytes[2 * 54], 0x34);
-    EXPECT_EQ(bytes[(2 * 54) + 1], 0x12);
+    EXPECT_EQ(bytes[108], 0x34);
+    EXPECT_EQ(bytes[109], 0x12);
 }
 
 TEST(SampleDump, RowsAre3976WordsWith3968Pixels) {
@@ -79,6 +79,34 @@ TEST(SampleDump, WhiteIsThreeQuartersOfTheRangeInGreenAndNothingClips) {
     EXPECT_LT(*std::ranges::max_element(noisy), samples::kSensorWhite);
 }
 
+/// What a developer makes of the 2 x 2 pixels at (x, y), both even: balances to white, goes to sRGB.
+samples::Srgb Developed(const std::vector<float>& light, int x, int y) {
+    constexpr std::array<std::array<float, 3>, 3> kSrgbFromCamera = {
+        {{1.8088F, -0.3836F, -0.4253F}, {-0.1524F, 1.4539F, -0.3014F}, {0.0758F, -0.6641F, 1.5883F}}};
+    constexpr float kWhite = 0.75F * 16383;
+    const std::size_t corner = (static_cast<std::size_t>(y) * kSensorWidth) + static_cast<std::size_t>(x);
+    const samples::LinearRgb camera = {light[corner] * 34488 / 16384 / kWhite, light[corner + 1] / kWhite,
+                                       light[corner + kSensorWidth + 1] * 20567 / 16384 / kWhite};
+    samples::LinearRgb linear = {};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const samples::LinearRgb& row = kSrgbFromCamera.at(i);
+        linear.at(i) = (row[0] * camera[0]) + (row[1] * camera[1]) + (row[2] * camera[2]);
+    }
+    return samples::ToSrgb(linear);
+}
+
+TEST(SampleDump, TheLightDevelopsBackToTheColoursOfTheChart) {
+    const samples::Scene scene(kSensorWidth, kSensorHeight);
+    for (const samples::Patch& patch : scene.ChartPatches()) {
+        const int x = (patch.x + (patch.width / 2)) / 2 * 2;
+        const int y = (patch.y + (patch.height / 2)) / 2 * 2;
+        const samples::Srgb colour = Developed(SceneLight(), x, y);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(colour.at(i), patch.colour.at(i), 1);
+        }
+    }
+}
+
 TEST(SampleDump, DarkLevelAndPatternGrowWithIso) {
     samples::SensorOptions options;
     const std::vector<float> base = samples::ColumnDarkLevels(options);
@@ -101,6 +129,20 @@ TEST(SampleDump, DarkFramesAverageToTheColumnLevels) {
     for (const int x : {0, 1, 1983, 1984, 3967}) {
         EXPECT_NEAR(ColumnMean(words, x), static_cast<double>(levels[static_cast<std::size_t>(x)]), 0.3);
     }
+}
+
+TEST(SampleDump, ColumnSumsOfADarkFrameKeepTheirOrderIn16Bits) {
+    const std::vector<std::uint16_t> words = samples::DarkWords({});
+    std::vector<std::uint16_t> sums(kSensorWidth);
+    for (int x = 0; x < kSensorWidth; ++x) {
+        unsigned sum = 0;
+        for (int y = 0; y < kSensorHeight; ++y) {
+            sum += words[WordIndex(x, y)];
+        }
+        sums[static_cast<std::size_t>(x)] = static_cast<std::uint16_t>(sum & 0xFFFFU);
+    }
+    const auto [lowest, highest] = std::ranges::minmax_element(sums);
+    EXPECT_LT(*highest - *lowest, 6 * kSensorHeight);
 }
 
 TEST(SampleDump, PhotonNoiseFollowsTheSignal) {
@@ -147,7 +189,7 @@ TEST(SampleCrop, TakesTheSmallestIndexNearestToTheValue) {
     for (const std::uint16_t value : kValues) {
         const std::vector<std::uint8_t> bytes = samples::CroppedBytes(samples::FlatWords(value));
         ASSERT_EQ(bytes.size(), 3920U * 2638U);
-        const auto nearest = std::ranges::min_element(
+        const auto* const nearest = std::ranges::min_element(
             table, {}, [value](std::uint16_t entry) { return std::abs(int{entry} - int{value}); });
         EXPECT_EQ(bytes.front(), nearest - table.begin());
         EXPECT_EQ(bytes.back(), nearest - table.begin());
