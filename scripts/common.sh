@@ -38,11 +38,14 @@ drop_foreign_build() {
   rm -rf -- "$build"
 }
 
+# configure_preset PRESET: configure build/PRESET.
+configure_preset() {
+  drop_foreign_build "$1"
+  cmake --preset "$1"
+}
+
 # build_preset PRESET [TARGET...]: configure build/PRESET and build the targets there (all without any).
 build_preset() {
-  local preset=$1
-  shift
-  drop_foreign_build "$preset"
-  cmake --preset "$preset"
-  cmake --build --preset "$preset" --parallel "$(nproc)" ${1+--target "$@"}
+  configure_preset "$1"
+  cmake --build --preset "$1" --parallel "$(nproc)" ${2+--target "${@:2}"}
 }
