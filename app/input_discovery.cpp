@@ -2,6 +2,7 @@
 #include "app/input_discovery.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <memory>
@@ -32,12 +33,13 @@ std::uint64_t FileSize(const std::string& path) {
 }
 
 /// Not every file system's listing tells the type. A symbolic link counts as a file, whatever it points to.
-bool IsFolder(const dirent& entry, const std::string& path) {
+bool IsFolder(DIR* listing, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN) {
         return entry.d_type == DT_DIR;
     }
     struct stat status = {};
-    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return ::fstatat(::dirfd(listing), &entry.d_name[0], &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISDIR(status.st_mode);
 }
 
 bool IsWanted(const std::string& name, const std::string& path) {
@@ -95,8 +97,7 @@ std::vector<std::string> GetFileList(std::string folder) {
     }
     while (const dirent* entry = ::readdir(listing.get())) {
         const std::string name = entry->d_name;
-        const std::string path = folder + name;
-        if (!IsFolder(*entry, path) && IsWanted(name, path)) {
+        if (!IsFolder(listing.get(), *entry) && IsWanted(name, folder + name)) {
             names.push_back(name);
         }
     }
