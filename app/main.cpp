@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <csignal>
 #include <cstddef>
 #include <span>
 #include <string>
@@ -12,6 +13,10 @@
 #include "sensor/sensdb.h"
 
 int main(int argc, char* argv[]) {
+#if defined(SIGXFSZ)
+    // A file that may not grow is a failed write, to be reported, and no reason to die.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
+#endif
     pixel_memory::KeepFreedBlocks();
 
     const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));

@@ -2,6 +2,7 @@
 #include "tests/support/program.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,6 +35,10 @@ namespace {
         const auto equals = variable.find('=');
         ::setenv(variable.substr(0, equals).c_str(), variable.substr(equals + 1).c_str(), 1);
     }
+    if (start.largest_file != 0) {
+        const struct rlimit limit = {start.largest_file, start.largest_file};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
     constexpr int not_started = 127;
     if (!start.folder.empty() && ::chdir(start.folder.c_str()) != 0) {
         std::_Exit(not_started);
@@ -63,10 +68,11 @@ Outcome RunProgram(const std::string& program, const std::vector<std::string>& a
         Execute(program, arguments, start, output, errors);
     }
     int status = 0;
-    ::waitpid(child, &status, 0);
+    struct rusage usage = {};
+    ::wait4(child, &status, 0, &usage);
     constexpr int signalled = 128;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status), ReadText(output),
-            ReadText(errors)};
+            ReadText(errors), usage.ru_maxrss};
 }
 
 }  // namespace support
