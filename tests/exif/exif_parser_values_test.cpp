@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// Where the bytes of a value come from: from the entry itself or from an offset, which may lie outside.
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "exif/exif_info.h"
+#include "samples/camera_jpeg.h"
+#include "samples/maker_note.h"
+#include "tests/exif/parse_block.h"
+
+namespace {
+
+using samples::ByteOrder;
+using ByteVector = std::vector<std::uint8_t>;
+
+constexpr std::uint16_t kFNumber = 33437;
+constexpr std::uint16_t kExifVersion = 36864;
+constexpr std::uint16_t kDateTimeOriginal = 36867;
+constexpr std::uint16_t kMakerNote = 37500;
+
+EXIFInfo Parsed(ByteOrder order, const std::vector<samples::Entry>& exif_entries) {
+    EXIFInfo exif;
+    EXPECT_EQ(ParseSegment(samples::Serialize({.order = order, .exif = exif_entries}), exif), 0);
+    return exif;
+}
+
+/// Up to 4 bytes in the entry, as the file has them, and what becomes of them.
+struct Inline {
+    std::string stored;
+    std::string little;
+    std::string big;
+};
+
+const std::array<Inline, 5> kInline = {{
+    {std::string("abc\0", 4), std::string("abc\0", 4), std::string("\0cba", 4)},
+    {"abc", "abc", std::string("\0cb", 3)},
+    {"ab", "ab", std::string("\0\0", 2)},
+    {"a", "a", std::string("\0", 1)},
+    {"", "", ""},
+}};
+
+TEST(ExifValues, ShortTextsOfBigEndianFilesComeOutReversed) {
+    for (const auto& [stored, little, big] : kInline) {
+        const std::vector entries = {samples::AsciiUnterminated(kDateTimeOriginal, stored)};
+        EXPECT_EQ(Parsed(ByteOrder::kLittle, entries).DateTimeOriginal, little);
+        EXPECT_EQ(Parsed(ByteOrder::kBig, entries).DateTimeOriginal, big);
+    }
+}
+
+TEST(ExifValues, ShortUndefinedBytesAreTheLowBytesOfTheValueField) {
+    for (const auto& [stored, little, big] : kInline) {
+        const std::vector entries = {samples::Undefined(kExifVersion, {stored.begin(), stored.end()})};
+        EXPECT_EQ(Parsed(ByteOrder::kLittle, entries).ExifVersion, ByteVector(little.begin(), little.end()));
+        EXPECT_EQ(Parsed(ByteOrder::kBig, entries).ExifVersion, ByteVector(big.begin(), big.end()));
+    }
+}
+
+/// Reads a text, UNDEFINED bytes and a rational from `offset`, text and bytes with `count`. The block's last
+/// 8 bytes, at offset 68, are "12345678", less `missing` of them.
+EXIFInfo ReadAt(std::uint32_t offset, std::uint32_t count, std::size_t missing = 0) {
+    const samples::ExifBlock block = {.exif = {samples::RawEntry(kFNumber, 5, 1, offset),
+                                               samples::RawEntry(kExifVersion, 7, count, offset),
+                                               samples::RawEntry(kDateTimeOriginal, 2, count, offset)}};
+    ByteVector bytes = samples::Serialize(block);
+    EXPECT_EQ(bytes.size(), 74U);
+    bytes.insert(bytes.end(), {'1', '2', '3', '4', '5', '6', '7', '8'});
+
+    EXIFInfo exif;
+    exif.FNumber = {7, 9};
+    exif.ExifVersion = {7};
+    exif.DateTimeOriginal = "before";
+    EXPECT_EQ(ParseSegment(Resized(bytes, bytes.size() - missing), exif), 0);
+    return exif;
+}
+
+void ExpectNoBytes(const EXIFInfo& exif) {
+    EXPECT_EQ(exif.DateTimeOriginal, "");
+    EXPECT_EQ(exif.ExifVersion, ByteVector());
+}
+
+TEST(ExifValues, AValueMayEndWithTheLastByte) {
+    const EXIFInfo exif = ReadAt(68, 8);
+    EXPECT_EQ(exif.DateTimeOriginal, "12345678");
+    EXPECT_EQ(exif.ExifVersion, (ByteVector{'1', '2', '3', '4', '5', '6', '7', '8'}));
+    EXPECT_EQ(exif.FNumber, (Rational{0x34333231, 0x38373635}));
+}
+
+TEST(ExifValues, AValueOneByteBeforeTheEndIsWhole) {
+    EXPECT_EQ(ReadAt(68, 7).DateTimeOriginal, "1234567");
+    EXPECT_EQ(ReadAt(67, 8).FNumber, (Rational{0x33323100, 0x37363534}));
+}
+
+TEST(ExifValues, AValueThatReachesOutsideIsEmptyOrZero) {
+    // From 0xFFFFFFFA on, the 6 bytes before the TIFF header would make the sum wrap; 0xFFFFFFF2 would wrap
+    // with the size.
+    for (const std::uint32_t offset : {69U, 76U, 77U, 0xFFFFFFF2U, 0xFFFFFFFAU, 0xFFFFFFFFU}) {
+        SCOPED_TRACE(offset);
+        const EXIFInfo exif = ReadAt(offset, 8);
+        ExpectNoBytes(exif);
+        EXPECT_EQ(exif.FNumber, (Rational{0, 0}));
+    }
+    const EXIFInfo cut = ReadAt(68, 8, 1);
+    ExpectNoBytes(cut);
+    EXPECT_EQ(cut.FNumber, (Rational{0, 0}));
+}
+
+TEST(ExifValues, ACountThatReachesOutsideOrWrapsGivesNoBytes) {
+    // 6 + 68 + 0xFFFFFFBA is 4 in 32 bits.
+    for (const std::uint32_t count : {9U, 0xFFFFFFBAU, 0xFFFFFFFFU}) {
+        SCOPED_TRACE(count);
+        ExpectNoBytes(ReadAt(68, count));
+    }
+}
+
+TEST(ExifValues, ARationalOutsideIsZeroBeforeTheExposureRules) {
+    const EXIFInfo exif = Parsed(
+        ByteOrder::kLittle, {samples::RawEntry(33434, 5, 1, 9999), samples::RawEntry(37380, 5, 1, 9999)});
+    EXPECT_EQ(exif.ExposureTime, (Rational{0, 0}));
+    EXPECT_EQ(exif.ExposureBiasValue, (SRational{0, 3}));
+}
+
+TEST(ExifValues, TheCountOfARationalDoesNotMatter) {
+    for (const std::uint32_t count : {0U, 2U, 0xFFFFFFFFU}) {
+        samples::Entry entry = samples::Rationals(kFNumber, {{28, 10}});
+        entry.count = count;
+        EXPECT_EQ(Parsed(ByteOrder::kBig, {entry}).FNumber, (Rational{28, 10}));
+    }
+}
+
+TEST(ExifValues, TheMakerNoteIsLittleEndianInFilesOfEitherByteOrder) {
+    const ByteVector note = samples::MakerNote({samples::Bytes(0x0303, {1, 2, 3, 4})});
+    for (const auto order : {ByteOrder::kLittle, ByteOrder::kBig}) {
+        const EXIFInfo exif = Parsed(order, {samples::Undefined(kMakerNote, note)});
+        EXPECT_EQ(exif.MakerNote, note);
+        EXPECT_EQ(exif.SerialNumber, 67305985U);
+    }
+}
+
+TEST(ExifValues, EveryMakerNoteIsDecodedWhenItIsMet) {
+    const EXIFInfo exif =
+        Parsed(ByteOrder::kLittle,
+               {samples::Undefined(kMakerNote, samples::MakerNote({samples::Long(0x0303, 3106091)})),
+                samples::Undefined(kMakerNote, samples::MakerNote({samples::Long(0x0310, 0x0D)}))});
+    EXPECT_EQ(exif.SerialNumber, 3106091U);
+    EXPECT_EQ(exif.LensCode, 3);
+}
+
+TEST(ExifValues, AMakerNoteOutsideTheFileIsEmpty) {
+    const EXIFInfo exif = Parsed(ByteOrder::kLittle, {samples::RawEntry(kMakerNote, 7, 300, 0)});
+    EXPECT_TRUE(exif.MakerNote.empty());
+    EXPECT_EQ(exif.SerialNumber, 0U);
+}
+
+TEST(ExifValues, ACamerasFileFillsTheRecord) {
+    EXIFInfo exif;
+    EXPECT_EQ(ParseJpeg(samples::CameraJpeg(samples::CameraExif({})), exif), 0);
+    EXPECT_TRUE(exif.LittleEndian);
+    EXPECT_EQ(exif.Make, std::string("Leica Camera AG\0", 16));
+    EXPECT_EQ(exif.Model, std::string("M8 Digital Camera\0", 18));
+    EXPECT_EQ(exif.DateTimeOriginal, std::string("2007:08:02 22:13:49\0", 20));
+    EXPECT_EQ(exif.ExposureTime, (Rational{4000, 1000000}));
+    EXPECT_EQ(exif.ShutterSpeedValue, (Rational{0, 1})) << "the camera writes an SRATIONAL";
+    EXPECT_EQ(exif.ExposureBiasValue, (SRational{0, 1})) << "the camera writes an SRATIONAL";
+    EXPECT_EQ(exif.MaxApertureValue, (Rational{131072, 65536}));
+    EXPECT_EQ(exif.FocalLength, (Rational{50000, 1000}));
+    EXPECT_EQ(exif.FileSource, 0) << "the camera writes UNDEFINED";
+    EXPECT_EQ(exif.PixelXDimension, 3936U);
+    EXPECT_EQ(exif.PixelYDimension, 2630U);
+    EXPECT_EQ(exif.SerialNumber, 3106091U);
+    EXPECT_EQ(exif.LensCodeBits, "100001");
+    EXPECT_EQ(exif.Mn0312, (Rational{0xFFFF8000, 65536}));
+}
+
+}  // namespace
