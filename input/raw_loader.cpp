@@ -16,10 +16,14 @@
 
 namespace {
 
-/// Reads the words of a sensor dump; those that the file does not hold are 0, what follows them is not read.
-void ReadWords(InputFile& file, std::vector<std::uint16_t>& words) {
+/// Reads the words of a sensor dump from the first `size` bytes of `file`; those that the file does not hold
+/// are 0, what follows them is not read.
+void ReadWords(InputFile& file, std::uint64_t size, std::vector<std::uint16_t>& words) {
     pixel_memory::Resize(words, raw_layout::kFileWords);
-    file.ReadStart({reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes});
+    const std::span bytes(reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes);
+    const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(size, bytes.size()));
+    file.ReadStart(bytes.first(count));
+    std::ranges::fill(bytes.subspan(count), std::uint8_t{0});
 }
 
 /// Position of the first pixel of row `y` in a sensor dump, in words.
@@ -48,14 +52,14 @@ int ReadInputData::LoadRawFile() {
         return kRawDamaged;
     }
     ImageSize = static_cast<std::int32_t>(raw.size());
-    ReadWords(raw, ImageData);
+    ReadWords(raw, raw.size(), ImageData);
 
     if (SubtractBia) {
         InputFile bia;
         if (!bia.Open(Folder + BiaFileName)) {
             return kBiaDamaged;
         }
-        ReadWords(bia, BiaData);
+        ReadWords(bia, raw.size(), BiaData);  // as much as of the RAW file, whatever its own size
     }
     return ExtractRawImage();
 }
