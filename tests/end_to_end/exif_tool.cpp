@@ -100,7 +100,8 @@ std::vector<std::string> Complaints(const std::string& path) {
     constexpr std::string_view minor = "[minor] ";
     std::vector<std::string> lines = RunExifTool({"-warning", "-error", "-validate", "-a", "-s3"}, path);
     // The result of the validation itself only counts the other lines.
-    std::erase_if(lines, [](std::string_view line) { return line.find(" Warnings (") != line.npos; });
+    std::erase_if(lines,
+                  [](std::string_view line) { return line.find(" Warnings (") != std::string_view::npos; });
     for (std::string& line : lines) {
         line.erase(0, line.starts_with(minor) ? minor.size() : 0);
     }

@@ -10,6 +10,8 @@
 namespace end_to_end {
 
 std::string WriteDng(const support::TempFolder& folder, const std::vector<std::string>& options) {
+    std::string path = folder / (std::string(kBase) + ".DNG");
+    std::filesystem::remove(path);
     std::vector<std::string> arguments = {"-i", folder.prefix()};
     arguments.insert(arguments.end(), options.begin(), options.end());
     const support::Outcome outcome =
@@ -17,7 +19,6 @@ std::string WriteDng(const support::TempFolder& folder, const std::vector<std::s
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.errors, "");
     EXPECT_EQ(outcome.output, "\nImage: " + std::string(kBase) + ".RAW\n\n");
-    std::string path = folder / (std::string(kBase) + ".DNG");
     EXPECT_TRUE(std::filesystem::exists(path)) << path;
     return path;
 }

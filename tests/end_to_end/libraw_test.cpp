@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+// What a raw developer, LibRaw, makes of the DNGs that the program writes.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "samples/sample_card.h"
+#include "samples/scene.h"
+#include "samples/sensor_dump.h"
+#include "tests/end_to_end/card.h"
+#include "tests/end_to_end/lab_color.h"
+#include "tests/end_to_end/raw_developer.h"
+#include "tests/end_to_end/write_dng.h"
+#include "tests/support/test_pair.h"
+
+namespace end_to_end {
+
+namespace {
+
+using Options = std::vector<std::string>;
+using Chart = std::vector<samples::LinearRgb>;
+
+/// How far a developed chart is from the scene's.
+struct ChartDifference {
+    double exposure = 0;     ///< by what its linear values were multiplied to come nearest
+    double mean = 0;         ///< Delta E over all patches
+    double max = 0;          ///< Delta E
+    double neutral_max = 0;  ///< Delta E of the grey patches
+};
+
+/// The middle half of every patch, away from the edges and from the sample's defective columns.
+Chart DevelopedChart(const DevelopedRaw& picture, const samples::Scene& scene) {
+    Chart chart;
+    for (const samples::Patch& patch : scene.ChartPatches()) {
+        chart.push_back(picture.Mean(patch.x + patch.width / 4, patch.y + patch.height / 4, patch.width / 2,
+                                     patch.height / 2));
+    }
+    return chart;
+}
+
+Chart TrueChart(const samples::Scene& scene) {
+    Chart chart;
+    for (const samples::Patch& patch : scene.ChartPatches()) {
+        chart.push_back(samples::ToLinear(patch.colour));
+    }
+    return chart;
+}
+
+/// Least squares over all linear values.
+float Exposure(const Chart& developed, const Chart& wanted) {
+    float product = 0;
+    float square = 0;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        product = std::inner_product(wanted[i].begin(), wanted[i].end(), developed[i].begin(), product);
+        square = std::inner_product(developed[i].begin(), developed[i].end(), developed[i].begin(), square);
+    }
+    return product / square;
+}
+
+ChartDifference Compare(Chart developed, const Chart& wanted) {
+    constexpr std::size_t kFirstNeutral = 18;
+    const float exposure = Exposure(developed, wanted);
+    ChartDifference difference = {.exposure = static_cast<double>(exposure)};
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        for (float& value : developed[i]) {
+            value *= exposure;
+        }
+        const double delta = DeltaE(ToLab(developed[i]), ToLab(wanted[i]));
+        difference.mean += delta / static_cast<double>(wanted.size());
+        difference.max = std::max(difference.max, delta);
+        if (i >= kFirstNeutral) {
+            difference.neutral_max = std::max(difference.neutral_max, delta);
+        }
+    }
+    return difference;
+}
+
+/// The test scene, photographed at one speed.
+class PhotographedChart {
+  public:
+    explicit PhotographedChart(std::uint16_t iso = 160)
+        : scene_(samples::kSensorWidth, samples::kSensorHeight) {
+        EXPECT_EQ(samples::WriteCard(folder_.path().string(), {.pairs = 1, .iso = iso}), "");
+    }
+
+    /// Converts with `options`, develops, compares.
+    ChartDifference Difference(const Options& options) const {
+        const DevelopedRaw picture(WriteDng(folder_, options));
+        return Compare(DevelopedChart(picture, scene_), TrueChart(scene_));
+    }
+
+  private:
+    support::TempFolder folder_;
+    samples::Scene scene_;
+};
+
+// The scene's white is recorded at this level above black, see samples::ExposeSensor.
+constexpr double kWhiteSignal = 0.75 * 16383;
+
+TEST(LibRaw, UnpacksTheSensorDataUnchanged) {
+    const support::TempFolder folder;
+    support::WritePair(folder.path().string(), kBase);
+    for (const Options& options : {Options{}, Options{"-p"}, Options{"-c"}, Options{"-p", "-c", "-b"}}) {
+        const UnpackedRaw raw = Unpack(WriteDng(folder, options));
+        EXPECT_EQ(raw.width, 3968);
+        EXPECT_EQ(raw.height, 2646);
+        EXPECT_TRUE(raw.pixels == ExpectedPixels(support::TestPixel)) << testing::PrintToString(options);
+    }
+}
+
+TEST(LibRaw, TakesThePreviewAsThumbnail) {
+    const support::TempFolder folder;
+    support::WritePair(folder.path().string(), kBase);
+    EXPECT_TRUE(Unpack(WriteDng(folder, {})).thumbnail.empty());
+    const std::string path = WriteDng(folder, {"-p"});
+    const std::vector<std::uint8_t> file = support::ReadFile(path);
+    const auto raw_strip = file.end() - std::ptrdiff_t{3968} * 2646 * 2;
+    EXPECT_TRUE(Unpack(path).thumbnail == std::vector<std::uint8_t>(raw_strip - 230400, raw_strip));
+}
+
+// With the black level taken off, only noise and the unevenness of the columns are left: 0.03 on average,
+// 0.12 at most.
+TEST(LibRaw, DevelopsTheColoursOfTheSceneGivenABlackLevel) {
+    const PhotographedChart chart;
+    for (const Options& options : {Options{"-b"}, Options{"-b", "-p"}}) {
+        const ChartDifference difference = chart.Difference(options);
+        EXPECT_LT(difference.mean, 0.1);
+        EXPECT_LT(difference.max, 0.3);
+        EXPECT_NEAR(difference.exposure, (16383 - 92) / kWhiteSignal, 0.002);
+    }
+}
+
+// All of it is 16 times as strong there, noise and columns too: 0.35 on average, 1.6 at most.
+TEST(LibRaw, DevelopsTheColoursOfTheSceneAtTheHighestSpeed) {
+    const ChartDifference difference = PhotographedChart(2500).Difference({"-b"});
+    EXPECT_LT(difference.mean, 0.5);
+    EXPECT_LT(difference.max, 2.0);
+    EXPECT_NEAR(difference.exposure, (16383 - 1472) / kWhiteSignal, 0.01);
+}
+
+// The sensor's dark level of 92 then lightens the shadows, and since the white balance makes more of it in
+// red and blue, it tints them: 6 for the darkest patch, 1 for the lightest.
+TEST(LibRaw, DevelopsPaleShadowsWithoutABlackLevel) {
+    const PhotographedChart chart;
+    for (const Options& options : {Options{}, Options{"-p"}}) {
+        const ChartDifference difference = chart.Difference(options);
+        EXPECT_LT(difference.mean, 3.0);
+        EXPECT_LT(difference.max, 6.5);
+    }
+}
+
+// The sample's sensor sees by the plain model's ColorMatrix2, so the raw variant's other matrix must shift
+// the colours. By how much follows from the two matrices: 5.08 on average, 13.18 for the violet patch. Greys,
+// which the white balance alone decides, stay as they are.
+TEST(LibRaw, DevelopsTheRawVariantThroughItsOwnMatrices) {
+    const PhotographedChart chart;
+    for (const Options& options : {Options{"-b", "-c"}, Options{"-b", "-c", "-p"}}) {
+        const ChartDifference difference = chart.Difference(options);
+        EXPECT_NEAR(difference.mean, 5.08, 0.1);
+        EXPECT_NEAR(difference.max, 13.18, 0.2);
+        EXPECT_LT(difference.neutral_max, 0.5);
+    }
+}
+
+}  // namespace
+
+}  // namespace end_to_end

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_TESTS_END_TO_END_RAW_DEVELOPER_H
+#define VELMARCON_TESTS_END_TO_END_RAW_DEVELOPER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "samples/rgb_image.h"
+
+namespace end_to_end {
+
+/// What LibRaw reads from a DNG before it develops anything.
+struct UnpackedRaw {
+    int width = 0;   ///< pixels
+    int height = 0;  ///< rows
+    std::vector<std::uint16_t> pixels;
+    std::vector<std::uint8_t> thumbnail;  ///< red, green, blue; empty: the file has none
+};
+
+/// The test fails when LibRaw does.
+UnpackedRaw Unpack(const std::string& path);
+
+/// A developed photograph at half the sensor's size, proportional to light, in sRGB's primaries.
+class DevelopedRaw {
+  public:
+    /// As a photographer's first look: the camera's white balance, the file's colour matrices and white
+    /// level, no automatic brightness. The test fails when LibRaw does.
+    explicit DevelopedRaw(const std::string& path);
+
+    /// The mean over `width` x `height` sensor pixels from (`x`, `y`) on.
+    samples::LinearRgb Mean(int x, int y, int width, int height) const;
+
+  private:
+    int width_ = 0;
+    std::vector<std::uint16_t> samples_;
+};
+
+}  // namespace end_to_end
+
+#endif  // VELMARCON_TESTS_END_TO_END_RAW_DEVELOPER_H
