@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <ostream>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +21,7 @@ bool listing_tells_types = true;
 }  // namespace
 
 /// Stands in front of the C library's: a file system whose listing does not tell the types of its entries.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library's are reserved names
 extern "C" dirent* readdir(DIR* folder) {
     using Readdir = dirent* (*)(DIR*);
     static const auto next = reinterpret_cast<Readdir>(::dlsym(RTLD_NEXT, "readdir"));
@@ -141,6 +144,8 @@ struct ResolveCase {
     const char* name;
     const char* path;
     const char* result;
+
+    friend void PrintTo(const ResolveCase& test, std::ostream* out) { *out << test.name; }
 };
 
 class ResolvedInput : public testing::TestWithParam<ResolveCase> {};
@@ -169,7 +174,7 @@ TEST_P(ResolvedInput, IsFolderAndNamesOrAnError) {
 
 constexpr const char* kBadInput = "2 ||";
 
-const ResolveCase kResolveCases[] = {
+const std::vector<ResolveCase> kResolveCases = {
     {"Folder", "card", "0 |card/|a.RAW b.RAW both.RAW camera.DNG plain.RAW x.y.RAW "},
     {"FolderWithSeparator", "card/", "0 |card/|a.RAW b.RAW both.RAW camera.DNG plain.RAW x.y.RAW "},
     {"FolderWithTwoSeparators", "card//", "0 |card//|a.RAW b.RAW both.RAW camera.DNG plain.RAW x.y.RAW "},
@@ -201,7 +206,7 @@ const ResolveCase kResolveCases[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Paths, ResolvedInput, testing::ValuesIn(kResolveCases),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 TEST(FileSystemTests, TellFoldersFromFiles) {
     struct Case {

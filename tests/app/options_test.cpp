@@ -2,6 +2,8 @@
 #include "app/options.h"
 
 #include <algorithm>
+#include <ostream>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -103,6 +105,8 @@ struct FlagCase {
     const char* name;
     Texts arguments;
     const char* changed;
+
+    friend void PrintTo(const FlagCase& test, std::ostream* out) { *out << test.name; }
 };
 
 class Flags : public Options, public testing::WithParamInterface<FlagCase> {};
@@ -115,7 +119,7 @@ TEST_P(Flags, AreSwitchedOnByTheirOptions) {
     EXPECT_EQ(parsed.settings.input.names, Texts{"a.RAW"});
 }
 
-const FlagCase kFlagCases[] = {
+const std::vector<FlagCase> kFlagCases = {
     {"None", {}, ""},
     {"Verbose", {"-v"}, "verbose "},
     {"Refresh", {"-r"}, "refresh "},
@@ -173,7 +177,7 @@ const FlagCase kFlagCases[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(CommandLines, Flags, testing::ValuesIn(kFlagCases),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 struct FolderCase {
     const char* name;
@@ -182,6 +186,8 @@ struct FolderCase {
     Texts names;
     const char* output;
     const char* changed;
+
+    friend void PrintTo(const FolderCase& test, std::ostream* out) { *out << test.name; }
 };
 
 class Folders : public Options, public testing::WithParamInterface<FolderCase> {};
@@ -198,7 +204,7 @@ TEST_P(Folders, AreTheOnesGivenFirst) {
     EXPECT_EQ(Changed(parsed.settings), changed);
 }
 
-const FolderCase kFolderCases[] = {
+const std::vector<FolderCase> kFolderCases = {
     {"Default", {}, "./", {"a.RAW"}, "./", ""},
     {"DefaultWithOptions", {"-v"}, "./", {"a.RAW"}, "./", "verbose "},
     {"Input", {"-i", "in"}, "in/", {"b.RAW", "c.RAW"}, "in/", ""},
@@ -222,7 +228,7 @@ const FolderCase kFolderCases[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(CommandLines, Folders, testing::ValuesIn(kFolderCases),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 constexpr const char* kBadInput = "Error #0002: Given input (-i) is not a folder or supported RAW file.\n";
 constexpr const char* kBadOutput = "Error #0004: Given output folder (-o) does not exist or is no folder.\n";
@@ -237,6 +243,8 @@ struct ErrorCase {
     int status;
     const char* output;
     const char* changed;  ///< by the options read before the error
+
+    friend void PrintTo(const ErrorCase& test, std::ostream* out) { *out << test.name; }
 };
 
 class FatalErrors : public Options, public testing::WithParamInterface<ErrorCase> {};
@@ -248,7 +256,7 @@ TEST_P(FatalErrors, EndTheRunWhereTheyArise) {
     EXPECT_EQ(Changed(parsed.settings), GetParam().changed);
 }
 
-const ErrorCase kErrorCases[] = {
+const std::vector<ErrorCase> kErrorCases = {
     {"Input", {"-p", "-i", "missing", "-v"}, 2, kBadInput, "preview "},
     {"EmptyInput", {"-i", "", "-v"}, 2, kBadInput, ""},
     {"InputOfAnotherSort", {"-i", "in/photo.jpg"}, 2, kBadInput, ""},
@@ -265,7 +273,7 @@ const ErrorCase kErrorCases[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(CommandLines, FatalErrors, testing::ValuesIn(kErrorCases),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 /// Nothing to convert in the current folder.
 class EmptyFolder : public testing::Test {

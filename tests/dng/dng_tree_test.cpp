@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <functional>
+#include <ostream>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -101,6 +103,8 @@ struct Change {
     std::function<void(EXIFInfo&)> change;
     expected::Tags ifd0;
     expected::Tags exif_ifd;
+
+    friend void PrintTo(const Change& test, std::ostream* out) { *out << test.name; }
 };
 
 class ChangedRecord : public testing::TestWithParam<Change> {};
@@ -122,7 +126,7 @@ TEST_P(ChangedRecord, ChangesOnlyItsTags) {
     EXPECT_EQ(Listing(dng.exif_ifd()), Listing(exif_ifd));
 }
 
-const Change kChanges[] = {
+const std::vector<Change> kChanges = {
     {"SerialNumberIsSigned",
      [](EXIFInfo& exif) { exif.SerialNumber = 0xFFFFFFFF; },
      {Ascii(50735, "-1")},
@@ -174,7 +178,7 @@ const Change kChanges[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Changes, ChangedRecord, testing::ValuesIn(kChanges),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 TEST(DngTree, StoresTheComputed35mmFocalLengthInTheRecord) {
     ReadInputData record = expected::Record();

@@ -2,7 +2,9 @@
 #include <array>
 #include <climits>
 #include <functional>
+#include <ostream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -21,6 +23,8 @@ struct Addition {
     const char* name;
     std::function<int(DNGlib&, DNGlib::IFD*)> add;
     std::string listing;
+
+    friend void PrintTo(const Addition& test, std::ostream* out) { *out << test.name; }
 };
 
 class AddIFDTag : public testing::TestWithParam<Addition> {};
@@ -42,7 +46,7 @@ constexpr std::array<int, 2> kSLongs = {-2, INT_MIN};
 constexpr std::array<unsigned int, 2> kOver = {1, 0x80000000};
 constexpr std::array<int, 2> kSOver = {207, -1};
 
-const Addition kAdditions[] = {
+const std::vector<Addition> kAdditions = {
     {"Bytes", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, kBytes.data(), 3U); },
      "type 1 count 3: 01 00 FF"},
     {"SBytes", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, kSBytes.data(), 2U); },
@@ -86,7 +90,7 @@ const Addition kAdditions[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Overloads, AddIFDTag, testing::ValuesIn(kAdditions),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 TEST(IFDTag, GenericBytesAreCountedInElementsOfTheirType) {
     struct Case {
@@ -114,7 +118,7 @@ TEST(IFDTag, TextsEndInOneNulAndLongOnesHaveAnEvenLength) {
         std::string listing;
     };
     // "ABCDEFGH", 8 letters, stays odd with its NUL and gets a second one that only the length counts.
-    const Case cases[] = {
+    const std::vector<Case> cases = {
         {"", "777 type 2 count 1: 00\n"},
         {"\0"s, "777 type 2 count 1: 00\n"},
         {"AB", "777 type 2 count 3: 41 42 00\n"},
@@ -199,6 +203,10 @@ struct BlackLevelCase {
     std::uint16_t iso;
     unsigned short value;
     const char* bytes;
+
+    friend void PrintTo(const BlackLevelCase& test, std::ostream* out) {
+        *out << "Iso" << test.iso << "Value" << test.value;
+    }
 };
 
 class BlackLevel : public testing::TestWithParam<BlackLevelCase> {};
@@ -215,7 +223,7 @@ TEST_P(BlackLevel, GrowsWithIsoAndKeepsItsLow16Bits) {
               "50713 type 3 count 2: 01 00 01 00\n50714 type 3 count 1:"s + GetParam().bytes + "\n");
 }
 
-constexpr BlackLevelCase kBlackLevels[] = {
+const std::vector<BlackLevelCase> kBlackLevels = {
     {160, 92, " 5C 00"},    {200, 92, " 5C 00"},      // 92
     {0, 92, " 5C 00"},      {321, 92, " 5C 00"},      // 92
     {320, 92, " B8 00"},    {640, 92, " 70 01"},      // 184, 368
@@ -224,8 +232,7 @@ constexpr BlackLevelCase kBlackLevels[] = {
     {160, 65535, " FF FF"}, {2500, 65535, " F0 FF"},  // 1048560 - 15 * 65536 = 65520
 };
 
-INSTANTIATE_TEST_SUITE_P(Speeds, BlackLevel, testing::ValuesIn(kBlackLevels), [](const auto& test) {
-    return "Iso" + std::to_string(test.param.iso) + "Value" + std::to_string(test.param.value);
-});
+INSTANTIATE_TEST_SUITE_P(Speeds, BlackLevel, testing::ValuesIn(kBlackLevels),
+                         testing::PrintToStringParamName());
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <climits>
 #include <cmath>
 #include <limits>
+#include <ostream>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,8 @@ struct WalkCase {
     std::vector<std::int32_t> apertures;
     std::int32_t estimate;
     std::int32_t nearest;
+
+    friend void PrintTo(const WalkCase& test, std::ostream* out) { *out << test.name; }
 };
 
 class NearestAperture : public testing::TestWithParam<WalkCase> {};
@@ -52,7 +55,7 @@ TEST_P(NearestAperture, EndsWhereTheDistanceGrows) {
     EXPECT_EQ(lens_tags::NearestAperture(GetParam().apertures, GetParam().estimate), GetParam().nearest);
 }
 
-const WalkCase kWalks[] = {
+const std::vector<WalkCase> kWalks = {
     {"BelowAll", {1000, 2000, 4000}, 10, 1000},
     {"FirstExactly", {1000, 2000, 4000}, 1000, 1000},
     {"NearerToTheEarlier", {1000, 2000, 4000}, 1499, 1000},
@@ -72,7 +75,7 @@ const WalkCase kWalks[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Walks, NearestAperture, testing::ValuesIn(kWalks),
-                         [](const auto& test) { return std::string(test.param.name); });
+                         testing::PrintToStringParamName());
 
 TEST(MaxApertureValue, IsTheApexValueInWholeThousandths) {
     struct Case {

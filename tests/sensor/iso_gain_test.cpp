@@ -2,6 +2,7 @@
 #include "sensor/iso_gain.h"
 
 #include <array>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,8 @@ TEST(IsoGain, IsAboveOneOnlyAtTheFourHigherSpeeds) {
     for (std::size_t i = 0; i < speeds.size(); ++i) {
         EXPECT_EQ(IsoGain(speeds[i]), gains[i]) << speeds[i];
     }
-    constexpr std::uint16_t others[] = {0, 159, 200, 319, 321, 639, 641, 1249, 1251, 1280, 2499, 2501, 65535};
+    const std::vector<std::uint16_t> others = {0,    159,  200,  319,  321,  639,  641,
+                                               1249, 1251, 1280, 2499, 2501, 65535};
     for (const std::uint16_t other : others) {
         EXPECT_EQ(IsoGain(other), 1) << other;
     }
