@@ -2,7 +2,7 @@
 #include "tests/end_to_end/exif_tool.h"
 
 #include <algorithm>
-#include <regex>
+#include <cstddef>
 #include <sstream>
 #include <string_view>
 
@@ -36,6 +36,18 @@ std::string FractionOrValue(std::string_view type, const std::string& value) {
     return value.substr(open + 1, value.size() - open - 2);
 }
 
+/// What stands in `text` behind the first `before`, up to the next `after`.
+std::string_view Between(std::string_view text, std::string_view before, std::string_view after) {
+    const auto start = text.find(before) + before.size();
+    return text.substr(start, text.find(after, start) - start);
+}
+
+/// Whether `text` starts with a number and a parenthesis.
+bool IsEntry(std::string_view text) {
+    const auto end = text.find_first_not_of("0123456789");
+    return end != 0 && end != std::string_view::npos && text[end] == ')';
+}
+
 /// Takes the lines of exiftool's most verbose output one after the other:
 ///
 ///     + [IFD0 directory with 47 entries]
@@ -45,34 +57,33 @@ std::string FractionOrValue(std::string_view type, const std::string& value) {
 ///     |     - Tag 0x8769 (4 bytes, int32u[1]):
 ///     | + [ExifIFD directory with 21 entries]
 ///     | | 0)  ExposureTime = 0.004 (4000/1000000)
+///
+/// Each directory adds a bar in front of its lines.
 class VerboseOutput {
   public:
-    void TakeLine(const std::string& line) {
-        static const std::regex directory(R"(^[ |]*\+ \[(\w+) directory with \d+ entries\]$)");
-        static const std::regex entry(R"(^([ |]*)\d+\) +\S+ (?:=|\(SubDirectory\)) ?(.*)$)");
-        static const std::regex type(R"(^[ |]*- Tag 0x([0-9a-f]{4}) \(\d+ bytes, (\w+\[\d+\]).*$)");
-        std::smatch match;
-        if (std::regex_match(line, match, directory)) {
-            open_.resize(Depth(line));
-            open_.push_back(match[1]);
-        } else if (std::regex_match(line, match, entry)) {
-            open_.resize(Depth(line));
-            value_ = match[2];
-        } else if (std::regex_match(line, match, type)) {
+    void TakeLine(std::string_view line) {
+        constexpr std::string_view directory = "+ [";
+        constexpr std::string_view type = "- Tag 0x";
+        const std::string_view text = line.substr(std::min(line.find_first_not_of(" |"), line.size()));
+        const auto depth = static_cast<std::size_t>(
+            std::count(line.begin(), line.end() - static_cast<std::ptrdiff_t>(text.size()), '|'));
+        if (text.starts_with(directory)) {
+            open_.resize(depth);
+            open_.emplace_back(Between(text, directory, " directory"));
+        } else if (text.starts_with(type)) {
             constexpr int hexadecimal = 16;
-            AddTag(static_cast<std::uint16_t>(std::stoul(match[1], nullptr, hexadecimal)), match[2]);
+            const std::string tag(Between(text, type, " "));
+            AddTag(static_cast<std::uint16_t>(std::stoul(tag, nullptr, hexadecimal)),
+                   std::string(Between(text, " bytes, ", "]")) + "]");
+        } else if (IsEntry(text)) {
+            open_.resize(depth);
+            value_ = text.ends_with("-->") ? "-->" : text.substr(text.find(" = ") + 3);
         }
     }
 
     const std::map<std::string, TagTexts>& directories() const { return directories_; }
 
   private:
-    /// How many directories enclose the line: each adds a bar in front of it.
-    static std::size_t Depth(const std::string& line) {
-        return static_cast<std::size_t>(
-            std::ranges::count(line.substr(0, line.find_first_not_of(" |")), '|'));
-    }
-
     void AddTag(std::uint16_t tag, const std::string& type) {
         TagTexts& tags = directories_[open_.back()];
         // TIFF 6.0, section 2: entries ascend; so none can be there twice, either.
