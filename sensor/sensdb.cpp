@@ -1,4 +1,148 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/sensdb.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+#include "exif/simple_ini.h"
+#include "input/read_input_data.h"
+#include "input/replacement_file.h"
+
+namespace {
+
+constexpr const char* kLineKey = "Line";
+constexpr const char* kLevelKey = "LevelCorrection";
+
+/// The low bits of the number that `text` begins with, 0 without one.
+template <typename T>
+T ToInteger(const char* text) {
+    constexpr int decimal = 10;
+    return static_cast<T>(std::strtoll(text, nullptr, decimal));
+}
+
+/// The number that `text` begins with, 0 without one; one beyond the range of a float is infinite.
+float ToFloat(const char* text) {
+    const double value = std::strtod(text, nullptr);
+    constexpr double largest = std::numeric_limits<float>::max();
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    if (value > largest) {
+        return infinity;
+    }
+    return value < -largest ? -infinity : static_cast<float>(value);
+}
+
+sensdb::Sensdbtype ReadCamera(const simple_ini::File& ini, const char* section,
+                              const simple_ini::File::TNamesDepend& keys) {
+    sensdb::Sensdbtype camera;
+    for (const auto& key : keys) {
+        simple_ini::File::TNamesDepend values;
+        if (std::strcmp(key.pItem, kLevelKey) == 0) {
+            ini.GetAllValues(section, key.pItem, values);
+            for (const auto& value : values) {
+                camera.LevelCorrection.push_back(ToFloat(value.pItem));
+            }
+        } else if (std::strcmp(key.pItem, kLineKey) == 0) {
+            ini.GetAllValues(section, key.pItem, values);
+            for (const auto& value : values) {
+                camera.Line.push_back(ToInteger<std::uint16_t>(value.pItem));
+            }
+        }
+    }
+    return camera;
+}
+
+/// Adds the camera's section; one without values leaves no trace.
+void AddCamera(simple_ini::File& ini, int serial, const sensdb::Sensdbtype& camera) {
+    constexpr const char* no_comment = nullptr;
+    const std::string section = std::to_string(serial);
+    for (const std::uint16_t value : camera.Line) {
+        ini.SetLongValue(section.c_str(), kLineKey, value, no_comment, false, false);
+    }
+    for (const float value : camera.LevelCorrection) {
+        ini.SetDoubleValue(section.c_str(), kLevelKey, static_cast<double>(value), no_comment, false);
+    }
+}
+
+/// Returns 0 or the system's error number.
+int ReplaceFile(const std::string& path, const std::string& text) {
+    ReplacementFile file;
+    if (const int error = file.Open(path); error != 0) {
+        return error;
+    }
+    file.stream().write(text.data(), static_cast<std::streamsize>(text.size()));
+    file.Good();
+    return file.Commit(text.size());
+}
+
+}  // namespace
+
 sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + "sensdb.ini") {}
+
+int sensdb::LoadSensData() {
+    const auto state = StateOf(DatabaseFile);
+    if (state && state == loaded_) {
+        return 0;
+    }
+    simple_ini::File ini;
+    ini.SetMultiKey(true);
+    const int error = simple_ini::Load(DatabaseFile, ini);
+    unreadable_ = error != SI_OK && state;
+    if (error != SI_OK) {
+        return error;
+    }
+    simple_ini::File::TNamesDepend sections;
+    ini.GetAllSections(sections);
+    for (const auto& section : sections) {
+        simple_ini::File::TNamesDepend keys;
+        if (ini.GetAllKeys(section.pItem, keys) && !keys.empty()) {
+            Cameras[ToInteger<int>(section.pItem)] = ReadCamera(ini, section.pItem, keys);
+        }
+    }
+    loaded_ = state && state->Settled() ? state : std::nullopt;
+    return 0;
+}
+
+int sensdb::CalcSensLevel(ReadInputData* image) {
+    const auto width = static_cast<std::size_t>(image->Width);
+    const auto height = static_cast<std::size_t>(image->Height);
+    // The sums wrap at 16 bits: the levels of every database made so far are those of wrapped sums, and
+    // differences between columns come out right as long as they stay below what 16 bits hold.
+    std::vector<std::uint16_t> sums(width);
+    for (std::size_t y = 0; y < height; ++y) {
+        const std::uint16_t* row = image->ImageData.data() + y * width;
+        for (std::size_t x = 0; x < width; ++x) {
+            sums[x] = static_cast<std::uint16_t>(sums[x] + row[x]);
+        }
+    }
+    const int darkest = *std::ranges::min_element(sums);
+    auto& levels = Camera(image->Exif.SerialNumber).LevelCorrection;
+    levels.resize(width);
+    std::ranges::transform(sums, levels.begin(), [&](int sum) {
+        return static_cast<float>(sum - darkest) / static_cast<float>(height);
+    });
+    loaded_.reset();
+    return 0;
+}
+
+int sensdb::WriteSensData() {
+    simple_ini::File ini;
+    ini.SetMultiKey(true);
+    for (const auto& [serial, camera] : Cameras) {
+        AddCamera(ini, serial, camera);
+    }
+    std::string text;
+    int error = EACCES;
+    if (!unreadable_) {
+        error = ini.Save(text) < 0 ? ENOMEM : ReplaceFile(DatabaseFile, text);
+    }
+    loaded_.reset();
+    if (error != 0) {
+        std::printf("%s: sensor database not written: %s\n", DatabaseFile.c_str(), std::strerror(error));
+        return SI_FILE;
+    }
+    return SI_OK;
+}

@@ -4,11 +4,18 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-/// The sensor database `sensdb.ini`: per camera body, the defective sensor columns and the dark level of each
-/// column.
+#include "sensor/file_state.h"
+
+class ReadInputData;
+
+/// The sensor database: per camera body, the defective sensor columns and the dark level of each column, kept
+/// in `sensdb.ini`. The file holds one section a camera, named by its serial number, with any number of Line
+/// and LevelCorrection values in order; these two names are taken in exactly this spelling, others are
+/// ignored.
 class sensdb {
   public:
     /// One camera.
@@ -23,8 +30,30 @@ class sensdb {
     /// An empty database for the file `folder` + "sensdb.ini"; `folder` ends in a separator or is empty.
     explicit sensdb(const std::string& folder);
 
+    /// Reads the file: cameras in it replace those of the same number, others stay. Does nothing when the
+    /// file is the one that was last read. Returns 0, or the INI library's negative error code when it cannot
+    /// be read; the cameras then stay as they were. A bad number counts as its numeric prefix, or 0.
+    int LoadSensData();
+
+    /// Replaces the dark levels of the image's camera by those of the image, which must be an exposure in the
+    /// dark (loaded, Width x Height pixels). Returns 0.
+    int CalcSensLevel(ReadInputData* image);
+
+    /// Writes the file anew, whole or not at all; cameras without values are left out. A file that could not
+    /// be read is not replaced. A failure prints one line with name and reason. Returns 0, or the INI
+    /// library's negative error code.
+    int WriteSensData();
+
+    /// The record of a camera; an empty one is made if it is unknown.
+    Sensdbtype& Camera(std::uint32_t serial) { return Cameras[static_cast<int>(serial)]; }
+
     std::string DatabaseFile;           ///< path of sensdb.ini
     std::map<int, Sensdbtype> Cameras;  ///< by camera serial number
+
+  private:
+    std::optional<FileState>
+        loaded_;               ///< the file as it was last read, unless the cameras have changed since
+    bool unreadable_ = false;  ///< the file is there, but its last reading failed
 };
 
 #endif  // VELMARCON_SENSOR_SENSDB_H

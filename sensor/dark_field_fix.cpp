@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// Removal of the sensor's dark level, column by column.
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "sensor/dither.h"
+#include "sensor/iso_gain.h"
+#include "sensor/row_offsets.h"
+#include "sensor/sensdb.h"
+#include "sensor/sensor_frame.h"
+#include "sensor/sensorfixtools.h"
+
+namespace {
+
+/// `level` where an int can hold it; else 0, which leaves a pixel as it is.
+float Usable(float level) {
+    constexpr float limit = 2147483648.0F;
+    return std::abs(level) < limit ? level : 0.0F;
+}
+
+/// The levels that an image of `width` columns needs, scaled by `gain`; none when it is no frame of the
+/// sensor or there are too few levels.
+std::vector<float> FrameLevels(std::span<const float> correction, int width, float gain) {
+    using namespace sensor_frame;
+    const std::size_t first = width == kCroppedWidth ? kCroppedLevelColumn : 0;
+    const auto columns = static_cast<std::size_t>(width);
+    if ((width != kFullWidth && width != kCroppedWidth) || correction.size() < first + columns) {
+        return {};
+    }
+    std::vector<float> levels(columns);
+    std::ranges::transform(correction.subspan(first, columns), levels.begin(),
+                           [gain](float level) { return Usable(level * gain); });
+    return levels;
+}
+
+/// Subtracts `levels` and `random`, each pixel's share of the dither, from a row: so no banding is left by
+/// what a whole number can't express. Only the low 16 bits of a level count.
+void SubtractDithered(std::span<std::uint16_t> row, std::span<const float> levels,
+                      std::span<const float> random) {
+    for (std::size_t x = 0; x < row.size(); ++x) {
+        const auto level = static_cast<std::uint16_t>(static_cast<std::int32_t>(levels[x] + random[x]));
+        row[x] = static_cast<std::uint16_t>(row[x] - std::min(row[x], level));
+    }
+}
+
+void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float> levels) {
+    static_assert(sensor_frame::kFullWidth % Dither::kLanes == 0);
+    static_assert(sensor_frame::kCroppedWidth % Dither::kLanes == 0);
+    Dither dither;
+    std::vector<float> random(levels.size());
+    for (std::size_t start = 0; start + levels.size() <= pixels.size(); start += levels.size()) {
+        dither.Fill(random);
+        SubtractDithered(pixels.subspan(start, levels.size()), levels, random);
+    }
+}
+
+/// Undithered, in 16 bits that wrap: nothing is clamped at 0, and a negative level raises the pixel.
+void SubtractWrapping(std::span<std::uint16_t> row, std::span<const float> levels, float offset, float gain) {
+    for (std::size_t x = 0; x < row.size(); ++x) {
+        const auto level = static_cast<std::int32_t>(Usable((levels[x] + offset) * gain));
+        row[x] = static_cast<std::uint16_t>(row[x] - static_cast<std::uint16_t>(level));
+    }
+}
+
+/// Column levels and row offsets together. The right half takes its offsets in reverse row order, as its
+/// read-out does; column x has level x whatever the frame.
+void SubtractWithRowOffsets(std::span<std::uint16_t> pixels, std::span<const float> correction, int width,
+                            int height, float gain) {
+    const auto columns = static_cast<std::size_t>(width);
+    const auto rows = static_cast<std::size_t>(height);
+    if (correction.size() < columns) {
+        return;
+    }
+    const RowOffsets offsets = EstimateRowOffsets(pixels, width, height);
+    const std::size_t half = columns / 2;
+    for (std::size_t y = 0; y < rows; ++y) {
+        const auto row = pixels.subspan(y * columns, columns);
+        SubtractWrapping(row.first(half), correction.first(half), offsets.left[y], gain);
+        SubtractWrapping(row.subspan(half), correction.subspan(half, columns - half),
+                         offsets.right[rows - 1 - y], gain);
+    }
+}
+
+}  // namespace
+
+int sensorfixtools::fixBlackLevels(unsigned int serial, std::vector<unsigned short>* pixels,
+                                   unsigned short iso, int width, int height, int count, sensdb* db,
+                                   bool estimate) {
+    const std::vector<float> correction = db->Camera(serial).LevelCorrection;
+    const auto gain = static_cast<float>(IsoGain(iso));
+    const auto image = std::span(*pixels).first(static_cast<std::size_t>(count));
+    if (estimate) {
+        SubtractWithRowOffsets(image, correction, width, height, gain);
+        return 0;
+    }
+    if (const auto levels = FrameLevels(correction, width, gain); !levels.empty()) {
+        SubtractColumnLevels(image, levels);
+    }
+    return 0;
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SENSOR_DITHER_H
+#define VELMARCON_SENSOR_DITHER_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// Uniform random numbers in [0, 1), many at a time: independent generators side by side (xorshift32, period
+/// 2^32 - 1 each), which the compiler turns into vector instructions.
+class Dither {
+  public:
+    static constexpr std::size_t kLanes = 16;
+
+    /// Takes its seeds from the C library's random sequence.
+    Dither();
+
+    /// Fills `values`, whose number must be a multiple of kLanes.
+    void Fill(std::span<float> values);
+
+  private:
+    std::array<std::uint32_t, kLanes> lanes_ = {};
+};
+
+#endif  // VELMARCON_SENSOR_DITHER_H

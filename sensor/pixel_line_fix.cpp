@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+// Repair of defective sensor columns from their neighbours of the same colour: two columns away, or, for
+// every other pixel, one row and one column away as well.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "sensor/sensdb.h"
+#include "sensor/sensor_frame.h"
+#include "sensor/sensorfixtools.h"
+
+namespace {
+
+/// One entry of a defect list.
+struct DefectGroup {
+    static constexpr std::size_t kValues = 4;
+
+    std::uint16_t column;
+    std::uint16_t first_row;
+    std::uint16_t second_column;
+    std::uint16_t end_row;
+
+    /// From `kValues` values.
+    explicit DefectGroup(const std::uint16_t* values)
+        : column(values[0]), first_row(values[1]), second_column(values[2]), end_row(values[3]) {}
+
+    /// Into the cropped frame, in 16 bits that may wrap: what lies outside ends up far outside. The end row
+    /// is clamped but, unlike the first row, not moved.
+    void MoveToCroppedFrame(int height) {
+        using namespace sensor_frame;
+        end_row = static_cast<std::uint16_t>(std::min<int>(end_row, height));
+        first_row = static_cast<std::uint16_t>(first_row - kCroppedDefectRow);
+        column = static_cast<std::uint16_t>(column - kCroppedDefectColumn);
+        second_column = static_cast<std::uint16_t>(second_column - kCroppedDefectColumn);
+    }
+};
+
+/// The neighbours of one pixel, by their distance in the buffer: at the first and last column a diagonal one
+/// is at the other end of a row next to it. One that would lie outside the buffer is replaced by its mirror
+/// image.
+class Neighbours {
+  public:
+    Neighbours(const unsigned short* pixel, int column, int row, int width, int height)
+        : pixel_(pixel),
+          width_(width),
+          before_(static_cast<std::ptrdiff_t>(row) * width + column),
+          behind_(static_cast<std::ptrdiff_t>(height) * width - before_ - 1) {}
+
+    int Right() const { return At(kSameColor, -kSameColor); }
+    int Left() const { return At(-kSameColor, kSameColor); }
+    int UpperPair() const { return At(-width_ - 1, -width_ + 1) + At(-width_ + 1, -width_ - 1); }
+    int LowerPair() const { return At(width_ - 1, width_ + 1) + At(width_ + 1, width_ - 1); }
+
+  private:
+    static constexpr std::ptrdiff_t kSameColor = 2;  // columns
+
+    bool Inside(std::ptrdiff_t distance) const { return -before_ <= distance && distance <= behind_; }
+
+    int At(std::ptrdiff_t distance, std::ptrdiff_t mirrored) const {
+        if (Inside(distance)) {
+            return pixel_[distance];
+        }
+        // An image too small for either keeps its pixel.
+        return Inside(mirrored) ? pixel_[mirrored] : *pixel_;
+    }
+
+    const unsigned short* pixel_;
+    std::ptrdiff_t width_;
+    std::ptrdiff_t before_;  // pixels in the buffer
+    std::ptrdiff_t behind_;
+};
+
+constexpr int kEdge = 2;  // columns at each side with a neighbour on one side only
+
+int HorizontalMean(const Neighbours& near, int column, int width) {
+    if (column < kEdge) {
+        return near.Right();
+    }
+    if (column >= width - kEdge) {
+        return near.Left();
+    }
+    return (near.Left() + near.Right()) / 2;
+}
+
+/// At the edges the horizontal term holds one pixel instead of two, but the divisor stays: such a pixel comes
+/// out at about nine tenths of its neighbours' mean, and is meant to.
+int DiagonalMean(const Neighbours& near, int column, int row, int width, int height) {
+    int horizontal = near.Left() + near.Right();
+    if (column < kEdge) {
+        horizontal = near.Right();
+    } else if (column >= width - kEdge) {
+        horizontal = near.Left();
+    }
+    int diagonal = 2 * (near.UpperPair() + near.LowerPair());
+    if (row < 1) {
+        diagonal = 4 * near.LowerPair();
+    } else if (row >= height - 1) {
+        diagonal = 4 * near.UpperPair();
+    }
+    return (diagonal + horizontal + 5) / 10;
+}
+
+}  // namespace
+
+int sensorfixtools::fixPixelLine(unsigned int serial, std::vector<unsigned short>* pixels, int width,
+                                 int height, sensdb* db, bool test) {
+    const std::vector<std::uint16_t> list = db->Camera(serial).Line;
+    for (std::size_t i = 0; i + DefectGroup::kValues <= list.size(); i += DefectGroup::kValues) {
+        DefectGroup group(&list[i]);
+        if (width == sensor_frame::kCroppedWidth) {
+            group.MoveToCroppedFrame(height);
+        }
+        if (group.column != group.second_column) {
+            return 1;
+        }
+        if (group.column >= width) {
+            continue;
+        }
+        const int end_row = std::min<int>(group.end_row, height);
+        for (int row = group.first_row; row < end_row; ++row) {
+            unsigned short* pixel = pixels->data() + static_cast<std::ptrdiff_t>(row) * width + group.column;
+            if (test) {
+                *pixel = sensor_frame::kWhite;
+            } else {
+                interp(pixel, group.column, row, width, height);
+            }
+        }
+    }
+    return 0;
+}
+
+int sensorfixtools::interp(unsigned short* pixel, int column, int row, int width, int height) {
+    const Neighbours near(pixel, column, row, width, height);
+    const bool same_parity = column % 2 == row % 2;
+    const int value =
+        same_parity ? HorizontalMean(near, column, width) : DiagonalMean(near, column, row, width, height);
+    *pixel = static_cast<unsigned short>(value);
+    return 0;
+}

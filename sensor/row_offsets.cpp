@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "sensor/row_offsets.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+
+namespace {
+
+constexpr std::uint16_t kDarkest =
+    111;                              // pixels below it tell which rows are darker, the even or the odd ones
+constexpr std::uint16_t kDark = 100;  // pixels below it make the offsets
+
+/// The sum and the number of the pixels below a threshold.
+struct DarkPixels {
+    std::uint32_t sum = 0;
+    std::uint32_t count = 0;
+};
+
+/// Looks at `samples` pixels, every second one from `start` on; those outside the image don't count.
+DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, std::size_t samples,
+                     std::uint16_t threshold) {
+    DarkPixels dark;
+    if (start >= pixels.size()) {
+        return dark;
+    }
+    const std::uint16_t* const first = &pixels[start];
+    samples = std::min(samples, (pixels.size() - start + 1) / 2);
+    for (std::size_t i = 0; i < samples; ++i) {
+        const std::uint32_t pixel = first[2 * i];
+        const std::uint32_t is_dark = pixel < threshold ? 1 : 0;
+        dark.sum += pixel * is_dark;
+        dark.count += is_dark;
+    }
+    return dark;
+}
+
+/// Walks an image two pixels at a time and measures half rows on the way.
+class OffsetMeter {
+  public:
+    OffsetMeter(std::span<const std::uint16_t> pixels, std::size_t start) : pixels_(pixels), next_(start) {}
+
+    /// Measures the next `samples` pixels, every second one being a sample.
+    void Measure(std::size_t samples) {
+        dark_ = CountDark(pixels_, next_, samples, kDark);
+        next_ += 2 * samples;
+    }
+
+    float Sum() const { return static_cast<float>(dark_.sum); }
+    float Count() const { return static_cast<float>(dark_.count); }
+    void Skip(std::size_t pixels) { next_ += pixels; }
+
+  private:
+    std::span<const std::uint16_t> pixels_;
+    std::size_t next_;
+    DarkPixels dark_;
+};
+
+/// Whether the dark pixels of the even rows add up to less than those of the odd rows. Of each two pixels,
+/// counted from the start of the image, the first is looked at in even rows and the second in odd ones.
+bool EvenRowsAreDarker(std::span<const std::uint16_t> pixels, std::size_t width) {
+    std::uint64_t even = 0;
+    std::uint64_t odd = 0;
+    const std::size_t rows = pixels.size() / width;
+    for (std::size_t y = 0; y < rows; ++y) {
+        const std::size_t first_pair = (y * width + 1) / 2;
+        const std::size_t end_pair = ((y + 1) * width + 1) / 2;
+        const std::size_t odd_row = y % 2;
+        const auto dark = CountDark(pixels, 2 * first_pair + odd_row, end_pair - first_pair, kDarkest);
+        (odd_row != 0 ? odd : even) += dark.sum;
+    }
+    return even < odd;
+}
+
+/// Rows between two measured ones lie midway between them.
+void FillRowBefore(RowOffsets& offsets, std::size_t y) {
+    offsets.left[y - 1] = (offsets.left[y - 2] + offsets.left[y]) / 2;
+    offsets.right[y - 1] = (offsets.right[y - 2] + offsets.right[y]) / 2;
+}
+
+/// Offsets of rows 0, 2, 4, ... The reading goes on from one to the next without passing over a row, so they
+/// are measured on rows 0, 1, 2, ... of the image; and they are divided by the pixels of half a row, not by
+/// those that were dark. The estimator is defined so. The last of an even number of rows keeps 0.
+void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
+    const std::size_t half = width / 2;
+    const auto divisor = static_cast<float>(half);
+    OffsetMeter meter(pixels, 0);
+    for (std::size_t y = 0; y < offsets.left.size(); y += 2) {
+        meter.Measure((half + 1) / 2);
+        offsets.left[y] = meter.Sum() / divisor;
+        meter.Measure((width - half) / 2);
+        offsets.right[y] = meter.Sum() / divisor;
+        if (y > 0) {
+            FillRowBefore(offsets, y);
+        }
+    }
+}
+
+/// Offsets of rows 1, 3, 5, ..., measured on these rows and divided by the number of dark pixels. A half row
+/// without any has no value.
+void MeasureOddRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
+    const std::size_t half = width / 2;
+    OffsetMeter meter(pixels, width + 1);
+    for (std::size_t y = 1; y < offsets.left.size(); y += 2) {
+        meter.Measure(half / 2);
+        offsets.left[y] = meter.Sum() / meter.Count();
+        meter.Measure((width - half + 1) / 2);
+        offsets.right[y] = meter.Sum() / meter.Count();
+        if (y == 1) {
+            offsets.left[0] = offsets.left[1];
+            offsets.right[0] = offsets.right[1];
+        } else {
+            FillRowBefore(offsets, y);
+        }
+        meter.Skip(width);
+    }
+}
+
+/// In single precision and row order, as the offsets themselves.
+void SubtractMean(std::vector<float>& offsets) {
+    const float mean =
+        std::accumulate(offsets.begin(), offsets.end(), 0.0F) / static_cast<float>(offsets.size());
+    for (float& offset : offsets) {
+        offset -= mean;
+    }
+}
+
+}  // namespace
+
+RowOffsets EstimateRowOffsets(std::span<const std::uint16_t> pixels, int width, int height) {
+    const auto columns = static_cast<std::size_t>(width);
+    const auto rows = static_cast<std::size_t>(height);
+    RowOffsets offsets = {std::vector<float>(rows), std::vector<float>(rows)};
+    if (EvenRowsAreDarker(pixels, columns)) {
+        MeasureEvenRows(pixels, columns, offsets);
+    } else {
+        MeasureOddRows(pixels, columns, offsets);
+    }
+    SubtractMean(offsets.left);
+    SubtractMean(offsets.right);
+    return offsets;
+}

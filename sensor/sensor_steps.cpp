@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "sensor/sensor_steps.h"
+
+#include <cstdio>
+
+namespace {
+
+void PrintIf(bool verbose, const char* text) {
+    if (verbose) {
+        std::printf("%s", text);
+    }
+}
+
+}  // namespace
+
+void SensorSteps::FixPixelLines(bool test) {
+    constexpr std::size_t group = 4;  // values
+    const auto& list = sensors_.Camera(image_.serial).Line;
+    if (list.empty()) {
+        return;
+    }
+    if (list.size() % group != 0) {
+        std::printf("No pixel error correction values available for camera No.%u.\n", image_.serial);
+        return;
+    }
+    PrintIf(verbose_, "Fixing pixel errors...");
+    tools_.fixPixelLine(image_.serial, image_.pixels, image_.width, image_.height, &sensors_, test);
+    PrintIf(verbose_, "Done!\n");
+}
+
+bool SensorSteps::FixDarkField(bool estimate) {
+    if (sensors_.Camera(image_.serial).LevelCorrection.empty()) {
+        std::printf("No dark field correction values available for camera No.%u.\n", image_.serial);
+        return false;
+    }
+    PrintIf(verbose_, "Fixing sensor dark field...");
+    tools_.fixBlackLevels(image_.serial, image_.pixels, image_.iso, image_.width, image_.height,
+                          image_.width * image_.height, &sensors_, estimate);
+    PrintIf(verbose_, "Done!\n");
+    return true;
+}
