@@ -67,9 +67,9 @@ std::vector<std::uint8_t> PixelwisePreview(const std::vector<std::uint16_t>& wor
             }
             if (x == candidate) {
                 c += 1;
-                const auto v = words[static_cast<std::size_t>(54 + y * 3976 + x)];
-                const double s = std::min(std::sqrt(v * 4.0), 255.0);
-                preview.insert(preview.end(), 3, static_cast<std::uint8_t>(static_cast<int>(s + 0.5)));
+                const auto v = words[54 + static_cast<std::size_t>(y) * 3976 + static_cast<std::size_t>(x)];
+                const double grey = std::min(std::sqrt(v * 4.0), 255.0) + 0.5;
+                preview.insert(preview.end(), 3, static_cast<std::uint8_t>(grey));
             }
         }
         if (y == r) {

@@ -78,7 +78,8 @@ void ExpectCropOfNumberedWords(const std::vector<std::uint16_t>& image) {
 
 /// A file of `size` bytes, each 0x21.
 std::vector<std::uint8_t> EvenBytes(std::size_t size) {
-    return std::vector<std::uint8_t>(size, 0x21);
+    std::vector<std::uint8_t> bytes(size, 0x21);
+    return bytes;
 }
 
 TEST(RawLoader, ACompleteFileGivesTheCroppedImageUnchanged) {
