@@ -7,6 +7,7 @@
 
 #include "app/error_codes.h"
 #include "app/input_discovery.h"
+#include "app/sensor_stage.h"
 #include "dng/dnglib.h"
 #include "input/read_input_data.h"
 
@@ -57,28 +58,53 @@ int ConversionRun::Run() {
             std::printf("File %s.DNG already exists!\n", base.c_str());
             continue;
         }
-        if (Extension(name) == "RAW") {
-            ConvertPair(base);
+        if (Extension(name) != "RAW") {
+            RepairDng(base);
+        } else if (const int error = ConvertPair(base); error != 0) {
+            return error;
         }
     }
     return 0;
 }
 
-void ConversionRun::ConvertPair(const std::string& base) {
-    const auto record = std::make_unique<ReadInputData>();
-    record->ImageData = std::move(frame_);
-    ConvertRecord(base, *record);
-    frame_ = std::move(record->ImageData);
+/// The repair has reported an error with the file's name; it is reported once more under the record's label,
+/// which a repair never sets.
+void ConversionRun::RepairDng(const std::string& base) {
+    const ReadInputData record;
+    DNGlib dng(&lenses_, &sensors_);
+    const int error =
+        dng.fixDNG(settings_.input.folder, base, settings_.verbose, settings_.lens_fix, settings_.sensor_fix,
+                   settings_.dark_field_creation, dark_field_fix_, settings_.row_offset_estimation,
+                   settings_.pixel_line_test, &sensors_, settings_.lens_code, settings_.output_folder);
+    if (error != 0) {
+        errors_.PrintError(error, record.OutputLabel);
+    }
 }
 
-void ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record) {
+int ConversionRun::ConvertPair(const std::string& base) {
+    const auto record = std::make_unique<ReadInputData>();
+    record->ImageData = std::move(frame_);
+    const int error = ConvertRecord(base, *record);
+    frame_ = std::move(record->ImageData);
+    return error;
+}
+
+/// Returns 0, also when the image failed, or the code of an error that ends the run.
+int ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record) {
     BeginDarkFrame(base);
     if (!LoadPair(base, record)) {
-        return;
+        return 0;
+    }
+    if (settings_.sensor_fix) {
+        const SensorStage stage(settings_, sensors_, errors_);
+        if (const int error = stage.Run(base, dark_field_fix_, record); error != 0) {
+            return error;
+        }
     }
     FixLensCode(record);
     WriteDng(record);
     EndDarkFrame();
+    return 0;
 }
 
 /// A dark frame takes the place of black level and dark-field fix: it already holds the sensor's dark level.

@@ -20,12 +20,14 @@ class ConversionRun {
     /// Everything is owned by the caller.
     ConversionRun(const RunSettings& settings, lensdb& lenses, sensdb& sensors, const ErrorHandler& errors);
 
-    /// Goes through the list. Returns the exit status: 0 whatever became of the images.
+    /// Goes through the list. Returns the exit status: 0 whatever became of the images, unless an error ended
+    /// the run.
     int Run();
 
   private:
-    void ConvertPair(const std::string& base);
-    void ConvertRecord(const std::string& base, ReadInputData& record);
+    void RepairDng(const std::string& base);
+    [[nodiscard]] int ConvertPair(const std::string& base);
+    [[nodiscard]] int ConvertRecord(const std::string& base, ReadInputData& record);
     void BeginDarkFrame(const std::string& base);
     void EndDarkFrame();
     bool LoadPair(const std::string& base, ReadInputData& record) const;

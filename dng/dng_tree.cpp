@@ -154,29 +154,22 @@ void DNGlib::AddColorTags(bool rawModelVariant) {
 
 void DNGlib::AddExposureTags(bool lensFix) {
     EXIFInfo& exif = input_->Exif;
-    Rational f_number = {std::bit_cast<std::uint32_t>(lens_tags::EstimatedFNumber(exif.Mn0311, exif.Mn0312)),
-                         exif.Mn0313.denominator};
-    Rational max_aperture = exif.MaxApertureValue;
-
-    if (const auto* lens =
-            lensFix ? lens_tags::FindLens(*lenses_, exif.LensCode, exif.LensCodeBits) : nullptr) {
+    const bool detected = lensFix && exif.LensCode != 0;
+    const auto* lens = detected ? lens_tags::FindLens(*lenses_, exif.LensCodeBits) : nullptr;
+    if (lens != nullptr) {
         AddLensTags(*lens);
         exif.FocalLength = lens_tags::FocalLength(lens->FocalLength);
-        // Without engraved apertures the camera's own estimate is the best there is.
-        if (!lens->Aperture.empty()) {
-            const auto estimate = std::bit_cast<std::int32_t>(f_number.numerator);
-            f_number.numerator =
-                std::bit_cast<std::uint32_t>(lens_tags::NearestAperture(lens->Aperture, estimate));
-            max_aperture = lens_tags::MaxApertureValue(lens->Aperture.front());
-        }
     }
     if (exif.FocalLengthIn35mmFilm == 0) {
         exif.FocalLengthIn35mmFilm = lens_tags::FocalLengthIn35mmFilm(exif.FocalLength);
     }
+    const std::int32_t estimate =
+        lens_tags::EstimatedFNumber(AsSigned(exif.Mn0311).numerator, AsSigned(exif.Mn0312).numerator);
+    const auto apertures = lens_tags::PictureApertures(lens, estimate, exif.Mn0313.denominator);
 
     AddRational(exif_ifd_, tag::kExposureTime, exif.ExposureTime);
-    AddRational(exif_ifd_, tag::kFNumber, f_number);
-    AddRational(exif_ifd_, tag::kMaxApertureValue, max_aperture);
+    AddRational(exif_ifd_, tag::kFNumber, apertures.f_number);
+    AddRational(exif_ifd_, tag::kMaxApertureValue, apertures.max_aperture.value_or(exif.MaxApertureValue));
     AddRational(exif_ifd_, tag::kFocalLength, exif.FocalLength);
     AddIFDTag(&exif_ifd_, tag::kFocalLengthIn35mmFilm, exif.FocalLengthIn35mmFilm);
 }

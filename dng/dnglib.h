@@ -12,6 +12,9 @@
 #include "exif/lensdb.h"
 #include "exif/rational.h"
 
+struct CameraImage;
+struct MakerNoteStruct;
+struct RepairOptions;
 class ReadInputData;
 class ReplacementFile;
 class sensdb;
@@ -121,6 +124,31 @@ class DNGlib {
     /// The same into the record's own folder.
     int writeDNGTree();
 
+    // --- Reading and repair of a DNG that the camera wrote
+
+    /// Reads the IFD at the stream's position into `tags`, whole values included; entries of a type without a
+    /// size are skipped. Returns the position behind the last entry, where the link stands. An IFD that does
+    /// not lie in the file with all its values, or whose values together are longer than the file, fails the
+    /// stream.
+    int GetIFDs(std::ifstream* file, IFD* tags);
+
+    // The `n` values that begin at `data`, which must hold them.
+    static std::vector<unsigned int> ParseLong(const unsigned char* data, unsigned int n);
+    static std::vector<int> ParseSLong(const unsigned char* data, unsigned int n);
+    static std::vector<unsigned short> ParseShort(const unsigned char* data, unsigned int n);
+    static std::vector<SRational> ParseSRational(const unsigned char* data, unsigned int n);
+
+    /// Repairs `folder` + `base`.DNG: decodes its 8-bit data to 14 bits, corrects them and the lens data as
+    /// asked for, and writes `outputFolder` + `base`.DNG, which may be the same file. `lensCode` stands in
+    /// for a lens that the camera could not recognise. Returns 0, or the ErrorCode that ended the repair
+    /// before anything was written, after printing it with the file's name.
+    int fixDNG(const std::string& folder, const std::string& base, bool verbose, bool lensFix, bool sensorFix,
+               bool darkFieldCreation, bool darkFieldFix, bool estimateRows, bool lineTest, sensdb* db,
+               const std::string& lensCode, const std::string& outputFolder);
+
+    /// Four zeros: a place for the sensor's horizontal levels, which nothing asks for yet.
+    std::vector<unsigned short> getSensorHorzLevel();
+
   private:
     void AddRawImageTags(IFD& ifd);
     void AddPreviewTags();
@@ -132,6 +160,13 @@ class DNGlib {
     void AddStripTags(IFD& ifd);
     void AddRational(IFD& ifd, unsigned short tag, Rational value);
     void WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview);
+
+    int ReadCameraDng(const std::string& path, CameraImage& image);
+    bool ReadLinkedIFD(std::ifstream& file, unsigned short pointer, IFD& ifd);
+    void DescribeStrips(const CameraImage& image);
+    void FixSensor(const RepairOptions& options, const MakerNoteStruct& note, CameraImage& image);
+    void FixLens(const RepairOptions& options, const MakerNoteStruct& note);
+    void FixExposure();
 
     ReadInputData* input_;
     lensdb* lenses_;

@@ -15,16 +15,16 @@ constexpr std::uint32_t kThousandths = 1000;
 
 }  // namespace
 
-std::int32_t EstimatedFNumber(Rational external_brightness, Rational measured_light) {
+std::int32_t EstimatedFNumber(std::int32_t external_brightness, std::int32_t measured_light) {
     constexpr std::uint32_t offset = 285082;
     // 32-bit arithmetic that may wrap, in the unsigned numbers where that is defined.
-    return std::bit_cast<std::int32_t>(external_brightness.numerator - measured_light.numerator + offset);
+    return std::bit_cast<std::int32_t>(std::bit_cast<std::uint32_t>(external_brightness) -
+                                       std::bit_cast<std::uint32_t>(measured_light) + offset);
 }
 
-const lensdb::Lensdbtype* FindLens(const lensdb& lenses, std::uint8_t lens_code,
-                                   const std::string& lens_code_bits) {
+const lensdb::Lensdbtype* FindLens(const lensdb& lenses, const std::string& lens_code_bits) {
     const auto lens = lenses.Lenses.find(lens_code_bits);
-    return lens_code == 0 || lens == lenses.Lenses.end() ? nullptr : &lens->second;
+    return lens == lenses.Lenses.end() ? nullptr : &lens->second;
 }
 
 std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate) {
@@ -41,6 +41,14 @@ std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32
         nearest = aperture;
     }
     return nearest;
+}
+
+Apertures PictureApertures(const lensdb::Lensdbtype* lens, std::int32_t estimate, std::uint32_t denominator) {
+    if (lens == nullptr || lens->Aperture.empty()) {
+        return {{std::bit_cast<std::uint32_t>(estimate), denominator}, std::nullopt};
+    }
+    const std::int32_t engraved = NearestAperture(lens->Aperture, estimate);
+    return {{std::bit_cast<std::uint32_t>(engraved), denominator}, MaxApertureValue(lens->Aperture.front())};
 }
 
 Rational MaxApertureValue(std::int32_t widest) {

@@ -3,6 +3,7 @@
 #define VELMARCON_DNG_LENS_TAGS_H
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -15,15 +16,23 @@ namespace lens_tags {
 
 /// The f-number that the camera estimates from the brightness its external sensor saw and the light it
 /// measured through the lens, the numerators of maker-note tags 0x0311 and 0x0312.
-std::int32_t EstimatedFNumber(Rational external_brightness, Rational measured_light);
+std::int32_t EstimatedFNumber(std::int32_t external_brightness, std::int32_t measured_light);
 
-/// The lens that `lens_code_bits` names; null when `lens_code` is 0 (none was detected) or the database lacks
-/// it.
-const lensdb::Lensdbtype* FindLens(const lensdb& lenses, std::uint8_t lens_code,
-                                   const std::string& lens_code_bits);
+/// The lens that `lens_code_bits` names; null when the database lacks it.
+const lensdb::Lensdbtype* FindLens(const lensdb& lenses, const std::string& lens_code_bits);
 
 /// The engraved aperture that the estimate stands for. `apertures` is ascending and not empty.
 std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate);
+
+/// What the EXIF IFD says of the apertures.
+struct Apertures {
+    Rational f_number;
+    std::optional<Rational> max_aperture;  ///< nothing: what the camera wrote stands
+};
+
+/// The apertures of a picture taken with `lens` (null: unknown). The camera's estimate is over `denominator`,
+/// that of maker-note tag 0x0313; a lens with engraved apertures gives the one that it stands for.
+Apertures PictureApertures(const lensdb::Lensdbtype* lens, std::int32_t estimate, std::uint32_t denominator);
 
 /// MaxApertureValue (APEX, in thousandths) of a lens whose widest f-number is `widest`. 0 where that would be
 /// negative (wider than f/1) or has no value.

@@ -26,6 +26,11 @@ constexpr SRational AsSigned(Rational value) {
     return {std::bit_cast<std::int32_t>(value.numerator), std::bit_cast<std::int32_t>(value.denominator)};
 }
 
+/// The same 64 bits, taken as unsigned halves.
+constexpr Rational AsUnsigned(SRational value) {
+    return {std::bit_cast<std::uint32_t>(value.numerator), std::bit_cast<std::uint32_t>(value.denominator)};
+}
+
 /// What a field holds that no file has set: 0/1.
 constexpr Rational kClearedRational = {0, 1};
 constexpr SRational kClearedSRational = {0, 1};

@@ -20,6 +20,9 @@ class InputFile {
     /// Reads the file's start into `bytes` with one read. What the file does not hold becomes 0.
     void ReadStart(std::span<std::uint8_t> bytes);
 
+    /// For reading parts of the file, when it was opened.
+    std::ifstream& stream() { return stream_; }
+
   private:
     std::ifstream stream_;
     std::uint64_t size_ = 0;

@@ -12,31 +12,30 @@
 namespace {
 
 TEST(EstimatedFNumber, IsTheDifferencePlusAConstantIn32Bits) {
+    constexpr std::int32_t lowest = -2147483647 - 1;
+    constexpr std::int32_t highest = 2147483647;
     struct Case {
-        std::uint32_t external;
-        std::uint32_t measured;
+        std::int32_t external;
+        std::int32_t measured;
         std::int32_t estimate;
     };
     for (const auto& [external, measured, estimate] : {
-             Case{0, 0, 285082}, Case{49152, 0xFFFF8000, 367002},  // 49152 + 32768 + 285082
-             Case{0, 300000, -14918},                              // negative
-             Case{0x7FFFFFFF, 0, -2147198567},                     // 2147483647 + 285082 - 2^32
-             Case{0x80000000, 0x7FFFFFFF, 285083},                 // 1 + 285082
-             Case{0x80000000, 285082, -2147483647 - 1}             // the lowest
+             Case{0, 0, 285082}, Case{49152, -32768, 367002},  // 49152 + 32768 + 285082
+             Case{0, 300000, -14918},                          // negative
+             Case{highest, 0, -2147198567},                    // 2147483647 + 285082 - 2^32
+             Case{lowest, highest, 285083},                    // 1 + 285082
+             Case{lowest, 285082, lowest}                      // -2^31 exactly
          }) {
-        EXPECT_EQ(lens_tags::EstimatedFNumber({external, 65536}, {measured, 3}), estimate);
+        EXPECT_EQ(lens_tags::EstimatedFNumber(external, measured), estimate);
     }
 }
 
-TEST(FindLens, TakesOnlyACodeThatIsThereAndKnown) {
+TEST(FindLens, TakesOnlyACodeThatIsKnown) {
     lensdb lenses;
     lenses.Lenses["000011"].Model = "known";
-    const auto* const known = &lenses.Lenses["000011"];
-    EXPECT_EQ(lens_tags::FindLens(lenses, 3, "000011"), known);
-    EXPECT_EQ(lens_tags::FindLens(lenses, 1, "000011"), known);  // the text is the key, not the number
-    EXPECT_EQ(lens_tags::FindLens(lenses, 0, "000011"), nullptr);
-    EXPECT_EQ(lens_tags::FindLens(lenses, 3, "000100"), nullptr);
-    EXPECT_EQ(lens_tags::FindLens(lenses, 3, ""), nullptr);
+    EXPECT_EQ(lens_tags::FindLens(lenses, "000011"), &lenses.Lenses["000011"]);
+    EXPECT_EQ(lens_tags::FindLens(lenses, "000100"), nullptr);
+    EXPECT_EQ(lens_tags::FindLens(lenses, ""), nullptr);
     EXPECT_EQ(lenses.Lenses.size(), 1U);  // looking a code up does not add it
 }
 

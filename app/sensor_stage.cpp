@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "app/sensor_stage.h"
+
+#include <cstdint>
+#include <cstdio>
+
+#include "app/error_codes.h"
+#include "sensor/sensor_steps.h"
+
+int SensorStage::Run(const std::string& base, bool dark_field_fix, ReadInputData& record) const {
+    const bool loaded = sensors_.LoadSensData() == 0;
+    if (!loaded && !settings_.dark_field_creation) {
+        errors_.PrintError(kNoSensorDatabase);
+        return 0;
+    }
+    const EXIFInfo& exif = record.Exif;
+    SensorSteps steps(
+        {exif.SerialNumber, exif.ISOSpeedRatings, &record.ImageData, record.Width, record.Height}, sensors_,
+        settings_.verbose);
+    steps.FixPixelLines(settings_.pixel_line_test);
+    if (settings_.dark_field_creation) {
+        if (const int error = CreateDarkReference(base, loaded, record); error != 0) {
+            return error;
+        }
+    }
+    if (dark_field_fix) {
+        steps.FixDarkField(settings_.row_offset_estimation);
+    }
+    return 0;
+}
+
+int SensorStage::CreateDarkReference(const std::string& base, bool loaded, ReadInputData& record) const {
+    const std::uint32_t serial = record.Exif.SerialNumber;
+    if (loaded) {
+        sensors_.Camera(serial).LevelCorrection.clear();
+    }
+    if (settings_.input.names.size() != 1) {
+        return errors_.PrintError(kTooManyImages);
+    }
+    std::printf("Calculating new sensor level correction values for Camera %d from image %s.RAW.\n",
+                static_cast<std::int32_t>(serial), base.c_str());
+    sensors_.CalcSensLevel(&record);
+    // A failure is reported; the image still gets the new values.
+    sensors_.WriteSensData();
+    return 0;
+}

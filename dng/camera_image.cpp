@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "dng/camera_image.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <numeric>
+#include <optional>
+#include <span>
+
+#include "dng/dng_tags.h"
+#include "dng/ifd_values.h"
+#include "dng/tag_values.h"
+#include "exif/tags.h"
+#include "input/pixel_memory.h"
+#include "input/preview.h"
+
+namespace {
+
+using LinearizationTable = std::array<std::uint16_t, 256>;
+
+/// Strips that follow each other without a gap, as the camera writes them.
+struct Strips {
+    std::uint64_t offset = 0;  ///< of the first one
+    std::uint64_t size = 0;    ///< bytes of all
+};
+
+std::optional<Strips> FindStrips(const DNGlib::IFD& ifd) {
+    const auto offsets = ifd_values::Longs(ifd, tag::kStripOffsets);
+    const auto sizes = ifd_values::Longs(ifd, tag::kStripByteCounts);
+    if (offsets.empty() || sizes.empty()) {
+        return std::nullopt;
+    }
+    return Strips{offsets.front(), std::accumulate(sizes.begin(), sizes.end(), std::uint64_t{0})};
+}
+
+/// Reads `bytes.size()` bytes at `offset`. Returns whether they were all there; the missing ones stay as they
+/// were.
+bool ReadBytes(InputFile& file, std::uint64_t offset, std::span<std::uint8_t> bytes) {
+    std::ifstream& stream = file.stream();
+    stream.clear();
+    stream.seekg(static_cast<std::streamoff>(offset));
+    stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return stream.good();
+}
+
+/// How the raw image is stored.
+struct RawLayout {
+    std::uint64_t width = 0;
+    std::uint64_t height = 0;
+    std::uint64_t sample_bytes = 0;
+    std::optional<LinearizationTable> table;  ///< of 8-bit samples
+
+    std::uint64_t Pixels() const { return width * height; }
+    std::uint64_t Bytes() const { return Pixels() * sample_bytes; }
+};
+
+std::optional<LinearizationTable> FindTable(const DNGlib::IFD& ifd) {
+    const auto values = ifd_values::Shorts(ifd, tag::kLinearizationTable);
+    LinearizationTable table = {};
+    if (values.size() < table.size()) {
+        return std::nullopt;
+    }
+    std::copy_n(values.begin(), table.size(), table.begin());
+    return table;
+}
+
+/// The layout, if it is one of the two that are known: the camera's, and that of a file repaired before.
+std::optional<RawLayout> FindRawLayout(const DNGlib::IFD& ifd) {
+    constexpr std::uint32_t camera_bits = 8;
+    constexpr std::uint32_t repaired_bits = 16;
+    const auto width = ifd_values::Number(ifd, tag::kImageWidth);
+    const auto height = ifd_values::Number(ifd, tag::kImageLength);
+    const auto bits = ifd_values::Number(ifd, tag::kBitsPerSample);
+    const bool compressed = ifd_values::Number(ifd, tag::kCompression).value_or(tag_values::kUncompressed) !=
+                            tag_values::kUncompressed;
+    if (!width || !height || *width == 0 || *height == 0 || compressed) {
+        return std::nullopt;
+    }
+    const auto table = FindTable(ifd);
+    if (bits == camera_bits && table) {
+        return RawLayout{*width, *height, 1, table};
+    }
+    if (bits == repaired_bits && !ifd.contains(tag::kLinearizationTable)) {
+        return RawLayout{*width, *height, 2, std::nullopt};
+    }
+    return std::nullopt;
+}
+
+std::span<std::uint8_t> AsBytes(std::vector<unsigned short>& pixels) {
+    return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size() * sizeof(unsigned short)};
+}
+
+/// Looks up the samples, which fill the rear half of the pixels' own memory: pixel i is written where the
+/// samples up to i have been read.
+void Linearize(std::vector<unsigned short>& pixels, const LinearizationTable& table) {
+    const auto samples = AsBytes(pixels).last(pixels.size());
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const std::uint8_t sample = samples[i];
+        pixels[i] = table[sample];
+    }
+}
+
+bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout,
+                std::vector<unsigned short>& pixels) {
+    pixel_memory::Resize(pixels, static_cast<std::size_t>(layout.Pixels()));
+    if (!ReadBytes(file, offset, AsBytes(pixels).last(static_cast<std::size_t>(layout.Bytes())))) {
+        return false;
+    }
+    if (layout.table) {
+        Linearize(pixels, *layout.table);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::IFD& raw_ifd,
+                CameraImage& image) {
+    const auto preview = FindStrips(preview_ifd);
+    const auto raw = FindStrips(raw_ifd);
+    const auto layout = FindRawLayout(raw_ifd);
+    if (!preview || !raw || !layout) {
+        return false;
+    }
+    // Width and height have 32 bits each: their product fits, and is at most the file's size before it is
+    // doubled.
+    constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(unsigned short);
+    if (preview->size > file.size() || raw->size > file.size() - preview->size ||
+        layout->Pixels() > std::min(raw->size, most_pixels) || layout->Bytes() > raw->size) {
+        return false;
+    }
+    image.width = static_cast<int>(layout->width);
+    image.height = static_cast<int>(layout->height);
+    image.preview.resize(PreviewSampler::kSize);
+    const auto preview_bytes = std::min<std::uint64_t>(preview->size, image.preview.size());
+    (void)ReadBytes(file, preview->offset,
+                    std::span(image.preview).first(static_cast<std::size_t>(preview_bytes)));
+    return ReadPixels(file, raw->offset, *layout, image.pixels);
+}

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+// Reading of IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag maps of the writer.
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <fstream>
+#include <span>
+#include <vector>
+
+#include "dng/dnglib.h"
+#include "exif/byte_order.h"
+#include "exif/tiff_types.h"
+
+namespace {
+
+/// Reads from a file whose every offset and length is checked against its size first.
+class BoundedFile {
+  public:
+    explicit BoundedFile(std::ifstream& file) : file_(file) {
+        const auto position = file_.tellg();
+        file_.seekg(0, std::ios::end);
+        size_ = static_cast<std::uint64_t>(std::streamoff(file_.tellg()));
+        file_.seekg(position);
+    }
+
+    /// The `count` bytes at `position`. Fails the stream when they are not all there, or when more bytes were
+    /// asked for than the file has: overlapping values would make memory of nothing.
+    std::vector<std::uint8_t> Read(std::uint64_t position, std::uint64_t count) {
+        std::vector<std::uint8_t> bytes;
+        if (!file_ || position > size_ || count > size_ - position || count > size_ - taken_) {
+            file_.setstate(std::ios::failbit);
+            return bytes;
+        }
+        taken_ += count;
+        bytes.resize(static_cast<std::size_t>(count));
+        file_.seekg(static_cast<std::streamoff>(position));
+        file_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
+        return bytes;
+    }
+
+  private:
+    std::ifstream& file_;
+    std::uint64_t size_ = 0;
+    std::uint64_t taken_ = 0;
+};
+
+template <std::unsigned_integral T>
+std::vector<T> Parse(const unsigned char* data, unsigned int n) {
+    const std::span<const std::uint8_t> bytes(data, std::size_t{n} * sizeof(T));
+    std::vector<T> values;
+    values.reserve(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        values.push_back(byte_order::GetLittle<T>(bytes.subspan(i * sizeof(T))));
+    }
+    return values;
+}
+
+}  // namespace
+
+int DNGlib::GetIFDs(std::ifstream* file, IFD* tags) {
+    BoundedFile bounded(*file);
+    auto position = static_cast<std::uint64_t>(std::streamoff(file->tellg()));
+    const auto count_bytes = bounded.Read(position, tiff::kCountSize);
+    const unsigned int count = *file ? byte_order::GetLittle<std::uint16_t>(count_bytes) : 0;
+    position += tiff::kCountSize;
+
+    for (unsigned int i = 0; i < count && *file; ++i, position += tiff::kEntrySize) {
+        const auto entry = bounded.Read(position, tiff::kEntrySize);
+        if (!*file) {
+            break;
+        }
+        const std::span<const std::uint8_t> bytes(entry);
+        const auto type = byte_order::GetLittle<std::uint16_t>(bytes.subspan(tiff::kTypeInEntry));
+        const std::uint64_t element = tiff::ElementSize(type);
+        const std::uint64_t length =
+            element * byte_order::GetLittle<std::uint32_t>(bytes.subspan(tiff::kCountInEntry));
+        const auto field = bytes.subspan(tiff::kValueInEntry);
+        const auto value =
+            length <= tiff::kValueFieldSize
+                ? std::vector<std::uint8_t>(field.begin(), field.begin() + static_cast<int>(length))
+                : bounded.Read(byte_order::GetLittle<std::uint32_t>(field), length);
+        if (*file && element != 0) {
+            AddIFDTag(tags, byte_order::GetLittle<std::uint16_t>(bytes), value.data(), type,
+                      static_cast<unsigned int>(value.size()));
+        }
+    }
+    if (*file) {
+        file->seekg(static_cast<std::streamoff>(position));
+    }
+    return static_cast<int>(position);
+}
+
+std::vector<unsigned int> DNGlib::ParseLong(const unsigned char* data, unsigned int n) {
+    return Parse<unsigned int>(data, n);
+}
+
+std::vector<int> DNGlib::ParseSLong(const unsigned char* data, unsigned int n) {
+    std::vector<int> values;
+    for (const unsigned int value : ParseLong(data, n)) {
+        values.push_back(std::bit_cast<int>(value));
+    }
+    return values;
+}
+
+std::vector<unsigned short> DNGlib::ParseShort(const unsigned char* data, unsigned int n) {
+    return Parse<unsigned short>(data, n);
+}
+
+std::vector<SRational> DNGlib::ParseSRational(const unsigned char* data, unsigned int n) {
+    const auto halves = ParseSLong(data, 2 * n);
+    std::vector<SRational> values;
+    for (std::size_t i = 0; i + 1 < halves.size(); i += 2) {
+        values.push_back({halves[i], halves[i + 1]});
+    }
+    return values;
+}

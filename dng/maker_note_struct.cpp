@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "dng/maker_note_struct.h"
+
+#include <bit>
+
+#include "exif/tiff_types.h"
+
+namespace {
+
+constexpr std::uint64_t kNoteHeaderSize = 8;  // bytes; value offsets count from its end
+
+/// Steps from entry to entry and reads what stands in the value fields, whatever tag and type say.
+class EntryWalk {
+  public:
+    explicit EntryWalk(ByteView note) : note_(note) {}
+
+    std::uint16_t EntryCount() const { return Get<std::uint16_t>(kNoteHeaderSize); }
+
+    template <std::unsigned_integral T>
+    T Next() {
+        const T value = Get<T>(field_);
+        field_ += tiff::kEntrySize;
+        return value;
+    }
+
+    /// The pair of SLONGs at `offset`.
+    std::vector<std::int32_t> Pair(std::uint32_t offset) const {
+        const std::uint64_t position = kNoteHeaderSize + offset;
+        return {std::bit_cast<std::int32_t>(Get<std::uint32_t>(position)),
+                std::bit_cast<std::int32_t>(Get<std::uint32_t>(position + sizeof(std::uint32_t)))};
+    }
+
+  private:
+    template <std::unsigned_integral T>
+    T Get(std::uint64_t offset) const {
+        return note_.Get<T>(offset, true);
+    }
+
+    ByteView note_;
+    std::uint64_t field_ = kNoteHeaderSize + tiff::kCountSize + tiff::kValueInEntry;
+};
+
+}  // namespace
+
+std::uint8_t MakerNoteStruct::LensCode() const {
+    constexpr unsigned int frame_selector_bits = 2;
+    return static_cast<std::uint8_t>((lens & 0xFFU) >> frame_selector_bits);
+}
+
+MakerNoteStruct DecodeMakerNote(ByteView note) {
+    EntryWalk walk(note);
+    MakerNoteStruct values;
+    values.entry_count = walk.EntryCount();
+    values.user_profile = walk.Next<std::uint32_t>();
+    values.serial_number = walk.Next<std::uint32_t>();
+    values.white_balance = walk.Next<std::uint16_t>();
+    values.lens = walk.Next<std::uint32_t>();
+    values.external_brightness_offset = walk.Next<std::uint32_t>();
+    values.external_brightness = walk.Pair(values.external_brightness_offset);
+    values.measured_light_offset = walk.Next<std::uint32_t>();
+    values.measured_light = walk.Pair(values.measured_light_offset);
+    values.approximate_f_number_offset = walk.Next<std::uint32_t>();
+    values.approximate_f_number = walk.Pair(values.approximate_f_number_offset);
+    for (std::uint32_t& value : values.further) {
+        value = walk.Next<std::uint32_t>();
+    }
+    return values;
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_DNG_MAKER_NOTE_STRUCT_H
+#define VELMARCON_DNG_MAKER_NOTE_STRUCT_H
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "exif/byte_view.h"
+
+/// The values of the maker note in a DNG that the camera wrote, taken by position: the camera writes its
+/// entries in one fixed order. A value that lies outside the note is 0.
+struct MakerNoteStruct {
+    std::uint16_t entry_count = 0;
+    std::uint32_t user_profile = 0;
+    std::uint32_t serial_number = 0;  ///< of the camera
+    std::uint16_t white_balance = 0;
+    std::uint32_t lens = 0;  ///< low 8 bits: 6-bit lens code, 2-bit frame selector
+
+    // Numerator and denominator; the offsets are those of the entries.
+    std::uint32_t external_brightness_offset = 0;
+    std::vector<std::int32_t> external_brightness;
+    std::uint32_t measured_light_offset = 0;
+    std::vector<std::int32_t> measured_light;
+    std::uint32_t approximate_f_number_offset = 0;
+    std::vector<std::int32_t> approximate_f_number;
+
+    /// Temperature, colour temperature, UV/IR correction, four versions, image number.
+    std::array<std::uint32_t, 8> further = {};
+
+    /// 6 bits; 0: the camera saw no coded lens.
+    std::uint8_t LensCode() const;
+};
+
+/// Decodes the bytes of a MakerNote tag.
+MakerNoteStruct DecodeMakerNote(ByteView note);
+
+#endif  // VELMARCON_DNG_MAKER_NOTE_STRUCT_H
