@@ -149,6 +149,17 @@ TEST_F(Conversion, WritesBesideABareInputFile) {
     EXPECT_EQ(support::Names(folder_.path()), (Names{"a.DNG", "a.JPG", "a.RAW"}));
 }
 
+TEST_F(Conversion, WritesBesideThePairWithoutAnOutputFolder) {
+    const support::TempFolder elsewhere;
+    const WorkingFolder working(elsewhere.path());
+    MakePair("a");
+    settings_.input = {folder_.prefix(), {"a.RAW"}};
+    settings_.output_folder = "";
+    EXPECT_EQ(RunAsSet(), "\nImage: a.RAW\n\n");
+    EXPECT_TRUE(Exists("a.DNG"));
+    EXPECT_EQ(support::Names(elsewhere.path()), Names{});
+}
+
 TEST_F(Conversion, GoesOnAfterADngThatCannotBeWritten) {
     MakePair("a");
     MakePair("b");
