@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The tag model: typed values become IFD entries, serialised as they will stand in the file.
+#include <cassert>
 #include <concepts>
 #include <cstdint>
 #include <span>
@@ -19,7 +20,9 @@ int Store(DNGlib::IFD* ifd, unsigned short tag, tiff::Type type, std::vector<std
     entry.tag = tag;
     entry.type = type;
     entry.length = static_cast<std::uint32_t>(value.size());
-    entry.count = entry.length / tiff::ElementSize(type);
+    const std::uint32_t element_size = tiff::ElementSize(type);
+    assert(element_size != 0 && "callers pass the types 1 to 10 only");
+    entry.count = entry.length / element_size;
     entry.value = std::move(value);
     return 0;
 }

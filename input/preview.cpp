@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "exif/truncate.h"
+
 namespace {
 
 constexpr int kOdd = 1;
@@ -35,7 +37,7 @@ std::vector<std::int32_t> SamplePositions(std::int32_t count, std::int32_t lengt
 
 std::uint8_t Grey(std::uint16_t value) {
     constexpr double white = 255.0;
-    return static_cast<std::uint8_t>(std::min(std::sqrt(value * 4.0), white) + 0.5);
+    return Truncate<std::uint8_t>(std::min(std::sqrt(value * 4.0), white) + 0.5);
 }
 
 }  // namespace

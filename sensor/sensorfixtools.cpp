@@ -11,7 +11,7 @@ sensorfixtools::sensorfixtools() {
     std::srand(static_cast<unsigned int>(std::clock()));  // NOLINT(cert-msc32-c,cert-msc51-cpp)
     constexpr int discarded = 3;
     for (int i = 0; i < discarded; ++i) {
-        (void)std::rand();  // NOLINT(cert-msc30-c,cert-msc50-cpp,concurrency-mt-unsafe)
+        (void)std::rand();  // NOLINT(cert-msc30-c,cert-msc50-cpp)
     }
 }
 
