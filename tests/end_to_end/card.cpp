@@ -31,6 +31,16 @@ support::TiffFile Card::Dng(const std::string& base) const {
     return support::TiffFile(support::ReadFile(*this / (base + ".DNG")));
 }
 
+std::vector<std::string> Card::ListingOrder() const {
+    std::vector<std::string> bases;
+    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+        if (entry.path().extension() == ".RAW") {
+            bases.push_back(entry.path().stem().string());
+        }
+    }
+    return bases;
+}
+
 Contents ContentsOf(const std::string& folder) {
     Contents contents;
     for (const std::string& name : support::Names(folder)) {

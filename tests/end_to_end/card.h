@@ -35,6 +35,9 @@ class Card {
 
     support::TiffFile Dng(const std::string& base) const;
 
+    /// The pairs' base names in the order in which the program takes them.
+    std::vector<std::string> ListingOrder() const;
+
   private:
     support::TempFolder files_;
 };

@@ -127,22 +127,11 @@ TEST(Conversion, DarkFrameCountsOnlyWithBlackLevelOption) {
     EXPECT_TRUE(RawPixels(card.Dng("L1000001")) == ExpectedPixels(TestPixel));
 }
 
-/// Names of RAW files in the order in which the program takes them.
-std::vector<std::string> ListingOrder(const Card& card) {
-    std::vector<std::string> bases;
-    for (const auto& entry : std::filesystem::directory_iterator(card.folder())) {
-        if (entry.path().extension() == ".RAW") {
-            bases.push_back(entry.path().stem().string());
-        }
-    }
-    return bases;
-}
-
 TEST(DarkFrame, OfOneImageLeavesTheNextAlone) {
     Card card;
     card.AddPair("A", ShotAtIso(320));
     card.AddPair("B", ShotAtIso(320));
-    const auto order = ListingOrder(card);
+    const auto order = card.ListingOrder();
     card.AddDarkFrame(order[0], 10);
     ASSERT_EQ(card.Run({"-b", "120"}).status, 0);
     EXPECT_EQ(BlackLevel(card, order[0]), 0U);
@@ -157,7 +146,7 @@ TEST(DarkFrame, OfAnImageThatFailsIsAskedOfTheNextOne) {
     card.AddPair("A");
     card.AddPair("B");
     card.AddPair("C");
-    const auto order = ListingOrder(card);
+    const auto order = card.ListingOrder();
     card.AddDarkFrame(order[0], 10);
     card.AddDarkFrame(order[2], 10);
     std::filesystem::resize_file(card / (order[0] + ".RAW"), 1000);
@@ -278,7 +267,7 @@ TEST(Memory, StaysThatOfOneImageHoweverManyPairs) {
         few.AddLinkedPair("P" + std::to_string(i), "P0");
     }
     const auto outcome = few.Run({"-r"});
-    EXPECT_TRUE(HasLine(outcome.output, "Image 24 of 24: " + ListingOrder(few).back() + ".RAW"));
+    EXPECT_TRUE(HasLine(outcome.output, "Image 24 of 24: " + few.ListingOrder().back() + ".RAW"));
     constexpr long one_raw_file = 21041100 / 1024;
     // A sanitizer's own memory is not the program's.
     if (four_pairs < 3 * one_raw_file) {
