@@ -23,17 +23,24 @@ class EntryWalk {
         return value;
     }
 
-    /// The pair of SLONGs at `offset`.
-    std::vector<std::int32_t> Pair(std::uint32_t offset) const {
+    /// The pair of SLONGs at the offset in the next value field, which is put into `offset`. Without that
+    /// field both are 0.
+    std::vector<std::int32_t> NextPair(std::uint32_t& offset) {
+        const bool has_offset = note_.Holds(field_, sizeof(offset));
+        offset = Next<std::uint32_t>();
         const std::uint64_t position = kNoteHeaderSize + offset;
-        return {std::bit_cast<std::int32_t>(Get<std::uint32_t>(position)),
-                std::bit_cast<std::int32_t>(Get<std::uint32_t>(position + sizeof(std::uint32_t)))};
+        return has_offset ? std::vector{GetSigned(position), GetSigned(position + sizeof(std::int32_t))}
+                          : std::vector<std::int32_t>(2);
     }
 
   private:
     template <std::unsigned_integral T>
     T Get(std::uint64_t offset) const {
         return note_.Get<T>(offset, true);
+    }
+
+    std::int32_t GetSigned(std::uint64_t offset) const {
+        return std::bit_cast<std::int32_t>(Get<std::uint32_t>(offset));
     }
 
     ByteView note_;
@@ -55,12 +62,9 @@ MakerNoteStruct DecodeMakerNote(ByteView note) {
     values.serial_number = walk.Next<std::uint32_t>();
     values.white_balance = walk.Next<std::uint16_t>();
     values.lens = walk.Next<std::uint32_t>();
-    values.external_brightness_offset = walk.Next<std::uint32_t>();
-    values.external_brightness = walk.Pair(values.external_brightness_offset);
-    values.measured_light_offset = walk.Next<std::uint32_t>();
-    values.measured_light = walk.Pair(values.measured_light_offset);
-    values.approximate_f_number_offset = walk.Next<std::uint32_t>();
-    values.approximate_f_number = walk.Pair(values.approximate_f_number_offset);
+    values.external_brightness = walk.NextPair(values.external_brightness_offset);
+    values.measured_light = walk.NextPair(values.measured_light_offset);
+    values.approximate_f_number = walk.NextPair(values.approximate_f_number_offset);
     for (std::uint32_t& value : values.further) {
         value = walk.Next<std::uint32_t>();
     }
