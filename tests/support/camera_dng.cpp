@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/camera_dng.h"
+
+#include "exif/tags.h"
+#include "samples/sensor_dump.h"
+
+namespace support {
+
+namespace {
+
+/// What `value` gives for each column and row.
+template <typename Value>
+std::vector<Value> Image(int width, int height, Value (*value)(int x, int y)) {
+    std::vector<Value> image;
+    image.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            image.push_back(value(x, y));
+        }
+    }
+    return image;
+}
+
+}  // namespace
+
+std::uint8_t CameraByte(int x, int y) {
+    return static_cast<std::uint8_t>((x * 7 + y * 13 + x * y % 5) % 256);
+}
+
+std::uint16_t CameraLevel(std::uint8_t byte) {
+    return static_cast<std::uint16_t>(byte * byte / 4);
+}
+
+std::vector<std::uint16_t> CameraLevels(int width, int height) {
+    return Image<std::uint16_t>(width, height, [](int x, int y) { return CameraLevel(CameraByte(x, y)); });
+}
+
+std::vector<std::uint8_t> CameraPreview() {
+    constexpr std::size_t size = 230400;
+    std::vector<std::uint8_t> preview;
+    for (std::size_t i = 0; i < size; ++i) {
+        preview.push_back(static_cast<std::uint8_t>(1 + i % 251));
+    }
+    return preview;
+}
+
+samples::CameraDngFile SmallCameraDng(int width, int height, const samples::Shot& shot) {
+    auto file = samples::CameraDng(shot, CameraPreview(), Image<std::uint8_t>(width, height, CameraByte));
+    const auto columns = static_cast<std::uint32_t>(width);
+    const auto rows = static_cast<std::uint32_t>(height);
+    samples::Set(file.raw_ifd, samples::Long(tag::kImageWidth, columns));
+    samples::Set(file.raw_ifd, samples::Long(tag::kImageLength, rows));
+    samples::Set(file.raw_ifd, samples::Long(tag::kRowsPerStrip, rows));
+    samples::Set(file.raw_ifd, samples::Long(tag::kStripOffsets, samples::kDngRawOffset));
+    samples::Set(file.raw_ifd, samples::Long(tag::kStripByteCounts, columns * rows));
+    return file;
+}
+
+samples::CameraDngFile FullCameraDng(const samples::Shot& shot) {
+    return samples::CameraDng(
+        shot, CameraPreview(),
+        Image<std::uint8_t>(samples::kCroppedWidth, samples::kCroppedHeight, CameraByte));
+}
+
+}  // namespace support
