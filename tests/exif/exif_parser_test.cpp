@@ -218,8 +218,9 @@ TEST(ExifParser, AnEmptyIFD0Needs6Bytes) {
 }
 
 TEST(ExifParser, AnIFD0OffsetThatReachesOutsideOrWrapsIsCorrupt) {
-    // 0xFFFFFFFA and the 6 bytes before the TIFF header would add up to 0.
-    for (const std::uint32_t offset : {25U, 26U, 27U, 0xFFFFFFF9U, 0xFFFFFFFAU, 0xFFFFFFFFU}) {
+    // With the 6 bytes before the TIFF header, 0xFFFFFFFA would wrap to 0 and 0xFFFFFFFE to 4, where a count
+    // of 0 stands.
+    for (const std::uint32_t offset : {25U, 26U, 27U, 0xFFFFFFF9U, 0xFFFFFFFAU, 0xFFFFFFFEU, 0xFFFFFFFFU}) {
         EXIFInfo exif;
         EXPECT_EQ(
             ParseSegment(samples::Serialize({.with_exif_ifd = false, .first_ifd_offset = offset}), exif),

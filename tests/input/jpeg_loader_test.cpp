@@ -71,10 +71,12 @@ TEST(JpegLoader, AfterAFaultTheRecordKeepsWhatWasReadBefore) {
     EXPECT_EQ(record.Exif.Make, std::string("Leica Camera AG\0", 16));
 }
 
-TEST(JpegLoader, AFileOf4GiBIsDamagedWithoutBeingRead) {
+TEST(JpegLoader, AFileBeyond32BitsIsDamagedThoughItsSizeCutTo32BitsWouldFit) {
     const support::TempFolder folder;
-    support::WriteFile(folder / "X.JPG", samples::CameraJpeg(samples::CameraExif({})));
-    std::filesystem::resize_file(folder / "X.JPG", std::uintmax_t{1} << 32U);  // takes no room on the disk
+    const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
+    support::WriteFile(folder / "X.JPG", jpeg);
+    // The growth takes no room on the disk.
+    std::filesystem::resize_file(folder / "X.JPG", (std::uintmax_t{1} << 32U) + jpeg.size());
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kExifDamaged);
 }
 

@@ -162,7 +162,7 @@ TEST(RawLoader, WhatUsedMemoryHeldDoesNotMatter) {
     for (const std::size_t used : {std::size_t{1000}, kPixels, kWords + 1000}) {
         ReadInputData record = RecordIn(folder, true);
         record.ImageData.assign(used, 0x5555);
-        record.BiaData.assign(used, 0x5555);
+        record.BiaData.assign(used, 0x1111);
         EXPECT_EQ(record.LoadRawFile(), 0);
         ExpectZerosBehind(record, 5249664, 0);
     }

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -121,7 +122,7 @@ TEST(ReplacementFile, AMissingFolderOrAFolderInItsPlaceIsTheSystemsError) {
     const support::TempFolder folder;
     fs::create_directory(folder / "L1.DNG");
     EXPECT_EQ(Replace(folder / "missing/L1.DNG", "new"), ENOENT);
-    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), EISDIR);
+    EXPECT_EQ(ReplacementFile().Open(folder / "L1.DNG"), EISDIR);
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
 
@@ -152,7 +153,7 @@ class FileSizeLimit {
   public:
     explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
         ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit = {bytes, before_.rlim_max};
+        const rlimit limit = {std::min(bytes, before_.rlim_max), before_.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
     ~FileSizeLimit() {
@@ -169,31 +170,32 @@ class FileSizeLimit {
     void (*handler_)(int);
 };
 
-/// Writes more than the disk holds; `flush` makes the write fail before the file is closed.
-void ExpectFullDiskIsReported(bool flush) {
-    const support::TempFolder folder;
-    support::WriteFile(folder / "L1.DNG", "old");
-    {
-        const FileSizeLimit limit(1000);
-        ReplacementFile file;
-        EXPECT_EQ(file.Open(folder / "L1.DNG"), 0);
-        file.stream() << std::string(1001, 'x');
-        if (flush) {
-            errno = 0;
-            file.stream().flush();
-            EXPECT_FALSE(file.Good());
-            errno = EINTR;  // what happens later does not change the reason
-            EXPECT_FALSE(file.Good());
-        }
-        EXPECT_EQ(file.Commit(1001), EFBIG);
+/// Writes L1.DNG of `folder` onto a full disk. When the write is noticed to fail before the file is closed
+/// (`flush`), there is room again when it is. Returns what Commit does.
+int CommitOntoFullDisk(const support::TempFolder& folder, bool flush) {
+    ReplacementFile file;
+    const FileSizeLimit limit(1000);
+    EXPECT_EQ(file.Open(folder / "L1.DNG"), 0);
+    file.stream() << std::string(1001, 'x');
+    if (!flush) {
+        return file.Commit(1001);
     }
-    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
-    EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+    file.stream().flush();
+    EXPECT_FALSE(file.Good());
+    const FileSizeLimit room(RLIM_INFINITY);
+    errno = EINTR;  // what happens later does not change the reason
+    EXPECT_FALSE(file.Good());
+    return file.Commit(1001);
 }
 
 TEST(ReplacementFile, AFailedWriteIsReportedAndLeavesTheOldFile) {
-    ExpectFullDiskIsReported(true);
-    ExpectFullDiskIsReported(false);
+    for (const bool flush : {false, true}) {
+        const support::TempFolder folder;
+        support::WriteFile(folder / "L1.DNG", "old");
+        EXPECT_EQ(CommitOntoFullDisk(folder, flush), EFBIG) << flush;
+        EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+        EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+    }
 }
 
 TEST(ReplacementFile, ASymbolicLinkStaysAndItsTargetIsReplaced) {
