@@ -1,103 +1,99 @@
 // SPDX-License-Identifier: MIT
-// bench_conversion PROGRAM FOLDER [ROUNDS]: converts the pairs in FOLDER with PROGRAM and, in turn with that,
-// copies their RAW files with cp into the same folder under fresh names, ROUNDS times each (default 15) after
-// one round that warms the cache. Prints what the conversion cost as ratios to the copy of the same round: no
-// bare times, because they say more about the machine than about the program.
+// bench_conversion SCENARIO PROGRAM FOLDER [ROUNDS]: runs PROGRAM on the files in FOLDER in the way of the
+// scenario (see scenario.cpp) and, in turn with that, what it is measured against, ROUNDS times each (default
+// 15). Prints the cost as ratios, beside the target where there is one: no bare times, because they say more
+// about the machine than about the program.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "bench/timed_run.h"
+#include "bench/paired_runs.h"
+#include "bench/scenario.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr double kRawKilobytes = 21041100 / 1024.0;
-
-std::vector<std::string> FilesWithExtension(const fs::path& folder, const std::string& extension) {
-    std::vector<std::string> files;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        if (entry.path().extension() == extension) {
-            files.push_back(entry.path().string());
-        }
-    }
-    std::ranges::sort(files);
-    return files;
-}
-
-void RemoveFiles(const fs::path& folder, const std::string& extension) {
-    for (const std::string& file : FilesWithExtension(folder, extension)) {
-        fs::remove(file);
+const char* NameOf(Yardstick yardstick) {
+    switch (yardstick) {
+        case Yardstick::kPlainConversion:
+            return "a plain conversion";
+        case Yardstick::kCopyOfOutputs:
+            return "cp of its output";
+        default:
+            return "cp of its input";
     }
 }
 
-/// cp of the RAW files into a folder beside them, which is removed again.
-RunCost CopyRawFiles(const fs::path& folder) {
-    const fs::path copies = folder / "copies";
-    fs::create_directory(copies);
-    std::vector<std::string> command = {"cp"};
-    std::ranges::copy(FilesWithExtension(folder, ".RAW"), std::back_inserter(command));
-    command.push_back(copies.string());
-    const RunCost cost = TimedRun(command);
-    fs::remove_all(copies);
-    return cost;
-}
-
-RunCost Convert(const std::string& program, const fs::path& folder) {
-    RemoveFiles(folder, ".DNG");
-    const RunCost cost = TimedRun({program, "-i", folder.string()});
-    const bool complete =
-        FilesWithExtension(folder, ".DNG").size() == FilesWithExtension(folder, ".RAW").size();
-    RemoveFiles(folder, ".DNG");
-    if (!cost.succeeded || !complete) {
-        std::fprintf(stderr, "bench_conversion: %s left images unconverted\n", program.c_str());
-        std::exit(EXIT_FAILURE);
+void PrintTarget(double most) {
+    if (most > 0) {
+        std::printf("; target: at most %.1f", most);
     }
-    return cost;
+    std::printf("\n");
 }
 
-void PrintRatios(const char* what, std::vector<double> ratios) {
+/// On a busy machine the median of the rounds' ratios wanders; the best run against the best run of the
+/// yardstick shows what the program itself costs.
+void PrintTime(const char* what, const PairedCosts& costs, double RunCost::*time, double most) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < costs.scenario.size(); ++i) {
+        ratios.push_back(costs.scenario[i].*time / costs.yardstick[i].*time);
+    }
     std::ranges::sort(ratios);
-    std::printf("  %-28s %5.2f x cp  (least %.2f, most %.2f)\n", what, ratios[ratios.size() / 2],
-                ratios.front(), ratios.back());
+    const auto best = [time](const std::vector<RunCost>& runs) {
+        const auto least = [time](const RunCost& a, const RunCost& b) { return a.*time < b.*time; };
+        return (*std::ranges::min_element(runs, least)).*time;
+    };
+    std::printf("  %-12s %5.2f  (best against best %.2f; least %.2f, most %.2f)", what,
+                ratios[ratios.size() / 2], best(costs.scenario) / best(costs.yardstick), ratios.front(),
+                ratios.back());
+    PrintTarget(most);
 }
 
-void Measure(const std::string& program, const fs::path& folder, int rounds) {
-    std::vector<double> wall;
-    std::vector<double> cpu;
-    RunCost conversion;
-    for (int round = 0; round <= rounds; ++round) {
-        const RunCost copy = CopyRawFiles(folder);
-        conversion = Convert(program, folder);
-        if (round > 0) {
-            wall.push_back(conversion.wall_seconds / copy.wall_seconds);
-            cpu.push_back(conversion.cpu_seconds / copy.cpu_seconds);
-        }
+void Print(const Scenario& scenario, const std::string& folder, const PairedCosts& costs) {
+    std::string options;
+    for (const std::string& option : scenario.options) {
+        options += " " + option;
     }
-    const auto pairs = FilesWithExtension(folder, ".RAW").size();
-    std::printf("%s: %zu pairs, %d rounds\n", folder.c_str(), pairs, rounds);
-    PrintRatios("wall time, median", wall);
-    PrintRatios("CPU time, median", cpu);
-    std::printf("  %-28s %5.2f x one RAW file\n", "peak memory",
-                static_cast<double>(conversion.peak_kilobytes) / kRawKilobytes);
-    std::printf("  %-28s %5.1f an image\n", "page faults",
-                static_cast<double>(conversion.page_faults) / static_cast<double>(pairs));
+    std::printf("%s%s: %zu images in %s, %zu rounds, in times %s:\n", scenario.name.data(), options.c_str(),
+                costs.images, folder.c_str(), costs.scenario.size(), NameOf(scenario.yardstick));
+    PrintTime("wall time", costs, &RunCost::wall_seconds, scenario.most_time);
+    PrintTime("CPU time", costs, &RunCost::cpu_seconds, 0);
+
+    const double unit = scenario.memory_in_outputs ? costs.output_kilobytes : costs.input_kilobytes;
+    const auto largest = std::ranges::max_element(costs.scenario, {}, &RunCost::peak_kilobytes);
+    std::printf("  %-12s %5.2f  times a file that it %s", "peak memory",
+                static_cast<double>(largest->peak_kilobytes) / unit,
+                scenario.memory_in_outputs ? "writes" : "reads");
+    PrintTarget(scenario.most_memory);
+    std::printf("  %-12s %5.1f  an image\n", "page faults",
+                static_cast<double>(costs.scenario.back().page_faults) / static_cast<double>(costs.images));
+}
+
+[[noreturn]] void Fail(const std::string& problem) {
+    std::fprintf(stderr, "bench_conversion: %s\n", problem.c_str());
+    std::exit(EXIT_FAILURE);
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
     const std::vector<std::string> arguments(argv, argv + argc);
-    if (arguments.size() < 3) {
-        std::fprintf(stderr, "Usage: bench_conversion PROGRAM FOLDER [ROUNDS]\n");
-        return EXIT_FAILURE;
+    const Scenario* const scenario = arguments.size() > 3 ? FindScenario(arguments[1]) : nullptr;
+    if (scenario == nullptr) {
+        std::string names;
+        for (const Scenario& known : Scenarios()) {
+            names += " " + std::string(known.name);
+        }
+        Fail("usage: bench_conversion SCENARIO PROGRAM FOLDER [ROUNDS]; scenarios:" + names);
     }
     constexpr int default_rounds = 15;
-    const int rounds = arguments.size() > 3 ? std::max(1, std::atoi(arguments[3].c_str())) : default_rounds;
-    Measure(arguments[1], arguments[2], rounds);
+    const int rounds = arguments.size() > 4 ? std::max(1, std::atoi(arguments[4].c_str())) : default_rounds;
+    PairedCosts costs;
+    const std::string problem = RunPaired(*scenario, arguments[2], arguments[3], rounds, costs);
+    if (!problem.empty()) {
+        Fail(problem);
+    }
+    Print(*scenario, arguments[3], costs);
     return EXIT_SUCCESS;
 }
