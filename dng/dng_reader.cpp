@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reading of IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag maps of the writer.
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -16,7 +17,8 @@ namespace {
 /// Reads from a file whose every offset and length is checked against its size first.
 class BoundedFile {
   public:
-    explicit BoundedFile(std::ifstream& file) : file_(file) {
+    /// `taken` counts the bytes read so far, from one directory to the next.
+    BoundedFile(std::ifstream& file, std::uint64_t& taken) : file_(file), taken_(taken) {
         const auto position = file_.tellg();
         file_.seekg(0, std::ios::end);
         size_ = static_cast<std::uint64_t>(std::streamoff(file_.tellg()));
@@ -27,7 +29,8 @@ class BoundedFile {
     /// asked for than the file has: overlapping values would make memory of nothing.
     std::vector<std::uint8_t> Read(std::uint64_t position, std::uint64_t count) {
         std::vector<std::uint8_t> bytes;
-        if (!file_ || position > size_ || count > size_ - position || count > size_ - taken_) {
+        if (!file_ || position > size_ || count > size_ - position ||
+            count > size_ - std::min(size_, taken_)) {
             file_.setstate(std::ios::failbit);
             return bytes;
         }
@@ -41,7 +44,7 @@ class BoundedFile {
   private:
     std::ifstream& file_;
     std::uint64_t size_ = 0;
-    std::uint64_t taken_ = 0;
+    std::uint64_t& taken_;
 };
 
 template <std::unsigned_integral T>
@@ -58,7 +61,7 @@ std::vector<T> Parse(const unsigned char* data, unsigned int n) {
 }  // namespace
 
 int DNGlib::GetIFDs(std::ifstream* file, IFD* tags) {
-    BoundedFile bounded(*file);
+    BoundedFile bounded(*file, directory_bytes_);
     auto position = static_cast<std::uint64_t>(std::streamoff(file->tellg()));
     const auto count_bytes = bounded.Read(position, tiff::kCountSize);
     const unsigned int count = *file ? byte_order::GetLittle<std::uint16_t>(count_bytes) : 0;

@@ -18,6 +18,7 @@
 #include "exif/byte_view.h"
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
+#include "exif/maker_note.h"
 #include "exif/tags.h"
 #include "exif/tiff_types.h"
 #include "input/input_file.h"
@@ -69,9 +70,7 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     if (verbose_) {
         std::printf("Done\n");
     }
-    const std::string note_bytes = ifd_values::Text(exif_ifd_, tag::kMakerNote);
-    const MakerNoteStruct note = DecodeMakerNote(
-        ByteView({reinterpret_cast<const std::uint8_t*>(note_bytes.data()), note_bytes.size()}));
+    const MakerNoteStruct note = DecodeMakerNote(ByteView(ifd_values::Bytes(exif_ifd_, tag::kMakerNote)));
 
     if (options.sensor_fix) {
         FixSensor(options, note, image);
@@ -123,11 +122,9 @@ bool DNGlib::ReadLinkedIFD(std::ifstream& file, unsigned short pointer, IFD& ifd
 /// One strip an image, as the layout writes them, and 16 bits for the raw image.
 void DNGlib::DescribeStrips(const CameraImage& image) {
     constexpr unsigned short bits_per_sample = 16;
-    AddIFDTag(&ifd0_, tag::kStripOffsets, tag_values::kPlaceholder);
     AddIFDTag(&ifd0_, tag::kStripByteCounts, static_cast<unsigned int>(image.preview.size()));
     AddIFDTag(&ifd0_, tag::kRowsPerStrip, static_cast<unsigned int>(PreviewSampler::kHeight));
 
-    AddIFDTag(&sub_ifd_, tag::kStripOffsets, tag_values::kPlaceholder);
     AddIFDTag(&sub_ifd_, tag::kStripByteCounts,
               static_cast<unsigned int>(image.pixels.size() * sizeof(unsigned short)));
     AddIFDTag(&sub_ifd_, tag::kRowsPerStrip, static_cast<unsigned int>(image.height));
@@ -141,8 +138,8 @@ void DNGlib::FixSensor(const RepairOptions& options, const MakerNoteStruct& note
         errors.PrintError(kNoSensorDatabase);
         return;
     }
-    const auto iso =
-        static_cast<std::uint16_t>(ifd_values::Number(exif_ifd_, tag::kISOSpeedRatings).value_or(0));
+    const auto speeds = ifd_values::Shorts(exif_ifd_, tag::kISOSpeedRatings);
+    const std::uint16_t iso = speeds.empty() ? 0 : speeds.front();
     SensorSteps steps({note.serial_number, iso, &image.pixels, image.width, image.height}, *options.sensors,
                       verbose_);
     steps.FixPixelLines(options.line_test);
@@ -156,7 +153,7 @@ void DNGlib::FixSensor(const RepairOptions& options, const MakerNoteStruct& note
 }
 
 void DNGlib::FixLens(const RepairOptions& options, const MakerNoteStruct& note) {
-    std::string key = LensCodeText(note.LensCode());
+    std::string key = maker_note::LensCodeText(note.LensCode());
     bool detected = true;
     if (note.LensCode() == 0) {
         key = options.lens_code;

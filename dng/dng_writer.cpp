@@ -14,6 +14,7 @@
 
 #include "dng/dng_tags.h"
 #include "dng/dnglib.h"
+#include "dng/tag_values.h"
 #include "exif/byte_order.h"
 #include "exif/tags.h"
 #include "exif/tiff_types.h"
@@ -76,6 +77,7 @@ void ReportUnwritten(const std::string& path, int error) {
 }  // namespace
 
 unsigned int DNGlib::DoFileLayout(int rawBytes) {
+    SetPlaceholders();
     std::uint64_t position = LayOutIFD(ifd0_, tiff::kHeaderSize);
     if (preview_) {
         AddIFDTag(&ifd0_, tag::kSubIFDs, static_cast<std::uint32_t>(position));
@@ -93,33 +95,49 @@ unsigned int DNGlib::DoFileLayout(int rawBytes) {
     return position <= kFarthestOffset ? static_cast<std::uint32_t>(position) : 0;
 }
 
+/// Makes sure that the tags which the layout fills in stand in their entries already: one that a file brought
+/// along with more values, or lacks, would shift what comes behind it.
+void DNGlib::SetPlaceholders() {
+    AddIFDTag(&ifd0_, tag::kExifIFD, tag_values::kPlaceholder);
+    AddIFDTag(&ifd0_, tag::kStripOffsets, tag_values::kPlaceholder);
+    if (preview_) {
+        AddIFDTag(&ifd0_, tag::kSubIFDs, tag_values::kPlaceholder);
+        AddIFDTag(&sub_ifd_, tag::kStripOffsets, tag_values::kPlaceholder);
+    }
+}
+
 int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
-    // Table and values are put together in memory, each value at the offset that the layout gave it.
-    const auto start = static_cast<std::uint64_t>(std::streamoff(file.tellp()));
-    std::vector<std::uint8_t> block;
-    byte_order::AppendLittle(block, static_cast<std::uint16_t>(ifd->size()));
+    std::vector<std::uint8_t> table;
+    table.reserve(TableSize(*ifd));
+    byte_order::AppendLittle(table, static_cast<std::uint16_t>(ifd->size()));
     for (const auto& [tag, entry] : *ifd) {
-        byte_order::AppendLittle(block, entry.tag);
-        byte_order::AppendLittle(block, entry.type);
-        byte_order::AppendLittle(block, entry.count);
+        byte_order::AppendLittle(table, entry.tag);
+        byte_order::AppendLittle(table, entry.type);
+        byte_order::AppendLittle(table, entry.count);
         if (StandsInEntry(entry)) {
-            block.insert(block.end(), entry.value.begin(), entry.value.end());
-            block.resize(block.size() + tiff::kValueFieldSize - entry.length);
+            table.insert(table.end(), entry.value.begin(), entry.value.end());
+            table.resize(table.size() + tiff::kValueFieldSize - entry.length);
         } else {
-            byte_order::AppendLittle(block, entry.position);
+            byte_order::AppendLittle(table, entry.position);
         }
     }
     constexpr std::uint32_t no_next_ifd = 0;
-    byte_order::AppendLittle(block, no_next_ifd);
+    byte_order::AppendLittle(table, no_next_ifd);
+    auto position = static_cast<std::uint64_t>(std::streamoff(file.tellp())) + table.size();
+    Write(file, AsChars(table));
 
+    constexpr std::array<char, 1> padding = {};
     for (const auto& [tag, entry] : *ifd) {
-        if (!StandsInEntry(entry)) {
-            block.resize(static_cast<std::size_t>(entry.position - start));
-            block.insert(block.end(), entry.value.begin(), entry.value.end());
-            block.resize(block.size() + entry.length % 2);
+        if (StandsInEntry(entry)) {
+            continue;
         }
+        if (position != entry.position) {  // never so after DoFileLayout, which leaves no gaps
+            file.seekp(static_cast<std::streamoff>(entry.position));
+        }
+        Write(file, AsChars(entry.value));
+        Write(file, std::span(padding).first(entry.length % 2));
+        position = entry.position + PaddedLength(entry);
     }
-    Write(file, AsChars(block));
     return 0;
 }
 

@@ -128,8 +128,8 @@ class DNGlib {
 
     /// Reads the IFD at the stream's position into `tags`, whole values included; entries of a type without a
     /// size are skipped. Returns the position behind the last entry, where the link stands. An IFD that does
-    /// not lie in the file with all its values, or whose values together are longer than the file, fails the
-    /// stream.
+    /// not lie in the file with all its values fails the stream; so does one with which all IFDs that the
+    /// object has read become longer than the file.
     int GetIFDs(std::ifstream* file, IFD* tags);
 
     // The `n` values that begin at `data`, which must hold them.
@@ -159,6 +159,7 @@ class DNGlib {
     void AddShootingTags();
     void AddStripTags(IFD& ifd);
     void AddRational(IFD& ifd, unsigned short tag, Rational value);
+    void SetPlaceholders();
     void WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview);
 
     int ReadCameraDng(const std::string& path, CameraImage& image);
@@ -173,6 +174,7 @@ class DNGlib {
     sensdb* sensors_;
     bool preview_ = false;  ///< IFD0 holds the preview, the SubIFD the raw image
     bool verbose_ = false;
+    std::uint64_t directory_bytes_ = 0;  ///< read by GetIFDs so far
     IFD ifd0_;
     IFD sub_ifd_;
     IFD exif_ifd_;

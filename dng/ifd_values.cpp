@@ -49,9 +49,14 @@ std::optional<SRational> FirstRational(const DNGlib::IFD& ifd, std::uint16_t tag
     return DNGlib::ParseSRational(entry->value.data(), 1).front();
 }
 
-std::string Text(const DNGlib::IFD& ifd, std::uint16_t tag) {
+std::span<const std::uint8_t> Bytes(const DNGlib::IFD& ifd, std::uint16_t tag) {
     const auto entry = ifd.find(tag);
-    return entry == ifd.end() ? "" : std::string(entry->second.value.begin(), entry->second.value.end());
+    return entry == ifd.end() ? std::span<const std::uint8_t>() : entry->second.value;
+}
+
+std::string Text(const DNGlib::IFD& ifd, std::uint16_t tag) {
+    const auto bytes = Bytes(ifd, tag);
+    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace ifd_values

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ std::vector<std::uint32_t> Longs(const DNGlib::IFD& ifd, std::uint16_t tag);
 std::optional<std::uint32_t> Number(const DNGlib::IFD& ifd, std::uint16_t tag);
 /// The first value of a RATIONAL or an SRATIONAL, its halves taken as signed.
 std::optional<SRational> FirstRational(const DNGlib::IFD& ifd, std::uint16_t tag);
+/// The bytes of a value, whatever its type; none without the tag.
+std::span<const std::uint8_t> Bytes(const DNGlib::IFD& ifd, std::uint16_t tag);
 /// The bytes of a value as text, whatever its type; empty without the tag.
 std::string Text(const DNGlib::IFD& ifd, std::uint16_t tag);
 

@@ -3,18 +3,17 @@
 
 #include <bit>
 
+#include "exif/maker_note.h"
 #include "exif/tiff_types.h"
 
 namespace {
-
-constexpr std::uint64_t kNoteHeaderSize = 8;  // bytes; value offsets count from its end
 
 /// Steps from entry to entry and reads what stands in the value fields, whatever tag and type say.
 class EntryWalk {
   public:
     explicit EntryWalk(ByteView note) : note_(note) {}
 
-    std::uint16_t EntryCount() const { return Get<std::uint16_t>(kNoteHeaderSize); }
+    std::uint16_t EntryCount() const { return Get<std::uint16_t>(maker_note::kHeaderSize); }
 
     template <std::unsigned_integral T>
     T Next() {
@@ -28,7 +27,7 @@ class EntryWalk {
     std::vector<std::int32_t> NextPair(std::uint32_t& offset) {
         const bool has_offset = note_.Holds(field_, sizeof(offset));
         offset = Next<std::uint32_t>();
-        const std::uint64_t position = kNoteHeaderSize + offset;
+        const std::uint64_t position = maker_note::kHeaderSize + offset;
         return has_offset ? std::vector{GetSigned(position), GetSigned(position + sizeof(std::int32_t))}
                           : std::vector<std::int32_t>(2);
     }
@@ -44,14 +43,13 @@ class EntryWalk {
     }
 
     ByteView note_;
-    std::uint64_t field_ = kNoteHeaderSize + tiff::kCountSize + tiff::kValueInEntry;
+    std::uint64_t field_ = maker_note::kHeaderSize + tiff::kCountSize + tiff::kValueInEntry;
 };
 
 }  // namespace
 
 std::uint8_t MakerNoteStruct::LensCode() const {
-    constexpr unsigned int frame_selector_bits = 2;
-    return static_cast<std::uint8_t>((lens & 0xFFU) >> frame_selector_bits);
+    return maker_note::LensCode(static_cast<std::uint8_t>(lens));
 }
 
 MakerNoteStruct DecodeMakerNote(ByteView note) {

@@ -94,8 +94,4 @@ class EXIFInfo {
     std::vector<std::uint8_t> MakerNote;
 };
 
-/// A lens code as six "0"/"1" characters, most significant first, the form that keys the lens database.
-/// `lens_code` has 6 bits.
-std::string LensCodeText(std::uint8_t lens_code);
-
 #endif  // VELMARCON_EXIF_EXIF_INFO_H

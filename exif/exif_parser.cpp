@@ -14,6 +14,7 @@
 #include "exif/byte_view.h"
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
+#include "exif/if_entry.h"
 #include "exif/rational.h"
 #include "exif/tags.h"
 #include "exif/tiff_types.h"
@@ -27,120 +28,38 @@ constexpr std::uint64_t kMarkerSize = 2;         // bytes
 constexpr std::uint64_t kSegmentLengthSize = 2;  // bytes
 constexpr std::uint16_t kShortestSegment = 16;   // bytes, its length field included
 constexpr std::string_view kExifHeader("Exif\0\0", 6);
-constexpr std::uint16_t kIgnoredTag = 0xFF;  // matches no tag that is read
+/// Hands out the bytes of long values while together they are not longer than the file. Those of a real file
+/// never are; entries by the thousand that all name the same bytes would cost time and memory out of all
+/// proportion.
+class ValueBudget {
+  public:
+    explicit ValueBudget(std::uint64_t file_size) : left_(file_size) {}
 
-/// A TIFF structure in a buffer: the byte order and where its header stands, from which all its offsets
-/// count.
-struct TiffBlock {
-    ByteView buf;
-    std::uint64_t base = 0;
-    bool little_endian = false;
+    /// The bytes; none when they are too many.
+    std::span<const std::uint8_t> Take(const EntryBytes& value) {
+        const auto bytes = value.get();
+        if (bytes.size() > left_) {
+            return {};
+        }
+        left_ -= bytes.size();
+        return bytes;
+    }
+
+  private:
+    std::uint64_t left_;
 };
 
-/// One 12-byte entry as decoded. Only the member that belongs to the format is filled; the texts and
-/// UNDEFINED bytes of the record are copies of it.
-struct IFEntry {
-    std::uint16_t Tag = 0;
-    std::uint16_t Format = 0;
-    std::uint32_t Data = 0;    ///< the value field
-    std::uint32_t Length = 0;  ///< component count
-    std::string StringValue;
-    std::vector<std::uint8_t> UndefinedValue;
-    std::uint16_t ShortValue = 0;
-    std::uint32_t LongValue = 0;
-    Rational RationalValue;
-    std::uint8_t ByteValue = 0;
-};
-
-std::uint16_t parse16(const TiffBlock& block, std::uint64_t offset) {
-    return block.buf.Get<std::uint16_t>(offset, block.little_endian);
-}
-
-std::uint32_t parse32(const TiffBlock& block, std::uint64_t offset) {
-    return block.buf.Get<std::uint32_t>(offset, block.little_endian);
-}
-
-Rational parseEXIFRational(const TiffBlock& block, std::uint64_t offset) {
-    return {parse32(block, offset), parse32(block, offset + sizeof(std::uint32_t))};
-}
-
-/// The value field after decoding, low byte first, whatever the file's byte order was: short values of a
-/// big-endian file come out reversed. The camera writes little-endian, and what is made of other files must
-/// not change.
-std::array<std::uint8_t, tiff::kValueFieldSize> InlineBytes(std::uint32_t data) {
-    std::array<std::uint8_t, tiff::kValueFieldSize> bytes = {};
-    byte_order::PutLittle(bytes, data);
-    return bytes;
-}
-
-/// The text's bytes, `count` of them; empty when they are not all in the block.
-std::string parseEXIFString(const TiffBlock& block, std::uint32_t count, std::uint32_t data) {
-    if (count <= tiff::kValueFieldSize) {
-        const auto bytes = InlineBytes(data);
-        return {bytes.begin(), bytes.begin() + count};
-    }
-    const auto bytes = block.buf.Bytes(block.base + data, count);
-    return {bytes.begin(), bytes.end()};
-}
-
-/// The value's bytes, `count` of them; empty when they are not all in the block.
-std::vector<std::uint8_t> parseEXIFundefined(const TiffBlock& block, std::uint32_t count,
-                                             std::uint32_t data) {
-    if (count <= tiff::kValueFieldSize) {
-        const auto bytes = InlineBytes(data);
-        return {bytes.begin(), bytes.begin() + count};
-    }
-    const auto bytes = block.buf.Bytes(block.base + data, count);
-    return {bytes.begin(), bytes.end()};
-}
-
-/// Decodes the entry at `offset`, whose 12 bytes lie in the block.
-IFEntry parseIFEntry(const TiffBlock& block, std::uint64_t offset) {
-    const std::uint64_t value_field = offset + tiff::kValueInEntry;
-    IFEntry entry;
-    entry.Tag = parse16(block, offset);
-    entry.Format = parse16(block, offset + tiff::kTypeInEntry);
-    entry.Length = parse32(block, offset + tiff::kCountInEntry);
-    entry.Data = parse32(block, value_field);
-    switch (entry.Format) {
-        case tiff::kByte:
-            entry.ByteValue = block.buf.Get<std::uint8_t>(value_field, block.little_endian);
-            break;
-        case tiff::kAscii:
-            entry.StringValue = parseEXIFString(block, entry.Length, entry.Data);
-            break;
-        case tiff::kShort:
-            entry.ShortValue = parse16(block, value_field);
-            break;
-        case tiff::kLong:
-            entry.LongValue = entry.Data;
-            break;
-        case tiff::kRational:
-            if (block.buf.Holds(block.base + entry.Data, tiff::ElementSize(tiff::kRational))) {
-                entry.RationalValue = parseEXIFRational(block, block.base + entry.Data);
-            }
-            break;
-        case tiff::kUndefined:
-            entry.UndefinedValue = parseEXIFundefined(block, entry.Length, entry.Data);
-            break;
-        case tiff::kSLong:
-        case tiff::kSRational:
-            break;
-        default:
-            entry.Tag = kIgnoredTag;
-    }
-    return entry;
-}
-
-void Take(IFEntry& entry, std::string& field) {
+void Take(const IFEntry& entry, ValueBudget& budget, std::string& field) {
     if (entry.Format == tiff::kAscii) {
-        field.swap(entry.StringValue);
+        const auto bytes = budget.Take(entry.StringValue);
+        field.assign(bytes.begin(), bytes.end());
     }
 }
 
-void Take(IFEntry& entry, std::vector<std::uint8_t>& field) {
+void Take(const IFEntry& entry, ValueBudget& budget, std::vector<std::uint8_t>& field) {
     if (entry.Format == tiff::kUndefined) {
-        field.swap(entry.UndefinedValue);
+        const auto bytes = budget.Take(entry.UndefinedValue);
+        field.assign(bytes.begin(), bytes.end());
     }
 }
 
@@ -164,24 +83,24 @@ void TakeShortOrLong(const IFEntry& entry, std::uint32_t& field) {
     }
 }
 
-void StoreIFD0Entry(IFEntry& entry, EXIFInfo& exif) {
+void StoreIFD0Entry(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
     switch (entry.Tag) {
         case tag::kBitsPerSample:
             return Take(entry, exif.BitsPerSample);
         case tag::kImageDescription:
-            return Take(entry, exif.ImageDescription);
+            return Take(entry, budget, exif.ImageDescription);
         case tag::kMake:
-            return Take(entry, exif.Make);
+            return Take(entry, budget, exif.Make);
         case tag::kModel:
-            return Take(entry, exif.Model);
+            return Take(entry, budget, exif.Model);
         case tag::kOrientation:
             return Take(entry, exif.Orientation);
         case tag::kSoftware:
-            return Take(entry, exif.Software);
+            return Take(entry, budget, exif.Software);
         case tag::kDateTime:
-            return Take(entry, exif.DateTime);
+            return Take(entry, budget, exif.DateTime);
         case tag::kCopyright:
-            return Take(entry, exif.Copyright);
+            return Take(entry, budget, exif.Copyright);
         default:
             return;
     }
@@ -201,14 +120,14 @@ void StoreExposureBias(const IFEntry& entry, EXIFInfo& exif) {
 }
 
 /// The maker note is decoded the moment it is met, before the entries that follow it.
-void StoreMakerNote(IFEntry& entry, EXIFInfo& exif) {
+void StoreMakerNote(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
     if (entry.Format == tiff::kUndefined) {
-        Take(entry, exif.MakerNote);
+        Take(entry, budget, exif.MakerNote);
         exif.ParseMakerNote();
     }
 }
 
-void StoreExifEntry(IFEntry& entry, EXIFInfo& exif) {
+void StoreExifEntry(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
     switch (entry.Tag) {
         case tag::kExposureTime:
             return StoreExposureTime(entry, exif);
@@ -219,11 +138,11 @@ void StoreExifEntry(IFEntry& entry, EXIFInfo& exif) {
         case tag::kISOSpeedRatings:
             return Take(entry, exif.ISOSpeedRatings);
         case tag::kExifVersion:
-            return Take(entry, exif.ExifVersion);
+            return Take(entry, budget, exif.ExifVersion);
         case tag::kDateTimeOriginal:
-            return Take(entry, exif.DateTimeOriginal);
+            return Take(entry, budget, exif.DateTimeOriginal);
         case tag::kDateTimeDigitized:
-            return Take(entry, exif.DateTimeDigitized);
+            return Take(entry, budget, exif.DateTimeDigitized);
         case tag::kShutterSpeedValue:
             return Take(entry, exif.ShutterSpeedValue);
         case tag::kExposureBiasValue:
@@ -237,9 +156,9 @@ void StoreExifEntry(IFEntry& entry, EXIFInfo& exif) {
         case tag::kFocalLength:
             return Take(entry, exif.FocalLength);
         case tag::kMakerNote:
-            return StoreMakerNote(entry, exif);
+            return StoreMakerNote(entry, budget, exif);
         case tag::kSubSecTimeOriginal:
-            return Take(entry, exif.SubSecTimeOriginal);
+            return Take(entry, budget, exif.SubSecTimeOriginal);
         case tag::kPixelXDimension:
             return TakeShortOrLong(entry, exif.PixelXDimension);
         case tag::kPixelYDimension:
@@ -265,8 +184,8 @@ void StoreExifEntry(IFEntry& entry, EXIFInfo& exif) {
             exif.WhiteBalance = entry.ShortValue;
             return;
         case tag::kImageUniqueID:
-            exif.ImageUniqueID.swap(entry.StringValue);
-            return;
+            exif.ImageUniqueID.clear();
+            return Take(entry, budget, exif.ImageUniqueID);
         default:
             return;
     }
@@ -284,8 +203,7 @@ void ForEachEntry(const TiffBlock& block, std::uint64_t offset, Store store) {
     const std::uint16_t count = parse16(block, offset);
     offset += tiff::kCountSize;
     for (std::uint16_t i = 0; i < count; ++i, offset += tiff::kEntrySize) {
-        IFEntry entry = parseIFEntry(block, offset);
-        store(entry);
+        store(parseIFEntry(block, offset));
     }
 }
 
@@ -361,12 +279,13 @@ int EXIFInfo::parseFromEXIFSegment(const unsigned char* buf, unsigned int len) {
     if (parse16(block, magic) != tiff::kMagic || !HoldsIFD(block, ifd0)) {
         return kCorruptExif;
     }
+    ValueBudget budget(len);
     std::uint64_t exif_ifd = len;  // none
-    ForEachEntry(block, ifd0, [&](IFEntry& entry) {
+    ForEachEntry(block, ifd0, [&](const IFEntry& entry) {
         if (entry.Tag == tag::kExifIFD) {
             exif_ifd = block.base + entry.Data;
         }
-        StoreIFD0Entry(entry, *this);
+        StoreIFD0Entry(entry, budget, *this);
     });
 
     // An EXIF IFD whose link would already lie outside counts as none.
@@ -376,6 +295,6 @@ int EXIFInfo::parseFromEXIFSegment(const unsigned char* buf, unsigned int len) {
     if (!HoldsIFD(block, exif_ifd)) {
         return kCorruptExif;
     }
-    ForEachEntry(block, exif_ifd, [&](IFEntry& entry) { StoreExifEntry(entry, *this); });
+    ForEachEntry(block, exif_ifd, [&](const IFEntry& entry) { StoreExifEntry(entry, budget, *this); });
     return 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The camera's maker note: a header of 8 bytes, then an IFD. Little-endian whatever the byte order of the
-// EXIF block around it; offsets count from the end of the header.
+#include "exif/maker_note.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr std::uint64_t kNoteHeaderSize = 8;  // bytes; not examined
-
 constexpr std::uint16_t kSerialNumberTag = 0x0303;
 constexpr std::uint16_t kLensTag = 0x0310;
 constexpr std::uint16_t kExternalBrightnessTag = 0x0311;
@@ -25,8 +23,6 @@ constexpr std::uint16_t kRedLevelTag = 0x0322;
 constexpr std::uint16_t kGreenLevelTag = 0x0323;
 constexpr std::uint16_t kBlueLevelTag = 0x0324;
 
-constexpr unsigned int kFrameSelectorBits = 2;
-constexpr std::uint8_t kFrameSelectorMask = (1U << kFrameSelectorBits) - 1U;
 constexpr int kLensCodeLength = 6;
 
 /// One entry whose value lies inside the note.
@@ -40,15 +36,15 @@ class NoteReader {
   public:
     explicit NoteReader(ByteView note) : note_(note) {}
 
-    std::uint16_t EntryCount() const { return Get<std::uint16_t>(kNoteHeaderSize); }
+    /// The number of entries, without those that lie outside the note.
+    std::uint64_t EntryCount() const {
+        const std::uint64_t room = note_.size() - std::min(note_.size(), kFirstEntry);
+        return std::min<std::uint64_t>(Get<std::uint16_t>(maker_note::kHeaderSize), room / tiff::kEntrySize);
+    }
 
-    /// Entry `index`; nothing when the entry or its value lies outside the note.
-    std::optional<IFDTag> Read(std::uint16_t index) {
-        const std::uint64_t entry =
-            kNoteHeaderSize + tiff::kCountSize + std::uint64_t{index} * tiff::kEntrySize;
-        if (!note_.Holds(entry, tiff::kEntrySize)) {
-            return std::nullopt;
-        }
+    /// Entry `index`, which lies in the note; nothing when its value does not.
+    std::optional<IFDTag> Read(std::uint64_t index) {
+        const std::uint64_t entry = kFirstEntry + index * tiff::kEntrySize;
         // Only the low byte of the type counts. An unknown type keeps the size of the entry before it.
         const auto type = static_cast<std::uint8_t>(Get<std::uint16_t>(entry + tiff::kTypeInEntry));
         if (const std::uint32_t unit = UnitSize(type); unit != 0) {
@@ -56,7 +52,7 @@ class NoteReader {
         }
         std::uint64_t position = entry + tiff::kValueInEntry;
         if (value_size_ > tiff::kValueFieldSize) {
-            position = std::uint64_t{Get<std::uint32_t>(position)} + kNoteHeaderSize;
+            position = std::uint64_t{Get<std::uint32_t>(position)} + maker_note::kHeaderSize;
         }
         if (!note_.Holds(position, value_size_)) {
             return std::nullopt;
@@ -65,6 +61,8 @@ class NoteReader {
     }
 
   private:
+    static constexpr std::uint64_t kFirstEntry = maker_note::kHeaderSize + tiff::kCountSize;
+
     template <std::unsigned_integral T>
     T Get(std::uint64_t offset) const {
         return note_.Get<T>(offset, true);
@@ -106,9 +104,9 @@ float Ratio(Rational value) {
 }
 
 void StoreLens(std::uint8_t lens_byte, EXIFInfo& exif) {
-    exif.FrameSelector = lens_byte & kFrameSelectorMask;
-    exif.LensCode = static_cast<std::uint8_t>(lens_byte >> kFrameSelectorBits);
-    exif.LensCodeBits = LensCodeText(exif.LensCode);
+    exif.FrameSelector = maker_note::FrameSelector(lens_byte);
+    exif.LensCode = maker_note::LensCode(lens_byte);
+    exif.LensCodeBits = maker_note::LensCodeText(exif.LensCode);
 }
 
 void Store(const IFDTag& entry, EXIFInfo& exif) {
@@ -147,7 +145,7 @@ void Store(const IFDTag& entry, EXIFInfo& exif) {
 
 }  // namespace
 
-std::string LensCodeText(std::uint8_t lens_code) {
+std::string maker_note::LensCodeText(std::uint8_t lens_code) {
     std::string text;
     for (int bit = kLensCodeLength; bit-- > 0;) {
         text += (lens_code >> bit & 1) != 0 ? '1' : '0';
@@ -157,8 +155,8 @@ std::string LensCodeText(std::uint8_t lens_code) {
 
 int EXIFInfo::ParseMakerNote() {
     NoteReader reader{ByteView(MakerNote)};
-    const std::uint16_t count = reader.EntryCount();
-    for (std::uint16_t i = 0; i < count; ++i) {
+    const std::uint64_t count = reader.EntryCount();
+    for (std::uint64_t i = 0; i < count; ++i) {
         if (const auto entry = reader.Read(i)) {
             Store(*entry, *this);
         }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <cstdint>
 #include <cstdio>
-#include <limits>
 #include <vector>
 
 #include "app/error_codes.h"
@@ -16,8 +15,10 @@ int ReadInputData::LoadJPGExif() {
     if (!file.Open(Folder + JpgFileName)) {
         return kJpgNotFound;
     }
-    // The offsets in a JPEG's EXIF block have 32 bits; no JPEG is longer than they reach.
-    if (file.size() > std::numeric_limits<std::uint32_t>::max()) {
+    // The camera's are a tenth of this; a file many times as long is none of them, and is not read into
+    // memory.
+    constexpr std::uint64_t longest_jpeg = 64 * 1024 * 1024;
+    if (file.size() > longest_jpeg) {
         return kExifDamaged;
     }
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.size()));

@@ -47,24 +47,31 @@ bool SameFile(int descriptor, const std::string& path) {
            open_file.st_dev == named_file.st_dev && open_file.st_ino == named_file.st_ino;
 }
 
-/// Opens and locks the file `path`, making it if need be. Returns its descriptor, or -1 with errno;
-/// EWOULDBLOCK when another run is writing it.
-int OpenLocked(const std::string& path) {
-    const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kDefaultMode);
-    if (descriptor < 0) {
-        return -1;
-    }
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno != ENOLCK && errno != EOPNOTSUPP) {
-        const int error = errno;
-        ::close(descriptor);
-        errno = error;
-        return -1;
+/// Whether the file behind `descriptor` is this run's to write: not being written by another, and still at
+/// `path`. One that was not made just now (`created`) may be what a killed run left, or what another is
+/// writing: the lock tells. Where the file system knows no locks, only a new file is safe to take.
+bool Acquire(int descriptor, const std::string& path, bool created) {
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        const bool unsupported = errno != EWOULDBLOCK;
+        return unsupported && created;
     }
     // Between opening and locking, the run that held the lock may have finished: then this is its finished
     // file.
-    if (!SameFile(descriptor, path)) {
+    return SameFile(descriptor, path);
+}
+
+/// Makes and locks the file `path`, or takes over what a killed run left there. Returns its descriptor, or -1
+/// with errno.
+int OpenLocked(const std::string& path) {
+    constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    int descriptor = ::open(path.c_str(), flags | O_EXCL, kDefaultMode);
+    const bool created = descriptor >= 0;
+    if (!created && errno == EEXIST) {
+        descriptor = ::open(path.c_str(), flags, kDefaultMode);
+    }
+    if (descriptor >= 0 && !Acquire(descriptor, path, created)) {
         ::close(descriptor);
-        errno = EWOULDBLOCK;
+        errno = EBUSY;
         return -1;
     }
     return descriptor;
@@ -90,8 +97,8 @@ int ReplacementFile::Open(const std::string& path) {
     final_path_ = target.string();
     struct stat existing = {};
     const bool exists = ::stat(final_path_.c_str(), &existing) == 0;
-    if (exists && S_ISDIR(existing.st_mode)) {
-        return EISDIR;
+    if (exists && !S_ISREG(existing.st_mode)) {
+        return S_ISDIR(existing.st_mode) ? EISDIR : EEXIST;
     }
     if (exists && ::access(final_path_.c_str(), W_OK) != 0) {
         return LastError();
@@ -112,22 +119,24 @@ bool ReplacementFile::Good() {
     return error_ == 0;
 }
 
-/// The part's name does not depend on the final one, so that it never is too long. A part that a killed run
-/// left is not locked and is taken over; one that another run is writing is.
+/// The part's name does not depend on the final one, so that it never is too long. A name that can't be used,
+/// because another run or another user does or because something else stands there, is passed over.
 int ReplacementFile::CreatePart(const std::string& folder) {
-    constexpr int most_runs = 100;
-    for (int i = 0; i < most_runs; ++i) {
+    constexpr int most_names = 100;
+    int first_error = 0;
+    for (int i = 0; i < most_names; ++i) {
         const std::string part = folder + ".velmarcon-" + std::to_string(i) + ".part";
         lock_ = OpenLocked(part);
         if (lock_ >= 0) {
             part_path_ = part;
             return 0;
         }
-        if (errno != EWOULDBLOCK) {
-            return LastError();
+        first_error = first_error != 0 ? first_error : LastError();
+        if (::access(part.c_str(), F_OK) != 0) {
+            break;  // nothing stands there: it is the folder that can't be written
         }
     }
-    return EBUSY;
+    return first_error;
 }
 
 int ReplacementFile::Commit(std::uint64_t size) {
@@ -153,14 +162,15 @@ int ReplacementFile::Commit(std::uint64_t size) {
     return 0;
 }
 
-/// A new file may wait for the system to write it; one that replaces another takes over its mode and must be
-/// on disk before that one goes.
+/// A new file may wait for the system to write it; one that replaces another takes over its owner and mode
+/// and must be on disk before that one goes.
 int ReplacementFile::PrepareToReplace() {
     struct stat existing = {};
     if (::stat(final_path_.c_str(), &existing) != 0) {
         return 0;
     }
-    // A refusal leaves the mode of a new file.
+    // A refusal leaves the owner or the mode of a new file.
+    (void)!::fchown(lock_, existing.st_uid, existing.st_gid);
     (void)::fchmod(lock_, existing.st_mode & ALLPERMS);
     return ::fsync(lock_) == 0 ? 0 : LastError();
 }

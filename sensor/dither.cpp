@@ -8,8 +8,7 @@ namespace {
 /// Spreads the 31 bits of the library's number over all 32 (the finaliser of MurmurHash3): neighbouring seeds
 /// become unrelated states. Never 0, from which a generator could not move.
 std::uint32_t Seed() {
-    auto x =
-        static_cast<std::uint32_t>(std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
+    auto x = static_cast<std::uint32_t>(std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
     x ^= x >> 16U;
     x *= 0x85EBCA6BU;
     x ^= x >> 13U;

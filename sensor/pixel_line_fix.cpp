@@ -14,14 +14,12 @@ namespace {
 
 /// One entry of a defect list.
 struct DefectGroup {
-    static constexpr std::size_t kValues = 4;
-
     std::uint16_t column;
     std::uint16_t first_row;
     std::uint16_t second_column;
     std::uint16_t end_row;
 
-    /// From `kValues` values.
+    /// From the values of one group.
     explicit DefectGroup(const std::uint16_t* values)
         : column(values[0]), first_row(values[1]), second_column(values[2]), end_row(values[3]) {}
 
@@ -106,7 +104,8 @@ int DiagonalMean(const Neighbours& near, int column, int row, int width, int hei
 int sensorfixtools::fixPixelLine(unsigned int serial, std::vector<unsigned short>* pixels, int width,
                                  int height, sensdb* db, bool test) {
     const std::vector<std::uint16_t> list = db->Camera(serial).Line;
-    for (std::size_t i = 0; i + DefectGroup::kValues <= list.size(); i += DefectGroup::kValues) {
+    for (std::size_t i = 0; i + sensdb::Sensdbtype::kLineGroup <= list.size();
+         i += sensdb::Sensdbtype::kLineGroup) {
         DefectGroup group(&list[i]);
         if (width == sensor_frame::kCroppedWidth) {
             group.MoveToCroppedFrame(height);

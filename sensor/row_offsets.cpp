@@ -7,11 +7,12 @@
 
 namespace {
 
-constexpr std::uint16_t kDarkest =
-    111;                              // pixels below it tell which rows are darker, the even or the odd ones
-constexpr std::uint16_t kDark = 100;  // pixels below it make the offsets
+/// Pixels below it tell which rows are darker, the even or the odd ones.
+constexpr std::uint16_t kDarkForComparison = 111;
+/// Pixels below it make the offsets.
+constexpr std::uint16_t kDarkForOffset = 100;
 
-/// The sum and the number of the pixels below a threshold.
+/// The sum and the number of the pixels below a threshold, in one row: 32 bits hold those of 39 million.
 struct DarkPixels {
     std::uint32_t sum = 0;
     std::uint32_t count = 0;
@@ -42,7 +43,7 @@ class OffsetMeter {
 
     /// Measures the next `samples` pixels, every second one being a sample.
     void Measure(std::size_t samples) {
-        dark_ = CountDark(pixels_, next_, samples, kDark);
+        dark_ = CountDark(pixels_, next_, samples, kDarkForOffset);
         next_ += 2 * samples;
     }
 
@@ -66,7 +67,8 @@ bool EvenRowsAreDarker(std::span<const std::uint16_t> pixels, std::size_t width)
         const std::size_t first_pair = (y * width + 1) / 2;
         const std::size_t end_pair = ((y + 1) * width + 1) / 2;
         const std::size_t odd_row = y % 2;
-        const auto dark = CountDark(pixels, 2 * first_pair + odd_row, end_pair - first_pair, kDarkest);
+        const auto dark =
+            CountDark(pixels, 2 * first_pair + odd_row, end_pair - first_pair, kDarkForComparison);
         (odd_row != 0 ? odd : even) += dark.sum;
     }
     return even < odd;

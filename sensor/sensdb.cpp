@@ -2,7 +2,6 @@
 #include "sensor/sensdb.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -78,6 +77,12 @@ int ReplaceFile(const std::string& path, const std::string& text) {
     return file.Commit(text.size());
 }
 
+/// Prints why the file was not written. Returns the library's error code.
+int ReportUnwritten(const std::string& path, const char* reason) {
+    std::printf("%s: sensor database not written: %s\n", path.c_str(), reason);
+    return SI_FILE;
+}
+
 }  // namespace
 
 sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + "sensdb.ini") {}
@@ -135,14 +140,13 @@ int sensdb::WriteSensData() {
         AddCamera(ini, serial, camera);
     }
     std::string text;
-    int error = EACCES;
-    if (!unreadable_) {
-        error = ini.Save(text) < 0 ? ENOMEM : ReplaceFile(DatabaseFile, text);
+    if (ini.Save(text) < 0) {
+        return ReportUnwritten(DatabaseFile, "out of memory");
+    }
+    if (unreadable_) {
+        return ReportUnwritten(DatabaseFile, "the file that is there could not be read");
     }
     loaded_.reset();
-    if (error != 0) {
-        std::printf("%s: sensor database not written: %s\n", DatabaseFile.c_str(), std::strerror(error));
-        return SI_FILE;
-    }
-    return SI_OK;
+    const int error = ReplaceFile(DatabaseFile, text);
+    return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, std::strerror(error));
 }

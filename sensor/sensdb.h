@@ -23,6 +23,7 @@ class sensdb {
         /// Defective columns in groups of four: column, first row, column again, end row (exclusive), in
         /// pixels of the 3968-column sensor frame.
         std::vector<std::uint16_t> Line;
+        static constexpr std::size_t kLineGroup = 4;  ///< values
         /// Dark level of each column of the 3968-column frame, in raw units at the base ISO.
         std::vector<float> LevelCorrection;
     };

@@ -14,12 +14,11 @@ void PrintIf(bool verbose, const char* text) {
 }  // namespace
 
 void SensorSteps::FixPixelLines(bool test) {
-    constexpr std::size_t group = 4;  // values
     const auto& list = sensors_.Camera(image_.serial).Line;
     if (list.empty()) {
         return;
     }
-    if (list.size() % group != 0) {
+    if (list.size() % sensdb::Sensdbtype::kLineGroup != 0) {
         std::printf("No pixel error correction values available for camera No.%u.\n", image_.serial);
         return;
     }

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "exif/exif_info.h"
+#include "exif/maker_note.h"
 #include "tests/exif/parse_block.h"
 
 namespace {
@@ -82,10 +83,10 @@ TEST(MakerNote, TheLensByteMayStandOutsideTheEntry) {
 }
 
 TEST(LensCodeText, IsSixCharactersHighBitFirst) {
-    EXPECT_EQ(LensCodeText(0), "000000");
-    EXPECT_EQ(LensCodeText(3), "000011");
-    EXPECT_EQ(LensCodeText(38), "100110");
-    EXPECT_EQ(LensCodeText(63), "111111");
+    EXPECT_EQ(maker_note::LensCodeText(0), "000000");
+    EXPECT_EQ(maker_note::LensCodeText(3), "000011");
+    EXPECT_EQ(maker_note::LensCodeText(38), "100110");
+    EXPECT_EQ(maker_note::LensCodeText(63), "111111");
 }
 
 TEST(MakerNote, RationalsAreReadFromTheirTags) {

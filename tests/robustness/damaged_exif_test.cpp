@@ -10,6 +10,7 @@
 
 #include "dng/dnglib.h"
 #include "exif/lensdb.h"
+#include "exif/maker_note.h"
 #include "exif/tags.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
@@ -41,7 +42,7 @@ struct Mode {
 lensdb OneLensForEveryCode() {
     lensdb lenses;
     for (std::uint8_t code = 0; code < 64; ++code) {
-        lenses.Lenses[LensCodeText(code)] = {"Maker", "Model", "1", 50, {91750, 131072, 367002, 1048576}};
+        lenses.Lenses[maker_note::LensCodeText(code)] = {"Maker", "Model", "1", 50, {91750, 131072, 367002, 1048576}};
     }
     return lenses;
 }
