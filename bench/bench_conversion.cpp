@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -75,6 +76,15 @@ void Print(const Scenario& scenario, const std::string& folder, const PairedCost
     std::exit(EXIT_FAILURE);
 }
 
+int Rounds(const std::string& text) {
+    constexpr int decimal = 10;
+    const long rounds = std::strtol(text.c_str(), nullptr, decimal);
+    if (rounds < 1 || rounds > std::numeric_limits<int>::max()) {
+        Fail("bad number of rounds: " + text);
+    }
+    return static_cast<int>(rounds);
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -88,7 +98,7 @@ int main(int argc, char* argv[]) {
         Fail("usage: bench_conversion SCENARIO PROGRAM FOLDER [ROUNDS]; scenarios:" + names);
     }
     constexpr int default_rounds = 15;
-    const int rounds = arguments.size() > 4 ? std::max(1, std::atoi(arguments[4].c_str())) : default_rounds;
+    const int rounds = arguments.size() > 4 ? Rounds(arguments[4]) : default_rounds;
     PairedCosts costs;
     const std::string problem = RunPaired(*scenario, arguments[2], arguments[3], rounds, costs);
     if (!problem.empty()) {

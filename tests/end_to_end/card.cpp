@@ -10,16 +10,16 @@
 
 namespace end_to_end {
 
-void Card::AddPair(const std::string& base, const samples::Shot& shot) {
+void Card::AddPair(const std::string& base, const samples::Shot& shot) const {
     support::WritePair(folder(), base, shot);
 }
 
-void Card::AddLinkedPair(const std::string& base, const std::string& other) {
+void Card::AddLinkedPair(const std::string& base, const std::string& other) const {
     support::WriteFile(*this / (base + ".JPG"), samples::CameraJpeg(samples::CameraExif({})));
     std::filesystem::create_symlink(other + ".RAW", *this / (base + ".RAW"));
 }
 
-void Card::AddDarkFrame(const std::string& base, std::uint16_t level) {
+void Card::AddDarkFrame(const std::string& base, std::uint16_t level) const {
     support::WriteFile(*this / (base + ".BIA"), samples::DumpBytes(samples::FlatWords(level)));
 }
 
@@ -44,7 +44,7 @@ std::vector<std::string> Card::ListingOrder() const {
 Contents ContentsOf(const std::string& folder) {
     Contents contents;
     for (const std::string& name : support::Names(folder)) {
-        const std::string path = folder + "/" + name;
+        const std::string path = (std::filesystem::path(folder) / name).string();
         contents[name] =
             std::filesystem::exists(path) ? support::ReadFile(path) : std::vector<std::uint8_t>();
     }

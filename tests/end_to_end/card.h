@@ -23,12 +23,12 @@ class Card {
     std::string operator/(std::string_view name) const { return files_ / name; }
 
     /// Adds a full-size pair; see support::WritePair.
-    void AddPair(const std::string& base, const samples::Shot& shot = {});
+    void AddPair(const std::string& base, const samples::Shot& shot = {}) const;
     /// Adds a pair whose RAW file is a link to that of another pair: as good to the program, without the
     /// room.
-    void AddLinkedPair(const std::string& base, const std::string& other);
+    void AddLinkedPair(const std::string& base, const std::string& other) const;
     /// Adds a dark frame to `base`, all of whose words are `level`.
-    void AddDarkFrame(const std::string& base, std::uint16_t level);
+    void AddDarkFrame(const std::string& base, std::uint16_t level) const;
 
     /// Runs the program with the card as the current folder.
     support::Outcome Run(const std::vector<std::string>& arguments) const;

@@ -17,7 +17,7 @@ std::string SensorCamera::DatabaseText() const {
 }
 
 void SensorCamera::AddExposure(const std::string& base, std::span<const std::uint16_t> words,
-                               const samples::Shot& shot) {
+                               const samples::Shot& shot) const {
     support::WriteFile(card / (base + ".JPG"), samples::CameraJpeg(samples::CameraExif(shot)));
     support::WriteFile(card / (base + ".RAW"), samples::DumpBytes(words));
 }

@@ -25,7 +25,7 @@ class SensorCamera {
 
     /// Adds a full-size pair whose RAW file is `words`.
     void AddExposure(const std::string& base, std::span<const std::uint16_t> words,
-                     const samples::Shot& shot = {});
+                     const samples::Shot& shot = {}) const;
 
     /// Runs the program with the card as the current folder.
     support::Outcome Run(const std::vector<std::string>& arguments) const;

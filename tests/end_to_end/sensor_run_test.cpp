@@ -38,7 +38,7 @@ samples::Shot ShotOf(std::uint32_t serial_number) {
 /// Adds a dark exposure whose column x reads 92 + x modulo 4: the levels that Levels(4) lists. None of the
 /// column sums of 16 bits wraps to another side than the rest: 92 and 95 times 2646 are 46824 and 54762 above
 /// three times 65536.
-void AddDarkExposure(SensorCamera& camera, const std::string& base, const samples::Shot& shot = {}) {
+void AddDarkExposure(const SensorCamera& camera, const std::string& base, const samples::Shot& shot = {}) {
     auto words = samples::FlatWords(92);
     for (int y = 0; y < samples::kSensorHeight; ++y) {
         for (int x = 0; x < samples::kSensorWidth; ++x) {
