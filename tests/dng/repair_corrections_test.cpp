@@ -82,15 +82,7 @@ TEST_F(RepairedSensor, HasItsDefectiveColumnsInterpolated) {
     run_.WriteSensorDatabase(Section(Lines({124, 10, 124, 5000})));
     EXPECT_EQ(run_.Repair(kSensorFix).output, kNoLevels);
     auto expected = levels_;
-    for (int row = 4; row < kHeight; ++row) {
-        const auto at = [&](int columns, int rows) { return int{expected[At(100 + columns, row + rows)]}; };
-        const int beside = at(-2, 0) + at(2, 0);
-        const bool last = row == kHeight - 1;
-        const int diagonal =
-            last ? 4 * (at(-1, -1) + at(1, -1)) : 2 * (at(-1, -1) + at(1, -1) + at(-1, 1) + at(1, 1));
-        const int value = row % 2 == 0 ? beside / 2 : (diagonal + beside + 5) / 10;
-        expected[At(100, row)] = static_cast<std::uint16_t>(value);
-    }
+    support::InterpolateColumn(expected, kWidth, 100, 4);
     EXPECT_EQ(run_.Output().Pixels(), expected);
 }
 

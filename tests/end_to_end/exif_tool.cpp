@@ -97,9 +97,33 @@ class VerboseOutput {
     std::map<std::string, TagTexts> directories_;
 };
 
+void ExpectDirectory(const TagTexts& read, const TagTexts& expected, const std::string& directory) {
+    for (const auto& [tag, text] : expected) {
+        const auto found = read.find(tag);
+        EXPECT_EQ(found == read.end() ? "no such tag" : found->second, text) << directory << ' ' << tag;
+    }
+    for (const auto& [tag, text] : read) {
+        EXPECT_TRUE(expected.contains(tag)) << directory << ' ' << tag << ' ' << text;
+    }
+}
+
 }  // namespace
 
-std::map<std::string, TagTexts> ReadTags(const std::string& path) {
+void Merge(TagTexts& into, const TagTexts& tags) {
+    for (const auto& [tag, text] : tags) {
+        into[tag] = text;
+    }
+}
+
+void ExpectTags(const TagsOfFile& read, const TagsOfFile& expected) {
+    EXPECT_EQ(read.size(), expected.size());
+    for (const auto& [directory, tags] : expected) {
+        ASSERT_TRUE(read.contains(directory)) << directory;
+        ExpectDirectory(read.at(directory), tags, directory);
+    }
+}
+
+TagsOfFile ReadTags(const std::string& path) {
     VerboseOutput output;
     for (const std::string& line : RunExifTool({"-v5"}, path)) {
         output.TakeLine(line);

@@ -16,7 +16,14 @@ using TagTexts = std::map<std::uint16_t, std::string>;
 
 /// The IFDs of a file under exiftool's names for them: "IFD0", "SubIFD", "ExifIFD", "MakerNotes". The test
 /// fails when the tags of one do not ascend or when exiftool reports an error.
-std::map<std::string, TagTexts> ReadTags(const std::string& path);
+using TagsOfFile = std::map<std::string, TagTexts>;
+TagsOfFile ReadTags(const std::string& path);
+
+/// Adds `tags`; those that are there already are replaced.
+void Merge(TagTexts& into, const TagTexts& tags);
+
+/// Expects the same IFDs with the same tags.
+void ExpectTags(const TagsOfFile& read, const TagsOfFile& expected);
 
 /// The lines that exiftool's validation of a file prints, sorted, "[minor]" left out.
 std::vector<std::string> Complaints(const std::string& path);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <memory>
 #include <span>
 
@@ -88,6 +89,16 @@ samples::LinearRgb DevelopedRaw::Mean(int x, int y, int width, int height) const
     std::ranges::transform(sum, mean.begin(),
                            [whites](double total) { return static_cast<float>(total / whites); });
     return mean;
+}
+
+double DevelopedRaw::MeanDifference(const DevelopedRaw& other) const {
+    constexpr double step = 257;  // of 8-bit samples, in 16-bit ones
+    EXPECT_EQ(samples_.size(), other.samples_.size());
+    double sum = 0;
+    for (std::size_t i = 0; i < samples_.size(); ++i) {
+        sum += std::abs(samples_[i] - other.samples_.at(i)) / step;
+    }
+    return sum / static_cast<double>(samples_.size());
 }
 
 }  // namespace end_to_end

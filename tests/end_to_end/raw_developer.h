@@ -31,6 +31,9 @@ class DevelopedRaw {
     /// The mean over `width` x `height` sensor pixels from (`x`, `y`) on.
     samples::LinearRgb Mean(int x, int y, int width, int height) const;
 
+    /// The mean difference of all samples, in steps of 8-bit samples.
+    double MeanDifference(const DevelopedRaw& other) const;
+
   private:
     int width_ = 0;
     std::vector<std::uint16_t> samples_;

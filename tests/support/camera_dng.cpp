@@ -35,6 +35,24 @@ std::vector<std::uint16_t> CameraLevels(int width, int height) {
     return Image<std::uint16_t>(width, height, [](int x, int y) { return CameraLevel(CameraByte(x, y)); });
 }
 
+void InterpolateColumn(std::vector<std::uint16_t>& pixels, int width, int column, int first_row) {
+    const int height = static_cast<int>(pixels.size()) / width;
+    for (int row = first_row; row < height; ++row) {
+        const auto at = [&](int columns, int rows) -> std::uint16_t& {
+            return pixels.at(static_cast<std::size_t>((row + rows) * width + column + columns));
+        };
+        const int beside = at(-2, 0) + at(2, 0);
+        const int above = at(-1, -1) + at(1, -1);
+        if (row % 2 == column % 2) {
+            at(0, 0) = static_cast<std::uint16_t>(beside / 2);
+        } else if (row == height - 1) {
+            at(0, 0) = static_cast<std::uint16_t>((4 * above + beside + 5) / 10);
+        } else {
+            at(0, 0) = static_cast<std::uint16_t>((2 * (above + at(-1, 1) + at(1, 1)) + beside + 5) / 10);
+        }
+    }
+}
+
 std::vector<std::uint8_t> CameraPreview() {
     constexpr std::size_t size = 230400;
     std::vector<std::uint8_t> preview;

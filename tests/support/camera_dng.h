@@ -19,6 +19,10 @@ std::uint16_t CameraLevel(std::uint8_t byte);
 /// The raw image of a repaired file to which nothing was done: the CameraLevel of each CameraByte.
 std::vector<std::uint16_t> CameraLevels(int width, int height);
 
+/// Replaces column `column` of an image, at least two columns from its edges, from `first_row` (not 0) to the
+/// last row by what its neighbours of the same colour give.
+void InterpolateColumn(std::vector<std::uint16_t>& pixels, int width, int column, int first_row);
+
 /// 230400 bytes of a preview; neighbours differ.
 std::vector<std::uint8_t> CameraPreview();
 

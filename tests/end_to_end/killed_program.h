@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_TESTS_END_TO_END_KILLED_PROGRAM_H
+#define VELMARCON_TESTS_END_TO_END_KILLED_PROGRAM_H
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace end_to_end {
+
+/// A program that is killed on its way, if it has not ended by itself before; then it must have done so with
+/// status 0. What it prints is lost.
+struct KilledProgram {
+    std::string program;
+    std::vector<std::string> arguments;
+    std::string folder;  ///< current folder
+
+    /// Kills it when it enters or leaves a system call for the `stop`th time, counted from 1. Returns whether
+    /// it was killed.
+    bool RunUntilSystemCall(int stop) const;
+
+    /// Kills it after `delay`. Returns whether it was killed.
+    bool RunFor(std::chrono::microseconds delay) const;
+};
+
+}  // namespace end_to_end
+
+#endif  // VELMARCON_TESTS_END_TO_END_KILLED_PROGRAM_H
