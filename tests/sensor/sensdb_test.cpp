@@ -1,14 +1,302 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/sensdb.h"
 
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <map>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
+#include "input/read_input_data.h"
+#include "tests/sensor/sensor_oracle.h"
+#include "tests/support/capture_stdout.h"
+#include "tests/support/files.h"
+
 namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::uint16_t>;
+using Levels = std::vector<float>;
+using Contents = std::map<int, std::pair<Lines, Levels>>;
+
+Contents ContentsOf(const sensdb& sensors) {
+    Contents contents;
+    for (const auto& [serial, camera] : sensors.Cameras) {
+        contents[serial] = {camera.Line, camera.LevelCorrection};
+    }
+    return contents;
+}
+
+/// A sensor database in a folder of its own.
+class SensdbTest : public testing::Test {
+  protected:
+    const std::string& path() const { return sensors_.DatabaseFile; }
+
+    void WriteText(std::string_view text) const { support::WriteFile(path(), text); }
+
+    std::string Text() const {
+        const auto bytes = support::ReadFile(path());
+        return {bytes.begin(), bytes.end()};
+    }
+
+    /// What WriteSensData prints; it must fail when anything is printed.
+    std::string Write() {
+        int result = 0;
+        std::string printed = support::CaptureStdout([&] { result = sensors_.WriteSensData(); });
+        EXPECT_EQ(result < 0, !printed.empty()) << printed;
+        return printed;
+    }
+
+    std::string NotWritten(std::string_view reason) const {
+        return path() + ": sensor database not written: " + std::string(reason) + "\n";
+    }
+
+    /// Waits until the file is so old that its times tell every change.
+    void Settle() const {
+        while (!StateOf(path())->Settled()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+    }
+
+    support::TempFolder folder_;
+    sensdb sensors_ = sensdb(folder_.prefix());
+};
 
 TEST(Sensdb, BeginsEmptyWithTheFileOfItsFolder) {
     EXPECT_EQ(sensdb("folder/").DatabaseFile, "folder/sensdb.ini");
     EXPECT_EQ(sensdb("").DatabaseFile, "sensdb.ini");
     EXPECT_TRUE(sensdb("folder/").Cameras.empty());
+}
+
+struct ReadingCase {
+    const char* name;
+    const char* text;
+    Contents expected;
+};
+
+const std::vector<ReadingCase> kReadingCases = {
+    {"ValuesInFileOrder",
+     "[7]\nLine = 9\nLevelCorrection = 1.5\nLine = 3\nLine = 7\nLevelCorrection = 0.25\n",
+     {{7, {{9, 3, 7}, {1.5F, 0.25F}}}}},
+    {"LeadingZeros", "[0042]\nLine = 1\n", {{42, {{1}, {}}}}},
+    {"NamesThatAreNoNumbers", "[abc]\nLine = 1\n", {{0, {{1}, {}}}}},
+    {"NumericPrefixOfAName", "[12x3]\nLine = 1\n", {{12, {{1}, {}}}}},
+    {"NegativeNames", "[-5]\nLine = 1\n", {{-5, {{1}, {}}}}},
+    {"SectionsWithoutKeys", "[1]\n[2]\nLine = 1\n[3]\n", {{2, {{1}, {}}}}},
+    {"SectionsOfUnknownKeys", "[1]\nColumn = 5\n", {{1, {}}}},
+    {"KeysInOtherCase",
+     "[1]\nline = 5\nLEVELCORRECTION = 5\n[2]\nLINE = 5\nlevelcorrection = 1\n",
+     {{1, {}}, {2, {}}}},
+    {"LongerKeys", "[1]\nLine2 = 5\nLineX = 5\nLevelCorrections = 5\n", {{1, {}}}},
+    {"NumericPrefixes",
+     "[1]\nLine = 12abc\nLine = abc\nLine = 7.9\nLevelCorrection = 1.5V\nLevelCorrection = "
+     "x\nLevelCorrection = -2e1\n",
+     {{1, {{12, 0, 7}, {1.5F, 0, -20}}}}},
+    {"LowBitsOfLines",
+     "[1]\nLine = 65535\nLine = 65536\nLine = 70000\nLine = -1\n",
+     {{1, {{65535, 0, 4464, 65535}, {}}}}},
+    {"LevelsBeyondAFloat",
+     "[1]\nLevelCorrection = 1e300\nLevelCorrection = -1e300\n",
+     {{1, {{}, {std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity()}}}}},
+    // Sections come in the order of their names, whatever their order in the file.
+    {"TheLastOfOneNumber", "[42]\nLine = 1\nLevelCorrection = 1\n[0042]\nLine = 2\n", {{42, {{1}, {1}}}}},
+    {"TheLastOfOneNumberInOrder", "[0042]\nLine = 2\n[42]\nLevelCorrection = 1\n", {{42, {{}, {1}}}}},
+    {"OneSectionInTwoPieces",
+     "[1]\nLine = 1\n[2]\nLine = 2\n[1]\nLine = 3\n",
+     {{1, {{1, 3}, {}}}, {2, {{2}, {}}}}},
+    {"NothingInAnEmptyFile", "", {}},
+    {"NoComments", "; Line = 1\n[1]\n# Line = 2\nLine = 3\n; Line = 4\n", {{1, {{3}, {}}}}},
+    {"WindowsLineEnds", "[1]\r\nLine = 3\r\nLevelCorrection = 0.5\r\n", {{1, {{3}, {0.5F}}}}},
+};
+
+class SensdbReading : public SensdbTest, public testing::WithParamInterface<ReadingCase> {};
+
+TEST_P(SensdbReading, Takes) {
+    WriteText(GetParam().text);
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(ContentsOf(sensors_), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, SensdbReading, testing::ValuesIn(kReadingCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(SensdbTest, LoadingReplacesTheCamerasOfTheFileAndKeepsOthers) {
+    sensors_.Camera(1).Line = {1};
+    sensors_.Camera(2).Line = {2};
+    sensors_.Camera(2).LevelCorrection = {2};
+    WriteText("[2]\nLine = 5\n[3]\nLine = 6\n");
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(ContentsOf(sensors_), (Contents{{1, {{1}, {}}}, {2, {{5}, {}}}, {3, {{6}, {}}}}));
+}
+
+TEST_F(SensdbTest, AMissingFileFailsAndLeavesTheCameras) {
+    sensors_.Camera(1).Line = {1};
+    EXPECT_LT(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(ContentsOf(sensors_), (Contents{{1, {{1}, {}}}}));
+}
+
+TEST_F(SensdbTest, AnEditedFileOfTheSameSizeIsReadAtOnce) {
+    for (const std::uint16_t value : Lines{1, 2, 3, 4, 5}) {
+        WriteText("[1]\nLine = " + std::to_string(value) + "\n");
+        EXPECT_EQ(sensors_.LoadSensData(), 0);
+        EXPECT_EQ(sensors_.Camera(1).Line, Lines{value});
+    }
+}
+
+TEST_F(SensdbTest, AnOldUntouchedFileIsNotReadAgain) {
+    WriteText("[1]\nLine = 1\n");
+    Settle();
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    sensors_.Camera(1).Line = {9};
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(sensors_.Camera(1).Line, Lines{9});
+}
+
+TEST_F(SensdbTest, AnOldFileIsReadAgainAfterAnEditThatKeepsSizeAndTime) {
+    WriteText("[1]\nLine = 1\n");
+    Settle();
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    const auto time = fs::last_write_time(path());
+    WriteText("[1]\nLine = 2\n");
+    fs::last_write_time(path(), time);
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(sensors_.Camera(1).Line, Lines{2});
+}
+
+TEST_F(SensdbTest, AnOldFileIsReadAgainAfterNewLevels) {
+    WriteText("[5]\nLevelCorrection = 7\n");
+    Settle();
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    ReadInputData image;
+    image.Exif.SerialNumber = 5;
+    image.Width = image.Height = image.ImageSize = 1;
+    image.ImageData = {50};
+    sensors_.CalcSensLevel(&image);
+    EXPECT_EQ(sensors_.Camera(5).LevelCorrection, Levels{0});
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(sensors_.Camera(5).LevelCorrection, Levels{7});
+}
+
+ReadInputData RecordOf(const oracle::Frame& frame) {
+    ReadInputData image;
+    image.Exif.SerialNumber = 5;
+    image.Width = frame.width;
+    image.Height = frame.height;
+    image.ImageSize = frame.width * frame.height;
+    image.ImageData = frame.pixels;
+    return image;
+}
+
+TEST_F(SensdbTest, NewLevelsAreTheWrappedSumsAboveTheSmallest) {
+    sensors_.Camera(5) = {{1, 2, 1, 4}, Levels(10, 99)};
+    // Sums 80000, which wraps to 14464, 60000 and 15100.
+    ReadInputData image = RecordOf({3, 2, {40000, 30000, 100, 40000, 30000, 15000}});
+    EXPECT_EQ(sensors_.CalcSensLevel(&image), 0);
+    EXPECT_EQ(ContentsOf(sensors_), (Contents{{5, {{1, 2, 1, 4}, {0, 22768, 318}}}}));
+}
+
+TEST_F(SensdbTest, NewLevelsAreDividedByTheNumberOfRows) {
+    ReadInputData image = RecordOf({2, 4, {10, 10, 10, 11, 10, 10, 10, 12}});
+    EXPECT_EQ(sensors_.CalcSensLevel(&image), 0);
+    EXPECT_EQ(sensors_.Camera(5).LevelCorrection, (Levels{0, 0.75F}));
+}
+
+TEST_F(SensdbTest, NewLevelsAreThoseOfThePlainLoop) {
+    for (const std::uint32_t range : {40U, 16384U, 65536U}) {
+        const oracle::Frame frame = oracle::RandomFrame(3968, 300, 1, 0, range);
+        ReadInputData image = RecordOf(frame);
+        EXPECT_EQ(sensors_.CalcSensLevel(&image), 0);
+        EXPECT_EQ(sensors_.Camera(5).LevelCorrection, oracle::ColumnLevels(frame));
+    }
+}
+
+TEST_F(SensdbTest, WritesOneSectionACameraInTheOrderOfTheirNumbers) {
+    sensors_.Camera(42) = {{100, 0, 100, 2646}, {0, 0.512F, 12.3456789F}};
+    sensors_.Camera(7).LevelCorrection = {1};
+    sensors_.Camera(9).Line = {65535};
+    sensors_.Camera(8) = {};
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ(Text(),
+              "[7]\nLevelCorrection = 1.000000\n\n\n"
+              "[9]\nLine = 65535\n\n\n"
+              "[42]\nLine = 100\nLine = 0\nLine = 100\nLine = 2646\n"
+              "LevelCorrection = 0.000000\nLevelCorrection = 0.512000\nLevelCorrection = 12.345679\n");
+}
+
+TEST_F(SensdbTest, WritingDropsCommentsUnknownKeysAndEmptyCameras) {
+    WriteText("; mine\n[1]\nLine = 3\n; more\nColumn = 4\n[2]\nColumn = 4\n");
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ(Text(), "[1]\nLine = 3\n");
+}
+
+TEST_F(SensdbTest, ReadsWhatItHasWritten) {
+    for (int i = 0; i < 3968; ++i) {
+        sensors_.Camera(3106091).LevelCorrection.push_back(static_cast<float>(i % 97) / 64);
+        sensors_.Camera(17).Line.push_back(static_cast<std::uint16_t>(i * 31));
+    }
+    EXPECT_EQ(Write(), "");
+    sensdb again(folder_.prefix());
+    EXPECT_EQ(again.LoadSensData(), 0);
+    EXPECT_EQ(ContentsOf(again), ContentsOf(sensors_));
+    EXPECT_EQ(support::Names(folder_.path()), std::vector<std::string>{"sensdb.ini"});
+}
+
+TEST_F(SensdbTest, AMissingFolderIsReported) {
+    sensors_ = sensdb(folder_ / "missing/");
+    sensors_.Camera(1).Line = {1};
+    EXPECT_EQ(Write(), NotWritten("No such file or directory"));
+    EXPECT_EQ(ContentsOf(sensors_), (Contents{{1, {{1}, {}}}}));
+}
+
+TEST_F(SensdbTest, AFolderInThePlaceOfTheFileIsNotReplaced) {
+    fs::create_directory(path());
+    EXPECT_LT(sensors_.LoadSensData(), 0);
+    EXPECT_NE(Write(), "");
+    EXPECT_TRUE(fs::is_directory(path()));
+    EXPECT_EQ(support::Names(folder_.path()), std::vector<std::string>{"sensdb.ini"});
+}
+
+TEST_F(SensdbTest, WhatCouldNotBeReadIsNotReplacedUntilItCan) {
+    ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
+    sensors_.Camera(1).Line = {1};
+    EXPECT_LT(sensors_.LoadSensData(), 0);
+    EXPECT_NE(Write(), "");
+    EXPECT_TRUE(fs::is_fifo(path()));
+
+    fs::remove(path());
+    WriteText("[2]\nLine = 2\n");
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ(Text(), "[1]\nLine = 1\n\n\n[2]\nLine = 2\n");
+}
+
+TEST_F(SensdbTest, AFileThatDidNotExistIsMade) {
+    EXPECT_LT(sensors_.LoadSensData(), 0);
+    sensors_.Camera(1).Line = {1};
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ(Text(), "[1]\nLine = 1\n");
+}
+
+TEST_F(SensdbTest, ALinkToTheFileStays) {
+    support::WriteFile(folder_ / "real.ini", "[1]\nLine = 1\n");
+    fs::create_symlink("real.ini", path());
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    sensors_.Camera(1).Line = {2};
+    EXPECT_EQ(Write(), "");
+    EXPECT_TRUE(fs::is_symlink(path()));
+    sensors_.Camera(1).Line = {};
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(sensors_.Camera(1).Line, Lines{2});
 }
 
 }  // namespace
