@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// What stands in the folder already: links, modes and rights, and the parts of other runs.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "input/replacement_file.h"
+#include "tests/input/replace.h"
+#include "tests/support/files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+mode_t ModeOf(const std::string& path) {
+    struct stat status = {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & mode_t{07777};
+}
+
+TEST(ReplacementFile, ASymbolicLinkStaysAndItsTargetIsReplaced) {
+    const support::TempFolder folder;
+    fs::create_directory(folder / "card");
+    support::WriteFile(folder / "card/real", "old");
+    fs::create_symlink("card/real", folder / "relative");
+    fs::create_symlink(folder / "relative", folder / "absolute");
+    EXPECT_EQ(Replace(folder / "absolute", "new"), 0);
+    EXPECT_EQ(Content(folder / "card/real"), "new");
+    EXPECT_FALSE(fs::is_symlink(folder / "card/real"));
+    EXPECT_EQ(fs::read_symlink(folder / "relative"), "card/real");
+    EXPECT_EQ(fs::read_symlink(folder / "absolute"), folder / "relative");
+    EXPECT_EQ(support::Names(folder / "card"), Names{"real"});
+}
+
+TEST(ReplacementFile, ALinkThatPointsNowhereGetsItsTarget) {
+    const support::TempFolder folder;
+    fs::create_symlink("real", folder / "link");
+    EXPECT_EQ(Replace(folder / "link", "new"), 0);
+    EXPECT_EQ(Content(folder / "real"), "new");
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+}
+
+TEST(ReplacementFile, LinksInACircleAreTheSystemsError) {
+    const support::TempFolder folder;
+    fs::create_symlink("b", folder / "a");
+    fs::create_symlink("a", folder / "b");
+    EXPECT_EQ(Replace(folder / "a", "new"), ELOOP);
+    EXPECT_EQ(support::Names(folder.path()), (Names{"a", "b"}));
+}
+
+TEST(ReplacementFile, TheModeOfAReplacedFileIsKept) {
+    for (const mode_t mode : {0600U, 0640U, 0755U}) {
+        const support::TempFolder folder;
+        support::WriteFile(folder / "L1.DNG", "old");
+        ASSERT_EQ(::chmod((folder / "L1.DNG").c_str(), mode), 0);
+        EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+        EXPECT_EQ(ModeOf(folder / "L1.DNG"), mode);
+    }
+}
+
+TEST(ReplacementFile, ANewFileHasTheModeThatTheUsersMaskAllows) {
+    const support::TempFolder folder;
+    const mode_t mask = ::umask(027);
+    const int result = Replace(folder / "L1.DNG", "new");
+    ::umask(mask);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(ModeOf(folder / "L1.DNG"), mode_t{0640});
+}
+
+TEST(ReplacementFile, ThePartOfAKilledRunIsTakenOver) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / ".velmarcon-0.part", "half of a file that was being written");
+    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+}
+
+/// A part that another run is writing.
+class LockedPart {
+  public:
+    explicit LockedPart(const std::string& path)
+        : descriptor_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+        EXPECT_EQ(::write(descriptor_, "theirs", 6), 6);
+        EXPECT_EQ(::flock(descriptor_, LOCK_EX | LOCK_NB), 0);
+    }
+    ~LockedPart() { ::close(descriptor_); }
+    LockedPart(const LockedPart&) = delete;
+    LockedPart& operator=(const LockedPart&) = delete;
+    LockedPart(LockedPart&&) = delete;
+    LockedPart& operator=(LockedPart&&) = delete;
+
+  private:
+    int descriptor_;
+};
+
+TEST(ReplacementFile, APartThatAnotherRunIsWritingIsNotTouched) {
+    const support::TempFolder folder;
+    const LockedPart theirs(folder / ".velmarcon-0.part");
+    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+    EXPECT_EQ(Content(folder / ".velmarcon-0.part"), "theirs");
+    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+    EXPECT_EQ(support::Names(folder.path()), (Names{".velmarcon-0.part", "L1.DNG"}));
+}
+
+TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {
+    const support::TempFolder folder;
+    ReplacementFile first;
+    ReplacementFile second;
+    ASSERT_EQ(first.Open(folder / "L1.DNG"), 0);
+    ASSERT_EQ(second.Open(folder / "L2.DNG"), 0);
+    first.stream() << "first";
+    second.stream() << "second";
+    EXPECT_EQ(first.Commit(5), 0);
+    EXPECT_EQ(second.Commit(6), 0);
+    EXPECT_EQ(Content(folder / "L1.DNG"), "first");
+    EXPECT_EQ(Content(folder / "L2.DNG"), "second");
+    EXPECT_EQ(support::Names(folder.path()), (Names{"L1.DNG", "L2.DNG"}));
+}
+
+TEST(ReplacementFile, ALinkInThePartsPlaceIsNotFollowed) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "other", "precious");
+    fs::create_symlink("other", folder / ".velmarcon-0.part");
+    EXPECT_NE(Replace(folder / "L1.DNG", "new"), 0);
+    EXPECT_EQ(Content(folder / "other"), "precious");
+}
+
+/// Gives up the rights of root, when the test has them, while it lives.
+class PlainUser {
+  public:
+    PlainUser() {
+        constexpr uid_t nobody = 65534;
+        changed_ = ::geteuid() == 0 && ::setresuid(nobody, nobody, 0) == 0;
+    }
+    ~PlainUser() {
+        if (changed_ && ::setresuid(0, 0, 0) != 0) {
+            ADD_FAILURE() << "still another user";
+        }
+    }
+    PlainUser(const PlainUser&) = delete;
+    PlainUser& operator=(const PlainUser&) = delete;
+    PlainUser(PlainUser&&) = delete;
+    PlainUser& operator=(PlainUser&&) = delete;
+
+  private:
+    bool changed_ = false;
+};
+
+/// Expects that a plain user is refused L1.DNG, which has `file_mode`, in a folder of `folder_mode`.
+void ExpectRefused(mode_t folder_mode, mode_t file_mode) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "L1.DNG", "old");
+    ASSERT_EQ(::chmod((folder / "L1.DNG").c_str(), file_mode), 0);
+    ASSERT_EQ(::chmod(folder.path().c_str(), folder_mode), 0);
+    {
+        const PlainUser user;
+        if (::geteuid() == 0) {
+            GTEST_SKIP() << "root may write everywhere";
+        }
+        EXPECT_EQ(Replace(folder / "L1.DNG", "new"), EACCES);
+    }
+    EXPECT_EQ(::chmod(folder.path().c_str(), 0700), 0);
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+    EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+}
+
+TEST(ReplacementFile, AFileThatMayNotBeWrittenIsNotReplaced) {
+    ExpectRefused(0777, 0444);
+}
+
+TEST(ReplacementFile, AFolderThatMayNotBeWrittenIsTheSystemsError) {
+    ExpectRefused(0555, 0666);
+}
+
+}  // namespace
