@@ -47,31 +47,38 @@ bool SameFile(int descriptor, const std::string& path) {
            open_file.st_dev == named_file.st_dev && open_file.st_ino == named_file.st_ino;
 }
 
-/// Whether the file behind `descriptor` is this run's to write: not being written by another, and still at
-/// `path`. One that was not made just now (`created`) may be what a killed run left, or what another is
-/// writing: the lock tells. Where the file system knows no locks, only a new file is safe to take.
-bool Acquire(int descriptor, const std::string& path, bool created) {
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        const bool unsupported = errno != EWOULDBLOCK;
-        return unsupported && created;
+/// Removes what a killed run left at `path`, if that is what stands there.
+void RemoveStale(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0) {
+        return;
     }
-    // Between opening and locking, the run that held the lock may have finished: then this is its finished
-    // file.
-    return SameFile(descriptor, path);
+    struct stat status = {};
+    const bool plain = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    if (plain && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 && SameFile(descriptor, path)) {
+        ::unlink(path.c_str());
+    }
+    ::close(descriptor);
 }
 
-/// Makes and locks the file `path`, or takes over what a killed run left there. Returns its descriptor, or -1
-/// with errno.
-int OpenLocked(const std::string& path) {
-    constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    int descriptor = ::open(path.c_str(), flags | O_EXCL, kDefaultMode);
-    const bool created = descriptor >= 0;
-    if (!created && errno == EEXIST) {
+/// Makes and locks the file `path`. Returns its descriptor, or -1 with errno; EEXIST when something stands
+/// there that another run is writing, or that is none of ours. Without locks on the file system, what a
+/// killed run left stays.
+int CreateLocked(const std::string& path) {
+    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+    int descriptor = ::open(path.c_str(), flags, kDefaultMode);
+    if (descriptor < 0 && errno == EEXIST) {
+        RemoveStale(path);
         descriptor = ::open(path.c_str(), flags, kDefaultMode);
     }
-    if (descriptor >= 0 && !Acquire(descriptor, path, created)) {
+    if (descriptor < 0) {
+        return -1;
+    }
+    // Before the lock is held another run may have taken the new file for a stale one.
+    const bool locked = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    if (!locked || !SameFile(descriptor, path)) {
         ::close(descriptor);
-        errno = EBUSY;
+        errno = EEXIST;
         return -1;
     }
     return descriptor;
@@ -126,13 +133,14 @@ int ReplacementFile::CreatePart(const std::string& folder) {
     int first_error = 0;
     for (int i = 0; i < most_names; ++i) {
         const std::string part = folder + ".velmarcon-" + std::to_string(i) + ".part";
-        lock_ = OpenLocked(part);
+        lock_ = CreateLocked(part);
         if (lock_ >= 0) {
             part_path_ = part;
             return 0;
         }
         first_error = first_error != 0 ? first_error : LastError();
-        if (::access(part.c_str(), F_OK) != 0) {
+        struct stat in_the_way = {};
+        if (::lstat(part.c_str(), &in_the_way) != 0) {
             break;  // nothing stands there: it is the folder that can't be written
         }
     }

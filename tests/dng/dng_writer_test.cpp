@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <sys/resource.h>
 
-#include <csignal>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -11,6 +9,7 @@
 #include "dng/dnglib.h"
 #include "tests/dng/expected_tags.h"
 #include "tests/support/capture_stdout.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 
 namespace {
@@ -293,29 +292,6 @@ TEST(DngFile, IsReportedInTwoStepsWhenVerbose) {
     EXPECT_EQ(output(false), "");
 }
 
-/// While it lives, no file of this process can grow beyond `bytes`.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit = {bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
-
-  private:
-    using Handler = void (*)(int);
-    Handler handler_;
-    rlimit before_ = {};
-};
-
 /// What writing prints under `path`'s folder as prefix; the result must be 0.
 std::string WriteAndCapture(Tree& tree, const std::string& prefix) {
     return support::CaptureStdout([&] { EXPECT_EQ(tree.dng.writeDNGTree(prefix), 0); });
@@ -352,7 +328,7 @@ TEST_P(FailedDngFile, ThatCannotTakeTheImageLeavesTheOldOne) {
     support::WriteFile(path_, "old");
     Tree tree({.preview = true}, GetParam());
     {
-        const FileSizeLimit limit(100000);
+        const support::FileSizeLimit limit(100000);
         EXPECT_EQ(WriteAndCapture(tree, folder_.prefix()),
                   Progress("Writing DNG header...Done!\nWriting image data...\n") + path_ +
                       ": DNG not written: File too large\n");
@@ -367,7 +343,7 @@ TEST_P(FailedDngFile, ThatCannotTakeTheHeaderLeavesTheOldOne) {
     tree.record.Exif.MakerNote.assign(60000, 1);
     tree.Build({}, GetParam());
     {
-        const FileSizeLimit limit(40000);
+        const support::FileSizeLimit limit(40000);
         EXPECT_EQ(WriteAndCapture(tree, folder_.prefix()),
                   Progress("Writing DNG header...\n") + path_ + ": DNG not written: File too large\n");
     }
@@ -378,7 +354,7 @@ TEST_P(FailedDngFile, ThatCannotTakeTheHeaderLeavesTheOldOne) {
 TEST_P(FailedDngFile, ThatFailsOnlyWhenItIsClosedLeavesNothing) {
     Tree tree({}, GetParam());
     {
-        const FileSizeLimit limit(1400);
+        const support::FileSizeLimit limit(1400);
         EXPECT_EQ(WriteAndCapture(tree, folder_.prefix()),
                   Progress("Writing DNG header...Done!\nWriting image data...\n") + path_ +
                       ": DNG not written: File too large\n");
@@ -389,7 +365,7 @@ TEST_P(FailedDngFile, ThatFailsOnlyWhenItIsClosedLeavesNothing) {
 TEST_P(FailedDngFile, CanBeWrittenLater) {
     Tree tree({}, GetParam());
     {
-        const FileSizeLimit limit(1400);
+        const support::FileSizeLimit limit(1400);
         WriteAndCapture(tree, folder_.prefix());
     }
     EXPECT_EQ(WriteAndCapture(tree, folder_.prefix()),

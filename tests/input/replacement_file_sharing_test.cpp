@@ -76,12 +76,16 @@ TEST(ReplacementFile, ANewFileHasTheModeThatTheUsersMaskAllows) {
     EXPECT_EQ(ModeOf(folder / "L1.DNG"), mode_t{0640});
 }
 
-TEST(ReplacementFile, ThePartOfAKilledRunIsTakenOver) {
+TEST(ReplacementFile, ThePartOfAKilledRunIsRemovedAndLeavesNoTrace) {
     const support::TempFolder folder;
     support::WriteFile(folder / ".velmarcon-0.part", "half of a file that was being written");
+    fs::permissions(folder / ".velmarcon-0.part", fs::perms::owner_all);
+    const mode_t mask = ::umask(022);
     EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+    ::umask(mask);
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
     EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+    EXPECT_EQ(fs::status(folder / "L1.DNG").permissions(), fs::perms(0644));
 }
 
 /// A part that another run is writing.
@@ -126,12 +130,30 @@ TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {
     EXPECT_EQ(support::Names(folder.path()), (Names{"L1.DNG", "L2.DNG"}));
 }
 
-TEST(ReplacementFile, ALinkInThePartsPlaceIsNotFollowed) {
+TEST(ReplacementFile, WhatStandsInThePartsPlaceIsPassedOver) {
     const support::TempFolder folder;
     support::WriteFile(folder / "other", "precious");
     fs::create_symlink("other", folder / ".velmarcon-0.part");
-    EXPECT_NE(Replace(folder / "L1.DNG", "new"), 0);
+    fs::create_symlink("nowhere", folder / ".velmarcon-1.part");
+    fs::create_directory(folder / ".velmarcon-2.part");
+    ASSERT_EQ(::mkfifo((folder / ".velmarcon-3.part").c_str(), 0600), 0);
+    const auto before = support::Names(folder.path());
+    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
     EXPECT_EQ(Content(folder / "other"), "precious");
+    fs::remove(folder / "L1.DNG");
+    EXPECT_EQ(support::Names(folder.path()), before);
+}
+
+TEST(ReplacementFile, WhatIsNoPlainFileIsNotReplaced) {
+    const support::TempFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "L1.DNG").c_str(), 0600), 0);
+    fs::create_symlink("/dev/null", folder / "L2.DNG");
+    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), EEXIST);
+    EXPECT_EQ(Replace(folder / "L2.DNG", "new"), EEXIST);
+    EXPECT_TRUE(fs::is_fifo(folder / "L1.DNG"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_EQ(support::Names(folder.path()), (Names{"L1.DNG", "L2.DNG"}));
 }
 
 /// Gives up the rights of root, when the test has them, while it lives.

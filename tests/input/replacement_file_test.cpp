@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -15,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/input/replace.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 
 namespace {
@@ -124,33 +124,11 @@ TEST(ReplacementFile, ANameWithoutAFolderIsInTheCurrentOne) {
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
 
-/// Lets no file grow beyond `bytes` while it lives, as a full disk would.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit = {std::min(bytes, before_.rlim_max), before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        (void)std::signal(SIGXFSZ, handler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
-
-  private:
-    rlimit before_ = {};
-    void (*handler_)(int);
-};
-
 /// Writes L1.DNG of `folder` onto a full disk. When the write is noticed to fail before the file is closed
 /// (`flush`), there is room again when it is. Returns what Commit does.
 int CommitOntoFullDisk(const support::TempFolder& folder, bool flush) {
     ReplacementFile file;
-    const FileSizeLimit limit(1000);
+    const support::FileSizeLimit limit(1000);
     EXPECT_EQ(file.Open(folder / "L1.DNG"), 0);
     file.stream() << std::string(1001, 'x');
     if (!flush) {
@@ -158,7 +136,7 @@ int CommitOntoFullDisk(const support::TempFolder& folder, bool flush) {
     }
     file.stream().flush();
     EXPECT_FALSE(file.Good());
-    const FileSizeLimit room(RLIM_INFINITY);
+    const support::FileSizeLimit room(RLIM_INFINITY);
     errno = EINTR;  // what happens later does not change the reason
     EXPECT_FALSE(file.Good());
     return file.Commit(1001);
