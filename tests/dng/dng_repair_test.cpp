@@ -6,12 +6,14 @@
 #include <filesystem>
 #include <functional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "dng/dng_tags.h"
+#include "exif/byte_order.h"
 #include "exif/tags.h"
 #include "tests/dng/repair_run.h"
 #include "tests/support/camera_dng.h"
@@ -97,6 +99,38 @@ void ExpectKept(const std::vector<samples::Entry>& camera, const support::TiffIF
     }
     for (const std::uint16_t tag : written.order) {
         EXPECT_TRUE(changed.contains(tag) || samples::Find(camera, tag) != nullptr) << tag;
+    }
+}
+
+/// A file whose `pointer` tag of IFD0 has two values instead of one, and no longer value stands behind it.
+std::vector<std::uint8_t> WithTwoValues(std::uint16_t pointer) {
+    auto camera = SmallCameraDng(4, 4);
+    std::erase_if(camera.ifd0, [](const samples::Entry& entry) {
+        return entry.tag > tag::kSubIFDs && entry.tag != tag::kExifIFD && entry.value.size() > 1;
+    });
+    auto bytes = samples::Serialize(camera);
+    const auto entry = support::TiffFile(bytes).FirstIFD().At(pointer);
+    const auto end = static_cast<std::uint32_t>(bytes.size());
+    for (const std::uint32_t value : {entry.Number(), 0U}) {
+        byte_order::AppendLittle(bytes, value);
+    }
+    constexpr std::uint32_t count_before_value = 4;
+    byte_order::PutLittle(std::span(bytes).subspan(entry.offset - count_before_value), 2U);
+    byte_order::PutLittle(std::span(bytes).subspan(entry.offset), end);
+    return bytes;
+}
+
+/// The layout must not leave room for values that the single one takes the place of.
+TEST(Repair, MakesPointersWithSeveralValuesSingleOnes) {
+    for (const std::uint16_t pointer : {tag::kSubIFDs, tag::kExifIFD}) {
+        RepairRun run;
+        run.WriteInput(WithTwoValues(pointer));
+        ASSERT_EQ(run.Repair().code, 0) << pointer;
+        const auto file = run.Output();
+        EXPECT_EQ(file.ifd0.At(pointer).count, 1U);
+        EXPECT_EQ(file.Pixels(), support::CameraLevels(4, 4)) << pointer;
+        EXPECT_TRUE(file.Preview() == support::CameraPreview()) << pointer;
+        EXPECT_TRUE(file.exif.Has(tag::kISOSpeedRatings)) << pointer;
     }
 }
 
