@@ -120,7 +120,7 @@ TEST(DarkFieldFix, TruncatesLevelAndDitherTogetherToSixteenBits) {
     }
 }
 
-/// What the correction has subtracted, less 20, from a full frame of levels 20 + (x % 8) / 8.
+/// What the correction has subtracted, less 20, from a full frame of levels 20 + 1/16, 3/16, ... 15/16.
 class DitheredFrame {
   public:
     static constexpr int kHeight = 2646;
@@ -135,7 +135,7 @@ class DitheredFrame {
         }
     }
 
-    static float Fraction(std::size_t x) { return static_cast<float>(x % 8) / 8; }
+    static float Fraction(std::size_t x) { return static_cast<float>(2 * (x % 8) + 1) / 16; }
 
     int Offset(std::size_t x, std::size_t y) const { return offsets_[y * kFull + x]; }
     /// The offset less its mean.
@@ -167,7 +167,7 @@ TEST(DarkFieldFix, DitherMakesEveryColumnsMeanItsLevel) {
 
 TEST(DarkFieldFix, DitherLeavesNoRowsAndNoPattern) {
     const DitheredFrame frame;
-    constexpr double variance = 10.5 / 64;  // the mean of fraction * (1 - fraction)
+    constexpr double variance = 43.0 / 256;  // the mean of fraction * (1 - fraction)
     double total_squares = 0;
     double to_the_right = 0;
     double below = 0;

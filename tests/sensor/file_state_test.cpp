@@ -4,6 +4,7 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,16 @@ TEST(FileState, ChangesWithSizeTimeAndIdentity) {
     fs::last_write_time(folder / "other", fs::last_write_time(path));
     fs::rename(folder / "other", path);
     EXPECT_NE(StateOf(path)->inode, replaced->inode);
+}
+
+TEST(FileState, ChangesWithWhatOnlyTheChangeTimeTells) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "file", "four");
+    const auto before = StateOf(folder / "file");
+    constexpr std::chrono::milliseconds longer_than_a_tick(50);
+    std::this_thread::sleep_for(longer_than_a_tick);
+    fs::permissions(folder / "file", fs::perms::owner_all);
+    EXPECT_NE(StateOf(folder / "file"), before);
 }
 
 TEST(FileState, IsSettledWhenBothTimesAreOverTwoSecondsOld) {
