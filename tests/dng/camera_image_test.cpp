@@ -64,9 +64,9 @@ TEST(RawImage, GoesThroughTheLinearizationTable) {
 
 TEST(RawImage, GoesThroughWhateverTableTheFileHas) {
     auto file = WithRow({0, 1, 255});
-    std::vector<std::uint16_t> table;
-    for (int i = 0; i < 300; ++i) {  // more entries than a byte can ask for
-        table.push_back(static_cast<std::uint16_t>(65535 - i));
+    std::vector<std::uint16_t> table(300);  // more entries than a byte can ask for
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        table[i] = static_cast<std::uint16_t>(65535 - i);
     }
     samples::Set(file.raw_ifd, Shorts(tag::kLinearizationTable, table));
     ASSERT_TRUE(Read(file));

@@ -21,10 +21,13 @@ using support::SmallCameraDng;
 
 constexpr int kWidth = 3920;  // the width of which the corrections know that it is cropped
 constexpr int kHeight = 8;
-constexpr RepairRequest kSensorFix = {.sensor_fix = true, .dark_field_fix = true};
 
 const char* const kNoLines = "No pixel error correction values available for camera No.3106091.\n";
 const char* const kNoLevels = "No dark field correction values available for camera No.3106091.\n";
+
+RepairRequest SensorFix() {
+    return {.sensor_fix = true, .dark_field_fix = true};
+}
 
 std::string Lines(const std::vector<int>& values) {
     std::string text;
@@ -56,14 +59,16 @@ class RepairedSensor : public testing::Test {
   protected:
     RepairedSensor() { run_.WriteInput(SmallCameraDng(kWidth, kHeight)); }
 
-    static std::size_t At(int column, int row) { return static_cast<std::size_t>(row * kWidth + column); }
+    static std::size_t At(int column, int row) {
+        return static_cast<std::size_t>(row) * kWidth + static_cast<std::size_t>(column);
+    }
 
     RepairRun run_;
     const std::vector<std::uint16_t> levels_ = support::CameraLevels(kWidth, kHeight);
 };
 
 TEST_F(RepairedSensor, WithoutADatabaseIsReportedAndStaysUncorrected) {
-    const auto result = run_.Repair(kSensorFix);
+    const auto result = run_.Repair(SensorFix());
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(result.output, "Error #0014: No Sensor database found.\n");
     EXPECT_EQ(run_.Output().Pixels(), levels_);
@@ -72,7 +77,7 @@ TEST_F(RepairedSensor, WithoutADatabaseIsReportedAndStaysUncorrected) {
 
 TEST_F(RepairedSensor, OfAnUnknownCameraHasNoDarkField) {
     run_.WriteSensorDatabase("[3106092]\n" + Lines({30, 0, 30, 100}) + Levels());
-    EXPECT_EQ(run_.Repair(kSensorFix).output, kNoLevels);
+    EXPECT_EQ(run_.Repair(SensorFix()).output, kNoLevels);
     EXPECT_EQ(run_.Output().Pixels(), levels_);
     EXPECT_FALSE(run_.Output().ifd0.Has(tag::kHostComputer));
 }
@@ -80,7 +85,7 @@ TEST_F(RepairedSensor, OfAnUnknownCameraHasNoDarkField) {
 TEST_F(RepairedSensor, HasItsDefectiveColumnsInterpolated) {
     // Column 124 of the sensor is column 100 here; its row 10 is row 4.
     run_.WriteSensorDatabase(Section(Lines({124, 10, 124, 5000})));
-    EXPECT_EQ(run_.Repair(kSensorFix).output, kNoLevels);
+    EXPECT_EQ(run_.Repair(SensorFix()).output, kNoLevels);
     auto expected = levels_;
     support::InterpolateColumn(expected, kWidth, 100, 4);
     EXPECT_EQ(run_.Output().Pixels(), expected);
@@ -98,7 +103,7 @@ TEST_F(RepairedSensor, HasItsDefectiveColumnsPaintedWhiteInATest) {
 
 TEST_F(RepairedSensor, WithSixLineValuesIsNotRepaired) {
     run_.WriteSensorDatabase(Section(Lines({124, 0, 124, 5000, 130, 0})));
-    EXPECT_EQ(run_.Repair(kSensorFix).output, std::string(kNoLines) + kNoLevels);
+    EXPECT_EQ(run_.Repair(SensorFix()).output, std::string(kNoLines) + kNoLevels);
     EXPECT_EQ(run_.Output().Pixels(), levels_);
 }
 
@@ -132,7 +137,7 @@ void ExpectDarkFieldRemoved(const std::vector<std::uint16_t>& pixels,
 
 TEST_F(RepairedSensor, HasItsDarkFieldRemovedAndSaysSo) {
     run_.WriteSensorDatabase(Section(Levels()));
-    EXPECT_EQ(run_.Repair(kSensorFix).output, "");
+    EXPECT_EQ(run_.Repair(SensorFix()).output, "");
     ExpectDarkFieldRemoved(run_.Output().Pixels(), levels_, 1);
     const auto host = run_.Output().ifd0.At(tag::kHostComputer);
     EXPECT_EQ(host.type, 2);
@@ -143,7 +148,7 @@ TEST_F(RepairedSensor, ScalesItsDarkFieldByTheIsoSpeed) {
     run_.WriteSensorDatabase(Section(Levels()));
     for (const auto& [iso, gain] : {std::pair{320, 2}, {2500, 16}, {400, 1}}) {
         run_.WriteInput(SmallCameraDng(kWidth, kHeight, {.iso = static_cast<std::uint16_t>(iso)}));
-        run_.Repair(kSensorFix);
+        run_.Repair(SensorFix());
         ExpectDarkFieldRemoved(run_.Output().Pixels(), levels_, gain);
     }
 }
@@ -153,7 +158,7 @@ TEST_F(RepairedSensor, WithoutAnIsoSpeedHasItsDarkFieldUnscaled) {
     auto camera = SmallCameraDng(kWidth, kHeight);
     samples::Remove(camera.exif, tag::kISOSpeedRatings);
     run_.WriteInput(camera);
-    EXPECT_EQ(run_.Repair(kSensorFix).code, 0);
+    EXPECT_EQ(run_.Repair(SensorFix()).code, 0);
     ExpectDarkFieldRemoved(run_.Output().Pixels(), levels_, 1);
 }
 
@@ -167,14 +172,14 @@ TEST_F(RepairedSensor, WithoutTheDarkFieldFixKeepsItsDarkField) {
 TEST_F(RepairedSensor, IsSaidToHaveNoDarkFieldEvenWhenNothingWasSubtracted) {
     // Levels that do not reach across the frame leave it as it is; the correction was made all the same.
     run_.WriteSensorDatabase(Section("LevelCorrection = 100\n"));
-    EXPECT_EQ(run_.Repair(kSensorFix).output, "");
+    EXPECT_EQ(run_.Repair(SensorFix()).output, "");
     EXPECT_EQ(run_.Output().Pixels(), levels_);
     EXPECT_TRUE(run_.Output().ifd0.Has(tag::kHostComputer));
 }
 
 TEST_F(RepairedSensor, IsNotFreedOfItsDarkFieldTwiceButItsColumnsAre) {
     run_.WriteSensorDatabase(Section(Levels()));
-    run_.Repair(kSensorFix);
+    run_.Repair(SensorFix());
     const auto once = run_.Output().Pixels();
     run_.WriteInput(support::ReadFile(run_.OutputPath()));
     run_.WriteSensorDatabase(Section(Lines({124, 6, 124, 5000}) + Levels()));
@@ -196,19 +201,19 @@ TEST_F(RepairedSensor, CountsAsCorrectedWhereTheHostComputerContainsTheProgramsN
     auto camera = SmallCameraDng(kWidth, kHeight);
     samples::Set(camera.ifd0, samples::Ascii(tag::kHostComputer, "by velmarcon 1.20"));
     run_.WriteInput(camera);
-    EXPECT_EQ(run_.Repair(kSensorFix).output, "");
+    EXPECT_EQ(run_.Repair(SensorFix()).output, "");
     EXPECT_EQ(run_.Output().Pixels(), levels_);
     EXPECT_EQ(run_.Output().ifd0.At(tag::kHostComputer).count, 18U);
 
     samples::Set(camera.ifd0, samples::Ascii(tag::kHostComputer, "velmarco"));
     run_.WriteInput(camera);
-    run_.Repair(kSensorFix);
+    run_.Repair(SensorFix());
     ExpectDarkFieldRemoved(run_.Output().Pixels(), levels_, 1);
     EXPECT_EQ(run_.Output().ifd0.At(tag::kHostComputer).Text(), std::string("velmarcon\0", 10));
 }
 
 TEST_F(RepairedSensor, CannotBecomeADarkReference) {
-    RepairRequest creation = kSensorFix;
+    RepairRequest creation = SensorFix();
     creation.dark_field_creation = true;
     const std::string refusal = "Error #0018: Darkfield estimation not possible from DNG file.\n";
     // A missing database is no matter then.
@@ -234,7 +239,7 @@ TEST_F(RepairedSensor, WithRowEstimationSubtractsWithoutDither) {
     std::fill_n(camera.raw.begin(), kWidth, std::uint8_t{200});
     run_.WriteInput(camera);
     run_.WriteSensorDatabase(Section(Levels()));
-    RepairRequest request = kSensorFix;
+    RepairRequest request = SensorFix();
     request.estimate_rows = true;
     run_.Repair(request);
     const auto pixels = run_.Output().Pixels();

@@ -16,7 +16,6 @@
 
 namespace {
 
-using end_to_end::ContentsOf;
 using end_to_end::Levels;
 using end_to_end::Lines;
 using end_to_end::RawPixels;
@@ -45,6 +44,9 @@ class Repair : public testing::Test {
     explicit Repair() { std::filesystem::create_directory(camera_.card / "OUT"); }
 
     std::string Path(const std::string& name = "L1000001.DNG") const { return camera_.card / name; }
+    std::string ProgramFolder() const {
+        return std::filesystem::path(camera_.Database()).parent_path().string();
+    }
     Names Written() const { return support::Names(Path("OUT")); }
     std::vector<std::uint16_t> Pixels() const { return camera_.Pixels("OUT/L1000001"); }
 
@@ -221,12 +223,47 @@ TEST_F(Repair, OfAnUnfinishedDefectListSaysSo) {
 
 TEST_F(Repair, ReportsALensThatNobodyKnows) {
     support::WriteFile(Path(), SmallDng({.lens_code = 0}));
-    support::WriteFile(std::filesystem::path(camera_.Database()).parent_path() / "lensdb.ini",
-                       samples::LensDatabase());
+    support::WriteFile(ProgramFolder() + "/lensdb.ini", samples::LensDatabase());
     EXPECT_EQ(RunOnIt({"-l", "-v"}),
               kReadVerbosely + "Error #0013: Lens could not be detected.\n" + kWrittenVerbosely);
     EXPECT_EQ(RunOnIt({"-r", "-l", "100001"}), kHeader);
     EXPECT_EQ(RunOnIt({"-r", "-l", "111111"}), kHeader);
+}
+
+// --- Memory
+
+/// Repairs of files whose entries, in every directory, each name most of the file's bytes.
+class GreedyRepair : public Repair {
+  protected:
+    /// Whether `file` is repaired or refused within four times its size of memory.
+    bool IsInProportion(const samples::CameraDngFile& file) const {
+        support::WriteFile(Path(), samples::Serialize(file));
+        const std::string limit = std::to_string(4 * samples::kCameraDngBytes / 1024);
+        const auto outcome = support::RunProgram(
+            "bash",
+            {"-c", "ulimit -d " + limit + " && exec -a \"$0\" \"$@\"", ProgramFolder() + "/velmarcon",
+             VELMARCON_PROGRAM, "-i", camera_.card.folder(), "-o", Path("OUT"), "-l", "-s", "-r"},
+            {.through_path = true});
+        return outcome.status == 0;
+    }
+};
+
+TEST_F(GreedyRepair, TakesNoMoreMemoryThanFourTimesTheFile) {
+    support::WriteFile(ProgramFolder() + "/lensdb.ini", samples::LensDatabase());
+    if (!IsInProportion(support::FullCameraDng())) {
+        GTEST_SKIP() << "a sanitizer's own memory is not the program's";
+    }
+    for (const std::uint32_t bytes : {3000000U, 10000000U}) {
+        auto greedy = support::FullCameraDng();
+        for (auto* ifd : {&greedy.ifd0, &greedy.raw_ifd, &greedy.exif}) {
+            samples::Set(*ifd, samples::RawEntry(60000, 7, bytes, 8));
+        }
+        EXPECT_TRUE(IsInProportion(greedy)) << bytes;
+        samples::Set(greedy.exif, samples::RawEntry(tag::kMakerNote, 7, bytes, 8));
+        EXPECT_TRUE(IsInProportion(greedy)) << bytes;
+        samples::Set(greedy.raw_ifd, samples::RawEntry(tag::kStripByteCounts, 4, bytes / 4, 8));
+        EXPECT_TRUE(IsInProportion(greedy)) << bytes;
+    }
 }
 
 // --- A second repair

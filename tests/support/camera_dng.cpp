@@ -39,7 +39,8 @@ void InterpolateColumn(std::vector<std::uint16_t>& pixels, int width, int column
     const int height = static_cast<int>(pixels.size()) / width;
     for (int row = first_row; row < height; ++row) {
         const auto at = [&](int columns, int rows) -> std::uint16_t& {
-            return pixels.at(static_cast<std::size_t>((row + rows) * width + column + columns));
+            return pixels.at(static_cast<std::size_t>(row + rows) * static_cast<std::size_t>(width) +
+                             static_cast<std::size_t>(column + columns));
         };
         const int beside = at(-2, 0) + at(2, 0);
         const int above = at(-1, -1) + at(1, -1);
@@ -56,6 +57,7 @@ void InterpolateColumn(std::vector<std::uint16_t>& pixels, int width, int column
 std::vector<std::uint8_t> CameraPreview() {
     constexpr std::size_t size = 230400;
     std::vector<std::uint8_t> preview;
+    preview.reserve(size);
     for (std::size_t i = 0; i < size; ++i) {
         preview.push_back(static_cast<std::uint8_t>(1 + i % 251));
     }
