@@ -52,9 +52,11 @@ void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float
     static_assert(sensor_frame::kCroppedWidth % Dither::kLanes == 0);
     Dither dither;
     std::vector<float> random(levels.size());
-    for (std::size_t start = 0; start + levels.size() <= pixels.size(); start += levels.size()) {
+    while (!pixels.empty()) {
+        const auto row = pixels.first(std::min(levels.size(), pixels.size()));
         dither.Fill(random);
-        SubtractDithered(pixels.subspan(start, levels.size()), levels, random);
+        SubtractDithered(row, levels, random);
+        pixels = pixels.subspan(row.size());
     }
 }
 

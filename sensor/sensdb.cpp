@@ -92,6 +92,7 @@ int sensdb::LoadSensData() {
     if (state && state == loaded_) {
         return 0;
     }
+    const bool settled = state && state->Settled();
     simple_ini::File ini;
     ini.SetMultiKey(true);
     const int error = simple_ini::Load(DatabaseFile, ini);
@@ -107,7 +108,7 @@ int sensdb::LoadSensData() {
             Cameras[ToInteger<int>(section.pItem)] = ReadCamera(ini, section.pItem, keys);
         }
     }
-    loaded_ = state && state->Settled() ? state : std::nullopt;
+    loaded_ = settled ? state : std::nullopt;
     return 0;
 }
 

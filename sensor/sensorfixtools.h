@@ -30,8 +30,8 @@ class sensorfixtools {
     int interp(unsigned short* pixel, int column, int row, int width, int height);
 
     /// Subtracts the dark level of each column of camera `serial`, scaled to the ISO speed: dithered; or with
-    /// `estimate` undithered and together with row offsets estimated from the image. `count` is the number of
-    /// pixels. An image of another width is left alone without `estimate`, as is any with more columns than
+    /// `estimate` undithered and together with row offsets estimated from the image. `count` is `width` x
+    /// `height`. An image of another width is left alone without `estimate`, as is any with more columns than
     /// the camera has levels. Returns 0.
     int fixBlackLevels(unsigned int serial, std::vector<unsigned short>* pixels, unsigned short iso,
                        int width, int height, int count, sensdb* db, bool estimate);
