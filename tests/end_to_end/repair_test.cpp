@@ -241,7 +241,7 @@ class GreedyRepair : public Repair {
         const std::string limit = std::to_string(4 * samples::kCameraDngBytes / 1024);
         const auto outcome = support::RunProgram(
             "bash",
-            {"-c", "ulimit -d " + limit + " && exec -a \"$0\" \"$@\"", ProgramFolder() + "/velmarcon",
+            {"-c", "ulimit -d " + limit + R"( && exec -a "$0" "$@")", ProgramFolder() + "/velmarcon",
              VELMARCON_PROGRAM, "-i", camera_.card.folder(), "-o", Path("OUT"), "-l", "-s", "-r"},
             {.through_path = true});
         return outcome.status == 0;
