@@ -20,8 +20,8 @@ class ConversionRun {
     /// Everything is owned by the caller.
     ConversionRun(const RunSettings& settings, lensdb& lenses, sensdb& sensors, const ErrorHandler& errors);
 
-    /// Goes through the list. Returns the exit status: 0 whatever became of the images, unless an error ended
-    /// the run.
+    /// Goes through the list. Returns the exit status: 0 whatever
+    /// became of the images, unless an error ended the run.
     int Run();
 
   private:

@@ -34,8 +34,8 @@ std::optional<Strips> FindStrips(const DNGlib::IFD& ifd) {
     return Strips{offsets.front(), std::accumulate(sizes.begin(), sizes.end(), std::uint64_t{0})};
 }
 
-/// Reads `bytes.size()` bytes at `offset`. Returns whether they were all there; the missing ones stay as they
-/// were.
+/// Reads `bytes.size()` bytes at `offset`. Returns whether
+/// they were all there; the missing ones stay as they were.
 bool ReadBytes(InputFile& file, std::uint64_t offset, std::span<std::uint8_t> bytes) {
     std::ifstream& stream = file.stream();
     stream.clear();
@@ -123,8 +123,8 @@ bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::I
     if (!preview || !raw || !layout) {
         return false;
     }
-    // Width and height have 32 bits each: their product fits, and is at most the file's size before it is
-    // doubled.
+    // Width and height have 32 bits each: their product fits,
+    // and is at most the file's size before it is doubled.
     constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(unsigned short);
     if (preview->size > file.size() || raw->size > file.size() - preview->size ||
         layout->Pixels() > std::min(raw->size, most_pixels) || layout->Bytes() > raw->size) {

@@ -27,13 +27,11 @@ class DNGlib {
     /// One IFD entry.
     struct IFDTag {
         std::uint16_t tag = 0;
-        std::vector<std::uint8_t>
-            value;  ///< exactly as it stands in the file, little-endian element by element
-        std::uint32_t position =
-            0;                    ///< file offset of a value that does not fit in the entry; 0 until laid out
-        std::uint16_t type = 0;   ///< TIFF field type, 1 to 10
-        std::uint32_t count = 0;  ///< of values of that type
-        std::uint32_t length = 0;  ///< of the value, in bytes
+        std::vector<std::uint8_t> value;  ///< as it stands in the file, little-endian element by element
+        std::uint32_t position = 0;       ///< file offset of a value longer than an entry; 0 until laid out
+        std::uint16_t type = 0;           ///< TIFF field type, 1 to 10
+        std::uint32_t count = 0;          ///< of values of that type
+        std::uint32_t length = 0;         ///< of the value, in bytes
     };
     using IFD = std::map<unsigned short, IFDTag>;
 

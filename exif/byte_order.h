@@ -9,12 +9,12 @@
 #include <type_traits>
 #include <vector>
 
-/// All conversions between integers and the bytes of a file. Shifts only, so the host's byte order never
-/// matters.
+/// All conversions between integers and the bytes of a file.
+/// Shifts only, so the host's byte order never matters.
 namespace byte_order {
 
-/// The unsigned integer whose bytes are the first sizeof(T) of `bytes`, low byte first. `bytes` must hold
-/// them.
+/// The unsigned integer whose bytes are the first sizeof(T)
+/// of `bytes`, low byte first. `bytes` must hold them.
 template <std::unsigned_integral T>
 constexpr T GetLittle(std::span<const std::uint8_t> bytes) {
     std::uint64_t value = 0;

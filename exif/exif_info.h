@@ -33,8 +33,8 @@ class EXIFInfo {
     /// Reads the payload of an APP1 segment, beginning at "Exif". Values that lie outside it are left out.
     [[nodiscard]] int parseFromEXIFSegment(const unsigned char* buf, unsigned int len);
 
-    /// Decodes MakerNote into the fields below it. Always returns 0; entries that lie outside the note are
-    /// skipped.
+    /// Decodes MakerNote into the fields below it. Always
+    /// returns 0; entries that lie outside the note are skipped.
     int ParseMakerNote();
 
     bool LittleEndian = false;  ///< byte order of the EXIF block

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Finds the EXIF block of a JPEG and reads its IFD0 and its EXIF IFD. IFD1, thumbnails and GPS data are not
-// read.
+// Finds the EXIF block of a JPEG and reads its IFD0 and its
+// EXIF IFD. IFD1, thumbnails and GPS data are not read.
 #include <algorithm>
 #include <array>
 #include <cstdint>

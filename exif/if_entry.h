@@ -12,8 +12,8 @@
 
 // Private to the EXIF parser: the entries of its IFDs.
 
-/// A TIFF structure in a buffer: the byte order and where its header stands, from which all its offsets
-/// count.
+/// A TIFF structure in a buffer: the byte order and where
+/// its header stands, from which all its offsets count.
 struct TiffBlock {
     ByteView buf;
     std::uint64_t base = 0;
@@ -23,8 +23,8 @@ struct TiffBlock {
 std::uint16_t parse16(const TiffBlock& block, std::uint64_t offset);
 std::uint32_t parse32(const TiffBlock& block, std::uint64_t offset);
 
-/// The bytes of a text or of an UNDEFINED value. Short ones are the value field's, long ones stay in the
-/// buffer.
+/// The bytes of a text or of an UNDEFINED value. Short ones
+/// are the value field's, long ones stay in the buffer.
 class EntryBytes {
   public:
     EntryBytes() = default;

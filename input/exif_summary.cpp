@@ -10,8 +10,8 @@
 
 namespace {
 
-/// The quotient in single precision; a zero denominator gives an infinity or not a number. Widened for
-/// printf.
+/// The quotient in single precision; a zero denominator
+/// gives an infinity or not a number. Widened for printf.
 double Quotient(SRational value) {
     return static_cast<double>(static_cast<float>(value.numerator) / static_cast<float>(value.denominator));
 }

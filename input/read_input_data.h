@@ -9,14 +9,14 @@
 #include "exif/exif_info.h"
 #include "exif/lensdb.h"
 
-/// One image being converted: the names of its files, the sensor data of `<base>.RAW` (with the dark frame
-/// `<base>.BIA` subtracted when asked for), a small grey preview, and the shooting data of `<base>.JPG`.
-/// Owns all of it. Operations return 0 or an ErrorCode; after a failure the record keeps what was loaded so
-/// far.
+/// One image being converted: the names of its files, the sensor data of `<base>.RAW`
+/// (with the dark frame `<base>.BIA` subtracted when asked for), a small grey
+/// preview, and the shooting data of `<base>.JPG`. Owns all of it. Operations return
+/// 0 or an ErrorCode; after a failure the record keeps what was loaded so far.
 class ReadInputData {
   public:
-    /// Reads the pair `base`.JPG, `base`.RAW of `folder` (which ends in a separator, or is empty), the JPEG
-    /// first.
+    /// Reads the pair `base`.JPG, `base`.RAW of `folder` (which
+    /// ends in a separator, or is empty), the JPEG first.
     [[nodiscard]] int ProcessFile(const std::string& folder, const std::string& base, bool verbose,
                                   bool subtractBia);
 

@@ -20,9 +20,9 @@ constexpr std::uint32_t kDngRawOffset = 234336;
 constexpr int kDngPreviewWidth = 320;
 constexpr int kDngPreviewHeight = 240;
 
-/// A DNG as the camera writes it: little-endian, the three directories one behind the other from byte 8 on,
-/// then their values, the preview strips at kDngPreviewOffset and the raw strips at kDngRawOffset, up to the
-/// end.
+/// A DNG as the camera writes it: little-endian, the three directories one
+/// behind the other from byte 8 on, then their values, the preview strips
+/// at kDngPreviewOffset and the raw strips at kDngRawOffset, up to the end.
 struct CameraDngFile {
     std::vector<Entry> ifd0 = {};
     std::vector<Entry> raw_ifd = {};

@@ -13,8 +13,8 @@ namespace samples {
 
 constexpr std::uint32_t kExifHeaderSize = 6;  ///< bytes of "Exif" and two NULs, before the TIFF header
 
-/// The payload of an APP1 segment (Exif 2.3, section 4.5): the Exif header, a TIFF header, IFD0 and the EXIF
-/// IFD.
+/// The payload of an APP1 segment (Exif 2.3, section 4.5):
+/// the Exif header, a TIFF header, IFD0 and the EXIF IFD.
 struct ExifBlock {
     ByteOrder order = ByteOrder::kLittle;
     std::vector<Entry> ifd0 = {};  ///< in file order; the ExifIFD entry is added when the block is serialised

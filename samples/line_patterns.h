@@ -11,8 +11,8 @@ struct Bars {
     float across_y = 0;
 };
 
-/// How much of the pixel at (`x`, `y`) dark bars cover, 0 to 1. Bars too fine for the pixels fade to an even
-/// grey.
+/// How much of the pixel at (`x`, `y`) dark bars cover, 0
+/// to 1. Bars too fine for the pixels fade to an even grey.
 float BarCoverage(const Bars& bars, float x, float y);
 
 /// A star of 36 dark spokes around (0, 0): how much of the pixel at (`x`, `y`) spokes cover, 0 to 1. The star

@@ -10,8 +10,8 @@
 
 namespace samples {
 
-constexpr std::uint32_t kMakerNoteHeaderSize =
-    8;  ///< bytes of "LEICA" and three NULs; value offsets count from here
+/// Bytes of "LEICA" and three NULs; value offsets count from behind them.
+constexpr std::uint32_t kMakerNoteHeaderSize = 8;
 
 /// Tags of the camera's maker note.
 namespace note {
@@ -36,8 +36,8 @@ constexpr std::uint16_t kM16cVersion = 0x0333;
 constexpr std::uint16_t kImageNumber = 0x0340;
 }  // namespace note
 
-/// The 19 entries of a JPEG's maker note. 0x0311 and 0x0312 are RATIONAL there, though their values are
-/// signed.
+/// The 19 entries of a JPEG's maker note. 0x0311 and 0x0312
+/// are RATIONAL there, though their values are signed.
 std::vector<Entry> JpegMakerNoteEntries(const Shot& shot);
 /// The 15 entries of a DNG's maker note: no quality, no white-balance levels; 0x0311 and 0x0312 are
 /// SRATIONAL.

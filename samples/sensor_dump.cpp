@@ -70,8 +70,8 @@ float Normal(std::uint64_t seed, std::uint64_t index) {
     return (static_cast<float>(static_cast<std::int32_t>(sum)) - kMean) / kDeviation;
 }
 
-/// The column pattern, -1 to 1: random values every 128 columns joined smoothly, and a smaller one for each
-/// column.
+/// The column pattern, -1 to 1: random values every 128
+/// columns joined smoothly, and a smaller one for each column.
 float Pattern(std::uint64_t seed, std::uint64_t column) {
     constexpr std::uint64_t kSpacing = 128;
     constexpr std::uint64_t kSmoothSeed = 0x5EED;

@@ -46,10 +46,8 @@ struct SensorOptions {
     float read_noise = 2.5F;   ///< standard deviation
     float photon_gain = 0.3F;  ///< raw units per electron: the variance of a signal is this times the signal
     float dark_level = 92;
-    float column_pattern =
-        3;  ///< peak of the per-column dark level around `dark_level`; 0 gives even columns
-    std::uint64_t column_seed =
-        3106091;  ///< of the column pattern: belongs to the camera, not to the exposure
+    float column_pattern = 3;  ///< peak of the columns' levels around `dark_level`; 0: even columns
+    std::uint64_t column_seed = 3106091;  ///< of the column pattern: the camera's, not the exposure's
     /// A column that is hot from row 700 on and a dead one.
     std::vector<ColumnDefect> defects = {{1203, 700, kSensorHeight, 9019}, {2750, 0, kSensorHeight, 92}};
     std::vector<float> left_row_offsets = {};   ///< added to the left half of row i; empty: none

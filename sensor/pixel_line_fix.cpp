@@ -34,9 +34,9 @@ struct DefectGroup {
     }
 };
 
-/// The neighbours of one pixel, by their distance in the buffer: at the first and last column a diagonal one
-/// is at the other end of a row next to it. One that would lie outside the buffer is replaced by its mirror
-/// image.
+/// The neighbours of one pixel, by their distance in the buffer: at the first
+/// and last column a diagonal one is at the other end of a row next to it.
+/// One that would lie outside the buffer is replaced by its mirror image.
 class Neighbours {
   public:
     Neighbours(const unsigned short* pixel, int column, int row, int width, int height)

@@ -12,10 +12,10 @@
 
 class ReadInputData;
 
-/// The sensor database: per camera body, the defective sensor columns and the dark level of each column, kept
-/// in `sensdb.ini`. The file holds one section a camera, named by its serial number, with any number of Line
-/// and LevelCorrection values in order; these two names are taken in exactly this spelling, others are
-/// ignored.
+/// The sensor database: per camera body, the defective sensor columns and the dark
+/// level of each column, kept in `sensdb.ini`. The file holds one section a camera,
+/// named by its serial number, with any number of Line and LevelCorrection values in
+/// order; these two names are taken in exactly this spelling, others are ignored.
 class sensdb {
   public:
     /// One camera.

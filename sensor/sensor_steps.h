@@ -24,12 +24,12 @@ class SensorSteps {
     SensorSteps(const SensorImage& image, sensdb& sensors, bool verbose)
         : image_(image), sensors_(sensors), verbose_(verbose) {}
 
-    /// Repairs the camera's defective columns, or paints them white with `test`. A camera without any is no
-    /// matter.
+    /// Repairs the camera's defective columns, or paints them
+    /// white with `test`. A camera without any is no matter.
     void FixPixelLines(bool test);
 
-    /// Removes the dark field; see sensorfixtools::fixBlackLevels. Returns whether the camera has levels for
-    /// it.
+    /// Removes the dark field; see sensorfixtools::fixBlackLevels.
+    /// Returns whether the camera has levels for it.
     bool FixDarkField(bool estimate);
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a repair writes, whatever it is asked for, and what it refuses. The corrections have tests of their
-// own.
+// What a repair writes, whatever it is asked for, and what
+// it refuses. The corrections have tests of their own.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>

@@ -24,8 +24,8 @@ class Card {
 
     /// Adds a full-size pair; see support::WritePair.
     void AddPair(const std::string& base, const samples::Shot& shot = {}) const;
-    /// Adds a pair whose RAW file is a link to that of another pair: as good to the program, without the
-    /// room.
+    /// Adds a pair whose RAW file is a link to that of another
+    /// pair: as good to the program, without the room.
     void AddLinkedPair(const std::string& base, const std::string& other) const;
     /// Adds a dark frame to `base`, all of whose words are `level`.
     void AddDarkFrame(const std::string& base, std::uint16_t level) const;

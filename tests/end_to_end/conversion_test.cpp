@@ -139,8 +139,8 @@ TEST(DarkFrame, OfOneImageLeavesTheNextAlone) {
     EXPECT_TRUE(RawPixels(card.Dng(order[1])) == ExpectedPixels(TestPixel));
 }
 
-/// The state that a dark frame sets is reset only after a DNG was written. An image that fails to load hands
-/// it on.
+/// The state that a dark frame sets is reset only after a
+/// DNG was written. An image that fails to load hands it on.
 TEST(DarkFrame, OfAnImageThatFailsIsAskedOfTheNextOne) {
     Card card;
     card.AddPair("A");

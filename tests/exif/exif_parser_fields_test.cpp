@@ -90,8 +90,8 @@ Types Except(Types types, const Types& excluded) {
     return types;
 }
 
-/// Reads a block with only `entry` in one IFD and expects that `field`, which held `before`, then holds
-/// `after`.
+/// Reads a block with only `entry` in one IFD and expects
+/// that `field`, which held `before`, then holds `after`.
 template <typename Value>
 void ExpectAfter(const Field<Value>& field, const Value& before, const Entry& entry, bool in_ifd0,
                  ByteOrder order, const Value& after) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whatever the two databases hold and wherever they end: the images are corrected by what can be read of
-// them.
+// Whatever the two databases hold and wherever they end:
+// the images are corrected by what can be read of them.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>

@@ -63,8 +63,8 @@ void ExpectWholeDng(const RepairRun& run) {
               file.file.size());
 }
 
-/// Repairs the input. Returns whether a whole file was written; otherwise it was refused, with the message
-/// for that.
+/// Repairs the input. Returns whether a whole file was written;
+/// otherwise it was refused, with the message for that.
 bool RepairOrRefuse(RepairRun& run, const RepairRequest& request) {
     constexpr std::chrono::seconds longest(5);
     const auto start = std::chrono::steady_clock::now();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whatever the EXIF block of a JPEG holds: it is refused with a known code, or it becomes a DNG that can be
-// read.
+// Whatever the EXIF block of a JPEG holds: it is refused
+// with a known code, or it becomes a DNG that can be read.
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -42,7 +42,8 @@ struct Mode {
 lensdb OneLensForEveryCode() {
     lensdb lenses;
     for (std::uint8_t code = 0; code < 64; ++code) {
-        lenses.Lenses[maker_note::LensCodeText(code)] = {"Maker", "Model", "1", 50, {91750, 131072, 367002, 1048576}};
+        lenses.Lenses[maker_note::LensCodeText(code)] = {
+            "Maker", "Model", "1", 50, {91750, 131072, 367002, 1048576}};
     }
     return lenses;
 }

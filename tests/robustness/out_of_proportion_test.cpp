@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Small files that ask for much: by the thousand, entries that name the same bytes; lengths beyond all
-// reason.
+// Small files that ask for much: by the thousand, entries
+// that name the same bytes; lengths beyond all reason.
 #include <algorithm>
 #include <array>
 #include <cstdint>
