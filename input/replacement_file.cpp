@@ -115,7 +115,9 @@ int ReplacementFile::Open(const std::string& path) {
         return error;
     }
     errno = 0;
-    stream_.open(part_path_, std::ios::binary | std::ios::trunc);
+    // Not truncated: the part is new, and some file systems write a truncated file to disk as soon as it is
+    // closed.
+    stream_.open(part_path_, std::ios::binary | std::ios::in);
     return stream_.is_open() ? 0 : LastError();
 }
 
