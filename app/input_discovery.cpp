@@ -89,7 +89,7 @@ bool isfile(const char* path) {
     return file.Open(path);
 }
 
-std::vector<std::string> GetFileList(std::string folder) {
+std::vector<std::string> GetFileList(const std::string& folder) {
     std::vector<std::string> names;
     const OpenFolder listing(::opendir(folder.c_str()));
     if (!listing) {

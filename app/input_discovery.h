@@ -22,7 +22,7 @@ bool isfile(const char* path);
 /// length) in `folder`, in the order in which the system lists them. Extensions count in upper case only.
 /// `folder` ends in a separator or is "."; the names are appended to it as it stands. A folder that can't be
 /// read gives an empty list.
-std::vector<std::string> GetFileList(std::string folder);
+std::vector<std::string> GetFileList(const std::string& folder);
 
 /// What a run works on.
 struct InputFiles {

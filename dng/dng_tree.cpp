@@ -65,7 +65,7 @@ void DNGlib::AddRawImageTags(IFD& ifd) {
     AddIFDTag(&ifd, tag::kPhotometricInterpretation, kColorFilterArray);
     AddIFDTag(&ifd, tag::kSamplesPerPixel, samples_per_pixel);
     AddIFDTag(&ifd, tag::kRowsPerStrip, height);
-    AddIFDTag(&ifd, tag::kStripByteCounts, static_cast<unsigned int>(width * height * sizeof(std::uint16_t)));
+    AddIFDTag(&ifd, tag::kStripByteCounts, static_cast<unsigned int>(sizeof(std::uint16_t)) * width * height);
     AddIFDTag(&ifd, tag::kXResolution, kRawResolution, 1U);
     AddIFDTag(&ifd, tag::kYResolution, kRawResolution, 1U);
     AddIFDTag(&ifd, tag::kCFARepeatPatternDim, kTwoByTwo.data(), kTwoByTwo.size());

@@ -17,7 +17,7 @@ int ReadInputData::LoadJPGExif() {
     }
     // The camera's are a tenth of this; a file many times
     // as long is none of them, and is not read into memory.
-    constexpr std::uint64_t longest_jpeg = 64 * 1024 * 1024;
+    constexpr std::uint64_t longest_jpeg = 64ULL * 1024 * 1024;
     if (file.size() > longest_jpeg) {
         return kExifDamaged;
     }

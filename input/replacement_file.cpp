@@ -180,7 +180,7 @@ int ReplacementFile::PrepareToReplace() {
         return 0;
     }
     // A refusal leaves the owner or the mode of a new file.
-    (void)!::fchown(lock_, existing.st_uid, existing.st_gid);
-    (void)::fchmod(lock_, existing.st_mode & ALLPERMS);
+    [[maybe_unused]] const int owner_refused = ::fchown(lock_, existing.st_uid, existing.st_gid);
+    [[maybe_unused]] const int mode_refused = ::fchmod(lock_, existing.st_mode & ALLPERMS);
     return ::fsync(lock_) == 0 ? 0 : LastError();
 }

@@ -26,7 +26,7 @@ T ToInteger(const char* text) {
 /// The number that `text` begins with, 0 without one; one beyond the range of a float is infinite.
 float ToFloat(const char* text) {
     const double value = std::strtod(text, nullptr);
-    constexpr double largest = std::numeric_limits<float>::max();
+    constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
     constexpr float infinity = std::numeric_limits<float>::infinity();
     if (value > largest) {
         return infinity;

@@ -31,7 +31,7 @@ namespace {
     ::dup2(in, STDIN_FILENO);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(err, STDERR_FILENO);
-    for (std::string variable : start.variables) {
+    for (const std::string& variable : start.variables) {
         const auto equals = variable.find('=');
         ::setenv(variable.substr(0, equals).c_str(), variable.substr(equals + 1).c_str(), 1);
     }
