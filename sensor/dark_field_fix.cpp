@@ -48,10 +48,8 @@ void SubtractDithered(std::span<std::uint16_t> row, std::span<const float> level
 }
 
 void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float> levels) {
-    static_assert(sensor_frame::kFullWidth % Dither::kLanes == 0);
-    static_assert(sensor_frame::kCroppedWidth % Dither::kLanes == 0);
     Dither dither;
-    std::vector<float> random(levels.size());
+    std::vector<float> random((levels.size() + Dither::kLanes - 1) / Dither::kLanes * Dither::kLanes);
     while (!pixels.empty()) {
         const auto row = pixels.first(std::min(levels.size(), pixels.size()));
         dither.Fill(random);

@@ -20,26 +20,28 @@ std::uint32_t Seed() {
 }  // namespace
 
 Dither::Dither() {
-    for (std::uint32_t& lane : lanes_) {
-        lane = Seed();
+    for (std::uint32_t& generator : generators_) {
+        generator = Seed();
     }
 }
 
 void Dither::Fill(std::span<float> values) {
-    constexpr unsigned int unused_bits = 8;  // a float holds 24
-    constexpr float unit = 1.0F / (1U << 24U);
-    auto lanes = lanes_;
+    constexpr unsigned int half_bits = 16;
+    constexpr std::uint32_t low_half = 0xFFFF;
+    constexpr float unit = 1.0F / (1U << half_bits);
+    auto generators = generators_;
     for (std::size_t start = 0; start + kLanes <= values.size(); start += kLanes) {
         float* const next = &values[start];
-        for (std::size_t i = 0; i < kLanes; ++i) {
-            std::uint32_t x = lanes[i];
+        for (std::size_t i = 0; i < kGenerators; ++i) {
+            std::uint32_t x = generators[i];
             x ^= x << 13U;
             x ^= x >> 17U;
             x ^= x << 5U;
-            lanes[i] = x;
+            generators[i] = x;
             // A signed number converts in one instruction.
-            next[i] = static_cast<float>(static_cast<std::int32_t>(x >> unused_bits)) * unit;
+            next[i] = static_cast<float>(static_cast<std::int32_t>(x >> half_bits)) * unit;
+            next[i + kGenerators] = static_cast<float>(static_cast<std::int32_t>(x & low_half)) * unit;
         }
     }
-    lanes_ = lanes;
+    generators_ = generators;
 }

@@ -8,10 +8,10 @@
 #include <span>
 
 /// Uniform random numbers in [0, 1), many at a time: independent generators side by side (xorshift32, period
-/// 2^32 - 1 each), which the compiler turns into vector instructions.
+/// 2^32 - 1 each, two numbers of 16 bits a step), which the compiler turns into vector instructions.
 class Dither {
   public:
-    static constexpr std::size_t kLanes = 16;
+    static constexpr std::size_t kLanes = 32;  ///< numbers a step
 
     /// Takes its seeds from the C library's random sequence.
     Dither();
@@ -20,7 +20,9 @@ class Dither {
     void Fill(std::span<float> values);
 
   private:
-    std::array<std::uint32_t, kLanes> lanes_ = {};
+    static constexpr std::size_t kGenerators = kLanes / 2;
+
+    std::array<std::uint32_t, kGenerators> generators_ = {};
 };
 
 #endif  // VELMARCON_SENSOR_DITHER_H
