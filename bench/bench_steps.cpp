@@ -22,7 +22,7 @@ namespace {
 void CopyDump(benchmark::State& state) {
     const auto dump = samples::FlatWords(1000);
     std::vector<std::uint16_t> copy(dump.size());
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         copy = dump;
         benchmark::DoNotOptimize(copy.data());
     }
@@ -34,7 +34,7 @@ void CropAndPreview(benchmark::State& state, bool dark_frame) {
     ReadInputData record;
     record.SubtractBia = dark_frame;
     record.BiaData = samples::FlatWords(92);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.PauseTiming();
         record.ImageData = dump;
         record.ImageSize = raw_layout::kFileBytes;
@@ -48,7 +48,7 @@ BENCHMARK_CAPTURE(CropAndPreview, DarkFrame, true)->Unit(benchmark::kMicrosecond
 void ParseExif(benchmark::State& state) {
     const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
     EXIFInfo exif;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(exif.parseFrom(jpeg.data(), static_cast<unsigned int>(jpeg.size())));
     }
 }
@@ -64,7 +64,7 @@ void WriteTagTree(benchmark::State& state) {
     lensdb lenses;
     sensdb sensors("");
     std::ofstream nowhere("/dev/null", std::ios::binary);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         DNGlib dng(&record, &lenses, &sensors);
         dng.createDNGTree(false, true, 92, false, false, false);
         benchmark::DoNotOptimize(dng.DoFileLayout(0));

@@ -68,7 +68,7 @@ TEST(Conversion, WithPreviewPutsTheRawImageBehindIt) {
     // The first samples of the first two sampled rows, 0 and 12: columns 1, 13, 25.
     const auto grey = [](int x, int y) {
         const double value = std::min(std::sqrt(TestPixel(x, y) * 4.0), 255.0);
-        return static_cast<std::uint8_t>(value + 0.5);
+        return static_cast<std::uint8_t>(std::lround(value));
     };
     for (const int row : {0, 1}) {
         for (const int sample : {0, 1, 2}) {

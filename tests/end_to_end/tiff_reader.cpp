@@ -17,7 +17,7 @@ std::vector<std::string>& AllComplaints() {
     return lines;
 }
 
-void KeepComplaint(const char* module, const char* format, va_list arguments) {
+[[gnu::format(printf, 2, 0)]] void KeepComplaint(const char* module, const char* format, va_list arguments) {
     std::array<char, 500> text = {};
     std::vsnprintf(text.data(), text.size(), format, arguments);
     AllComplaints().push_back(std::string(module) + ": " + text.data());
