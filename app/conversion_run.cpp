@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "app/error_codes.h"
@@ -53,17 +54,29 @@ int ConversionRun::Run() {
     std::size_t position = 0;
     for (const std::string& name : names) {
         PrintHeader(++position, names.size(), name);
-        const std::string base = BaseName(name);
-        if (!settings_.refresh && isfile((settings_.output_folder + base + ".DNG").c_str())) {
-            std::printf("File %s.DNG already exists!\n", base.c_str());
-            continue;
-        }
-        if (Extension(name) != "RAW") {
-            RepairDng(base);
-        } else if (const int error = ConvertPair(base); error != 0) {
-            return error;
+        try {
+            if (const int error = ConvertEntry(name); error != 0) {
+                return error;
+            }
+        } catch (const std::bad_alloc&) {
+            // All of the image's memory is free again here; another one may need less.
+            std::printf("%s: DNG not written: out of memory\n", name.c_str());
         }
     }
+    return 0;
+}
+
+/// Returns 0, also when the image failed, or the code of an error that ends the run.
+int ConversionRun::ConvertEntry(const std::string& name) {
+    const std::string base = BaseName(name);
+    if (!settings_.refresh && isfile((settings_.output_folder + base + ".DNG").c_str())) {
+        std::printf("File %s.DNG already exists!\n", base.c_str());
+        return 0;
+    }
+    if (Extension(name) == "RAW") {
+        return ConvertPair(base);
+    }
+    RepairDng(base);
     return 0;
 }
 

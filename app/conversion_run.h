@@ -25,6 +25,7 @@ class ConversionRun {
     int Run();
 
   private:
+    [[nodiscard]] int ConvertEntry(const std::string& name);
     void RepairDng(const std::string& base);
     [[nodiscard]] int ConvertPair(const std::string& base);
     [[nodiscard]] int ConvertRecord(const std::string& base, ReadInputData& record);

@@ -1,35 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include <csignal>
 #include <cstddef>
-#include <span>
-#include <string>
 
-#include "app/conversion_run.h"
-#include "app/error_handler.h"
-#include "app/options.h"
-#include "app/run_settings.h"
-#include "exif/lensdb.h"
+#include "app/run_program.h"
 #include "input/pixel_memory.h"
-#include "sensor/sensdb.h"
+
+namespace {
+
+/// A write that fails is reported, or does not matter, and is no reason to die half-way through a card.
+void IgnoreWriteSignals() {
+#if defined(SIGXFSZ)
+    (void)std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow
+#endif
+#if defined(SIGPIPE)
+    (void)std::signal(SIGPIPE, SIG_IGN);  // nobody reads what is printed any more
+#endif
+}
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
-#if defined(SIGXFSZ)
-    // A file that may not grow is a failed write, to be reported, and no reason to die.
-    (void)std::signal(SIGXFSZ, SIG_IGN);
-#endif
+    IgnoreWriteSignals();
     pixel_memory::KeepFreedBlocks();
-
-    const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));
-    const std::string folder = ExecutableFolder(arguments.empty() ? "" : arguments.front());
-    lensdb lenses(folder);
-    // A missing database matters only to -l, and an empty one tells it then.
-    (void)lenses.LoadLensData();
-    sensdb sensors(folder);
-    const ErrorHandler errors;
-
-    RunSettings settings;
-    if (const int error = ParseOptions(arguments, lenses, errors, settings); error != 0) {
-        return error;
-    }
-    return ConversionRun(settings, lenses, sensors, errors).Run();
+    return RunProgram({argv, static_cast<std::size_t>(argc)});
 }

@@ -136,5 +136,6 @@ bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::I
     const auto preview_bytes = std::min<std::uint64_t>(preview->size, image.preview.size());
     (void)ReadBytes(file, preview->offset,
                     std::span(image.preview).first(static_cast<std::size_t>(preview_bytes)));
-    return ReadPixels(file, raw->offset, *layout, image.pixels);
+    // A preview that reaches beyond the file's end is a flaw of its own; one that can't be read is not.
+    return !file.stream().bad() && ReadPixels(file, raw->offset, *layout, image.pixels);
 }

@@ -20,9 +20,11 @@ bool InputFile::Open(const std::string& path) {
     return true;
 }
 
-void InputFile::ReadStart(std::span<std::uint8_t> bytes) {
+bool InputFile::ReadStart(std::span<std::uint8_t> bytes) {
     const auto count = std::min<std::uint64_t>(size_, bytes.size());
     stream_.seekg(0);
     stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
-    std::ranges::fill(bytes.subspan(static_cast<std::size_t>(stream_.gcount())), std::uint8_t{0});
+    const auto read = static_cast<std::uint64_t>(stream_.gcount());
+    std::ranges::fill(bytes.subspan(static_cast<std::size_t>(read)), std::uint8_t{0});
+    return read == count;
 }

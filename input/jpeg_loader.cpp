@@ -22,7 +22,9 @@ int ReadInputData::LoadJPGExif() {
         return kExifDamaged;
     }
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.size()));
-    file.ReadStart(bytes);
+    if (!file.ReadStart(bytes)) {
+        return kJpgUnreadable;
+    }
     if (Exif.parseFrom(bytes.data(), static_cast<unsigned int>(bytes.size())) != 0) {
         return kExifDamaged;
     }

@@ -17,13 +17,13 @@
 namespace {
 
 /// Reads the words of a sensor dump from the first `size` bytes of `file`; those that the file does not hold
-/// are 0, what follows them is not read.
-void ReadWords(InputFile& file, std::uint64_t size, std::vector<std::uint16_t>& words) {
+/// are 0, what follows them is not read. Returns false when those that it does hold can't be read.
+[[nodiscard]] bool ReadWords(InputFile& file, std::uint64_t size, std::vector<std::uint16_t>& words) {
     pixel_memory::Resize(words, raw_layout::kFileWords);
     const std::span bytes(reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes);
     const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(size, bytes.size()));
-    file.ReadStart(bytes.first(count));
     std::ranges::fill(bytes.subspan(count), std::uint8_t{0});
+    return file.ReadStart(bytes.first(count));
 }
 
 /// Position of the first pixel of row `y` in a sensor dump, in words.
@@ -52,14 +52,17 @@ int ReadInputData::LoadRawFile() {
         return kRawDamaged;
     }
     ImageSize = static_cast<std::int32_t>(raw.size());
-    ReadWords(raw, raw.size(), ImageData);
+    // A short file passes, see ExtractRawImage; a picture with a hole because the card failed must not.
+    if (!ReadWords(raw, raw.size(), ImageData)) {
+        return kRawUnreadable;
+    }
 
     if (SubtractBia) {
         InputFile bia;
-        if (!bia.Open(Folder + BiaFileName)) {
+        // As much is read as of the RAW file, whatever its own size.
+        if (!bia.Open(Folder + BiaFileName) || !ReadWords(bia, raw.size(), BiaData)) {
             return kBiaDamaged;
         }
-        ReadWords(bia, raw.size(), BiaData);  // as much as of the RAW file, whatever its own size
     }
     return ExtractRawImage();
 }

@@ -55,7 +55,7 @@ TEST(InputFile, ReadsTheStartAsOftenAsAsked) {
     ASSERT_TRUE(file.Open(folder / "file"));
     for (int i = 0; i < 2; ++i) {
         FiveBytes bytes = {};
-        file.ReadStart(bytes);
+        EXPECT_TRUE(file.ReadStart(bytes));
         EXPECT_EQ(bytes, (FiveBytes{'1', '2', '3', '4', '5'}));
     }
 }
@@ -66,7 +66,18 @@ TEST(InputFile, WhatTheFileDoesNotHoldBecomesZero) {
     InputFile file;
     ASSERT_TRUE(file.Open(folder / "file"));
     FiveBytes bytes = {9, 9, 9, 9, 9};
-    file.ReadStart(bytes);
+    EXPECT_TRUE(file.ReadStart(bytes));
+    EXPECT_EQ(bytes, (FiveBytes{'1', '2', '3', 0, 0}));
+}
+
+TEST(InputFile, AFileThatBecameShorterAfterItWasOpenedIsNotRead) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "file", "12345");
+    InputFile file;
+    ASSERT_TRUE(file.Open(folder / "file"));
+    std::filesystem::resize_file(folder / "file", 3);
+    FiveBytes bytes = {9, 9, 9, 9, 9};
+    EXPECT_FALSE(file.ReadStart(bytes));
     EXPECT_EQ(bytes, (FiveBytes{'1', '2', '3', 0, 0}));
 }
 

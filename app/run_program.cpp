@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "app/run_program.h"
+
+#include <cstdio>
+#include <new>
+#include <string>
+
+#include "app/conversion_run.h"
+#include "app/error_handler.h"
+#include "app/options.h"
+#include "app/run_settings.h"
+#include "exif/lensdb.h"
+#include "sensor/sensdb.h"
+
+namespace {
+
+int Run(std::span<char* const> arguments) {
+    const std::string folder = ExecutableFolder(arguments.empty() ? "" : arguments.front());
+    lensdb lenses(folder);
+    // A missing database matters only to -l, and an empty one tells it then.
+    (void)lenses.LoadLensData();
+    sensdb sensors(folder);
+    const ErrorHandler errors;
+
+    RunSettings settings;
+    if (const int error = ParseOptions(arguments, lenses, errors, settings); error != 0) {
+        return error;
+    }
+    return ConversionRun(settings, lenses, sensors, errors).Run();
+}
+
+}  // namespace
+
+int RunProgram(std::span<char* const> arguments) {
+    try {
+        return Run(arguments);
+    } catch (const std::bad_alloc&) {
+        std::printf("velmarcon: out of memory\n");
+        return kOutOfMemory;
+    }
+}
