@@ -12,7 +12,8 @@ namespace simple_ini {
 using File = CSimpleIniA;  ///< narrow characters, section and key names compared without case
 
 /// Loads the INI file at `path` into `ini`. Returns 0 or the library's negative error code. What is not a
-/// plain file (a folder, a pipe, a device) is SI_FILE, without being opened.
+/// plain file (a folder, a pipe, a device) is SI_FILE, without being opened. Throws std::bad_alloc when there
+/// is no memory for it.
 [[nodiscard]] int Load(const std::string& path, File& ini);
 
 /// Whether the library takes the two key names for the same key.

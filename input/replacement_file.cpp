@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -134,10 +135,10 @@ int ReplacementFile::CreatePart(const std::string& folder) {
     constexpr int most_names = 100;
     int first_error = 0;
     for (int i = 0; i < most_names; ++i) {
-        const std::string part = folder + ".velmarcon-" + std::to_string(i) + ".part";
+        std::string part = folder + ".velmarcon-" + std::to_string(i) + ".part";
         lock_ = CreateLocked(part);
         if (lock_ >= 0) {
-            part_path_ = part;
+            part_path_ = std::move(part);  // without an allocation, which could fail and leave the file behind
             return 0;
         }
         first_error = first_error != 0 ? first_error : LastError();

@@ -54,16 +54,23 @@ sensdb::Sensdbtype ReadCamera(const simple_ini::File& ini, const char* section,
     return camera;
 }
 
-/// Adds the camera's section; one without values leaves no trace.
-void AddCamera(simple_ini::File& ini, int serial, const sensdb::Sensdbtype& camera) {
+/// Adds the camera's section; one without values leaves no trace. Returns whether there was memory for all of
+/// it.
+bool AddCamera(simple_ini::File& ini, int serial, const sensdb::Sensdbtype& camera) {
     constexpr const char* no_comment = nullptr;
     const std::string section = std::to_string(serial);
     for (const std::uint16_t value : camera.Line) {
-        ini.SetLongValue(section.c_str(), kLineKey, value, no_comment, false, false);
+        if (ini.SetLongValue(section.c_str(), kLineKey, value, no_comment, false, false) < 0) {
+            return false;
+        }
     }
     for (const float value : camera.LevelCorrection) {
-        ini.SetDoubleValue(section.c_str(), kLevelKey, static_cast<double>(value), no_comment, false);
+        if (ini.SetDoubleValue(section.c_str(), kLevelKey, static_cast<double>(value), no_comment, false) <
+            0) {
+            return false;
+        }
     }
+    return true;
 }
 
 /// Returns 0 or the system's error number.
@@ -137,11 +144,10 @@ int sensdb::CalcSensLevel(ReadInputData* image) {
 int sensdb::WriteSensData() {
     simple_ini::File ini;
     ini.SetMultiKey(true);
-    for (const auto& [serial, camera] : Cameras) {
-        AddCamera(ini, serial, camera);
-    }
     std::string text;
-    if (ini.Save(text) < 0) {
+    const bool complete = std::ranges::all_of(
+        Cameras, [&](const auto& camera) { return AddCamera(ini, camera.first, camera.second); });
+    if (!complete || ini.Save(text) < 0) {
         return ReportUnwritten(DatabaseFile, "out of memory");
     }
     if (unreadable_) {
