@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-# One set of rules for every target: warnings are errors, sanitizers and clang-tidy by option.
+# One set of rules for every target: warnings are errors; hardening; sanitizers and clang-tidy by option.
+include(cmake/Hardening.cmake)
 
 add_library(velmarcon_build_rules INTERFACE)
 target_include_directories(velmarcon_build_rules INTERFACE "${CMAKE_SOURCE_DIR}")
@@ -9,6 +10,13 @@ target_compile_options(velmarcon_build_rules INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
   # GCC 12 warns of overlaps in the library's own string concatenation that cannot happen (GCC bug 105651).
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
+
+# Also where a long has 32 bits: files of 2 GB and more can be opened, and be found too long.
+target_compile_definitions(velmarcon_build_rules INTERFACE _FILE_OFFSET_BITS=64)
+
+if(VELMARCON_HARDEN AND NOT VELMARCON_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  velmarcon_harden(velmarcon_build_rules)
+endif()
 
 if(VELMARCON_SANITIZE)
   set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
