@@ -3,19 +3,50 @@
 #include "exif/simple_ini.h"
 
 #include <filesystem>
+#include <fstream>
+#include <ios>
 #include <new>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
 
 namespace simple_ini {
 
-int Load(const std::string& path, File& ini) {
+namespace {
+
+/// The bytes of the plain file at `path`; nothing when it is none, is too long, or can't be read.
+std::optional<std::string> ReadPlainFile(const std::string& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) {
+        return std::nullopt;
+    }
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.is_open() ? std::streamoff(file.tellg()) : -1;
+    if (size < 0 || static_cast<std::uint64_t>(size) > kLongestFile) {
+        return std::nullopt;
+    }
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    file.seekg(0);
+    file.read(bytes.data(), size);
+    return file.gcount() == size ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+}  // namespace
+
+int Load(const std::string& path, File& ini) {
+    bool complete = false;
+    return Load(path, ini, complete);
+}
+
+int Load(const std::string& path, File& ini, bool& complete) {
+    const auto bytes = ReadPlainFile(path);
+    if (!bytes) {
         return SI_FILE;
     }
-    const SI_Error result = ini.LoadFile(path.c_str());
+    complete = bytes->find('\0') == std::string::npos;
+    const SI_Error result = ini.LoadData(*bytes);
     if (result == SI_NOMEM) {
         // The library reports some failed allocations so and throws at others. A database that there was no
         // memory for must not look like one that is not there.

@@ -2,6 +2,7 @@
 #include "sensor/sensdb.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -102,8 +103,9 @@ int sensdb::LoadSensData() {
     const bool settled = state && state->Settled();
     simple_ini::File ini;
     ini.SetMultiKey(true);
-    const int error = simple_ini::Load(DatabaseFile, ini);
-    unreadable_ = error != SI_OK && state;
+    bool complete = false;
+    const int error = simple_ini::Load(DatabaseFile, ini, complete);
+    unreadable_ = state && (error != SI_OK || !complete);
     if (error != SI_OK) {
         return error;
     }
@@ -154,6 +156,7 @@ int sensdb::WriteSensData() {
         return ReportUnwritten(DatabaseFile, "the file that is there could not be read");
     }
     loaded_.reset();
-    const int error = ReplaceFile(DatabaseFile, text);
+    // One that no later run could load is not written.
+    const int error = text.size() > simple_ini::kLongestFile ? EFBIG : ReplaceFile(DatabaseFile, text);
     return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, std::strerror(error));
 }

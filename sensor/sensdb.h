@@ -41,7 +41,7 @@ class sensdb {
     int CalcSensLevel(ReadInputData* image);
 
     /// Writes the file anew, whole or not at all; cameras without values are left out. A file that could not
-    /// be read is not replaced. A failure prints one line with name and reason. Returns 0, or the INI
+    /// be read whole is not replaced. A failure prints one line with name and reason. Returns 0, or the INI
     /// library's negative error code.
     int WriteSensData();
 
@@ -54,7 +54,7 @@ class sensdb {
   private:
     std::optional<FileState>
         loaded_;               ///< the file as it was last read, unless the cameras have changed since
-    bool unreadable_ = false;  ///< the file is there, but its last reading failed
+    bool unreadable_ = false;  ///< the file is there, but its last reading failed or ended early
 };
 
 #endif  // VELMARCON_SENSOR_SENSDB_H
