@@ -7,9 +7,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <span>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "dng/dng_tags.h"
@@ -67,6 +69,22 @@ void Write(std::ofstream& file, std::span<const char> bytes) {
 /// The name up to and including its last "."; empty when it has none.
 std::string UpToExtension(const std::string& name) {
     return name.substr(0, name.rfind('.') + 1);
+}
+
+/// Whether `path` is a link that ends at a file by the name of a RAW file, a dark frame or a JPEG. These are
+/// only ever read, whatever the links in a folder say.
+bool LeadsToInput(const std::string& path) {
+    std::error_code error;
+    const auto extension = std::filesystem::canonical(path, error).extension();
+    return !error && (extension == ".RAW" || extension == ".BIA" || extension == ".JPG");
+}
+
+/// Starts the file. Returns 0 or the system's error number. A layout of no size does not fit into a file.
+int OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& file) {
+    if (size == 0) {
+        return EFBIG;
+    }
+    return LeadsToInput(path) ? EEXIST : file.Open(path);
 }
 
 /// A failure ends the run's work on this file, not the run.
@@ -146,7 +164,7 @@ int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceNam
     const std::uint64_t size = DoFileLayout(rawBytes);
     const std::string path = prefix + UpToExtension(sourceName) + "DNG";
     ReplacementFile file;
-    if (const int error = size == 0 ? EFBIG : file.Open(path); error != 0) {
+    if (const int error = OpenOutput(path, size, file); error != 0) {
         ReportUnwritten(path, error);
         return 0;
     }
