@@ -18,8 +18,8 @@ namespace byte_order {
 template <std::unsigned_integral T>
 constexpr T GetLittle(std::span<const std::uint8_t> bytes) {
     std::uint64_t value = 0;
-    for (std::size_t i = sizeof(T); i-- > 0;) {
-        value = value << 8U | bytes[i];
+    for (std::size_t i = 0; i < sizeof(T); ++i) {
+        value |= std::uint64_t{bytes[i]} << (8U * i);
     }
     return static_cast<T>(value);
 }

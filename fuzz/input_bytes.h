@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_FUZZ_INPUT_BYTES_H
+#define VELMARCON_FUZZ_INPUT_BYTES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// One input: a few bytes in front choose options, the rest is what the subject reads.
+class InputBytes {
+  public:
+    InputBytes(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}
+
+    /// Takes the next byte off the front; 0 when there is none.
+    std::uint8_t NextByte() {
+        if (rest_.empty()) {
+            return 0;
+        }
+        const std::uint8_t byte = rest_.front();
+        rest_ = rest_.subspan(1);
+        return byte;
+    }
+
+    std::span<const std::uint8_t> Rest() const { return rest_; }
+
+  private:
+    std::span<const std::uint8_t> rest_;
+};
+
+/// Whether bit `position`, counted from the lowest, is set.
+constexpr bool Bit(std::uint8_t byte, unsigned int position) {
+    return (byte >> position & 1U) != 0;
+}
+
+#endif  // VELMARCON_FUZZ_INPUT_BYTES_H

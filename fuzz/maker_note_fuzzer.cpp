@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// The camera's maker note by both its readers: the one of JPEGs, which looks at the tags, and the one of the
+// camera's DNGs, which goes by position.
+#include <bit>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "dng/maker_note_struct.h"
+#include "exif/exif_info.h"
+#include "exif/maker_note.h"
+#include "fuzz/fuzz_target.h"
+#include "fuzz/require.h"
+#include "fuzz/same_record.h"
+
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+void ReadByTag(Bytes note) {
+    EXIFInfo exif;
+    exif.MakerNote.assign(note.begin(), note.end());
+    const std::vector<std::uint8_t> before = exif.MakerNote;
+    Require(exif.ParseMakerNote() == 0, "a note's decoding has one result");
+    Require(exif.MakerNote == before, "the note itself stays as it is");
+    Require(exif.LensCodeBits.empty() ? exif.LensCode == 0 && exif.FrameSelector == 0
+                                      : exif.LensCodeBits == maker_note::LensCodeText(exif.LensCode),
+            "the lens code's text is that of its number");
+    EXIFInfo again = exif;
+    Require(again.ParseMakerNote() == 0 && SameRecord(again, exif), "decoding twice changes nothing");
+}
+
+/// The `size` bytes at `position` as a number, low byte first, read the plainest way; 0 when they are not all
+/// there.
+std::uint32_t Plain(Bytes note, std::uint64_t position, std::uint64_t size) {
+    if (position + size > note.size()) {
+        return 0;
+    }
+    std::uint32_t value = 0;
+    for (std::uint64_t i = size; i > 0; --i) {
+        value = value * 256 + note[static_cast<std::size_t>(position + i - 1)];
+    }
+    return value;
+}
+
+/// Where the value field of entry `index` stands.
+constexpr std::uint64_t Field(std::uint64_t index) {
+    constexpr std::uint64_t first = 8 + 2 + 8;  // header, entry count, tag to count of an entry
+    return first + 12 * index;
+}
+
+void RequirePair(Bytes note, std::uint64_t index, std::uint32_t offset,
+                 const std::vector<std::int32_t>& pair) {
+    Require(offset == Plain(note, Field(index), 4), "an offset is the one in its entry");
+    Require(pair.size() == 2, "a pair has two halves");
+    if (Field(index) + 4 <= note.size()) {
+        Require(std::bit_cast<std::uint32_t>(pair[0]) == Plain(note, std::uint64_t{8} + offset, 4) &&
+                    std::bit_cast<std::uint32_t>(pair[1]) == Plain(note, std::uint64_t{12} + offset, 4),
+                "a pair is what stands at its offset");
+    } else {
+        Require(pair[0] == 0 && pair[1] == 0, "a pair without an entry is 0");
+    }
+}
+
+void ReadByPosition(Bytes note) {
+    const MakerNoteStruct values = DecodeMakerNote(ByteView(note));
+    Require(values.entry_count == Plain(note, 8, 2), "the count is the one in the note");
+    Require(values.user_profile == Plain(note, Field(0), 4), "entry 0 is the user profile");
+    Require(values.serial_number == Plain(note, Field(1), 4), "entry 1 is the serial number");
+    Require(values.white_balance == Plain(note, Field(2), 2), "entry 2 is the white balance");
+    Require(values.lens == Plain(note, Field(3), 4), "entry 3 is the lens");
+    Require(values.LensCode() == (values.lens & 0xFFU) >> 2U, "the lens code is six bits of the lens");
+    RequirePair(note, 4, values.external_brightness_offset, values.external_brightness);
+    RequirePair(note, 5, values.measured_light_offset, values.measured_light);
+    RequirePair(note, 6, values.approximate_f_number_offset, values.approximate_f_number);
+    for (std::size_t i = 0; i < values.further.size(); ++i) {
+        Require(values.further.at(i) == Plain(note, Field(7 + i), 4), "the other entries follow");
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    ReadByTag({data, size});
+    ReadByPosition({data, size});
+    return 0;
+}

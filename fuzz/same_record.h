@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_FUZZ_SAME_RECORD_H
+#define VELMARCON_FUZZ_SAME_RECORD_H
+
+#include "exif/exif_info.h"
+
+/// Whether all members of two records are the same, floating-point numbers bit by bit.
+bool SameRecord(const EXIFInfo& a, const EXIFInfo& b);
+
+#endif  // VELMARCON_FUZZ_SAME_RECORD_H

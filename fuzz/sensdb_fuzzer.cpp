@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// The text of sensdb.ini: read, applied to a small image, written and read back.
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "fuzz/fuzz_target.h"
+#include "fuzz/input_bytes.h"
+#include "fuzz/require.h"
+#include "fuzz/scratch_folder.h"
+#include "input/read_input_data.h"
+#include "sensor/sensdb.h"
+#include "sensor/sensor_frame.h"
+#include "sensor/sensor_steps.h"
+
+namespace {
+
+using Pixels = std::vector<unsigned short>;
+
+constexpr int kHeight = 6;
+
+/// How the database is applied, by the input's first two bytes.
+struct Mode {
+    int width;
+    std::uint16_t iso;
+    bool test;
+    bool estimate;
+    bool all_columns;  ///< give the camera as many levels as the sensor has columns
+    bool create;       ///< make new levels from the image
+    std::uint16_t brightness;
+
+    explicit Mode(InputBytes& input) {
+        const std::uint8_t bits = input.NextByte();
+        constexpr std::array<int, 4> widths = {sensor_frame::kFullWidth, sensor_frame::kCroppedWidth, 2, 5};
+        constexpr std::array<std::uint16_t, 4> speeds = {160, 320, 1250, 2500};
+        width = widths.at(bits & 3U);
+        iso = speeds.at(bits >> 2U & 3U);
+        test = Bit(bits, 4);
+        estimate = Bit(bits, 5);
+        all_columns = Bit(bits, 6);
+        create = Bit(bits, 7);
+        brightness = input.NextByte();
+    }
+};
+
+/// Neighbours differ; the darkest pixels are around `brightness`.
+Pixels Image(const Mode& mode) {
+    Pixels pixels(static_cast<std::size_t>(mode.width) * kHeight);
+    std::uint32_t step = 0;
+    for (unsigned short& pixel : pixels) {
+        pixel = static_cast<unsigned short>(mode.brightness + step++ * 7 % 61);
+    }
+    return pixels;
+}
+
+/// The camera whose levels are used: the first one with values, so that any section name will do.
+std::uint32_t AnyCamera(const sensdb& sensors) {
+    return sensors.Cameras.empty() ? 0 : static_cast<std::uint32_t>(sensors.Cameras.begin()->first);
+}
+
+/// Repeats the camera's levels over all columns of the sensor: four thousand lines are more than a fuzzer
+/// makes up.
+void FillColumns(sensdb::Sensdbtype& camera) {
+    auto& levels = camera.LevelCorrection;
+    for (std::size_t i = 0; !levels.empty() && levels.size() < sensor_frame::kFullWidth; ++i) {
+        levels.push_back(levels[i]);
+    }
+}
+
+void Apply(const Mode& mode, std::uint32_t serial, sensdb& sensors) {
+    Pixels pixels = Image(mode);
+    const Pixels before = pixels;
+    SensorSteps steps({serial, mode.iso, &pixels, mode.width, kHeight}, sensors, true);
+    steps.FixPixelLines(mode.test);
+    const sensdb::Sensdbtype camera = sensors.Camera(serial);
+    Require(camera.Line.size() >= sensdb::Sensdbtype::kLineGroup || pixels == before,
+            "without defects no pixel changes");
+    const bool corrected = steps.FixDarkField(mode.estimate);
+    Require(corrected == !camera.LevelCorrection.empty(), "only a camera with levels is corrected");
+    Require(pixels.size() == before.size(), "an image keeps its size");
+}
+
+/// New levels from an image of the dark.
+void Create(const Mode& mode, std::uint32_t serial, sensdb& sensors) {
+    ReadInputData record;
+    record.Exif.SerialNumber = serial;
+    record.Width = mode.width;
+    record.Height = kHeight;
+    record.ImageData = Image(mode);
+    Require(sensors.CalcSensLevel(&record) == 0, "levels can be made from every image");
+    Require(sensors.Camera(serial).LevelCorrection.size() == static_cast<std::size_t>(mode.width),
+            "each column has a level");
+}
+
+/// Whether `read` is what six decimals leave of `written`.
+bool SameLevel(float written, float read) {
+    if (std::isnan(written)) {
+        return std::isnan(read);
+    }
+    constexpr double half_unit = 0.5000001e-6;
+    const double difference = static_cast<double>(written) - static_cast<double>(read);
+    // Where single precision is coarser than six decimals, the number itself comes back.
+    return written == read ||
+           std::abs(difference) <= half_unit + std::abs(static_cast<double>(written)) * 6e-8;
+}
+
+void RequireSame(const sensdb::Sensdbtype& written, const sensdb::Sensdbtype& read) {
+    Require(written.Line == read.Line, "defects come back as they were written");
+    Require(written.LevelCorrection.size() == read.LevelCorrection.size(), "all levels come back");
+    for (std::size_t i = 0; i < read.LevelCorrection.size(); ++i) {
+        Require(SameLevel(written.LevelCorrection[i], read.LevelCorrection[i]),
+                "a level comes back to six decimals");
+    }
+}
+
+/// Writes the cameras as a database of its own: one that could not be read completely is not written over.
+void WriteAndReadBack(const ScratchFolder& folder, const sensdb& sensors) {
+    folder.Remove("sensdb.ini");  // what is new need not wait for the disk
+    sensdb writer(folder.prefix());
+    writer.Cameras = sensors.Cameras;
+    Require(writer.WriteSensData() == 0, "every database can be written");
+    sensdb again(folder.prefix());
+    const int result = again.LoadSensData();
+    std::size_t with_values = 0;
+    for (const auto& [serial, camera] : sensors.Cameras) {
+        if (!camera.Line.empty() || !camera.LevelCorrection.empty()) {
+            ++with_values;
+            RequireSame(camera, again.Camera(static_cast<std::uint32_t>(serial)));
+        }
+    }
+    Require(result == 0 || with_values == 0, "a written database can be read");
+    Require(again.Cameras.size() == with_values, "cameras without values are left out");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    SilenceStdout();
+    static const ScratchFolder folder;
+    InputBytes input(data, size);
+    const Mode mode(input);
+    folder.Write("sensdb.ini", input.Rest());
+    sensdb sensors(folder.prefix());
+    if (sensors.LoadSensData() != 0) {
+        Require(sensors.Cameras.empty(), "a file that can't be read has no cameras");
+        return 0;
+    }
+    const std::uint32_t serial = AnyCamera(sensors);
+    if (mode.create) {
+        Create(mode, serial, sensors);
+    }
+    // Levels for a whole sensor take longer to write than everything else; they are as those of a small
+    // image.
+    if (!mode.create || mode.width < sensor_frame::kCroppedWidth) {
+        WriteAndReadBack(folder, sensors);
+    }
+    if (mode.all_columns) {
+        FillColumns(sensors.Camera(serial));
+    }
+    Apply(mode, serial, sensors);
+    return 0;
+}

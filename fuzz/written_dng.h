@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_FUZZ_WRITTEN_DNG_H
+#define VELMARCON_FUZZ_WRITTEN_DNG_H
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "tests/support/tiff_file.h"
+
+/// A DNG that the program wrote. Making one ends the process unless the file is whole: a little-endian TIFF
+/// whose IFDs are sorted, whose IFDs, values and strips lie in the file, at even offsets, none upon another,
+/// and which ends with the raw strip.
+class WrittenDng {
+  public:
+    /// Checks `bytes`. With `preview`, IFD0 must hold the preview and a SubIFD the raw image.
+    WrittenDng(std::vector<std::uint8_t> bytes, bool preview);
+
+    const support::TiffIFD& ifd0() const { return ifd0_; }
+    const support::TiffIFD& raw_ifd() const { return raw_ifd_; }
+    const support::TiffIFD& exif_ifd() const { return exif_ifd_; }
+
+    /// The bytes of the only strip of `ifd`, one of the three.
+    std::span<const std::uint8_t> Strip(const support::TiffIFD& ifd) const;
+    std::span<const std::uint8_t> bytes() const { return bytes_; }
+
+  private:
+    /// Where something stands in the file, in bytes.
+    struct Place {
+        std::uint64_t begin;
+        std::uint64_t end;
+    };
+
+    void AddPlace(std::uint64_t offset, std::uint64_t size);
+    void AddIFD(const support::TiffIFD& ifd);
+    void AddStrip(const support::TiffIFD& ifd);
+    void RequireNoOverlap();
+
+    std::vector<std::uint8_t> bytes_;
+    support::TiffFile file_;
+    support::TiffIFD ifd0_;
+    support::TiffIFD raw_ifd_;
+    support::TiffIFD exif_ifd_;
+    std::vector<Place> places_;
+};
+
+/// Requires that `entry` is an ASCII value: `text`, closed by a NUL unless it ends in one.
+void RequireText(const support::TiffEntry& entry, std::string text);
+
+#endif  // VELMARCON_FUZZ_WRITTEN_DNG_H
