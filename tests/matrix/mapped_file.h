@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_TESTS_MATRIX_MAPPED_FILE_H
+#define VELMARCON_TESTS_MATRIX_MAPPED_FILE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace matrix {
+
+/// A file's bytes, mapped: they don't count as memory of the processes that are started meanwhile, as those
+/// of a buffer would.
+class MappedFile {
+  public:
+    explicit MappedFile(const std::string& path);
+    ~MappedFile();
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+    MappedFile(MappedFile&&) = delete;
+    MappedFile& operator=(MappedFile&&) = delete;
+
+    /// Whether the file could be opened.
+    bool there() const { return there_; }
+    /// None of an empty file.
+    std::span<const std::uint8_t> bytes() const { return {static_cast<const std::uint8_t*>(bytes_), size_}; }
+
+  private:
+    void* bytes_ = nullptr;
+    std::size_t size_ = 0;
+    bool there_ = false;
+};
+
+}  // namespace matrix
+
+#endif  // VELMARCON_TESTS_MATRIX_MAPPED_FILE_H
