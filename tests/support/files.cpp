@@ -47,6 +47,11 @@ std::vector<std::uint8_t> ReadFile(const std::string& path) {
     return bytes;
 }
 
+std::string ReadText(const std::string& path) {
+    const auto bytes = ReadFile(path);
+    return {bytes.begin(), bytes.end()};
+}
+
 std::vector<std::string> Names(const std::string& folder) {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {

@@ -35,6 +35,8 @@ void WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);
 void WriteFile(const std::string& path, std::string_view text);
 /// All bytes of a file; the test fails when it can't be read.
 std::vector<std::uint8_t> ReadFile(const std::string& path);
+/// The same as text.
+std::string ReadText(const std::string& path);
 
 /// The names in a folder, sorted.
 std::vector<std::string> Names(const std::string& folder);
