@@ -3,6 +3,7 @@
 // whole file that is its own repair.
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -122,10 +123,9 @@ void RequireItsOwnRepair(Workshop& workshop, Bytes written) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    SilenceStdout();
+void FuzzInput(std::span<const std::uint8_t> bytes) {
     static Workshop workshop;
-    InputBytes input(data, size);
+    InputBytes input(bytes);
     const std::uint8_t options = input.NextByte();
     const std::uint8_t more = input.NextByte();
     Bytes written;
@@ -136,5 +136,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } else {
         Require(result == kDngDamaged || result == kNotACameraDng, "a file is refused as one of two kinds");
     }
-    return 0;
 }

@@ -11,7 +11,6 @@
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
 #include "fuzz/same_record.h"
-#include "fuzz/scratch_folder.h"
 #include "input/read_input_data.h"
 
 namespace {
@@ -64,27 +63,25 @@ bool IsResult(int result) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    SilenceStdout();
+void FuzzInput(std::span<const std::uint8_t> bytes) {
     EXIFInfo exif;
-    const int result = exif.parseFrom(data, static_cast<unsigned int>(size));
+    const int result = exif.parseFrom(bytes.data(), static_cast<unsigned int>(bytes.size()));
     Require(IsResult(result), "the result is one that the parser has");
     if (result == EXIFInfo::kNotAJpeg) {
         Require(SameRecord(exif, EXIFInfo()), "what is no JPEG leaves the record alone");
-        return 0;
+        return;
     }
-    RequireValuesOfTheFile({data, size}, exif);
+    RequireValuesOfTheFile(bytes, exif);
     RequireDecodedNote(exif);
     Require(exif.ExposureBiasValue.denominator == 3 || exif.ExposureBiasValue == kClearedSRational,
             "an exposure bias is in thirds");
 
     EXIFInfo again;
-    const std::string text(reinterpret_cast<const char*>(data), size);
+    const std::string text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     Require(again.parseFrom(text) == result && SameRecord(again, exif),
             "the same bytes give the same record");
 
     ReadInputData record;
     record.Exif = exif;
     record.PrintExifData();
-    return 0;
 }

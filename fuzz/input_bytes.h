@@ -2,14 +2,13 @@
 #ifndef VELMARCON_FUZZ_INPUT_BYTES_H
 #define VELMARCON_FUZZ_INPUT_BYTES_H
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 
 /// One input: a few bytes in front choose options, the rest is what the subject reads.
 class InputBytes {
   public:
-    InputBytes(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}
+    explicit InputBytes(std::span<const std::uint8_t> bytes) : rest_(bytes) {}
 
     /// Takes the next byte off the front; 0 when there is none.
     std::uint8_t NextByte() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -62,13 +63,13 @@ void UseLens(const lensdb::Lensdbtype& lens) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzInput(std::span<const std::uint8_t> bytes) {
     static const ScratchFolder folder;
-    folder.Write("lensdb.ini", {data, size});
+    folder.Write("lensdb.ini", bytes);
     lensdb lenses(folder.prefix());
     if (lenses.LoadLensData() != 0) {
         Require(lenses.Lenses.empty(), "a file that can't be read has no lenses");
-        return 0;
+        return;
     }
     std::size_t total = 0;
     for (const auto& [code, lens] : lenses.Lenses) {
@@ -76,9 +77,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         UseLens(lens);
         total += code.size() + lens.Maker.size() + lens.Model.size() + lens.SerialNo.size();
     }
-    Require(total <= size, "the texts together are not longer than the file");
+    Require(total <= bytes.size(), "the texts together are not longer than the file");
     const std::size_t count = lenses.Lenses.size();
     Require(lenses.LoadLensData() == 0 && lenses.Lenses.size() == count,
             "reading twice gives the same lenses");
-    return 0;
 }

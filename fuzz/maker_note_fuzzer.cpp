@@ -80,8 +80,7 @@ void ReadByPosition(Bytes note) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    ReadByTag({data, size});
-    ReadByPosition({data, size});
-    return 0;
+void FuzzInput(std::span<const std::uint8_t> bytes) {
+    ReadByTag(bytes);
+    ReadByPosition(bytes);
 }

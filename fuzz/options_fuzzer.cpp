@@ -151,11 +151,11 @@ void RequireFolderOf(const std::string& program) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    SilenceStdout();
+void FuzzInput(std::span<const std::uint8_t> bytes) {
     static const Card card;
     const CurrentFolderIs card_folder(card.path());
-    std::vector<std::string> texts = Arguments({reinterpret_cast<const char*>(data), size}, card.path());
+    std::vector<std::string> texts =
+        Arguments({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, card.path());
     const std::vector<std::string> before = texts;
     std::vector<char*> arguments;
     arguments.reserve(texts.size());
@@ -165,7 +165,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RequireFolderOf(texts.front());
 
     lensdb lenses;
-    if (size % 2 != 0) {
+    if (bytes.size() % 2 != 0) {
         lenses.Lenses["100001"] = {};
     }
     const ErrorHandler errors;
@@ -181,5 +181,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             "the same command line asks for the same");
     Require(texts == before, "the command line stays as it is");
     card.RequireUntouched();
-    return 0;
 }

@@ -187,15 +187,13 @@ class Studio {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    SilenceStdout();
+void FuzzInput(std::span<const std::uint8_t> bytes) {
     static Studio studio;
-    InputBytes input(data, size);
+    InputBytes input(bytes);
     const std::uint8_t options = input.NextByte();
     const std::uint8_t black_level = input.NextByte();
     const std::uint8_t mark_high = input.NextByte();
     const std::uint8_t mark_low = input.NextByte();
     studio.Convert(Jpeg(input.Rest()), SettingsOf(options, black_level),
                    mark_high * 256 + mark_low == FullSizeMark(input.Rest()));
-    return 0;
 }

@@ -50,7 +50,6 @@ bool Replay(const fs::path& path) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    LLVMFuzzerTestOneInput(nullptr, 0);
     int replayed = 0;
     for (const char* argument : std::span(argv, static_cast<std::size_t>(argc)).subspan(1)) {
         for (const fs::path& path : Files(argument)) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/scratch_folder.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -56,14 +55,4 @@ std::vector<std::string> ScratchFolder::Names() const {
     }
     std::ranges::sort(names);
     return names;
-}
-
-void SilenceStdout() {
-    static const bool silenced = [] {
-        const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-        const bool redirected = nowhere >= 0 && ::dup2(nowhere, STDOUT_FILENO) >= 0;
-        ::close(nowhere);
-        return redirected;
-    }();
-    Require(silenced, "standard output can be silenced");
 }

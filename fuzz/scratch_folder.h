@@ -37,7 +37,4 @@ class ScratchFolder {
     std::string path_;
 };
 
-/// From now on, whatever this process prints to standard output is lost. May be called again.
-void SilenceStdout();
-
 #endif  // VELMARCON_FUZZ_SCRATCH_FOLDER_H

@@ -136,16 +136,15 @@ void WriteAndReadBack(const ScratchFolder& folder, const sensdb& sensors) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    SilenceStdout();
+void FuzzInput(std::span<const std::uint8_t> bytes) {
     static const ScratchFolder folder;
-    InputBytes input(data, size);
+    InputBytes input(bytes);
     const Mode mode(input);
     folder.Write("sensdb.ini", input.Rest());
     sensdb sensors(folder.prefix());
     if (sensors.LoadSensData() != 0) {
         Require(sensors.Cameras.empty(), "a file that can't be read has no cameras");
-        return 0;
+        return;
     }
     const std::uint32_t serial = AnyCamera(sensors);
     if (mode.create) {
@@ -160,5 +159,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         FillColumns(sensors.Camera(serial));
     }
     Apply(mode, serial, sensors);
-    return 0;
 }
