@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// What is no plain file is never waited for, in whatever place it stands; the rest of the run goes on.
+#include "tests/hostile/special_files.h"
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/end_to_end/card.h"
+#include "tests/end_to_end/sensor_camera.h"
+#include "tests/support/files.h"
+#include "tests/support/program.h"
+
+namespace {
+
+using hostile::SpecialFile;
+
+class InPlaceOfAFile : public testing::TestWithParam<SpecialFile> {
+  protected:
+    /// A card with a good pair A and a pair B that differs from it in nothing but its name.
+    void SetUp() override {
+        card_.AddPair("A");
+        card_.AddLinkedPair("B", "A");
+    }
+
+    void PutInPlaceOf(const std::string& path) const {
+        std::filesystem::remove(path);
+        ASSERT_TRUE(GetParam().make(path)) << path;
+    }
+
+    /// What the run prints, which goes through both pairs, A with success.
+    std::string Run(const std::vector<std::string>& arguments) const {
+        std::filesystem::remove(card_ / "A.DNG");
+        const auto outcome = camera_.Run(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_EQ(end_to_end::RawPixels(card_.Dng("A")).size(), 3968U * 2646U);
+        return outcome.output;
+    }
+
+    static bool HasLine(const std::string& output, const std::string& line) {
+        return ("\n" + output).find("\n" + line + "\n") != std::string::npos;
+    }
+
+    /// Where a run leaves a name alone, it is still what it was: neither a plain file nor gone.
+    static void ExpectStillSpecial(const std::string& path) {
+        std::error_code error;  // a link to itself has no status
+        EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(path))) << path;
+        EXPECT_FALSE(std::filesystem::is_regular_file(path, error)) << path;
+    }
+
+    end_to_end::SensorCamera camera_;
+    const end_to_end::Card& card_ = camera_.card;
+};
+
+TEST_P(InPlaceOfAFile, NamedRawIsNotFound) {
+    PutInPlaceOf(card_ / "B.RAW");
+    EXPECT_TRUE(HasLine(Run({}), "B.RAW: Error #0006: Unable to find RAW file."));
+    EXPECT_FALSE(std::filesystem::exists(card_ / "B.DNG"));
+    EXPECT_EQ(camera_.Run({"-i", "B.RAW"}).status, 2);
+}
+
+TEST_P(InPlaceOfAFile, NamedJpgIsNotFound) {
+    PutInPlaceOf(card_ / "B.JPG");
+    EXPECT_TRUE(HasLine(Run({}), "B.JPG: Error #0010: Unable to find JPG file."));
+    EXPECT_FALSE(std::filesystem::exists(card_ / "B.DNG"));
+}
+
+TEST_P(InPlaceOfAFile, NamedBiaIsNoDarkFrame) {
+    PutInPlaceOf(card_ / "B.BIA");
+    Run({"-b", "100"});
+    EXPECT_TRUE(support::ReadFile(card_ / "B.DNG") == support::ReadFile(card_ / "A.DNG"));
+}
+
+TEST_P(InPlaceOfAFile, NamedDngIsNoImage) {
+    PutInPlaceOf(card_ / "C.DNG");
+    const std::string output = Run({"-i", card_.folder()});
+    EXPECT_TRUE(HasLine(output, "Image 2 of 2: A.RAW") || HasLine(output, "Image 2 of 2: B.RAW")) << output;
+    for (const std::string input : {"C.DNG", "C"}) {
+        const auto outcome = camera_.Run({"-i", input});
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.output, "Error #0002: Given input (-i) is not a folder or supported RAW file.\n");
+    }
+}
+
+TEST_P(InPlaceOfAFile, NamedLikeAFolderIsNone) {
+    PutInPlaceOf(card_ / "folder");
+    EXPECT_EQ(camera_.Run({"-i", "folder"}).status, 2);
+    EXPECT_EQ(camera_.Run({"-o", "folder"}).status, 4);
+}
+
+TEST_P(InPlaceOfAFile, NamedLikeTheOutputIsNotReplaced) {
+    PutInPlaceOf(card_ / "B.DNG");
+    if (std::string(GetParam().name) == "LinkToNothing") {
+        // Its target would be made, if there were a folder for it.
+        EXPECT_TRUE(HasLine(Run({}), "./B.DNG: DNG not written: No such file or directory"));
+    } else if (std::string(GetParam().name) == "LinkToItself") {
+        EXPECT_TRUE(HasLine(Run({}), "./B.DNG: DNG not written: Too many levels of symbolic links"));
+    } else {
+        EXPECT_TRUE(HasLine(Run({}), "./B.DNG: DNG not written: File exists"));
+    }
+    ExpectStillSpecial(card_ / "B.DNG");
+    EXPECT_EQ(support::Names(card_.folder()).size(), 6U);
+}
+
+TEST_P(InPlaceOfAFile, NamedLensdbIniIsNoDatabase) {
+    const std::string database = std::filesystem::path(camera_.Database()).replace_filename("lensdb.ini");
+    PutInPlaceOf(database);
+    Run({});
+    const auto outcome = camera_.Run({"-l"});
+    EXPECT_EQ(outcome.status, 12);
+    EXPECT_EQ(outcome.output, "Error #0012: Missing lens database file lensdb.ini.\n");
+}
+
+TEST_P(InPlaceOfAFile, NamedSensdbIniIsNoDatabaseAndIsNotReplaced) {
+    PutInPlaceOf(camera_.Database());
+    EXPECT_TRUE(HasLine(Run({"-s"}), "Error #0014: No Sensor database found."));
+    const std::string output = Run({"-i", "A", "-sd"});
+    EXPECT_NE(output.find("\n" + camera_.Database() + ": sensor database not written: "), std::string::npos)
+        << output;
+    ExpectStillSpecial(camera_.Database());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, InPlaceOfAFile, testing::ValuesIn(hostile::SpecialFiles()),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
