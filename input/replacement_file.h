@@ -39,6 +39,7 @@ class ReplacementFile {
 
   private:
     int CreatePart(const std::string& folder);
+    int OpenStream();
     int PrepareToReplace();
 
     std::string final_path_;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <ctime>
 
+#include "input/interrupted_call.h"
+
 bool FileState::Settled() const {
     constexpr std::int64_t coarsest_tick = 2;
     return std::int64_t{std::time(nullptr)} - std::max(modified_seconds, changed_seconds) > coarsest_tick;
@@ -13,7 +15,7 @@ bool FileState::Settled() const {
 
 std::optional<FileState> StateOf(const std::string& path) {
     struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0) {
+    if (RepeatInterrupted([&] { return ::stat(path.c_str(), &status); }) != 0) {
         return std::nullopt;
     }
 #if defined(__APPLE__)

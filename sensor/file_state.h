@@ -23,7 +23,7 @@ struct FileState {
     bool Settled() const;
 };
 
-/// The state of the file at `path`; nothing when there is none.
+/// The state of the file at `path`; nothing, and errno, when it can't be told: ENOENT when there is no file.
 std::optional<FileState> StateOf(const std::string& path);
 
 #endif  // VELMARCON_SENSOR_FILE_STATE_H

@@ -97,6 +97,7 @@ sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + "sensdb.ini") 
 
 int sensdb::LoadSensData() {
     const auto state = StateOf(DatabaseFile);
+    const bool missing = !state && errno == ENOENT;
     if (state && state == loaded_) {
         return 0;
     }
@@ -105,7 +106,7 @@ int sensdb::LoadSensData() {
     ini.SetMultiKey(true);
     bool complete = false;
     const int error = simple_ini::Load(DatabaseFile, ini, complete);
-    unreadable_ = state && (error != SI_OK || !complete);
+    unreadable_ = !missing && (error != SI_OK || !complete);
     if (error != SI_OK) {
         return error;
     }

@@ -54,7 +54,7 @@ class sensdb {
   private:
     std::optional<FileState>
         loaded_;               ///< the file as it was last read, unless the cameras have changed since
-    bool unreadable_ = false;  ///< the file is there, but its last reading failed or ended early
+    bool unreadable_ = false;  ///< a file may be there, but its last reading failed or ended early
 };
 
 #endif  // VELMARCON_SENSOR_SENSDB_H

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "tests/faults/faulty_run.h"
+
+#include <cerrno>
+
+namespace faults {
+
+IoRun::IoRun(const Command& command)
+    : program_(VELMARCON_PROGRAM, command.arguments, {.folder = command.folder, .name = command.name}),
+      watched_(command.watched) {}
+
+std::optional<IoCall> IoRun::NextCall() {
+    while (const auto call = program_.NextCall()) {
+        const auto io = AsIoCall(program_, *call);
+        begun_ = begun_ || (io && io->path.starts_with(watched_));
+        if (io && begun_) {
+            return io;
+        }
+    }
+    return std::nullopt;
+}
+
+CleanRun RunCleanly(const Command& command) {
+    CleanRun result;
+    IoRun run(command);
+    while (const auto call = run.NextCall()) {
+        result.calls.push_back(*call);
+    }
+    result.outcome = run.program().outcome();
+    return result;
+}
+
+FaultyOutcome RunWithFaults(const Command& command, const Plan& plan) {
+    FaultyOutcome result;
+    std::optional<IoKind> kind;
+    IoRun run(command);
+    for (std::size_t i = 0; const auto call = run.NextCall(); ++i) {
+        if (i == plan.call) {
+            kind = call->kind;
+        }
+        if (call->kind != kind) {
+            continue;
+        }
+        plan.fault.Inject(run.program(), *call);
+        ++result.injected;
+        result.printing_failed = result.printing_failed || *kind == IoKind::kPrint;
+        result.part_abandoned =
+            result.part_abandoned || *kind == IoKind::kRemove || plan.fault.error == EWOULDBLOCK;
+        if (!plan.repeated || result.injected == plan.fault.MostTimes()) {
+            break;
+        }
+    }
+    run.program().Finish();
+    result.outcome = run.program().outcome();
+    return result;
+}
+
+bool RunUntilKill(const Command& command, std::size_t call, bool half) {
+    IoRun run(command);
+    for (std::size_t i = 0; const auto io = run.NextCall(); ++i) {
+        if (i == call) {
+            if (half) {
+                FinishHalf(run.program(), *io);
+            }
+            run.program().Kill();
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace faults

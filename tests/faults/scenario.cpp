@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "tests/faults/scenario.h"
+
+#include <string_view>
+
+#include "samples/camera_jpeg.h"
+#include "samples/sample_databases.h"
+#include "samples/sensor_dump.h"
+#include "tests/support/camera_dng.h"
+#include "tests/support/test_pair.h"
+
+namespace faults {
+
+namespace {
+
+constexpr int kLevels = 8;  ///< of column x: x modulo this
+
+Bytes Text(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+File Jpeg() {
+    return {"card/L1000001.JPG", samples::CameraJpeg(samples::CameraExif({}))};
+}
+
+File LensDatabase() {
+    return {"bin/lensdb.ini", Text(samples::LensDatabase())};
+}
+
+/// A dump of rows that differ, above dark levels that are whole numbers: their correction does not depend on
+/// chance.
+File DarkDump() {
+    constexpr int rows = 16;
+    auto words = samples::FlatWords(0);
+    for (int y = 0; y < samples::kSensorHeight; ++y) {
+        for (int x = 0; x < samples::kSensorWidth; ++x) {
+            words[samples::WordIndex(x, y)] = static_cast<std::uint16_t>(y % rows + x % kLevels);
+        }
+    }
+    return {"card/L1000001.RAW", samples::DumpBytes(words)};
+}
+
+/// The levels of that dump, and a defective column.
+std::string SensorDatabase() {
+    std::string text = "[3106091]\nLine = 1203\nLine = 700\nLine = 1203\nLine = 2646\n";
+    for (int x = 0; x < samples::kSensorWidth; ++x) {
+        text += "LevelCorrection = " + std::to_string(x % kLevels) + ".000000\n";
+    }
+    return text;
+}
+
+File CameraDng(const std::string& path) {
+    return {path, samples::Serialize(support::SmallCameraDng(64, 48))};
+}
+
+}  // namespace
+
+void PrintTo(const Scenario& scenario, std::ostream* stream) {
+    *stream << scenario.name;
+}
+
+Scenario Conversion() {
+    return {
+        .name = "Conversion",
+        .arguments = {"-i", ".", "-o", "../out", "-p", "-l"},
+        .inputs = {Jpeg(), {"card/L1000001.RAW", samples::DumpBytes(support::TestWords())}, LensDatabase()},
+        .targets = {"out/L1000001.DNG"}};
+}
+
+Scenario SensorFix() {
+    return {.name = "SensorFix",
+            .arguments = {"-i", "L1000001", "-o", "../out", "-s", "-r", "-v"},
+            .inputs = {Jpeg(), DarkDump(), {"bin/sensdb.ini", Text(SensorDatabase())}},
+            .targets = {"out/L1000001.DNG"},
+            .old = {{"out/L1000001.DNG", Text("an older one")}},
+            .dispensable = "bin/sensdb.ini",
+            .message = "Error #0014: No Sensor database found.\n"};
+}
+
+Scenario DarkReference() {
+    return {.name = "DarkReference",
+            .arguments = {"-i", "L1000001.RAW", "-o", "../out", "-sd"},
+            .inputs = {Jpeg(), DarkDump()},
+            .targets = {"out/L1000001.DNG", "bin/sensdb.ini"},
+            .old = {{"bin/sensdb.ini",
+                     Text("[17]\nLine = 5\nLine = 0\nLine = 5\nLine = 9\nLevelCorrection = 1\n")}}};
+}
+
+Scenario Repair() {
+    return {.name = "Repair",
+            .arguments = {"-i", "L1000001.DNG", "-o", "../out", "-s", "-l", "-v"},
+            .inputs = {CameraDng("card/L1000001.DNG"),
+                       LensDatabase(),
+                       {"bin/sensdb.ini", Text(SensorDatabase())}},
+            .targets = {"out/L1000001.DNG"},
+            .dispensable = "bin/sensdb.ini",
+            .message = "Error #0014: No Sensor database found.\n"};
+}
+
+Scenario RepairAfterKill() {
+    Scenario scenario = Repair();
+    scenario.name = "RepairAfterKill";
+    scenario.old = {{"out/L1000001.DNG", Text("an older one")}};
+    scenario.arguments.emplace_back("-r");
+    scenario.debris = {{"out/.velmarcon-0.part", Text("half of a")}, {"out/.velmarcon-1.part", Text("")}};
+    return scenario;
+}
+
+Scenario RepairOverItself() {
+    return {.name = "RepairOverItself",
+            .arguments = {"-i", "L1000001.DNG", "-r"},
+            .inputs = {},
+            .targets = {"card/L1000001.DNG"},
+            .old = {CameraDng("card/L1000001.DNG")}};
+}
+
+std::vector<Scenario> AllScenarios() {
+    return {Conversion(), SensorFix(), DarkReference(), Repair(), RepairAfterKill(), RepairOverItself()};
+}
+
+}  // namespace faults
