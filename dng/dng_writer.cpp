@@ -131,7 +131,7 @@ void DNGlib::SetPlaceholders() {
 
 int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
     std::vector<std::uint8_t> table;
-    table.reserve(TableSize(*ifd));
+    table.reserve(static_cast<std::size_t>(TableSize(*ifd)));
     byte_order::AppendLittle(table, static_cast<std::uint16_t>(ifd->size()));
     for (const auto& [tag, entry] : *ifd) {
         byte_order::AppendLittle(table, entry.tag);

@@ -29,7 +29,7 @@ std::optional<std::string> ReadPlainFile(const std::string& path) {
     }
     std::string bytes(static_cast<std::size_t>(size), '\0');
     file.seekg(0);
-    file.read(bytes.data(), size);
+    file.read(bytes.data(), static_cast<std::streamsize>(size));
     return file.gcount() == size ? std::optional(std::move(bytes)) : std::nullopt;
 }
 

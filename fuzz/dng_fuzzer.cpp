@@ -106,7 +106,7 @@ class Workshop {
 void ForgetExposureBias(const WrittenDng& dng, Bytes& bytes) {
     if (dng.exif_ifd().Has(tag::kExposureBiasValue)) {
         const auto& entry = dng.exif_ifd().At(tag::kExposureBiasValue);
-        std::fill_n(bytes.begin() + entry.offset, entry.value.size(), std::uint8_t{0});
+        std::ranges::fill(std::span(bytes).subspan(entry.offset, entry.value.size()), std::uint8_t{0});
     }
 }
 

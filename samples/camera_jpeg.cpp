@@ -2,12 +2,7 @@
 #include "samples/camera_jpeg.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <cstdlib>
-#include <memory>
-
-#include <jpeglib.h>
 
 #include "exif/tags.h"
 #include "samples/maker_note.h"
@@ -19,8 +14,6 @@ namespace {
 // Exif 2.2 demands them of a JPEG; nothing here reads them.
 constexpr std::uint16_t kFlashpixVersion = 40960;
 constexpr std::uint16_t kColorSpace = 40961;
-
-using FreeMemory = decltype([](unsigned char* memory) { std::free(memory); });
 
 }  // namespace
 
@@ -68,41 +61,6 @@ ExifBlock CameraExif(const Shot& shot) {
     Set(block.exif, Long(tag::kPixelXDimension, shot.pixel_x_dimension));
     Set(block.exif, Long(tag::kPixelYDimension, shot.pixel_y_dimension));
     return block;
-}
-
-std::vector<std::uint8_t> EncodeJpeg(const RgbImage& image, int quality) {
-    if (image.width < 1 || image.height < 1 || std::max(image.width, image.height) > JPEG_MAX_DIMENSION) {
-        return {};
-    }
-    jpeg_error_mgr errors = {};
-    jpeg_compress_struct jpeg = {};
-    jpeg.err = jpeg_std_error(&errors);
-    jpeg_create_compress(&jpeg);
-    unsigned char* memory = nullptr;
-    unsigned long size = 0;  // NOLINT(google-runtime-int): libjpeg's type
-    jpeg_mem_dest(&jpeg, &memory, &size);
-
-    jpeg.image_width = static_cast<JDIMENSION>(image.width);
-    jpeg.image_height = static_cast<JDIMENSION>(image.height);
-    jpeg.input_components = 3;
-    jpeg.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&jpeg);
-    jpeg_set_quality(&jpeg, quality, TRUE);
-    jpeg.write_JFIF_header = FALSE;  // an Exif file's first segment is APP1
-    jpeg_start_compress(&jpeg, TRUE);
-    std::vector<std::uint8_t> row(3 * static_cast<std::size_t>(image.width));
-    while (jpeg.next_scanline < jpeg.image_height) {
-        const std::size_t start = jpeg.next_scanline * row.size();
-        std::copy_n(image.samples.begin() + static_cast<std::ptrdiff_t>(start), row.size(), row.begin());
-        std::array<JSAMPROW, 1> rows = {row.data()};
-        jpeg_write_scanlines(&jpeg, rows.data(), 1);
-    }
-    jpeg_finish_compress(&jpeg);
-    jpeg_destroy_compress(&jpeg);
-
-    const std::unique_ptr<unsigned char, FreeMemory> owned(memory);
-    const std::span<const std::uint8_t> bytes(owned.get(), size);
-    return {bytes.begin(), bytes.end()};
 }
 
 const std::vector<std::uint8_t>& TinyJpeg() {

@@ -19,7 +19,8 @@ std::vector<Entry> ShootingEntries(const Shot& shot, const std::vector<std::uint
 ExifBlock CameraExif(const Shot& shot);
 
 /// `image` as a JPEG file from SOI to EOI, without any APP segment. `quality` is libjpeg's, 1 to 100.
-/// Empty when libjpeg refuses the image (a side of 0 or above 65500 pixels).
+/// Empty when libjpeg refuses the image (a side of 0 or above 65500 pixels). Built without libjpeg it gives
+/// SOI and EOI alone.
 std::vector<std::uint8_t> EncodeJpeg(const RgbImage& image, int quality = 90);
 
 /// A grey image of 8 x 8 pixels, as EncodeJpeg gives it: for tests that never look at the picture.

@@ -43,7 +43,7 @@ std::vector<std::uint8_t> ReadFile(const std::string& path) {
     const std::streamoff size = file.is_open() ? std::streamoff(file.tellg()) : 0;
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
     file.seekg(0);
-    file.read(reinterpret_cast<char*>(bytes.data()), size);
+    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size));
     return bytes;
 }
 
