@@ -68,13 +68,13 @@ TEST_P(UnprintedRun, EndsWithTheStatusOfItsError) {
 }
 
 std::string NameOf(const testing::TestParamInfo<StandardOutput>& test) {
-    const std::vector<std::string> names = {"", "Closed", "Full", "Deserted"};
+    const std::vector<std::string> names = {"", "Closed", "AllClosed", "Full", "Deserted"};
     return names.at(static_cast<std::size_t>(test.param));
 }
 
 INSTANTIATE_TEST_SUITE_P(Outputs, UnprintedRun,
-                         testing::Values(StandardOutput::kClosed, StandardOutput::kFull,
-                                         StandardOutput::kDeserted),
+                         testing::Values(StandardOutput::kClosed, StandardOutput::kAllClosed,
+                                         StandardOutput::kFull, StandardOutput::kDeserted),
                          NameOf);
 
 }  // namespace

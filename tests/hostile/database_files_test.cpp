@@ -56,7 +56,7 @@ class LongDatabase : public testing::Test {
     }
 
     support::Outcome Run(const std::vector<std::string>& arguments) const {
-        const auto outcome = camera_.Run(arguments);
+        auto outcome = camera_.Run(arguments);
         EXPECT_EQ(outcome.errors, "");
         return outcome;
     }

@@ -18,10 +18,9 @@ bool MakeSocket(const std::string& path) {
     return ::mknod(path.c_str(), S_IFSOCK | 0600, 0) == 0;
 }
 
-template <const char* Target>
-bool MakeLink(const std::string& path) {
+bool MakeLink(const char* target, const std::string& path) {
     std::error_code error;
-    std::filesystem::create_symlink(Target, path, error);
+    std::filesystem::create_symlink(target, path, error);
     return !error;
 }
 
@@ -31,23 +30,17 @@ bool MakeLoop(const std::string& path) {
     return !error;
 }
 
-constexpr char kZero[] = "/dev/zero";
-constexpr char kFull[] = "/dev/full";
-constexpr char kNull[] = "/dev/null";
-constexpr char kStandardInput[] = "/dev/stdin";
-constexpr char kNowhere[] = "nowhere/at all";
-
 }  // namespace
 
 const std::vector<SpecialFile>& SpecialFiles() {
     static const std::vector<SpecialFile> files = {
         {"Pipe", MakePipe},
         {"Socket", MakeSocket},
-        {"EndlessDevice", MakeLink<kZero>},
-        {"FullDevice", MakeLink<kFull>},
-        {"EmptyDevice", MakeLink<kNull>},
-        {"StandardInput", MakeLink<kStandardInput>},
-        {"LinkToNothing", MakeLink<kNowhere>},
+        {"EndlessDevice", [](const std::string& path) { return MakeLink("/dev/zero", path); }},
+        {"FullDevice", [](const std::string& path) { return MakeLink("/dev/full", path); }},
+        {"EmptyDevice", [](const std::string& path) { return MakeLink("/dev/null", path); }},
+        {"StandardInput", [](const std::string& path) { return MakeLink("/dev/stdin", path); }},
+        {"LinkToNothing", [](const std::string& path) { return MakeLink("nowhere/at all", path); }},
         {"LinkToItself", MakeLoop},
     };
     return files;

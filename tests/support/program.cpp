@@ -30,6 +30,9 @@ void RedirectOutput(StandardOutput output) {
         case StandardOutput::kRead:
             return;
         case StandardOutput::kClosed:
+            ::close(STDOUT_FILENO);
+            return;
+        case StandardOutput::kAllClosed:
             for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
                 ::close(stream);
             }
@@ -85,12 +88,8 @@ void Limit(Resource resource, std::uint64_t bytes) {
     if (!start.folder.empty() && ::chdir(start.folder.c_str()) != 0) {
         std::_Exit(not_started);
     }
-    if (start.traced) {
-        constexpr unsigned int hangs = 600;  // seconds
-        ::alarm(hangs);
-        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
-            std::_Exit(not_started);
-        }
+    if (start.traced && ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+        std::_Exit(not_started);
     }
     if (start.through_path) {
         ::execvp(program.c_str(), argv.data());

@@ -21,9 +21,10 @@ struct Outcome {
 /// Where a program's standard output goes. Only what is read is in the Outcome.
 enum class StandardOutput : std::uint8_t {
     kRead,
-    kClosed,   ///< it has none, nor standard input and error
-    kFull,     ///< a device that takes nothing
-    kDeserted  ///< a pipe that nobody reads any more
+    kClosed,     ///< it has none
+    kAllClosed,  ///< nor standard input and error
+    kFull,       ///< a device that takes nothing
+    kDeserted    ///< a pipe that nobody reads any more
 };
 
 /// How a program is started.
