@@ -70,8 +70,8 @@ class Workshop {
   public:
     Workshop() : known_cameras_(AnyCamera(database_)), no_cameras_(input_.prefix()) {}
 
-    /// Repairs `file`. Returns the result; the output is read into `written`, which is empty without one.
-    int Repair(const Bytes& file, const Request& request, Bytes& written) {
+    /// Repairs `file`. Returns the result; the output is read into `repaired`, which is empty without one.
+    int Repair(const Bytes& file, const Request& request, Bytes& repaired) {
         input_.Write(kName, file);
         output_.Remove(kName);  // what is new need not wait for the disk
         const ScratchFolder& target = request.in_place ? input_ : output_;
@@ -89,7 +89,7 @@ class Workshop {
         Require(input_.Names() == std::vector<std::string>{kName} &&
                     output_.Names() == std::vector<std::string>(output ? 1 : 0, kName),
                 "nothing but the output is left");
-        written = result == 0 ? target.Read(kName) : Bytes();
+        repaired = result == 0 ? target.Read(kName) : Bytes();
         return result;
     }
 
