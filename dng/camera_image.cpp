@@ -134,8 +134,10 @@ bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::I
     image.height = static_cast<int>(layout->height);
     image.preview.resize(PreviewSampler::kSize);
     const auto preview_bytes = std::min<std::uint64_t>(preview->size, image.preview.size());
-    (void)ReadBytes(file, preview->offset,
-                    std::span(image.preview).first(static_cast<std::size_t>(preview_bytes)));
     // A preview that reaches beyond the file's end is a flaw of its own; one that can't be read is not.
-    return !file.stream().bad() && ReadPixels(file, raw->offset, *layout, image.pixels);
+    const bool readable =
+        ReadBytes(file, preview->offset,
+                  std::span(image.preview).first(static_cast<std::size_t>(preview_bytes))) ||
+        file.stream().eof();
+    return readable && ReadPixels(file, raw->offset, *layout, image.pixels);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/faults/faulty_run.h"
 
+#include <algorithm>
 #include <cerrno>
 
 namespace faults {
@@ -28,6 +29,11 @@ CleanRun RunCleanly(const Command& command) {
     }
     result.outcome = run.program().outcome();
     return result;
+}
+
+std::size_t FirstBehindReading(const std::vector<IoCall>& calls) {
+    const auto last = std::ranges::find(calls.rbegin(), calls.rend(), IoKind::kRead, &IoCall::kind);
+    return static_cast<std::size_t>(calls.rend() - last);
 }
 
 FaultyOutcome RunWithFaults(const Command& command, const Plan& plan) {

@@ -31,6 +31,7 @@ class IoRun {
     std::optional<IoCall> NextCall();
 
     support::TracedProgram& program() { return program_; }
+    const support::TracedProgram& program() const { return program_; }
 
   private:
     support::TracedProgram program_;
@@ -45,6 +46,9 @@ struct CleanRun {
 };
 
 CleanRun RunCleanly(const Command& command);
+
+/// The number of the first call behind the last that reads.
+std::size_t FirstBehindReading(const std::vector<IoCall>& calls);
 
 /// What goes wrong in a run.
 struct Plan {

@@ -102,6 +102,7 @@ Scenario RepairAfterKill() {
     scenario.name = "RepairAfterKill";
     scenario.old = {{"out/L1000001.DNG", Text("an older one")}};
     scenario.arguments.emplace_back("-r");
+    scenario.reading_is_swept = false;
     scenario.debris = {{"out/.velmarcon-0.part", Text("half of a")}, {"out/.velmarcon-1.part", Text("")}};
     return scenario;
 }

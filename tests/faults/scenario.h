@@ -28,6 +28,7 @@ struct Scenario {
     /// An input without which it makes something less, and the message that tells so.
     std::string dispensable = "";
     std::string message = "";
+    bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
 
 void PrintTo(const Scenario& scenario, std::ostream* stream);

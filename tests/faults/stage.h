@@ -39,6 +39,7 @@ struct RunEnd {
     bool killed = false;
     bool silent = false;          ///< what it printed may be lost
     bool may_leave_part = false;  ///< it could not remove its part, or thought it another run's
+    bool obstacle_lasts = false;  ///< a later run would meet the same one
 };
 
 /// The folders of a scenario, and what a run may make of them.
@@ -55,6 +56,9 @@ class Stage {
     /// Makes everything as it was before the run.
     void Restore();
 
+    /// Puts an input back that the test itself has changed.
+    void RestoreInput(const std::string& path);
+
     /// What is wrong after a run that ended so, one line each; empty: nothing. Runs the program once more to
     /// see whether that mends what may be left, unless everything is as before or as after a run without
     /// faults.
@@ -62,6 +66,8 @@ class Stage {
 
     /// Whether everything is as after a run without faults.
     bool Finished() const;
+    /// Whether `target` is what a run without faults makes of it.
+    bool IsMade(const std::string& target) const { return StateOf(target) == State::kNew; }
 
   private:
     enum class State { kOld, kNew, kLess, kBroken };

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// The output folder vanishes, or the card is pulled or its files become shorter, at any moment of a run.
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/faults/faulty_run.h"
+#include "tests/faults/stage.h"
+#include "tests/support/traced_program.h"
+
+namespace faults {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Vanishing : public testing::TestWithParam<Scenario> {
+  protected:
+    void SetUp() override {
+        const std::string obstacle = support::TracedProgram::Obstacle();
+        if (!obstacle.empty()) {
+            GTEST_SKIP() << obstacle;
+        }
+        calls_ = RunCleanly(stage_.Run()).calls;
+        stage_.Restore();
+    }
+
+    /// Runs the program, does `harm` before each of its calls in turn, and then `repair` before it is looked
+    /// at what has become of the files.
+    void HarmAtEach(const std::function<void()>& harm, const std::function<void()>& repair) {
+#if defined(__SANITIZE_ADDRESS__)
+        constexpr std::size_t step = 11;
+#else
+        constexpr std::size_t step = 1;
+#endif
+        int violations = 0;
+        int runs = 0;
+        for (std::size_t i = 0; i<calls_.size(); i += calls_.size()> most_calls_ ? 7 : step) {
+            IoRun run(stage_.Run());
+            for (std::size_t call = 0; call <= i; ++call) {
+                run.NextCall();
+            }
+            const bool made = stage_.IsMade(GetParam().targets.front());
+            harm();
+            run.program().Finish();
+            repair();
+            for (const std::string& wrong : stage_.Violations(
+                     {.outcome = run.program().outcome(), .silent = made, .may_leave_part = false})) {
+                ++violations;
+                ADD_FAILURE() << "at call " << i << ", " << calls_[i].description << ": " << wrong;
+            }
+            stage_.Restore();
+            ++runs;
+        }
+        std::printf("%s: %d runs harmed, %d violations\n", GetParam().name.c_str(), runs, violations);
+        RecordProperty("runs", runs);
+        RecordProperty("violations", violations);
+    }
+
+    Stage stage_ = Stage(GetParam());
+    std::vector<IoCall> calls_;
+
+  private:
+    static constexpr std::size_t most_calls_ = 100;
+};
+
+TEST_P(Vanishing, TheOutputFolder) {
+    const std::string folder = stage_.Path("out");
+    HarmAtEach([&] { fs::remove_all(folder); }, [&] { fs::create_directory(folder); });
+}
+
+TEST_P(Vanishing, AnInput) {
+    for (const File& input : GetParam().inputs) {
+        HarmAtEach([&] { fs::remove(stage_.Path(input.path)); }, [&] { stage_.RestoreInput(input.path); });
+    }
+}
+
+TEST_P(Vanishing, ThePartOfAnImageBehindAThird) {
+    for (const File& input : GetParam().inputs) {
+        if (input.path.starts_with("card/")) {
+            HarmAtEach([&] { fs::resize_file(stage_.Path(input.path), input.bytes.size() / 3); },
+                       [&] { stage_.RestoreInput(input.path); });
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, Vanishing, testing::Values(Conversion(), Repair()),
+                         [](const auto& tested) { return tested.param.name; });
+
+}  // namespace
+
+}  // namespace faults
