@@ -15,6 +15,9 @@
 namespace {
 
 /// Reads from a file whose every offset and length is checked against its size first.
+///
+/// This bounds the reader: three directories are walked once each, wherever they stand, 65535 entries at
+/// most, and no link leads further. What is read of them all is no longer than the file, and kept once.
 class BoundedFile {
   public:
     /// `taken` counts the bytes read so far, from one directory to the next.

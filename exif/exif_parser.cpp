@@ -28,9 +28,14 @@ constexpr std::uint64_t kMarkerSize = 2;         // bytes
 constexpr std::uint64_t kSegmentLengthSize = 2;  // bytes
 constexpr std::uint16_t kShortestSegment = 16;   // bytes, its length field included
 constexpr std::string_view kExifHeader("Exif\0\0", 6);
+
 /// Hands out the bytes of long values while together they are not longer than the file. Those of a real file
 /// never are; entries by the thousand that all name the same bytes would cost time and memory out of all
 /// proportion.
+///
+/// This bounds the parser: the file is searched once for its marker; IFD0 and the EXIF IFD are each walked
+/// once, wherever they stand, 65535 entries at most; no link leads further. What is copied, and what a maker
+/// note gives to walk, is no longer than the file. The record takes no more memory than the file.
 class ValueBudget {
   public:
     explicit ValueBudget(std::uint64_t file_size) : left_(file_size) {}
