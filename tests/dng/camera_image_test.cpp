@@ -85,6 +85,16 @@ TEST(RawImage, OfSixteenBitsIsTakenAsItIs) {
     EXPECT_FALSE(Read(file));
 }
 
+TEST(RawImage, OfSixteenBitsWithATableIsRefused) {
+    auto file = SmallCameraDng(2, 1);
+    file.raw = {0x34, 0x12, 0xFF, 0x3F};
+    samples::Set(file.raw_ifd, Short(tag::kBitsPerSample, 16));
+    samples::Set(file.raw_ifd, Long(tag::kStripByteCounts, 4));
+    EXPECT_FALSE(Read(file));
+    samples::Remove(file.raw_ifd, tag::kLinearizationTable);
+    EXPECT_TRUE(Read(file));
+}
+
 TEST(RawImage, IsReadRowByRow) {
     const auto image = Read(SmallCameraDng(7, 5));
     ASSERT_TRUE(image);
@@ -162,9 +172,8 @@ INSTANTIATE_TEST_SUITE_P(
         With("WidthZero", Long(tag::kImageWidth, 0)), With("HeightZero", Long(tag::kImageLength, 0)),
         With("TableOf255", Shorts(tag::kLinearizationTable, std::vector<std::uint16_t>(255, 1))),
         With("TableOfLongs", Longs(tag::kLinearizationTable, std::vector<std::uint32_t>(256, 1))),
-        With("TwelveBits", Short(tag::kBitsPerSample, 12)),
-        With("SixteenBitsWithTable", Short(tag::kBitsPerSample, 16)),
-        With("Compressed", Short(tag::kCompression, 7)), With("WidthTooLarge", Long(tag::kImageWidth, 5)),
+        With("TwelveBits", Short(tag::kBitsPerSample, 12)), With("Compressed", Short(tag::kCompression, 7)),
+        With("WidthTooLarge", Long(tag::kImageWidth, 5)),
         // Products that fit in 32 bits only when they are cut, or not at all.
         With("WidthOfAllBits", Long(tag::kImageWidth, 0xFFFFFFFF)),
         With("WidthWhoseProductIsCutToNothing", Long(tag::kImageWidth, 0x40000000)),
