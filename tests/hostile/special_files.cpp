@@ -36,10 +36,10 @@ const std::vector<SpecialFile>& SpecialFiles() {
     static const std::vector<SpecialFile> files = {
         {"Pipe", MakePipe},
         {"Socket", MakeSocket},
-        {"EndlessDevice", [](const std::string& path) { return MakeLink("/dev/zero", path); }},
-        {"FullDevice", [](const std::string& path) { return MakeLink("/dev/full", path); }},
-        {"EmptyDevice", [](const std::string& path) { return MakeLink("/dev/null", path); }},
-        {"StandardInput", [](const std::string& path) { return MakeLink("/dev/stdin", path); }},
+        {"EndlessDevice", [](const std::string& path) { return MakeLink("/dev/zero", path); }, "/dev/zero"},
+        {"FullDevice", [](const std::string& path) { return MakeLink("/dev/full", path); }, "/dev/full"},
+        {"EmptyDevice", [](const std::string& path) { return MakeLink("/dev/null", path); }, "/dev/null"},
+        {"StandardInput", [](const std::string& path) { return MakeLink("/dev/stdin", path); }, "/dev/stdin"},
         {"LinkToNothing", [](const std::string& path) { return MakeLink("nowhere/at all", path); }},
         {"LinkToItself", MakeLoop},
     };

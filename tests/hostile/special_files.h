@@ -13,6 +13,8 @@ struct SpecialFile {
     const char* name;
     /// Makes it at `path`. Returns whether that worked.
     bool (*make)(const std::string& path);
+    /// The device that it leads to, which a small system may lack; empty: none.
+    std::string device = {};
 
     friend void PrintTo(const SpecialFile& file, std::ostream* out) { *out << file.name; }
 };
