@@ -88,6 +88,15 @@ TEST(ReplacementFile, ThePartOfAKilledRunIsRemovedAndLeavesNoTrace) {
     EXPECT_EQ(fs::status(folder / "L1.DNG").permissions(), fs::perms(0644));
 }
 
+TEST(ReplacementFile, ThePartsOfSeveralKilledRunsAreRemoved) {
+    const support::TempFolder folder;
+    for (const char* part : {".velmarcon-0.part", ".velmarcon-1.part", ".velmarcon-2.part"}) {
+        support::WriteFile(folder / part, "half of a file");
+    }
+    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
 /// A part that another run is writing.
 class LockedPart {
   public:
@@ -113,6 +122,15 @@ TEST(ReplacementFile, APartThatAnotherRunIsWritingIsNotTouched) {
     EXPECT_EQ(Content(folder / ".velmarcon-0.part"), "theirs");
     EXPECT_EQ(Content(folder / "L1.DNG"), "new");
     EXPECT_EQ(support::Names(folder.path()), (Names{".velmarcon-0.part", "L1.DNG"}));
+}
+
+TEST(ReplacementFile, AnotherRunsPartBehindAStaleOneIsNotTouched) {
+    const support::TempFolder folder;
+    const LockedPart theirs(folder / ".velmarcon-1.part");
+    support::WriteFile(folder / ".velmarcon-0.part", "half of a file");
+    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+    EXPECT_EQ(Content(folder / ".velmarcon-1.part"), "theirs");
+    EXPECT_EQ(support::Names(folder.path()), (Names{".velmarcon-1.part", "L1.DNG"}));
 }
 
 TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {

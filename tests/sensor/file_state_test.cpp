@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/file_state.h"
 
+#include <cerrno>
 #include <chrono>
 #include <ctime>
 #include <filesystem>
@@ -17,6 +18,14 @@ namespace fs = std::filesystem;
 TEST(FileState, OfAMissingFileIsNone) {
     const support::TempFolder folder;
     EXPECT_FALSE(StateOf(folder / "missing").has_value());
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(FileState, OfAFileThatCannotBeReachedIsNoneForAnotherReason) {
+    const support::TempFolder folder;
+    fs::create_symlink("circle", folder / "circle");
+    EXPECT_FALSE(StateOf(folder / "circle").has_value());
+    EXPECT_EQ(errno, ELOOP);
 }
 
 TEST(FileState, StaysTheSameWhileTheFileDoes) {

@@ -272,6 +272,14 @@ TEST_F(SensdbTest, WhatCouldNotBeReadIsNotReplacedUntilItCan) {
     EXPECT_EQ(Text(), "[1]\nLine = 1\n\n\n[2]\nLine = 2\n");
 }
 
+TEST_F(SensdbTest, WhatMayBeThereIsNotReplaced) {
+    fs::create_symlink("sensdb.ini", path());
+    EXPECT_LT(sensors_.LoadSensData(), 0);
+    sensors_.Camera(1).Line = {1};
+    EXPECT_EQ(Write(), NotWritten("the file that is there could not be read"));
+    EXPECT_TRUE(fs::is_symlink(path()));
+}
+
 TEST_F(SensdbTest, AFileThatDidNotExistIsMade) {
     EXPECT_LT(sensors_.LoadSensData(), 0);
     sensors_.Camera(1).Line = {1};
