@@ -19,7 +19,7 @@ namespace {
 
 using Wrong = std::vector<std::string>;
 
-class FullDisk : public testing::TestWithParam<Scenario> {
+class FullDisk : public testing::TestWithParam<ScenarioMaker> {
   protected:
     /// Runs the program where something is in its way. Returns what is wrong then.
     Wrong Run(std::uint64_t largest_file = 0) {
@@ -30,7 +30,7 @@ class FullDisk : public testing::TestWithParam<Scenario> {
         return stage_.Violations({.outcome = outcome, .obstacle_lasts = true});
     }
 
-    Stage stage_ = Stage(GetParam());
+    Stage stage_ = Stage(GetParam().make());
 };
 
 TEST_P(FullDisk, NoFileMayGrowBeyondALimit) {
@@ -50,7 +50,8 @@ TEST_P(FullDisk, TheOutputFolderIsFull) {
         }
         stage_.Restore();
         EXPECT_EQ(Run(), Wrong()) << size;
-        EXPECT_EQ(stage_.IsMade("out/L1000001.DNG"), GetParam().name == "Repair" && size.ends_with("m"))
+        EXPECT_EQ(stage_.IsMade("out/L1000001.DNG"),
+                  std::string(GetParam().name) == "Repair" && size.ends_with("m"))
             << size;
     }
 }
@@ -73,9 +74,8 @@ TEST_P(FullDisk, TheOutputFolderCannotBeWritten) {
     ASSERT_TRUE(mount.MakeWritable());
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, FullDisk,
-                         testing::Values(Conversion(), SensorFix(), DarkReference(), Repair()),
-                         [](const auto& tested) { return tested.param.name; });
+INSTANTIATE_TEST_SUITE_P(Faults, FullDisk, testing::Values(kConversion, kSensorFix, kDarkReference, kRepair),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace
 

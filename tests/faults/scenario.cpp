@@ -55,21 +55,19 @@ File CameraDng(const std::string& path) {
 
 }  // namespace
 
-void PrintTo(const Scenario& scenario, std::ostream* stream) {
-    *stream << scenario.name;
+void PrintTo(const ScenarioMaker& maker, std::ostream* stream) {
+    *stream << maker.name;
 }
 
 Scenario Conversion() {
     return {
-        .name = "Conversion",
         .arguments = {"-i", ".", "-o", "../out", "-p", "-l"},
         .inputs = {Jpeg(), {"card/L1000001.RAW", samples::DumpBytes(support::TestWords())}, LensDatabase()},
         .targets = {"out/L1000001.DNG"}};
 }
 
 Scenario SensorFix() {
-    return {.name = "SensorFix",
-            .arguments = {"-i", "L1000001", "-o", "../out", "-s", "-r", "-v"},
+    return {.arguments = {"-i", "L1000001", "-o", "../out", "-s", "-r", "-v"},
             .inputs = {Jpeg(), DarkDump(), {"bin/sensdb.ini", Text(SensorDatabase())}},
             .targets = {"out/L1000001.DNG"},
             .old = {{"out/L1000001.DNG", Text("an older one")}},
@@ -78,8 +76,7 @@ Scenario SensorFix() {
 }
 
 Scenario DarkReference() {
-    return {.name = "DarkReference",
-            .arguments = {"-i", "L1000001.RAW", "-o", "../out", "-sd"},
+    return {.arguments = {"-i", "L1000001.RAW", "-o", "../out", "-sd"},
             .inputs = {Jpeg(), DarkDump()},
             .targets = {"out/L1000001.DNG", "bin/sensdb.ini"},
             .old = {{"bin/sensdb.ini",
@@ -87,8 +84,7 @@ Scenario DarkReference() {
 }
 
 Scenario Repair() {
-    return {.name = "Repair",
-            .arguments = {"-i", "L1000001.DNG", "-o", "../out", "-s", "-l", "-v"},
+    return {.arguments = {"-i", "L1000001.DNG", "-o", "../out", "-s", "-l", "-v"},
             .inputs = {CameraDng("card/L1000001.DNG"),
                        LensDatabase(),
                        {"bin/sensdb.ini", Text(SensorDatabase())}},
@@ -99,7 +95,6 @@ Scenario Repair() {
 
 Scenario RepairAfterKill() {
     Scenario scenario = Repair();
-    scenario.name = "RepairAfterKill";
     scenario.old = {{"out/L1000001.DNG", Text("an older one")}};
     scenario.arguments.emplace_back("-r");
     scenario.reading_is_swept = false;
@@ -108,15 +103,10 @@ Scenario RepairAfterKill() {
 }
 
 Scenario RepairOverItself() {
-    return {.name = "RepairOverItself",
-            .arguments = {"-i", "L1000001.DNG", "-r"},
+    return {.arguments = {"-i", "L1000001.DNG", "-r"},
             .inputs = {},
             .targets = {"card/L1000001.DNG"},
             .old = {CameraDng("card/L1000001.DNG")}};
-}
-
-std::vector<Scenario> AllScenarios() {
-    return {Conversion(), SensorFix(), DarkReference(), Repair(), RepairAfterKill(), RepairOverItself()};
 }
 
 }  // namespace faults

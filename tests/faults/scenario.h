@@ -19,7 +19,6 @@ struct File {
 
 /// A run of the program: what it is asked for, and what it finds. The card is its current folder.
 struct Scenario {
-    std::string name;
     std::vector<std::string> arguments;
     std::vector<File> inputs;          ///< what it reads only
     std::vector<std::string> targets;  ///< what it makes
@@ -30,8 +29,6 @@ struct Scenario {
     std::string message = "";
     bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
-
-void PrintTo(const Scenario& scenario, std::ostream* stream);
 
 /// A pair of a folder becomes a DNG with preview and lens data.
 Scenario Conversion();
@@ -46,7 +43,20 @@ Scenario RepairAfterKill();
 /// A DNG of the camera is replaced by its repair.
 Scenario RepairOverItself();
 
-std::vector<Scenario> AllScenarios();
+/// A scenario that is not made yet: its files are large.
+struct ScenarioMaker {
+    const char* name;
+    Scenario (*make)();
+};
+
+void PrintTo(const ScenarioMaker& maker, std::ostream* stream);
+
+constexpr ScenarioMaker kConversion = {"Conversion", Conversion};
+constexpr ScenarioMaker kSensorFix = {"SensorFix", SensorFix};
+constexpr ScenarioMaker kDarkReference = {"DarkReference", DarkReference};
+constexpr ScenarioMaker kRepair = {"Repair", Repair};
+constexpr ScenarioMaker kRepairAfterKill = {"RepairAfterKill", RepairAfterKill};
+constexpr ScenarioMaker kRepairOverItself = {"RepairOverItself", RepairOverItself};
 
 }  // namespace faults
 

@@ -15,7 +15,7 @@ namespace faults {
 
 namespace {
 
-class TwoRuns : public testing::TestWithParam<Scenario> {
+class TwoRuns : public testing::TestWithParam<ScenarioMaker> {
   protected:
     void SetUp() override {
         const std::string obstacle = support::TracedProgram::Obstacle();
@@ -64,12 +64,12 @@ class TwoRuns : public testing::TestWithParam<Scenario> {
     }
 
     void TearDown() override {
-        std::printf("%s: %d pairs of runs, %d violations\n", GetParam().name.c_str(), pairs_, violations_);
+        std::printf("%s: %d pairs of runs, %d violations\n", GetParam().name, pairs_, violations_);
         RecordProperty("pairs", pairs_);
         RecordProperty("violations", violations_);
     }
 
-    Stage stage_ = Stage(GetParam());
+    Stage stage_ = Stage(GetParam().make());
     std::vector<IoCall> calls_;
 
   private:
@@ -105,8 +105,8 @@ TEST_P(TwoRuns, BothWaitAtTheSameCall) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, TwoRuns,
-                         testing::Values(Conversion(), DarkReference(), Repair(), RepairOverItself()),
-                         [](const auto& tested) { return tested.param.name; });
+                         testing::Values(kConversion, kDarkReference, kRepair, kRepairOverItself),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace
 

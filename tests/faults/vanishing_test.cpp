@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Vanishing : public testing::TestWithParam<Scenario> {
+class Vanishing : public testing::TestWithParam<ScenarioMaker> {
   protected:
     void SetUp() override {
         const std::string obstacle = support::TracedProgram::Obstacle();
@@ -44,7 +44,7 @@ class Vanishing : public testing::TestWithParam<Scenario> {
             for (std::size_t call = 0; call <= i; ++call) {
                 run.NextCall();
             }
-            const bool made = stage_.IsMade(GetParam().targets.front());
+            const bool made = stage_.IsMade(stage_.scenario().targets.front());
             harm();
             run.program().Finish();
             repair();
@@ -56,12 +56,12 @@ class Vanishing : public testing::TestWithParam<Scenario> {
             stage_.Restore();
             ++runs;
         }
-        std::printf("%s: %d runs harmed, %d violations\n", GetParam().name.c_str(), runs, violations);
+        std::printf("%s: %d runs harmed, %d violations\n", GetParam().name, runs, violations);
         RecordProperty("runs", runs);
         RecordProperty("violations", violations);
     }
 
-    Stage stage_ = Stage(GetParam());
+    Stage stage_ = Stage(GetParam().make());
     std::vector<IoCall> calls_;
 
   private:
@@ -74,13 +74,13 @@ TEST_P(Vanishing, TheOutputFolder) {
 }
 
 TEST_P(Vanishing, AnInput) {
-    for (const File& input : GetParam().inputs) {
+    for (const File& input : stage_.scenario().inputs) {
         HarmAtEach([&] { fs::remove(stage_.Path(input.path)); }, [&] { stage_.RestoreInput(input.path); });
     }
 }
 
 TEST_P(Vanishing, ThePartOfAnImageBehindAThird) {
-    for (const File& input : GetParam().inputs) {
+    for (const File& input : stage_.scenario().inputs) {
         if (input.path.starts_with("card/")) {
             HarmAtEach([&] { fs::resize_file(stage_.Path(input.path), input.bytes.size() / 3); },
                        [&] { stage_.RestoreInput(input.path); });
@@ -88,8 +88,8 @@ TEST_P(Vanishing, ThePartOfAnImageBehindAThird) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, Vanishing, testing::Values(Conversion(), Repair()),
-                         [](const auto& tested) { return tested.param.name; });
+INSTANTIATE_TEST_SUITE_P(Faults, Vanishing, testing::Values(kConversion, kRepair),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace
 
