@@ -108,7 +108,8 @@ int DNGlib::ReadCameraDng(const std::string& path, CameraImage& image) {
     return complete ? kNoError : kDngDamaged;
 }
 
-/// Reads the IFD to which tag `pointer` of IFD0 points. Returns whether it is there, whole.
+/// Reads the IFD to which tag `pointer` of IFD0 points. Returns whether it is there, whole, and not empty: a
+/// TIFF file has no IFD without entries, so none could be written.
 bool DNGlib::ReadLinkedIFD(std::ifstream& file, unsigned short pointer, IFD& ifd) {
     const auto offset = ifd_values::Number(ifd0_, pointer);
     if (!offset) {
@@ -116,7 +117,7 @@ bool DNGlib::ReadLinkedIFD(std::ifstream& file, unsigned short pointer, IFD& ifd
     }
     file.seekg(static_cast<std::streamoff>(*offset));
     GetIFDs(&file, &ifd);
-    return file.good();
+    return file.good() && !ifd.empty();
 }
 
 /// One strip an image, as the layout writes them, and 16 bits for the raw image.

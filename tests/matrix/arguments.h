@@ -23,7 +23,9 @@ inline constexpr const char* kUsage =
     "damage_matrix --program FILE [--sanitized FILE] [--every NUMBER] [--jobs NUMBER] [--case NAME]\n"
     "              [--keep FOLDER] [--list]\n"
     "  --case  only the cases whose names begin with NAME\n"
-    "  --keep  write the files of the first of them into FOLDER, and how to run the program there\n";
+    "  --keep  write the files of the first of them into FOLDER, which must not hold such, and say how to "
+    "run\n"
+    "          the program on them\n";
 
 /// Returns an empty text, or what is wrong with the command line.
 std::string Parse(const std::vector<std::string>& words, Arguments& arguments);

@@ -69,9 +69,10 @@ void AddWholeDirectory(CaseList& cases, const EditableDirectory& where) {
         AddEdit(cases, "entries", where, what, Pixels::kKnown, edit);
     };
     add("none", [](Entries& entries) { entries.clear(); });
-    add("reversed", [](Entries& entries) { std::ranges::reverse(entries); });
+    add("reversed", [](Entries& entries) { std::reverse(entries.begin(), entries.end()); });
     add("halves-exchanged", [](Entries& entries) {
-        std::ranges::rotate(entries, entries.begin() + static_cast<std::ptrdiff_t>(entries.size() / 2));
+        const auto half = static_cast<std::ptrdiff_t>(entries.size() / 2);
+        std::rotate(entries.begin(), entries.begin() + half, entries.end());
     });
     add("all-twice", [](Entries& entries) {
         const Entries copy = entries;

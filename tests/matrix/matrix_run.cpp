@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "tests/matrix/matrix_run.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
 #include <set>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -36,7 +38,12 @@ CaseList AllCases() {
     return cases;
 }
 
+/// The case of the given name or, when no case has just that name, those whose names begin so.
 std::vector<const Case*> Wanted(const CaseList& list, const Arguments& arguments) {
+    const auto named = std::ranges::find(list.cases(), arguments.only, &Case::name);
+    if (named != list.cases().end()) {
+        return {&*named};
+    }
     std::vector<const Case*> wanted;
     for (std::size_t i = 0; i < list.cases().size(); i += arguments.every) {
         if (list.cases()[i].name.starts_with(arguments.only)) {
@@ -135,20 +142,26 @@ std::size_t RunCases(const Arguments& arguments, const std::vector<const Case*>&
     return shared.tally.Print();
 }
 
-/// Quoted for a shell; none of the cases' arguments holds a quote.
-std::string Quoted(const std::string& text) {
-    return "'" + text + "'";
+/// Makes `program` known as bin/`name` in the folder of a case, beside its databases, and prints how to run
+/// it.
+void PrintCommand(const CaseFolder& folder, const OptionSet& options, const std::string& program,
+                  const std::string& name) {
+    std::error_code error;
+    std::filesystem::create_symlink(program, folder.path() + "/bin/" + name, error);
+    std::printf("cd '%s' && bin/%s", folder.path().c_str(), name.c_str());
+    for (const std::string& argument : CaseFolder::Arguments(options)) {
+        std::printf(" %s", argument.c_str());
+    }
+    std::printf("\n");
 }
 
-/// The files are copied, not linked: what is tried with them is not to change those of the next case.
-std::size_t Keep(const Arguments& arguments, const Case& one, const SharedFiles& files) {
-    std::filesystem::create_directories(arguments.keep);
-    SharedFiles copies;
+/// Everything is made anew: the folder must hold no case yet.
+std::size_t Keep(const Arguments& arguments, const Case& one) {
     const std::string path = std::filesystem::absolute(arguments.keep).string();
-    std::filesystem::remove(path + "/half.RAW");
-    std::filesystem::remove(path + "/dark.BIA");
-    std::string fault = WriteSharedFiles(path, copies);
-    (void)files;
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    SharedFiles copies;
+    std::string fault = error ? error.message() : WriteSharedFiles(path, copies);
     CaseFolder folder(path, "case", copies);
     fault += folder.Prepare(*one.options, one.files());
     if (!fault.empty()) {
@@ -156,15 +169,9 @@ std::size_t Keep(const Arguments& arguments, const Case& one, const SharedFiles&
         return 1;
     }
     std::printf("%s\n", one.name.c_str());
-    for (const std::string& program : {arguments.program, arguments.sanitized}) {
-        if (!program.empty()) {
-            std::string line =
-                "(cd " + Quoted(folder.path()) + " && exec -a bin/velmarcon " + Quoted(program);
-            for (const std::string& argument : CaseFolder::Arguments(*one.options)) {
-                line += " " + Quoted(argument);
-            }
-            std::printf("%s)\n", line.c_str());
-        }
+    PrintCommand(folder, *one.options, arguments.program, "velmarcon");
+    if (!arguments.sanitized.empty()) {
+        PrintCommand(folder, *one.options, arguments.sanitized, "velmarcon-sanitized");
     }
     return 0;
 }
@@ -188,13 +195,13 @@ std::size_t Run(const Arguments& arguments, const std::string& folder) {
         std::printf("no such case\n");
         return 1;
     }
-    SharedFiles files;
     if (arguments.list) {
         return 0;
     }
     if (!arguments.keep.empty()) {
-        return Keep(arguments, *cases.front(), files);
+        return Keep(arguments, *cases.front());
     }
+    SharedFiles files;
     if (const std::string fault = WriteSharedFiles(folder, files); !fault.empty()) {
         std::printf("%s\n", fault.c_str());
         return 1;

@@ -9,6 +9,11 @@ namespace matrix {
 void Tally::Count(const Case& one, const std::string& outcome) {
     const std::lock_guard lock(mutex_);
     ++groups_[one.group][outcome];
+    constexpr std::size_t progress_step = 1000;
+    if (++cases_ % progress_step == 0) {
+        std::printf("%zu cases run\n", cases_);
+        (void)std::fflush(stdout);
+    }
 }
 
 void Tally::Measure(const std::string& program, const Case& one, const Ending& ending) {
@@ -33,7 +38,6 @@ void Tally::Fail(const std::string& name, const std::string& fault) {
 
 std::size_t Tally::Print() const {
     const std::lock_guard lock(mutex_);
-    std::size_t cases = 0;
     for (const auto& [group, outcomes] : groups_) {
         std::size_t sum = 0;
         for (const auto& [outcome, count] : outcomes) {
@@ -43,14 +47,13 @@ std::size_t Tally::Print() const {
         for (const auto& [outcome, count] : outcomes) {
             std::printf("  %6zu  %s\n", count, outcome.c_str());
         }
-        cases += sum;
     }
     for (const auto& [program, largest] : largest_) {
         std::printf("%s: at most %.3f s of the processor (%s) and %ld KiB of memory (%s)\n", program.c_str(),
                     largest.cpu_seconds, largest.slowest.c_str(), largest.peak_kilobytes,
                     largest.greediest.c_str());
     }
-    std::printf("%zu cases, %zu failures\n", cases, failures_.size());
+    std::printf("%zu cases, %zu failures\n", cases_, failures_.size());
     for (const std::string& name : failures_) {
         std::printf("  ./scripts/test-matrix --case '%s' --keep /tmp/matrix-case\n", name.c_str());
     }

@@ -16,7 +16,7 @@ namespace matrix {
 /// Counts what came of the cases. May be used by several threads.
 class Tally {
   public:
-    /// One case was run, with this outcome.
+    /// One case was run, with this outcome. Now and then prints how many were.
     void Count(const Case& one, const std::string& outcome);
     /// One run of `program` ("release", "sanitized") took this much.
     void Measure(const std::string& program, const Case& one, const Ending& ending);
@@ -35,6 +35,7 @@ class Tally {
     };
 
     mutable std::mutex mutex_;
+    std::size_t cases_ = 0;
     std::map<std::string, std::map<std::string, std::size_t>> groups_;
     std::map<std::string, Largest> largest_;
     std::vector<std::string> failures_;
