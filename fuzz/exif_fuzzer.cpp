@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A whole JPEG in memory, as the camera's card may hold it.
+// A whole JPEG in memory, as the camera's card may hold it; or the payload of its APP1 segment alone.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -61,9 +61,17 @@ bool IsResult(int result) {
     return result == 0 || (result >= EXIFInfo::kNotAJpeg && result <= EXIFInfo::kCorruptExif);
 }
 
+void ReadAsSegment(Bytes segment) {
+    EXIFInfo exif;
+    const int result = exif.parseFromEXIFSegment(segment.data(), static_cast<unsigned int>(segment.size()));
+    Require(IsResult(result) && result != EXIFInfo::kNotAJpeg, "the result is one that a segment can have");
+    RequireValuesOfTheFile(segment, exif);
+}
+
 }  // namespace
 
 void FuzzInput(std::span<const std::uint8_t> bytes) {
+    ReadAsSegment(bytes);
     EXIFInfo exif;
     const int result = exif.parseFrom(bytes.data(), static_cast<unsigned int>(bytes.size()));
     Require(IsResult(result), "the result is one that the parser has");

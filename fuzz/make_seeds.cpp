@@ -87,6 +87,12 @@ void WriteExif(SeedWriter& seeds) {
     samples::Set(all_fields.exif, samples::Ascii(tag::kSubSecTimeOriginal, "42"));
     seeds.Write("exif", "all-fields", samples::CameraJpeg(all_fields));
     seeds.Write("exif", "no-segment", samples::TinyJpeg());
+    seeds.Write("exif", "segment", samples::Serialize(samples::CameraExif({})));
+    samples::Shot shot;
+    shot.exposure_time = {333, 1000000};
+    seeds.Write("exif", "1-3000", samples::CameraJpeg(samples::CameraExif(shot)));
+    shot.exposure_time = {666, 1000000};
+    seeds.Write("exif", "1-1500", samples::CameraJpeg(samples::CameraExif(shot)));
 }
 
 void WriteMakerNote(SeedWriter& seeds) {
@@ -122,6 +128,7 @@ void WriteDng(SeedWriter& seeds) {
     seeds.Write("dng", "rows", WithOptions({rows | 0x1A, 0}, cropped));
     seeds.Write("dng", "line-test", WithOptions({rows | 0x2F, 4}, cropped));
     seeds.Write("dng", "no-database", WithOptions({rows | 0x0E, 2}, cropped));
+    seeds.Write("dng", "nothing-known", WithOptions({rows | 0x0A, 2}, cropped));
     Bytes whole = ShortDng(4, 2, {});
     whole.insert(whole.end(), {0, 32, 64, 96, 128, 160, 192, 255});
     seeds.Write("dng", "whole", WithOptions({0x00, 4}, whole));

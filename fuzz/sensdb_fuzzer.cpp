@@ -34,7 +34,7 @@ struct Mode {
     explicit Mode(InputBytes& input) {
         const std::uint8_t bits = input.NextByte();
         constexpr std::array<int, 4> widths = {sensor_frame::kFullWidth, sensor_frame::kCroppedWidth, 2, 5};
-        constexpr std::array<std::uint16_t, 4> speeds = {160, 320, 1250, 2500};
+        constexpr std::array<std::uint16_t, 4> speeds = {320, 640, 1250, 2500};
         width = widths.at(bits & 3U);
         iso = speeds.at(bits >> 2U & 3U);
         test = Bit(bits, 4);
