@@ -12,7 +12,7 @@ IoRun::IoRun(const Command& command)
 
 std::optional<IoCall> IoRun::NextCall() {
     while (const auto call = program_.NextCall()) {
-        const auto io = AsIoCall(program_, *call);
+        auto io = AsIoCall(program_, *call);
         begun_ = begun_ || (io && io->path.starts_with(watched_));
         if (io && begun_) {
             return io;

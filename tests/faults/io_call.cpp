@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -26,7 +27,7 @@ struct KnownCall {
 };
 
 // A machine has the older calls, or only those that stand for them now.
-constexpr KnownCall kKnownCalls[] = {
+constexpr auto kKnownCalls = std::to_array<KnownCall>({
 #ifdef SYS_open
     {SYS_open, "open", IoKind::kOpen, Names::kPath},
     {SYS_stat, "stat", IoKind::kStatus, Names::kPath},
@@ -72,7 +73,7 @@ constexpr KnownCall kKnownCalls[] = {
     {SYS_fsync, "fsync", IoKind::kSync, Names::kDescriptor},
     {SYS_fdatasync, "fdatasync", IoKind::kSync, Names::kDescriptor},
     {SYS_close, "close", IoKind::kClose, Names::kDescriptor},
-};
+});
 
 bool IsVector(const support::SystemCall& call) {
     return call.number == SYS_readv || call.number == SYS_writev;

@@ -25,8 +25,8 @@ struct Scenario {
     std::vector<File> old = {};        ///< what stands in the place of targets before
     std::vector<File> debris = {};     ///< what killed runs have left
     /// An input without which it makes something less, and the message that tells so.
-    std::string dispensable = "";
-    std::string message = "";
+    std::string dispensable = {};
+    std::string message = {};
     bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
 
