@@ -116,6 +116,19 @@ TEST(ExifValues, ACountThatReachesOutsideOrWrapsGivesNoBytes) {
     }
 }
 
+TEST(ExifValues, LongOnesAreTakenWhileTogetherTheyAreNotLongerThanTheFile) {
+    // The segment has 98 bytes, which all of the values name from the same place on.
+    const EXIFInfo exif =
+        Parsed(ByteOrder::kLittle, {samples::RawEntry(36867, 2, 40, 0), samples::RawEntry(36868, 2, 40, 0),
+                                    samples::RawEntry(37521, 2, 19, 0), samples::RawEntry(42016, 2, 18, 0),
+                                    samples::RawEntry(kMakerNote, 7, 5, 0)});
+    EXPECT_EQ(exif.DateTimeOriginal.size(), 40U);
+    EXPECT_EQ(exif.DateTimeDigitized.size(), 40U);
+    EXPECT_EQ(exif.SubSecTimeOriginal, "") << "80 are taken: 19 are one too many";
+    EXPECT_EQ(exif.ImageUniqueID.size(), 18U);
+    EXPECT_TRUE(exif.MakerNote.empty());
+}
+
 TEST(ExifValues, ARationalOutsideIsZeroBeforeTheExposureRules) {
     const EXIFInfo exif = Parsed(
         ByteOrder::kLittle, {samples::RawEntry(33434, 5, 1, 9999), samples::RawEntry(37380, 5, 1, 9999)});

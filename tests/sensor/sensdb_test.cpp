@@ -17,6 +17,7 @@
 
 #include "input/read_input_data.h"
 #include "tests/support/capture_stdout.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 
 namespace {
@@ -229,6 +230,15 @@ TEST_F(SensdbTest, AMissingFolderIsReported) {
     sensors_.Camera(1).Line = {1};
     EXPECT_EQ(Write(), NotWritten("No such file or directory"));
     EXPECT_EQ(ContentsOf(sensors_), (Contents{{1, {{1}, {}}}}));
+}
+
+TEST_F(SensdbTest, AFileThatDoesNotFitOnTheDiskLeavesTheOldOneAndIsReported) {
+    WriteText("[1]\nLine = 1\n");
+    sensors_.Camera(1).LevelCorrection = Levels(3968, 0.5F);
+    const support::FileSizeLimit limit(50000);
+    EXPECT_EQ(Write(), NotWritten("File too large"));
+    EXPECT_EQ(Text(), "[1]\nLine = 1\n");
+    EXPECT_EQ(support::Names(folder_.path()), std::vector<std::string>{"sensdb.ini"});
 }
 
 TEST_F(SensdbTest, AFolderInThePlaceOfTheFileIsNotReplaced) {
