@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -78,6 +80,19 @@ TEST(JpegLoader, AFileBeyond32BitsIsDamagedThoughItsSizeCutTo32BitsWouldFit) {
     // The growth takes no room on the disk.
     std::filesystem::resize_file(folder / "X.JPG", (std::uintmax_t{1} << 32U) + jpeg.size());
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kExifDamaged);
+}
+
+TEST(JpegLoader, AFileOf64MiBIsReadAndALongerOneIsDamaged) {
+    constexpr std::uintmax_t longest = std::uintmax_t{64} * 1024 * 1024;
+    const support::TempFolder folder;
+    const std::string path = folder / "X.JPG";
+    support::WriteFile(path, samples::CameraJpeg(samples::CameraExif({})));
+    for (const auto& [size, result] : {std::pair(longest, 0), std::pair(longest + 1, kExifDamaged)}) {
+        std::filesystem::resize_file(path, size - 2);
+        std::ofstream(path, std::ios::binary | std::ios::app) << "\xFF\xD9";
+        ASSERT_EQ(std::filesystem::file_size(path), size);
+        EXPECT_EQ(RecordIn(folder).LoadJPGExif(), result) << size;
+    }
 }
 
 TEST(JpegLoader, VerboseNamesTheFileAndClosesTheLineOnSuccess) {

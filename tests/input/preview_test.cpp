@@ -172,4 +172,14 @@ TEST(Preview, SamplesOutsideTheImageAreNotTaken) {
     EXPECT_EQ(preview.back(), 7);
 }
 
+TEST(Preview, OfAnImageOfOneColumnHasNoSamples) {
+    // The first odd column would be the one behind the image.
+    std::vector<std::uint8_t> preview(kPreviewBytes, 7);
+    PreviewSampler sampler(1, 240, preview);
+    for (int y = 0; y < 240; ++y) {
+        sampler.AddRow(y, Row(1, 16383));
+    }
+    EXPECT_TRUE(std::ranges::all_of(preview, [](auto byte) { return byte == 7; }));
+}
+
 }  // namespace
