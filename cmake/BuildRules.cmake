@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: MIT
 # One set of rules for every target: warnings are errors; hardening; sanitizers and clang-tidy by option.
+include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
 include(cmake/Hardening.cmake)
 
 add_library(velmarcon_build_rules INTERFACE)
@@ -13,6 +15,21 @@ target_compile_options(velmarcon_build_rules INTERFACE
 
 # Also where a long has 32 bits: files of 2 GB and more can be opened, and be found too long.
 target_compile_definitions(velmarcon_build_rules INTERFACE _FILE_OFFSET_BITS=64)
+
+# Results are defined in single and double precision, which the x87 processor of 32-bit x86 machines does not keep to.
+check_cxx_source_compiles("
+  #include <cfloat>
+  #if FLT_EVAL_METHOD > 0
+  #error intermediate results have more bits than their types
+  #endif
+  int main() {}"
+  VELMARCON_PRECISION_OF_TYPES)
+if(NOT VELMARCON_PRECISION_OF_TYPES)
+  check_cxx_compiler_flag("-msse2 -mfpmath=sse" VELMARCON_HAS_SSE2)
+  if(VELMARCON_HAS_SSE2)
+    target_compile_options(velmarcon_build_rules INTERFACE -msse2 -mfpmath=sse)
+  endif()
+endif()
 
 if(VELMARCON_HARDEN AND NOT VELMARCON_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
   velmarcon_harden(velmarcon_build_rules)

@@ -24,7 +24,10 @@ bool listing_tells_types = true;
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library's are reserved names
 extern "C" dirent* readdir(DIR* folder) {
     using Readdir = dirent* (*)(DIR*);
-    static const auto next = reinterpret_cast<Readdir>(::dlsym(RTLD_NEXT, "readdir"));
+    // With file offsets of 64 bits the C library's readdir, and so this one, goes by the first name.
+    static void* const found = ::dlsym(RTLD_NEXT, "readdir64");
+    static const auto next =
+        reinterpret_cast<Readdir>(found != nullptr ? found : ::dlsym(RTLD_NEXT, "readdir"));
     dirent* const entry = next(folder);
     if (entry != nullptr && !listing_tells_types) {
         entry->d_type = DT_UNKNOWN;

@@ -13,8 +13,11 @@
 #include <gtest/gtest.h>
 
 #include "dng/dng_tags.h"
+#include "dng/dnglib.h"
 #include "exif/byte_order.h"
+#include "exif/lensdb.h"
 #include "exif/tags.h"
+#include "sensor/sensdb.h"
 #include "tests/dng/repair_run.h"
 #include "tests/support/camera_dng.h"
 
@@ -391,6 +394,12 @@ TEST(Repair, AcceptsEveryMakeAndModelThatContainsTheCameras) {
     samples::Set(camera.ifd0, samples::Ascii(tag::kMake, "(c) Leica Camera AG, Solms"));
     samples::Set(camera.ifd0, samples::Ascii(tag::kModel, "M8.2 Digital Camera"));
     EXPECT_EQ(Repaired(camera).ifd0.At(tag::kModel).Text(), std::string("M8.2 Digital Camera\0", 20));
+}
+
+TEST(Repair, HasFourEmptyPlacesForHorizontalLevels) {
+    lensdb lenses("");
+    sensdb sensors("");
+    EXPECT_EQ(DNGlib(&lenses, &sensors).getSensorHorzLevel(), std::vector<unsigned short>(4));
 }
 
 }  // namespace
