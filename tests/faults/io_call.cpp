@@ -9,7 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <span>
+#include <string>
+#include <system_error>
 #include <vector>
 
 namespace faults {
@@ -90,6 +93,16 @@ IoKind KindOf(const KnownCall& known, const support::SystemCall& call) {
     return known.kind;
 }
 
+/// The file that a descriptor of the program stands for; empty when it is none: sanitizers try with a pipe of
+/// their own whether memory can be read.
+std::string FileOf(const support::TracedProgram& program, std::uint64_t descriptor) {
+    std::error_code none;
+    const std::string link =
+        "/proc/" + std::to_string(program.process()) + "/fd/" + std::to_string(static_cast<int>(descriptor));
+    const std::string file = std::filesystem::read_symlink(link, none).string();
+    return file.starts_with('/') ? file : "";
+}
+
 }  // namespace
 
 std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const support::SystemCall& call) {
@@ -99,12 +112,17 @@ std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const supp
         return std::nullopt;
     }
     IoCall io = {KindOf(*known, call), call, known->name, ""};
-    if (known->names != Names::kDescriptor) {
+    if (known->names == Names::kDescriptor) {
+        const std::string file = FileOf(program, call.arguments[0]);
+        if (file.empty()) {
+            return std::nullopt;
+        }
+        io.description += " of " + file;
+    } else {
         io.path = program.TextAt(call.arguments[known->names == Names::kPath ? 0 : 1]);
+        // An empty path stands for the descriptor in its place.
+        io.description += " of " + (io.path.empty() ? FileOf(program, call.arguments[0]) : io.path);
     }
-    io.description += io.path.empty()
-                          ? " of descriptor " + std::to_string(static_cast<int>(call.arguments[0]))
-                          : " of " + io.path;
     return io;
 }
 
