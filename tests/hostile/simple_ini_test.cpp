@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/files.h"
+#include "tests/support/short_file.h"
 
 namespace {
 
@@ -64,8 +65,7 @@ TEST(SimpleIni, IsLoadedUpToItsLongestSize) {
 }
 
 TEST(SimpleIni, ThatCannotBeReadWholeIsAnError) {
-    // The kernel says that it has 4096 bytes, and gives fewer.
-    const std::string odd = "/sys/kernel/mm/transparent_hugepage/enabled";
+    const std::string odd = support::kFileShorterThanItsLength;
     if (!std::filesystem::exists(odd)) {
         GTEST_SKIP() << odd << " is not there";
     }

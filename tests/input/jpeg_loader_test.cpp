@@ -12,11 +12,13 @@
 #include "samples/camera_jpeg.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/files.h"
+#include "tests/support/short_file.h"
 
 namespace {
 
 constexpr int kExifDamaged = 9;
 constexpr int kJpgNotFound = 10;
+constexpr int kJpgUnreadable = 11;
 
 /// A record that is to read X.JPG of `folder`.
 ReadInputData RecordIn(const support::TempFolder& folder, bool verbose = false) {
@@ -48,6 +50,16 @@ TEST(JpegLoader, AMissingFileOrAFolderIsNotFound) {
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kJpgNotFound);
     std::filesystem::create_directory(folder / "X.JPG");
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kJpgNotFound);
+}
+
+TEST(JpegLoader, AFileThatCannotBeReadWholeIsAnError) {
+    const std::string odd = support::kFileShorterThanItsLength;
+    if (!std::filesystem::exists(odd)) {
+        GTEST_SKIP() << odd << " is not there";
+    }
+    const support::TempFolder folder;
+    std::filesystem::create_symlink(odd, folder / "X.JPG");
+    EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kJpgUnreadable);
 }
 
 TEST(JpegLoader, EveryFaultOfTheParserIsDamage) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,11 +14,13 @@
 #include "samples/sensor_dump.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/files.h"
+#include "tests/support/short_file.h"
 #include "tests/support/test_pair.h"
 
 namespace {
 
 constexpr int kRawNotFound = 6;
+constexpr int kRawUnreadable = 7;
 constexpr int kRawDamaged = 8;
 constexpr int kBiaDamaged = 16;
 
@@ -211,6 +214,20 @@ TEST(RawLoader, AMissingDarkFrameIsDamagedAndASizeIsNotAsked) {
     EXPECT_EQ(record.ImageData[6], 0x2101);
     EXPECT_EQ(record.ImageData[7], 0x2121);
     EXPECT_EQ(record.ImageData.back(), 0x2121);
+}
+
+TEST(RawLoader, FilesThatCannotBeReadWholeAreErrors) {
+    const std::string odd = support::kFileShorterThanItsLength;
+    if (!std::filesystem::exists(odd)) {
+        GTEST_SKIP() << odd << " is not there";
+    }
+    const support::TempFolder folder;
+    std::filesystem::create_symlink(odd, folder / "X.RAW");
+    EXPECT_EQ(RecordIn(folder).LoadRawFile(), kRawUnreadable);
+    std::filesystem::remove(folder / "X.RAW");
+    support::WriteFile(folder / "X.RAW", EvenBytes(kBytes));
+    std::filesystem::create_symlink(odd, folder / "X.BIA");
+    EXPECT_EQ(RecordIn(folder, true).LoadRawFile(), kBiaDamaged);
 }
 
 TEST(RawLoader, TheDarkFrameIsReadAsFarAsTheRawFileReaches) {
