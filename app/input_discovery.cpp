@@ -5,6 +5,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -95,11 +98,17 @@ std::vector<std::string> GetFileList(const std::string& folder) {
     if (!listing) {
         return names;
     }
+    errno = 0;
     while (const dirent* entry = ::readdir(listing.get())) {
         const std::string name = entry->d_name;
         if (!IsFolder(listing.get(), *entry) && IsWanted(name, folder + name)) {
             names.push_back(name);
         }
+        errno = 0;
+    }
+    if (errno != 0) {
+        // What was listed is converted all the same; but nobody should take it for all that there is.
+        std::printf("%s: folder not read to its end: %s\n", folder.c_str(), std::strerror(errno));
     }
     return names;
 }
