@@ -11,7 +11,7 @@ namespace {
 /// A whole number above 0, or 0.
 std::size_t Number(const std::string& text) {
     return text.find_first_not_of("0123456789") == std::string::npos
-               ? std::strtoull(text.c_str(), nullptr, 10)
+               ? static_cast<std::size_t>(std::strtoull(text.c_str(), nullptr, 10))
                : 0;
 }
 

@@ -92,7 +92,7 @@ bool IsSensorDatabase(std::span<const std::uint8_t> bytes) {
 std::string WriteSharedFiles(const std::string& folder, SharedFiles& shared) {
     shared.raw = folder + "/half.RAW";
     shared.dark = folder + "/dark.BIA";
-    const std::string fault =
+    std::string fault =
         samples::WriteFile(shared.raw, RawFile()) + samples::WriteFile(shared.dark, DarkFile());
     shared.raw_hash = HashOf(shared.raw);
     shared.dark_hash = HashOf(shared.dark);

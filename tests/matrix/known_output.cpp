@@ -41,7 +41,7 @@ constexpr std::array<Error, 12> kErrors = {{
 /// The number in "Error #0017: ...".
 int NumberOf(std::string_view text) {
     const auto hash = text.find('#');
-    return std::atoi(std::string(text.substr(hash + 1, 4)).c_str());
+    return static_cast<int>(std::strtol(std::string(text.substr(hash + 1, 4)).c_str(), nullptr, 10));
 }
 
 bool IsNumber(std::string_view text) {
@@ -63,7 +63,7 @@ constexpr std::array<std::string_view, 8> kSteps = {
     "Fixing sensor dark field...", "Writing DNG header...", "Writing image data...", ""};
 
 std::string_view BehindStep(std::string_view line) {
-    const auto step =
+    const auto* const step =
         std::ranges::find_if(kSteps, [&](std::string_view text) { return line.starts_with(text); });
     return line.substr(step->size());
 }
@@ -94,7 +94,7 @@ class Listener {
 
     bool IsError(std::string_view line) {
         // A repair's error is reported twice, the second time without the file's name.
-        const auto error = std::ranges::find_if(kErrors, [line](const Error& known) {
+        const auto* const error = std::ranges::find_if(kErrors, [line](const Error& known) {
             return known.text == line || (line.starts_with("Error #") && known.text.ends_with(line));
         });
         if (error == kErrors.end()) {

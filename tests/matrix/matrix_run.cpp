@@ -61,7 +61,7 @@ struct Shared {
     const SharedFiles& files;
     const std::string& folder;
     std::atomic<std::size_t> next = 0;
-    Tally tally;
+    Tally tally = {};
 };
 
 /// One of the threads that take cases in turn.
