@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::uint64_t kMegabyte = 1024 * 1024;
+constexpr std::uint64_t kMegabyte = 1024ULL * 1024;
 
 /// A card, and the program run on it with so much memory.
 class LittleMemory : public testing::Test {
