@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/descriptor_limit.h"
 #include "tests/support/files.h"
 
 namespace {
@@ -46,6 +47,17 @@ TEST(InputFile, WhatIsNoPlainFileIsNotOpened) {
         InputFile file;
         EXPECT_FALSE(file.Open(path)) << path;
     }
+}
+
+TEST(InputFile, APlainFileThatTheSystemDoesNotOpenIsNotOpened) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "file", "123");
+    InputFile file;
+    {
+        const support::DescriptorLimit limit(0);
+        EXPECT_FALSE(file.Open(folder / "file"));
+    }
+    EXPECT_TRUE(file.Open(folder / "file"));
 }
 
 TEST(InputFile, ReadsTheStartAsOftenAsAsked) {

@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/input/replace.h"
+#include "tests/support/descriptor_limit.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 
@@ -45,6 +46,18 @@ TEST(ReplacementFile, AnExistingFileIsUntouchedUntilCommit) {
     EXPECT_EQ(Content(folder / "L1.DNG"), "old and longer");
     EXPECT_EQ(file.Commit(3), 0);
     EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+TEST(ReplacementFile, WhoseTextCannotBeWrittenForLackOfDescriptorsLeavesNothing) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "L1.DNG", "old");
+    {
+        ReplacementFile file;
+        const support::DescriptorLimit limit(1);  // for the part, but not for the stream into it
+        EXPECT_EQ(file.Open(folder / "L1.DNG"), EMFILE);
+    }
+    EXPECT_EQ(Content(folder / "L1.DNG"), "old");
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
 

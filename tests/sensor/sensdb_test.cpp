@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/sensdb.h"
 
-#include <sys/resource.h>
-
 #include <chrono>
 #include <filesystem>
 #include <limits>
@@ -17,6 +15,7 @@
 
 #include "input/read_input_data.h"
 #include "tests/support/capture_stdout.h"
+#include "tests/support/descriptor_limit.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/files.h"
 
@@ -249,29 +248,11 @@ TEST_F(SensdbTest, AFolderInThePlaceOfTheFileIsNotReplaced) {
     EXPECT_EQ(support::Names(folder_.path()), std::vector<std::string>{"sensdb.ini"});
 }
 
-/// Lets no file be opened while it lives.
-class NoFiles {
-  public:
-    NoFiles() {
-        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &allowed_), 0);
-        const struct rlimit none = {0, allowed_.rlim_max};
-        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
-    }
-    ~NoFiles() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &allowed_), 0); }
-    NoFiles(const NoFiles&) = delete;
-    NoFiles& operator=(const NoFiles&) = delete;
-    NoFiles(NoFiles&&) = delete;
-    NoFiles& operator=(NoFiles&&) = delete;
-
-  private:
-    struct rlimit allowed_ = {};
-};
-
 TEST_F(SensdbTest, WhatCouldNotBeReadIsNotReplacedUntilItCan) {
     WriteText("[2]\nLine = 2\n");
     sensors_.Camera(1).Line = {1};
     {
-        const NoFiles none;
+        const support::DescriptorLimit no_files(0);
         EXPECT_LT(sensors_.LoadSensData(), 0);
     }
     EXPECT_EQ(Write(), NotWritten("the file that is there could not be read"));
