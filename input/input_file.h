@@ -17,8 +17,9 @@ class InputFile {
     /// Length in bytes, when it was opened.
     std::uint64_t size() const { return size_; }
 
-    /// Reads the file's start into `bytes` with one read. What the file did not hold when it was opened becomes
-    /// 0. Returns false when what it did hold could not be read: the disk failed, or someone made it shorter.
+    /// Reads the file's start into `bytes` with one read. What the file did not hold when it was opened
+    /// becomes 0. Returns false when what it did hold could not be read: the disk failed, or someone made it
+    /// shorter.
     [[nodiscard]] bool ReadStart(std::span<std::uint8_t> bytes);
 
     /// For reading parts of the file, when it was opened.
