@@ -123,11 +123,11 @@ class AllocationSweep : public testing::Test {
     }
 
   private:
-    /// Each allocation of the first thousand fails, then those at steps that grow with their number: the
+    /// Each allocation of the first 700 fails, then those at steps that grow with their number: the
     /// database's values are all treated alike.
     static long Step(long which) {
-        constexpr long all_up_to = 1000;
-        constexpr long part = 50;
+        constexpr long all_up_to = 700;
+        constexpr long part = 10;
         return which < all_up_to ? 1 : which / part;
     }
 
