@@ -28,7 +28,7 @@ class InputBytes {
 
 /// Whether bit `position`, counted from the lowest, is set.
 constexpr bool Bit(std::uint8_t byte, unsigned int position) {
-    return (byte >> position & 1U) != 0;
+    return ((static_cast<unsigned int>(byte) >> position) & 1U) != 0;
 }
 
 #endif  // VELMARCON_FUZZ_INPUT_BYTES_H
