@@ -10,6 +10,14 @@
 
 namespace support {
 
+/// Whether a test may leave no file at all to be opened. The sanitizers look at an object's type through a
+/// pipe, and end the process when they can't make one.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kNoFilesCanBeLeft = false;
+#else
+constexpr bool kNoFilesCanBeLeft = true;
+#endif
+
 /// While it lives, this process can open no more than `files` further files: the next fails with EMFILE.
 class DescriptorLimit {
   public:
