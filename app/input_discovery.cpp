@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/input_discovery.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <memory>
 #include <string_view>
+#include <utility>
 
 #include "app/error_codes.h"
+#include "app/folder_listing.h"
+#include "input/file_calls.h"
 #include "input/input_file.h"
 
 namespace {
@@ -24,25 +20,10 @@ constexpr std::uint64_t kCameraDngSize = 10575296;
 /// Bytes up to which a DNG named by -i is taken for one of the camera's.
 constexpr std::uint64_t kLargestSingleDng = 15000000;
 
-struct CloseFolder {
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
-
 /// Length in bytes; 0 when the file can't be opened.
 std::uint64_t FileSize(const std::string& path) {
     InputFile file;
     return file.Open(path) ? file.size() : 0;
-}
-
-/// Not every file system's listing tells the type. A symbolic link counts as a file, whatever it points to.
-bool IsFolder(DIR* listing, const dirent& entry) {
-    if (entry.d_type != DT_UNKNOWN) {
-        return entry.d_type == DT_DIR;
-    }
-    struct stat status = {};
-    return ::fstatat(::dirfd(listing), &entry.d_name[0], &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISDIR(status.st_mode);
 }
 
 bool IsWanted(const std::string& name, const std::string& path) {
@@ -84,7 +65,7 @@ std::string WithSeparator(std::string folder) {
 }
 
 bool isdir(const char* path) {
-    return OpenFolder(::opendir(path)) != nullptr;
+    return FolderListing(path).IsOpen();
 }
 
 bool isfile(const char* path) {
@@ -94,21 +75,19 @@ bool isfile(const char* path) {
 
 std::vector<std::string> GetFileList(const std::string& folder) {
     std::vector<std::string> names;
-    const OpenFolder listing(::opendir(folder.c_str()));
-    if (!listing) {
+    FolderListing listing(folder);
+    if (!listing.IsOpen()) {
         return names;
     }
-    errno = 0;
-    while (const dirent* entry = ::readdir(listing.get())) {
-        const std::string name = entry->d_name;
-        if (!IsFolder(listing.get(), *entry) && IsWanted(name, folder + name)) {
-            names.push_back(name);
+    while (auto name = listing.NextFile()) {
+        if (IsWanted(*name, folder + *name)) {
+            names.push_back(*std::move(name));
         }
-        errno = 0;
     }
-    if (errno != 0) {
+    if (listing.error() != 0) {
         // What was listed is converted all the same; but nobody should take it for all that there is.
-        std::printf("%s: folder not read to its end: %s\n", folder.c_str(), std::strerror(errno));
+        std::printf("%s: folder not read to its end: %s\n", folder.c_str(),
+                    file_calls::ErrorText(listing.error()));
     }
     return names;
 }

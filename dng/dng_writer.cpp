@@ -6,8 +6,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
 #include <limits>
 #include <span>
 #include <string>
@@ -20,6 +18,7 @@
 #include "exif/byte_order.h"
 #include "exif/tags.h"
 #include "exif/tiff_types.h"
+#include "input/file_calls.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
 #include "input/replacement_file.h"
@@ -78,7 +77,7 @@ std::string UpToExtension(const std::string& name) {
 /// only ever read, whatever the links in a folder say.
 bool LeadsToInput(const std::string& path) {
     std::error_code error;
-    const auto extension = std::filesystem::canonical(path, error).extension();
+    const auto extension = file_calls::RealName(path, error).extension();
     return !error && (extension == ".RAW" || extension == ".BIA" || extension == ".JPG");
 }
 
@@ -92,7 +91,7 @@ int OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& fil
 
 /// A failure ends the run's work on this file, not the run.
 void ReportUnwritten(const std::string& path, int error) {
-    std::printf("%s: DNG not written: %s\n", path.c_str(), std::strerror(error));
+    std::printf("%s: DNG not written: %s\n", path.c_str(), file_calls::ErrorText(error));
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 #define SI_IMPLEMENTATION
 #include "exif/simple_ini.h"
 
-#include <filesystem>
 #include <fstream>
 #include <ios>
 #include <new>
 #include <optional>
-#include <system_error>
 #include <utility>
+
+#include "exif/system_path.h"
 
 template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
 
@@ -18,11 +18,10 @@ namespace {
 
 /// The bytes of the plain file at `path`; nothing when it is none, is too long, or can't be read.
 std::optional<std::string> ReadPlainFile(const std::string& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
+    if (!system_path::IsPlainFile(path)) {
         return std::nullopt;
     }
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::ifstream file(system_path::ToSystem(path), std::ios::binary | std::ios::ate);
     const std::streamoff size = file.is_open() ? std::streamoff(file.tellg()) : -1;
     if (size < 0 || static_cast<std::uint64_t>(size) > kLongestFile) {
         return std::nullopt;

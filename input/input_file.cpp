@@ -2,16 +2,15 @@
 #include "input/input_file.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <ios>
-#include <system_error>
+
+#include "exif/system_path.h"
 
 bool InputFile::Open(const std::string& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
+    if (!system_path::IsPlainFile(path)) {
         return false;
     }
-    stream_.open(path, std::ios::binary | std::ios::ate);
+    stream_.open(system_path::ToSystem(path), std::ios::binary | std::ios::ate);
     const std::streamoff end = stream_.is_open() ? std::streamoff(stream_.tellg()) : -1;
     if (end < 0) {
         return false;

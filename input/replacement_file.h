@@ -40,7 +40,6 @@ class ReplacementFile {
   private:
     int CreatePart(const std::string& folder);
     int OpenStream();
-    int PrepareToReplace();
 
     std::string final_path_;
     std::string part_path_;  ///< empty: there is nothing to remove

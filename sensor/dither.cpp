@@ -5,10 +5,21 @@
 
 namespace {
 
-/// Spreads the 31 bits of the library's number over all 32 (the finaliser of MurmurHash3): neighbouring seeds
+/// A number of 30 or 31 random bits.
+std::uint32_t LibraryNumber() {
+    constexpr int few_bits = 0x7FFF;                        // of Windows
+    auto number = static_cast<std::uint32_t>(std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
+    if constexpr (RAND_MAX == few_bits) {
+        number =
+            number << 15U | static_cast<std::uint32_t>(std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
+    }
+    return number;
+}
+
+/// Spreads the bits of the library's number over all 32 (the finaliser of MurmurHash3): neighbouring seeds
 /// become unrelated states. Never 0, from which a generator could not move.
 std::uint32_t Seed() {
-    auto x = static_cast<std::uint32_t>(std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
+    std::uint32_t x = LibraryNumber();
     x ^= x >> 16U;
     x *= 0x85EBCA6BU;
     x ^= x >> 13U;

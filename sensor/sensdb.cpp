@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "exif/simple_ini.h"
+#include "input/file_calls.h"
 #include "input/read_input_data.h"
 #include "input/replacement_file.h"
 
@@ -156,8 +157,9 @@ int sensdb::WriteSensData() {
     if (unreadable_) {
         return ReportUnwritten(DatabaseFile, "the file that is there could not be read");
     }
+    std::erase(text, '\r');  // lines end alike on all systems, and not as the library has it on Windows
     loaded_.reset();
     // One that no later run could load is not written.
     const int error = text.size() > simple_ini::kLongestFile ? EFBIG : ReplaceFile(DatabaseFile, text);
-    return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, std::strerror(error));
+    return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, file_calls::ErrorText(error));
 }

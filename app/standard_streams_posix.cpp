@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "app/standard_streams.h"
-
 #include <fcntl.h>
 #include <unistd.h>
+
+#include "app/standard_streams.h"
 
 namespace {
 

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_EXIF_SYSTEM_PATH_H
+#define VELMARCON_EXIF_SYSTEM_PATH_H
+
+#include <filesystem>
+#include <string>
+
+#if defined(_WIN32)
+#include <string_view>
+#endif
+
+/// The program's paths are texts of bytes. To most systems that is what a path is; Windows wants 16-bit
+/// units, and there the program's texts are UTF-8. Everything that opens a file gets its name from here.
+namespace system_path {
+
+#if defined(_WIN32)
+
+/// `text` as UTF-8 (see utf16.h).
+std::string FromWide(std::wstring_view text);
+
+/// `path` as Windows takes it.
+std::filesystem::path ToSystem(const std::string& path);
+
+/// Whether Windows takes `path` for a device (NUL, CON, COM1 and others, in whatever folder).
+bool IsDevice(const std::string& path);
+
+#else
+
+/// `path` as the system takes it.
+inline const std::string& ToSystem(const std::string& path) {
+    return path;
+}
+
+#endif
+
+/// Whether a plain file stands at `path`, or a symbolic link that leads to one; no folder, pipe or device,
+/// which is found out without opening it.
+bool IsPlainFile(const std::string& path);
+
+}  // namespace system_path
+
+#endif  // VELMARCON_EXIF_SYSTEM_PATH_H
