@@ -4,7 +4,7 @@
 
 constexpr const char* kBanner =
     "###################\n"
-    "# velmarcon v1.20 #\n"
+    "# velmarcon v" VELMARCON_VERSION " #\n"
     "###################\n";
 
 /// Users know these lines by heart, so they stay as they are, although without -i it is the current folder

@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kUsage =
     "###################\n"
-    "# velmarcon v1.20 #\n"
+    "# velmarcon v" VELMARCON_VERSION " #\n"
     "###################\n"
     "Program converts Leica M8 RAW+JPEG pairs to DNG.\n"
     "\n"

@@ -16,9 +16,10 @@ using end_to_end::Card;
 using support::RunProgram;
 using support::Start;
 
-constexpr const char* kUsage = R"(###################
-# velmarcon v1.20 #
-###################
+constexpr const char* kUsage =
+    "###################\n"
+    "# velmarcon v" VELMARCON_VERSION " #\n"
+    R"(###################
 Program converts Leica M8 RAW+JPEG pairs to DNG.
 
 Usage: velmarcon.exe -par1 val1 -par2 val2 ...
