@@ -1,0 +1,248 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# What velmarcon-batch takes for success, and what it tells.
+# shellcheck disable=SC2154  # run_test sets the variables
+
+ARawFileWithoutJpegFailsWithTheReason() {
+  pair in/L1
+  pair in/L2
+  rm in/L2.JPG
+  batch -o out in
+  expect_status 1
+  expect_summary 2 1 0 1
+  expect_line "Failed: $scratch/in/L2.RAW: L2.JPG: Error #0010: Unable to find JPG file."
+  expect_files out L1.DNG
+}
+
+EveryFailureIsNamed() {
+  pair in/L1
+  pair in/L2
+  head -c 1000 "$card/L1000001.RAW" >in/short && mv -f in/short in/L2.RAW
+  pair in/L3
+  head -c 1000 "$card/L1000001.JPG" >in/short && mv -f in/short in/L3.JPG
+  camera_dng in/L4
+  printf 'XX' | dd of=in/L4.DNG bs=1 seek=8 conv=notrunc 2>/dev/null
+  batch -j 1 -o out in
+  expect_status 1
+  expect_summary 4 1 0 3
+  expect_line "Failed: $scratch/in/L2.RAW: L2.RAW: Error #0008: Damaged RAW file."
+  expect_line "Failed: $scratch/in/L3.RAW: L3.JPG: Error #0009: Damaged EXIF in JPG."
+  expect_text "Failed: $scratch/in/L4.DNG: L4.DNG: Error #00"
+  expect_files out L1.DNG
+}
+
+ADngThatIsThereIsKept() {
+  pair in/L1
+  camera_dng in/L2
+  batch -o out in
+  ln out/L1.DNG out/L2.DNG .
+  batch -o out in
+  expect_status 0
+  expect_summary 2 0 2 0
+  [[ out/L1.DNG -ef L1.DNG && out/L2.DNG -ef L2.DNG ]] || fail "replaced"
+  batch -o out in -- -v -refresh
+  expect_status 0
+  expect_summary 2 2 0 0
+  [[ ! out/L1.DNG -ef L1.DNG && ! out/L2.DNG -ef L2.DNG ]] || fail "not replaced"
+  expect_same out/L1.DNG L1.DNG
+}
+
+ADngThatWasCutIsNotTakenForOne() {
+  pair in/L1
+  camera_dng in/L2
+  batch -o whole in -- -p
+  local name size length lengths
+  for name in L1 L2; do
+    size=$(wc -c <"whole/$name.DNG")
+    lengths=(0 1 7 9 100 2000 3000 100000 $((size / 2)) $((size - 1)))
+    for length in "${lengths[@]}"; do
+      mkdir -p "cut/$length" "out/$length"
+      ln -f in/$name.* "cut/$length"
+      head -c "$length" "whole/$name.DNG" >"out/$length/$name.DNG"
+    done
+    batch -o out cut -- -p
+    expect_status 1
+    expect_summary 10 0 0 10
+    for length in "${lengths[@]}"; do
+      expect_text "$name.DNG is there, but is "
+      [[ $(wc -c <"out/$length/$name.DNG") -eq $length ]] || fail "the cut DNG was replaced"
+    done
+    batch -o out cut -- -p -r
+    expect_status 0
+    expect_same "out/100/$name.DNG" "whole/$name.DNG"
+    rm -r cut out
+  done
+}
+
+AnyOtherFileInItsPlaceIsNotTakenForTheDng() {
+  pair in/L1
+  mkdir -p out
+  head -c 30000000 /dev/zero >out/L1.DNG
+  batch -o out in
+  expect_status 1
+  expect_text 'L1.DNG is there, but is no DNG; delete it, or use -r'
+  rm out/L1.DNG
+  mkdir out/L1.DNG
+  batch -o out in -- -r
+  expect_status 1
+  expect_text 'DNG not written: Is a directory'
+  rmdir out/L1.DNG
+  mkfifo out/L1.DNG
+  batch -o out in
+  expect_status 1
+  batch -o out in -- -r
+  expect_status 1
+}
+
+ADngOfTheCamerasOwnIsNotTakenForThatOfAPair() {
+  pair in/L1
+  camera_dng in/L1
+  batch in -- -r
+  expect_status 1
+  expect_summary 2 0 0 2
+  expect_same in/L1.DNG "$card/L1000004.DNG"
+  expect_text "in/L1.RAW: L1.DNG, which is there, is one of the camera's own; use another output folder"
+  batch -o out in
+  expect_status 1
+  expect_summary 2 1 0 1
+  expect_text 'in/L1.DNG: its DNG would have the name of that of L1.RAW'
+  [[ $(od -An -tu2 -j30 -N2 out/L1.DNG) -eq 3968 ]] || fail "not the pair's DNG"
+}
+
+ADngOfTheCamerasOwnIsReplacedOnlyOnRequest() {
+  camera_dng in/L1
+  batch in
+  expect_status 1
+  expect_text "a DNG of the camera's own is repaired into another folder (--output), or in its place with -r"
+  expect_same in/L1.DNG "$card/L1000004.DNG"
+  batch in -- -r
+  expect_status 0
+  expect_summary 1 1 0 0
+  [[ $(wc -c <in/L1.DNG) -gt $camera_dng_bytes ]] || fail "not repaired"
+}
+
+AProgramThatFailsInSilenceIsNoSuccess() {
+  pair in/L1
+  local ending
+  for ending in 'exit 0' 'exit 3' 'kill -SEGV $$'; do
+    printf '#!/bin/sh\n%s\n' "$ending" >silent
+    chmod +x silent
+    VELMARCON=$scratch/silent batch -o out in
+    expect_status 1
+    expect_text 'velmarcon ended with status '
+  done
+}
+
+AProgramThatLeavesTheOldDngIsNoSuccess() {
+  pair in/L1
+  batch -o out in
+  printf '#!/bin/sh\nexit 0\n' >silent
+  chmod +x silent
+  VELMARCON=$scratch/silent batch -o out in -- -r
+  expect_status 1
+  expect_text 'velmarcon ended with status 0 and said nothing; the old DNG is still there'
+}
+
+AFullDiskIsToldAndLeavesNoHalf() {
+  pair in/L1
+  pair in/L2
+  (ulimit -f 10000 && batch -o out in && expect_status 1 && expect_summary 2 0 0 2 &&
+    expect_text 'DNG not written: File too large')
+  [[ -z $(ls -A out) ]] || fail "left: $(ls -A out)"
+  batch -o out in
+  expect_status 0
+}
+
+ARemarkStandsInTheReport() {
+  pair in/L1
+  batch -o out in -- -s
+  expect_status 0
+  expect_text '1 of the converted with a remark: see '
+  grep -qx "converted: $scratch/in/L1.RAW: Error #0014: No Sensor database found." "$(state_folder)/report" ||
+    fail "report: $(cat "$(state_folder)/report")"
+}
+
+NoPictureAtAllIsNoSuccess() {
+  mkdir in
+  cp "$card/L1000001.RAW" in/small.raw
+  batch -o out in
+  expect_status 1
+  expect_text 'no picture found'
+}
+
+TheJobLogNamesEveryPicture() {
+  many_pairs in 5
+  batch -o out in
+  expect_text "job log: $(state_folder)/joblog"
+  local i
+  for i in 1 2 3 4 5; do
+    grep -qF "0/L000000$i.RAW" "$(state_folder)/joblog" || fail "not in the log: $i"
+    grep -qx "converted: $scratch/in/L000000$i.RAW" "$(state_folder)/report" || fail "not in the report: $i"
+  done
+}
+
+TheStateCanBeKeptElsewhere() {
+  pair in/L1
+  batch --state kept -o out in
+  expect_status 0
+  [[ -f $(echo kept/*/joblog) && ! -e $HOME/.local ]] || fail "not there"
+  unset HOME
+  batch --state kept -o out in
+  expect_status 0
+}
+
+UsersSettingsOfParallelDoNotMatter() {
+  pair in/L1
+  mkdir "$HOME/.parallel"
+  echo '--dry-run --colsep 0 -j 0' >"$HOME/.parallel/config"
+  PARALLEL='--dryrun --tag' SHELL=/bin/false batch -o out in
+  expect_status 0
+  [[ $(find out -name '*.DNG' | wc -l) -eq 1 ]] || fail "no DNG"
+}
+
+# without_parallel NAME...: a search path with everything that is needed but GNU parallel.
+without_parallel() {
+  mkdir bin
+  local tool
+  for tool in bash env head dirname readlink cat sed mkdir; do
+    ln -s "$(type -P "$tool")" bin
+  done
+}
+
+NamesThePackageWhenParallelIsMissing() {
+  pair in/L1
+  without_parallel
+  PATH=$scratch/bin batch -o out in
+  expect_status 3
+  expect_line 'velmarcon-batch: GNU parallel is not installed (Debian: apt-get install parallel)'
+  # The other program of that name.
+  printf '#!/bin/sh\necho parallel from moreutils\n' >bin/parallel
+  chmod +x bin/parallel
+  PATH=$scratch/bin batch -o out in
+  expect_status 3
+  [[ ! -e out ]] || fail "something was begun"
+}
+
+ProgramsAreFoundBesideAndOnThePath() {
+  pair in/L1
+  unset VELMARCON
+  ln "$program" velmarcon
+  PATH=$scratch:$PATH batch -o out in
+  expect_status 0
+  cp -r "$top/batch" tree
+  ln velmarcon tree
+  batch_program=$scratch/tree/velmarcon-batch batch -o out2 in
+  expect_status 0
+  VELMARCON=$scratch/none batch -o out in
+  expect_status 3
+  expect_text "no program $scratch/none found"
+}
+
+ProgressIsForTerminals() {
+  command -v script >/dev/null || skip "there is no script, which makes a terminal"
+  pair in/L1
+  batch -o out in
+  ! grep -q '%' printed || fail "a bar in a file"
+  script -qec "$(printf '%q ' "$batch_program" -o out2 in)" typescript </dev/null >/dev/null || fail "status $?"
+  grep -q '100%' typescript || fail "no bar: $(cat typescript)"
+}

@@ -1,0 +1,260 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# Runs of velmarcon-batch that are interrupted, and those that go on from there.
+# shellcheck disable=SC2154  # run_test sets the variables
+
+# begin ARGUMENT...: run velmarcon-batch, slowed down, in a session of its own; its process into $front.
+begin() {
+  slow_program
+  # What a script starts in the background ignores Ctrl-C, unless told otherwise.
+  setsid env --default-signal=INT "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null &
+  front=$!
+}
+
+# session_of FRONT: all processes of its session. GNU parallel gives each job a process group of its own.
+session_of() {
+  local process status fields
+  for process in /proc/[0-9]*; do
+    status=$(cat "$process/stat" 2>/dev/null) || continue
+    read -r -a fields <<<"${status##*) }"
+    [[ ${fields[3]} != "$1" ]] || printf '%s\n' "${process#/proc/}"
+  done
+}
+
+# kill_all: the power is cut.
+kill_all() {
+  local process
+  until session_is_over; do
+    for process in $(session_of "$front"); do
+      kill -KILL "$process" 2>/dev/null || true
+    done
+    wait "$front" 2>/dev/null || true
+  done
+}
+
+# end_of_front: wait for it; its status into $status.
+end_of_front() {
+  status=0
+  wait "$front" || status=$?
+}
+
+session_is_over() {
+  [[ -z $(session_of "$front") ]]
+}
+
+# expect_whole_dngs FOLDER: whatever has its final name is as a run without interruption makes it.
+expect_whole_dngs() {
+  local dng
+  while IFS= read -r dng; do
+    expect_same "$dng" "expected/${dng##*/}"
+  done < <(find "$1" -name '*.DNG')
+}
+
+# prepare NUMBER: so many pairs in the folder in, and their DNGs in the folder expected.
+prepare() {
+  many_pairs in "$1"
+  mkdir expected
+  "$program" -i in -o expected >/dev/null
+}
+
+# expect_completion NUMBER: the same command ends with every DNG, having made only those that were missing.
+expect_completion() {
+  local there
+  there=$(find out -name '*.DNG' | wc -l)
+  [[ $there -lt $1 ]] || fail "all were done before the interruption"
+  batch -j 2 -o out in
+  expect_status 0
+  expect_summary "$1" $(($1 - there)) "$there" 0
+  [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
+  expect_whole_dngs out
+}
+
+AnInterruptEndsWith130AndTheNextRunGoesOn() {
+  prepare 12
+  begin -j 2 -o out in
+  wait_for has_dngs out 2
+  kill -INT "$front"
+  end_of_front
+  expect_status 130
+  expect_text 'Interrupted (INT). The same command goes on from here.'
+  expect_text ' not reached'
+  wait_for session_is_over
+  expect_whole_dngs out
+  expect_completion 12
+}
+
+CtrlCReachesEveryone() {
+  command -v script >/dev/null || skip "there is no script, which makes a terminal"
+  prepare 12
+  slow_program
+  # The terminal sends the signal to all processes in the foreground.
+  mkfifo keys
+  setsid env --default-signal=INT script -qec "$(printf '%q ' "$batch_program" -j 2 -o out in)" typescript <keys >/dev/null &
+  front=$!
+  exec 5>keys
+  wait_for has_dngs out 2
+  printf '\003' >&5
+  end_of_front
+  expect_status 130
+  grep -q 'Interrupted (INT)' typescript || fail "printed: $(cat typescript)"
+  expect_whole_dngs out
+  expect_completion 12
+}
+
+ATerminationIsAnInterruption() {
+  prepare 12
+  local signal
+  for signal in TERM:143 HUP:129; do
+    rm -rf out
+    begin -j 2 -o out in
+    wait_for has_dngs out 1
+    kill -"${signal%:*}" "$front"
+    end_of_front
+    expect_status "${signal#*:}"
+    wait_for session_is_over
+    expect_whole_dngs out
+  done
+  expect_completion 12
+}
+
+APowerCutLeavesOnlyWholeDngs() {
+  prepare 12
+  begin -j 2 -o out in
+  wait_for has_dngs out 2
+  kill_all
+  expect_whole_dngs out
+  expect_completion 12
+}
+
+JobsEndWhenTheirRunIsKilled() {
+  prepare 12
+  begin -j 2 -o out in
+  wait_for has_dngs out 2
+  kill -KILL "$front"
+  end_of_front
+  # At once: what is at work on a picture ends with it.
+  batch -j 2 -o out in
+  expect_status 0
+  session_is_over || fail "jobs without a run: $(session_of "$front")"
+  [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
+  expect_whole_dngs out
+  [[ $(<printed) =~ ' pictures: '([0-9]+)' converted' && ${BASH_REMATCH[1]} -gt 0 ]] || fail "all had been done"
+}
+
+# refreshed_files FOLDER: those that are not the ones of the folder old.
+refreshed_files() {
+  local dng
+  for dng in "$1"/*.DNG; do
+    [[ $dng -ef old/${dng##*/} ]] || printf '%s\n' "$dng"
+  done
+}
+
+has_refreshed() {
+  [[ $(refreshed_files out | wc -l) -ge $1 ]]
+}
+
+# begin_refresh: a run with -r that is cut off after a few pictures; those are linked into the folder refreshed.
+begin_refresh() {
+  prepare 12
+  cp -r expected out
+  mkdir old refreshed
+  ln out/* old
+  begin -j 2 -o out in -- -r
+  wait_for has_refreshed 3
+  "$1"
+  refreshed_files out | while IFS= read -r dng; do ln "$dng" refreshed; done
+  number_done=$(find refreshed -name '*.DNG' | wc -l)
+  [[ $number_done -lt 12 ]] || fail "all were done before the interruption"
+}
+
+kill_front_by_int() {
+  kill -INT "$front"
+  end_of_front
+  expect_status 130
+  wait_for session_is_over
+}
+
+# expect_same_files: those in the folder refreshed are still the ones in the output folder.
+expect_same_files() {
+  local dng
+  for dng in refreshed/*; do
+    [[ $dng -ef out/${dng##*/} ]] || fail "refreshed once more: $dng"
+  done
+}
+
+ARefreshGoesOnWhereItWasInterrupted() {
+  begin_refresh kill_front_by_int
+  batch -j 2 -o out in -- -r
+  expect_status 0
+  expect_summary 12 $((12 - number_done)) "$number_done" 0
+  expect_text "Going on with an interrupted run, which refreshed $number_done of them"
+  expect_same_files
+  [[ $(refreshed_files out | wc -l) -eq 12 ]] || fail "not all were refreshed"
+  expect_whole_dngs out
+  # That run came to its end; the next one is a new one.
+  batch -j 2 -o out in -- -r
+  expect_summary 12 12 0 0
+}
+
+ARefreshGoesOnAfterAPowerCut() {
+  begin_refresh kill_all
+  batch -j 2 -o out in -- -r
+  expect_status 0
+  # One picture for each job may have been finished, but not recorded.
+  [[ $(grep -c . < <(for dng in refreshed/*; do [[ $dng -ef out/${dng##*/} ]] || echo x; done)) -le 2 ]] ||
+    fail "most were refreshed once more"
+  [[ $(refreshed_files out | wc -l) -eq 12 ]] || fail "not all were refreshed"
+  expect_whole_dngs out
+}
+
+ARefreshGoesOnAlthoughPicturesCameAndWent() {
+  begin_refresh kill_front_by_int
+  # Before and between the others, so that nothing has its old number.
+  pair in/A 1
+  pair in/L0000001x 2
+  local gone
+  gone=$(basename "$(find refreshed -name '*.DNG' | sort | head -n 1)" .DNG)
+  rm "in/$gone.RAW" "in/$gone.JPG"
+  batch -j 2 -o out in -- -r
+  expect_status 0
+  expect_summary 13 $((13 - number_done + 1)) $((number_done - 1)) 0
+  expect_same_files
+  [[ -f out/A.DNG && -f out/L0000001x.DNG ]] || fail "new pictures were passed over"
+  [[ $(refreshed_files out | grep -c 'L0.*[0-9].DNG') -eq 12 ]] || fail "not all were refreshed"
+}
+
+FreshDoesThemAll() {
+  begin_refresh kill_front_by_int
+  batch --fresh -j 2 -o out in -- -r
+  expect_status 0
+  expect_summary 12 12 0 0
+}
+
+OtherOptionsAreAnotherCommand() {
+  begin_refresh kill_front_by_int
+  batch -j 2 -o out in -- -r -p
+  expect_status 0
+  expect_summary 12 12 0 0
+}
+
+ADngThatGotLostIsMadeAgain() {
+  begin_refresh kill_front_by_int
+  local lost
+  lost=out/$(basename "$(find refreshed -name '*.DNG' | head -n 1)")
+  rm "$lost"
+  batch -j 2 -o out in -- -r
+  expect_status 0
+  expect_summary 12 $((12 - number_done + 1)) $((number_done - 1)) 0
+  [[ -f $lost ]] || fail "it was not made again"
+}
+
+TheSameCommandDoesNotRunTwiceAtOnce() {
+  command -v flock >/dev/null || skip "there is no flock"
+  many_pairs in 100
+  begin -j 1 -o out in
+  wait_for has_dngs out 1
+  batch -o out in
+  expect_status 3
+  expect_text 'this command is being run already'
+  kill_all
+}
