@@ -7,7 +7,8 @@
 # start_ssh_server: skips the test when there can be none.
 start_ssh_server() {
   command -v ssh ssh-keygen rsync >/dev/null || skip "there is no ssh or no rsync"
-  local reason packages=$build/ssh-server server_folder=$scratch/server
+  local reason packages=$build/ssh-server
+  server_folder=$scratch/server
   reason=$("$here/fetch_ssh_server" "$packages" 2>&1) || skip "no ssh server: $reason"
   host_home=$scratch/host
   host_bin=$scratch/host-bin
@@ -50,6 +51,8 @@ start_on_a_free_port() {
     mkdir -m 755 /run/sshd 2>/dev/null || skip "no ssh server: /run/sshd cannot be made"
     made_run_folder=yes
   fi
+  # Sockets need short names.
+  control_folder=$(mktemp -d /tmp/vb-XXXXXX)
   trap stop_ssh_server EXIT
   for ((tries = 0; tries < 20; tries++)); do
     port=$((20000 + RANDOM % 20000))
@@ -64,6 +67,7 @@ start_on_a_free_port() {
   skip "no ssh server: $(tail -n 1 "$server_folder/log")"
 }
 
+# write_client_config PORT: one connection serves all, which saves most of the time.
 write_client_config() {
   cat >"$server_folder/client_config" <<END
 Host other
@@ -76,6 +80,9 @@ Host other
   UserKnownHostsFile $server_folder/known_hosts
   LogLevel ERROR
   ConnectTimeout 20
+  ControlMaster auto
+  ControlPath $control_folder/%C
+  ControlPersist 60
 Host nowhere
   HostName 127.0.0.1
   Port 1
@@ -88,9 +95,10 @@ answers_or_ended() {
 }
 
 stop_ssh_server() {
+  ssh -F "$server_folder/client_config" -O exit other 2>/dev/null || true
   [[ -z ${server-} ]] || kill "$server" 2>/dev/null || true
   [[ $made_run_folder == no ]] || rmdir /run/sshd 2>/dev/null || true
-  rm -rf -- "$scratch"
+  rm -rf -- "$scratch" "$control_folder"
 }
 
 # put_program_on_host [VERSION]: the installed command, as far as it matters here: it tells its version, and starts the
