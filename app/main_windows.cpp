@@ -36,7 +36,7 @@ class Utf8Console {
 
 }  // namespace
 
-int wmain(int argc, wchar_t* argv[]) {
+int wmain(int argc, wchar_t** argv) {
     // A card reader without a card is an error like any other, and no reason to ask in a window.
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     HoldStandardStreams();

@@ -48,7 +48,7 @@ std::wstring WithoutPrefix(const std::wstring& path) {
 
 /// The file at `path` by its real name. Returns 0 or an error number.
 int FindRealName(const std::string& path, std::wstring& name) {
-    const HANDLE file = OpenExisting(path, FILE_READ_ATTRIBUTES, kShareAll, FILE_FLAG_BACKUP_SEMANTICS);
+    auto* const file = OpenExisting(path, FILE_READ_ATTRIBUTES, kShareAll, FILE_FLAG_BACKUP_SEMANTICS);
     if (file == INVALID_HANDLE_VALUE) {
         return LastWindowsError();
     }
@@ -113,7 +113,7 @@ int CheckWritable(const std::string& path) {
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
         return EACCES;
     }
-    const HANDLE file = OpenExisting(path, GENERIC_WRITE, kShareAll, FILE_ATTRIBUTE_NORMAL);
+    auto* const file = OpenExisting(path, GENERIC_WRITE, kShareAll, FILE_ATTRIBUTE_NORMAL);
     if (file == INVALID_HANDLE_VALUE) {
         return LastWindowsError();
     }
@@ -132,8 +132,7 @@ bool IsTaken(const std::string& path) {
 /// A run that is writing the file has it open, and no other can open it for itself alone.
 bool RemoveStale(const std::string& path) {
     constexpr DWORD alone = 0;
-    const HANDLE file =
-        OpenExisting(path, DELETE | FILE_READ_ATTRIBUTES, alone, FILE_FLAG_OPEN_REPARSE_POINT);
+    auto* const file = OpenExisting(path, DELETE | FILE_READ_ATTRIBUTES, alone, FILE_FLAG_OPEN_REPARSE_POINT);
     if (file == INVALID_HANDLE_VALUE) {
         return false;
     }
@@ -195,9 +194,20 @@ int PrepareToReplace(int descriptor, const std::string& path) {
     return ::FlushFileBuffers(HandleOf(descriptor)) != 0 ? 0 : LastWindowsError();
 }
 
+/// Whoever looks through new files, for viruses or for a search, may have one of the two open for a moment.
 int Rename(const std::string& from, const std::string& to) {
-    const DWORD flags = MOVEFILE_REPLACE_EXISTING;
-    return ::MoveFileExW(ToSystem(from).c_str(), ToSystem(to).c_str(), flags) != 0 ? 0 : LastWindowsError();
+    constexpr int most_tries = 20;
+    constexpr DWORD pause = 50;  // ms
+    for (int i = 1;; ++i) {
+        if (::MoveFileExW(ToSystem(from).c_str(), ToSystem(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
+            return 0;
+        }
+        const int error = LastWindowsError();
+        if ((error != EBUSY && error != EACCES) || i == most_tries) {
+            return error;
+        }
+        ::Sleep(pause);
+    }
 }
 
 void Remove(const std::string& path) {

@@ -22,8 +22,8 @@ std::uint64_t Join(DWORD high, DWORD low) {
 
 std::optional<FileState> StateOf(const std::string& path) {
     constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE file = ::CreateFileW(system_path::ToSystem(path).c_str(), FILE_READ_ATTRIBUTES, share,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    auto* const file = ::CreateFileW(system_path::ToSystem(path).c_str(), FILE_READ_ATTRIBUTES, share,
+                                     nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         errno = LastWindowsError();
         return std::nullopt;

@@ -23,6 +23,7 @@ setlocal EnableDelayedExpansion
 set "line=!cmdcmdline!"
 if not defined line goto arguments
 if "!line:&=!"=="!line!" goto arguments
+if "!line:%~nx0=!"=="!line!" goto arguments
 set "line=!line:*%~nx0=!"
 set "line=!line:~1,-1!"
 for %%G in (!line!) do (
@@ -54,7 +55,10 @@ if "%item:~-1%"=="\" set "item=%item%."
 echo.
 echo === "%item%"
 "%program%" -i "%item%" %VELMARCON_OPTIONS%
-exit /b %errorlevel%
+if "%errorlevel%"=="0" exit /b 0
+if errorlevel 1 exit /b %errorlevel%
+rem Windows ended it: the number is negative.
+exit /b 1
 
 :finish
 echo.
