@@ -8,9 +8,13 @@
 # Where a host keeps what it works on, below the home folder there.
 readonly host_folder=.cache/velmarcon-batch
 
+# What a job runs, in this form by whatever shell there is. For jobs on this machine the environment has the folder.
+# shellcheck disable=SC2016
+readonly host_job_command='bash -c '\''exec bash "${VELMARCON_BATCH_LIB-.}/convert" "$@"'\'' convert'
+
 # on_host LOGIN COMMAND: the command line there, by the shell there.
 on_host() {
-  env -u PARALLEL PARALLEL_HOME="$state/parallel" \
+  env -u PARALLEL PARALLEL_HOME="$state/../.parallel" \
     parallel --plain --will-cite --nonall --sshlogin "$1" "$2" </dev/null 2>&1 9>&-
 }
 
@@ -153,7 +157,7 @@ run_on_hosts() {
     export PARALLEL_RSYNC_OPTS='-rLDR --ignore-missing-args'
     start_parallel --null -a images -N 4 --retries 3 "${logins[@]}" --workdir "$work_folder" --cleanup \
       "${given[@]/#/--basefile=handed/./}" --transferfile 'roots/./{1}' --transferfile 'roots/./{2}' \
-      ${dark[@]+"${dark[@]}"} --return 'outs/./{4}' "$job_command {1}" >"$state/answers" 9>&-
+      ${dark[@]+"${dark[@]}"} --return 'outs/./{4}' "$host_job_command {1}" >"$state/answers" 9>&-
     wait_for_parallel
     wait "$taker"
   fi

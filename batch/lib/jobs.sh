@@ -3,10 +3,9 @@
 # Runs the jobs: GNU parallel on this machine, several pictures to a job.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# What a job runs. It stands between single quotes so that any shell, here or there, starts the same bash; only GNU
-# parallel adds the pictures' names, quoted.
+# What a job runs; GNU parallel adds the pictures' names, quoted.
 # shellcheck disable=SC2016
-readonly job_command='bash -c '\''exec bash "${VELMARCON_BATCH_LIB-.}/convert" "$@"'\'' convert'
+readonly job_command='exec "$VELMARCON_BATCH_LIB/convert"'
 
 # announce: what is about to be done.
 announce() {
@@ -19,7 +18,7 @@ announce() {
 # images_per_job: so many that GNU parallel's share of the time is small, so few that all cores end at about the same
 # time and the progress bar moves.
 images_per_job() {
-  local most=16 jobs_per_core=16 cores
+  local most=16 jobs_per_core=10 cores
   cores=${jobs:-$(getconf _NPROCESSORS_ONLN 2>/dev/null || echo 1)}
   per_job=$((${#images[@]} / (cores * jobs_per_core)))
   ((per_job >= 1)) || per_job=1
@@ -39,7 +38,7 @@ start_parallel() {
   # too, and are not quoted twice.
   (
     cd -- "$state" || exit
-    export PARALLEL_SHELL=$BASH PARALLEL_HOME=$state/parallel RSYNC_OLD_ARGS=1
+    export PARALLEL_SHELL=$BASH PARALLEL_HOME=$state/../.parallel RSYNC_OLD_ARGS=1
     unset PARALLEL
     exec parallel --plain --will-cite ${bar[@]+"${bar[@]}"} ${jobs:+--jobs "$jobs"} --joblog joblog --termseq TERM,5000,KILL,100 "$@"
   ) </dev/null &

@@ -204,7 +204,7 @@ UsersSettingsOfParallelDoNotMatter() {
 without_parallel() {
   mkdir bin
   local tool
-  for tool in bash env head dirname readlink cat sed mkdir; do
+  for tool in bash env grep dirname readlink cat sed mkdir; do
     ln -s "$(type -P "$tool")" bin
   done
 }
