@@ -3,31 +3,33 @@
 # Runs of velmarcon-batch that are interrupted, and those that go on from there.
 # shellcheck disable=SC2154  # run_test sets the variables
 
-# begin ARGUMENT...: run velmarcon-batch, slowed down, in a session of its own; its process into $front.
+# begin NUMBER ARGUMENT...: run velmarcon-batch in a session of its own, up to where as many pictures are done; its
+# process into $front.
 begin() {
-  slow_program
+  gated_program "$1"
+  shift
   # What a script starts in the background ignores Ctrl-C, unless told otherwise.
-  setsid env --default-signal=INT "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null &
+  VELMARCON=$gated setsid env --default-signal=INT "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null &
   front=$!
 }
 
-# session_of FRONT: all processes of its session. GNU parallel gives each job a process group of its own.
+# session_of FRONT: all processes of its session that have not ended; the system may take its time to clear away those
+# that have. GNU parallel gives each job a process group of its own.
 session_of() {
   local process status fields
   for process in /proc/[0-9]*; do
     status=$(cat "$process/stat" 2>/dev/null) || continue
     read -r -a fields <<<"${status##*) }"
-    [[ ${fields[3]} != "$1" ]] || printf '%s\n' "${process#/proc/}"
+    [[ ${fields[3]} != "$1" || ${fields[0]} == Z ]] || printf '%s\n' "${process#/proc/}"
   done
 }
 
 # kill_all: the power is cut.
 kill_all() {
-  local process
+  local processes
   until session_is_over; do
-    for process in $(session_of "$front"); do
-      kill -KILL "$process" 2>/dev/null || true
-    done
+    mapfile -t processes < <(session_of "$front")
+    kill -KILL "${processes[@]}" 2>/dev/null || true
     wait "$front" 2>/dev/null || true
   done
 }
@@ -71,7 +73,7 @@ expect_completion() {
 
 AnInterruptEndsWith130AndTheNextRunGoesOn() {
   prepare 12
-  begin -j 2 -o out in
+  begin 2 -j 2 -o out in
   wait_for has_dngs out 2
   kill -INT "$front"
   end_of_front
@@ -86,10 +88,10 @@ AnInterruptEndsWith130AndTheNextRunGoesOn() {
 CtrlCReachesEveryone() {
   command -v script >/dev/null || skip "there is no script, which makes a terminal"
   prepare 12
-  slow_program
+  gated_program 2
   # The terminal sends the signal to all processes in the foreground.
   mkfifo keys
-  setsid env --default-signal=INT script -qec "$(printf '%q ' "$batch_program" -j 2 -o out in)" typescript <keys >/dev/null &
+  VELMARCON=$gated setsid env --default-signal=INT script -qec "$(printf '%q ' "$batch_program" -j 2 -o out in)" typescript <keys >/dev/null &
   front=$!
   exec 5>keys
   wait_for has_dngs out 2
@@ -105,8 +107,8 @@ ATerminationIsAnInterruption() {
   prepare 12
   local signal
   for signal in TERM:143 HUP:129; do
-    rm -rf out
-    begin -j 2 -o out in
+    rm -rf out gated tickets
+    begin 1 -j 2 -o out in
     wait_for has_dngs out 1
     kill -"${signal%:*}" "$front"
     end_of_front
@@ -119,23 +121,44 @@ ATerminationIsAnInterruption() {
 
 APowerCutLeavesOnlyWholeDngs() {
   prepare 12
-  begin -j 2 -o out in
+  begin 2 -j 2 -o out in
   wait_for has_dngs out 2
   kill_all
   expect_whole_dngs out
   expect_completion 12
 }
 
+PowerCutsAtAnyMoment() {
+  prepare 12
+  gated_program 0
+  : >open
+  local cut
+  for ((cut = 0; cut < 8; cut++)); do
+    rm -rf out
+    setsid "$batch_program" -j 2 -o out in >"$scratch/printed" 2>&1 </dev/null &
+    front=$!
+    # From before the first picture to behind the last one, on a machine with nothing else to do.
+    sleep "0.$((1 + cut))"
+    kill_all
+    [[ ! -d out ]] || expect_whole_dngs out
+  done
+  batch -j 2 -o out in
+  expect_status 0
+  [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
+  expect_whole_dngs out
+}
+
 JobsEndWhenTheirRunIsKilled() {
   prepare 12
-  begin -j 2 -o out in
+  begin 2 -j 2 -o out in
   wait_for has_dngs out 2
   kill -KILL "$front"
   end_of_front
+  : >open
   # At once: what is at work on a picture ends with it.
   batch -j 2 -o out in
   expect_status 0
-  session_is_over || fail "jobs without a run: $(session_of "$front")"
+  wait_for session_is_over
   [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
   expect_whole_dngs out
   [[ $(<printed) =~ ' pictures: '([0-9]+)' converted' && ${BASH_REMATCH[1]} -gt 0 ]] || fail "all had been done"
@@ -159,7 +182,7 @@ begin_refresh() {
   cp -r expected out
   mkdir old refreshed
   ln out/* old
-  begin -j 2 -o out in -- -r
+  begin 3 -j 2 -o out in -- -r
   wait_for has_refreshed 3
   "$1"
   refreshed_files out | while IFS= read -r dng; do ln "$dng" refreshed; done
@@ -250,8 +273,8 @@ ADngThatGotLostIsMadeAgain() {
 
 TheSameCommandDoesNotRunTwiceAtOnce() {
   command -v flock >/dev/null || skip "there is no flock"
-  many_pairs in 100
-  begin -j 1 -o out in
+  many_pairs in 3
+  begin 1 -j 1 -o out in
   wait_for has_dngs out 1
   batch -o out in
   expect_status 3
