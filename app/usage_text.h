@@ -4,7 +4,8 @@
 
 constexpr const char* kBanner =
     "###################\n"
-    "# velmarcon v" VELMARCON_VERSION " #\n"
+    "# velmarcon v" VELMARCON_VERSION
+    " #\n"
     "###################\n";
 
 /// Users know these lines by heart, so they stay as they are, although without -i it is the current folder

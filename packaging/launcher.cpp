@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The installed command. The program looks for its databases in the folder of argv[0]; this starts it with one in a
-// folder of the user's own, where they can be edited without being root and outlive the package.
+// The installed command. The program looks for its databases in the folder of argv[0]; this starts it with
+// one in a folder of the user's own, where they can be edited without being root and outlive the package.
 #include <unistd.h>
 
 #include <cerrno>
@@ -53,7 +53,9 @@ void Complain(const fs::path& path, const std::string& what) {
 /// Without its folder, and so without databases, the program still converts.
 void Prepare(const fs::path& folder, const fs::path& lens_database) {
     if (folder.empty()) {
-        std::fprintf(stderr, "velmarcon: neither XDG_DATA_HOME nor a home folder: databases are looked for in the current folder\n");
+        std::fprintf(stderr,
+                     "velmarcon: neither XDG_DATA_HOME nor a home folder: databases are looked for in the "
+                     "current folder\n");
     } else if (const int error = PrepareDataFolder(folder, lens_database); error != 0) {
         Complain(folder, "no lensdb.ini could be put there: " + std::generic_category().message(error));
     }

@@ -12,7 +12,8 @@ namespace {
 
 constexpr const char* kUsage =
     "###################\n"
-    "# velmarcon v" VELMARCON_VERSION " #\n"
+    "# velmarcon v" VELMARCON_VERSION
+    " #\n"
     "###################\n"
     "Program converts Leica M8 RAW+JPEG pairs to DNG.\n"
     "\n"

@@ -18,7 +18,8 @@ using support::Start;
 
 constexpr const char* kUsage =
     "###################\n"
-    "# velmarcon v" VELMARCON_VERSION " #\n"
+    "# velmarcon v" VELMARCON_VERSION
+    " #\n"
     R"(###################
 Program converts Leica M8 RAW+JPEG pairs to DNG.
 
