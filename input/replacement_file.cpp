@@ -78,21 +78,27 @@ bool ReplacementFile::Good() {
 }
 
 /// The part's name does not depend on the final one, so that it never is too long. A name that can't be used,
-/// because another run or another user does or because something else stands there, is passed over.
+/// because another run or another user does or because something else stands there, is passed over. One that
+/// was in use, and is free by now because that run has ended, is tried again.
 int ReplacementFile::CreatePart(const std::string& folder) {
     constexpr int most_names = 100;
+    constexpr int most_tries = 1000;
     int first_error = 0;
-    for (int i = 0; i < most_names; ++i) {
-        std::string part = PartName(folder, i);
+    int number = 0;
+    for (int tries = 0; tries < most_tries && number < most_names; ++tries) {
+        std::string part = PartName(folder, number);
         lock_ = file_calls::CreateLocked(part);
         if (lock_ >= 0) {
             part_path_ =
                 std::move(part);  // without an allocation, which could fail and leave the file behind
-            RemoveStaleParts(folder, i + 1);
+            RemoveStaleParts(folder, number + 1);
             return 0;
         }
-        first_error = first_error != 0 ? first_error : file_calls::LastError();
-        if (!file_calls::IsTaken(part)) {
+        const int error = file_calls::LastError();
+        first_error = first_error != 0 ? first_error : error;
+        if (file_calls::IsTaken(part)) {
+            ++number;
+        } else if (error != EEXIST) {
             break;  // nothing stands there: it is the folder that can't be written
         }
     }

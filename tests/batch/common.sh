@@ -104,12 +104,21 @@ has_dngs() {
   [[ $(find "$1" -name '*.DNG' | wc -l) -ge $2 ]]
 }
 
-# slow_program: a velmarcon for $VELMARCON that takes a moment more for each picture, so that a run can be interrupted.
-slow_program() {
-  mkdir -p "$scratch/slow"
-  ln -f -- "$program" "$scratch/slow/real"
-  # shellcheck disable=SC2016
-  printf '#!/bin/bash\nsleep 0.1\nexec "${0%%/*}/real" "$@"\n' >"$scratch/slow/velmarcon"
-  chmod +x "$scratch/slow/velmarcon"
-  export VELMARCON=$scratch/slow/velmarcon
+# gated_program NUMBER: put the path of a velmarcon into $gated that does as many pictures, and then waits for the file
+# $scratch/open. So a run can be interrupted at a known place, however busy the machine is.
+gated_program() {
+  gated=$scratch/gated/velmarcon
+  mkdir -- "$scratch/gated" "$scratch/tickets"
+  ln -- "$program" "$scratch/gated/real"
+  cat >"$gated" <<END
+#!/bin/bash
+for ((ticket = 0; ticket < $1; ticket++)); do
+  mkdir "$scratch/tickets/\$ticket" 2>/dev/null && exec "$scratch/gated/real" "\$@"
+done
+until [[ -e $scratch/open ]]; do
+  sleep 0.05
+done
+exec "$scratch/gated/real" "\$@"
+END
+  chmod +x "$gated"
 }

@@ -158,6 +158,7 @@ AnInterruptedRunOnAnotherMachineGoesOn() {
   many_pairs in 6
   mkdir expected
   "$program" -i in -o expected >/dev/null
+  : >hold
   env --default-signal=INT "$batch_program" -o out --hosts 2/other in >printed 2>&1 </dev/null &
   local front=$!
   wait_for has_dngs out 1
@@ -165,6 +166,7 @@ AnInterruptedRunOnAnotherMachineGoesOn() {
   local ended=0
   wait "$front" || ended=$?
   [[ $ended -eq 130 ]] || fail "status $ended"
+  rm hold
   local dng there
   for dng in out/*.DNG; do
     expect_same "$dng" "expected/${dng##*/}"

@@ -4,6 +4,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -147,6 +148,38 @@ TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {
     EXPECT_EQ(Content(folder / "L1.DNG"), "first");
     EXPECT_EQ(Content(folder / "L2.DNG"), "second");
     EXPECT_EQ(support::Names(folder.path()), (Names{"L1.DNG", "L2.DNG"}));
+}
+
+/// Writes `count` files of its own into the folder. Returns how many could not be written.
+int WriteMany(const support::TempFolder& folder, const std::string& prefix, int count) {
+    int failures = 0;
+    for (int i = 0; i < count; ++i) {
+        failures += Replace(folder / (prefix + std::to_string(i % 10)), "new") != 0 ? 1 : 0;
+    }
+    return failures;
+}
+
+TEST(ReplacementFile, RunsThatEndWhileOthersBeginDoNotDisturbThem) {
+    constexpr int runs = 4;
+    constexpr int files_of_each = 2000;
+    const support::TempFolder folder;
+    std::vector<pid_t> children;
+    for (int run = 0; run < runs; ++run) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            const int failures =
+                WriteMany(folder, std::string(1, static_cast<char>('a' + run)), files_of_each);
+            ::_exit(failures == 0 ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(support::Names(folder.path()).size(), runs * 10U);
 }
 
 TEST(ReplacementFile, WhatStandsInThePartsPlaceIsPassedOver) {
