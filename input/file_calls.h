@@ -43,7 +43,7 @@ std::string FolderOf(const std::string& path);
 bool IsTaken(const std::string& path);
 
 /// Makes the file `path`, for this run alone as long as it is open. Returns its descriptor, or -1 with errno;
-/// EEXIST or EBUSY when something stands there that another run is writing, or that is none of ours. Without
+/// EEXIST when something stands there that another run is writing, or that is none of ours. Without
 /// locks on the file system, what a killed run left stays.
 int CreateLocked(const std::string& path);
 

@@ -154,7 +154,8 @@ int CreateLocked(const std::string& path) {
                              CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     };
     HANDLE file = create();
-    if (file == INVALID_HANDLE_VALUE && RemoveStale(path)) {
+    if (file == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_FILE_EXISTS) {
+        RemoveStale(path);
         file = create();
     }
     if (file == INVALID_HANDLE_VALUE) {
