@@ -119,7 +119,7 @@ search_root() {
 
 # list_plan: what would be done, a line for each picture.
 list_plan() {
-  local image input dng out what
+  local image input dng out what line quoted
   for image in ${images[@]+"${images[@]}"}; do
     set_places "$image"
     what=convert
@@ -128,7 +128,10 @@ list_plan() {
       [[ $refresh == no ]] || what=refresh
     fi
     [[ $what == refresh || ! $input -ef $dng ]] || what=refuse
-    printf '%s: %s -> %s\n' "$what" "$(shown "$input")" "$(shown "$dng")"
+    quote "$input"
+    line="$what: $quoted"
+    quote "$dng"
+    printf '%s -> %s\n' "$line" "$quoted"
   done
   say '%d pictures\n' "${#images[@]}"
   if [[ -n $unread ]]; then

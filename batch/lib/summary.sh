@@ -3,13 +3,18 @@
 # What became of the pictures, and the status that tells it.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# shown TEXT: as it is or, with control characters in it, as bash would have it quoted.
+# quote TEXT: put it into $quoted as it is or, with control characters in it, as bash would have it quoted. For where a
+# process for each picture would take too long.
+quote() {
+  quoted=$1
+  [[ $1 != *[[:cntrl:]]* ]] || printf -v quoted '%q' "$1"
+}
+
+# shown TEXT: the same, printed.
 shown() {
-  if [[ $1 == *[[:cntrl:]]* ]]; then
-    printf '%q' "$1"
-  else
-    printf '%s' "$1"
-  fi
+  local quoted
+  quote "$1"
+  printf '%s' "$quoted"
 }
 
 take_record() {
@@ -19,7 +24,7 @@ take_record() {
 
 # count_verdicts: of every picture, with one line for each in the report; failures into $failures, too.
 count_verdicts() {
-  local image input dng out verdict text line
+  local image input dng out verdict text line quoted
   declare -gA verdicts=() texts=()
   converted=0 remarked=0 kept=0 failed=0 unreached=0
   failures=()
@@ -34,11 +39,10 @@ count_verdicts() {
       failed) failed=$((failed + 1)) ;;
       none) unreached=$((unreached + 1)) && text='not reached' ;;
     esac
-    if [[ $verdict == *[[:cntrl:]]* || $input$text == *[[:cntrl:]]* ]]; then
-      line="$(shown "$input")${text:+: $(shown "$text")}"
-    else
-      line=$input${text:+: $text}
-    fi
+    quote "$input"
+    line=$quoted
+    quote "$text"
+    line+=${quoted:+: $quoted}
     printf '%s: %s\n' "$verdict" "$line" >&6
     [[ $verdict != failed ]] || failures+=("$line")
   done 6>"$state/report"
