@@ -155,10 +155,10 @@ JobsEndWhenTheirRunIsKilled() {
   kill -KILL "$front"
   end_of_front
   : >open
-  # At once: what is at work on a picture ends with it.
+  # What is at work on a picture ends with it.
+  wait_for session_is_over
   batch -j 2 -o out in
   expect_status 0
-  wait_for session_is_over
   [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
   expect_whole_dngs out
   [[ $(<printed) =~ ' pictures: '([0-9]+)' converted' && ${BASH_REMATCH[1]} -gt 0 ]] || fail "all had been done"
@@ -176,6 +176,10 @@ has_refreshed() {
   [[ $(refreshed_files out | wc -l) -ge $1 ]]
 }
 
+has_recorded() {
+  [[ $(cat "$HOME"/.local/state/velmarcon-batch/*/records/* | tr '\0' '\n' | grep -cx converted) -ge $1 ]]
+}
+
 # begin_refresh: a run with -r that is cut off after a few pictures; those are linked into the folder refreshed.
 begin_refresh() {
   prepare 12
@@ -184,6 +188,7 @@ begin_refresh() {
   ln out/* old
   begin 3 -j 2 -o out in -- -r
   wait_for has_refreshed 3
+  wait_for has_recorded 3
   "$1"
   refreshed_files out | while IFS= read -r dng; do ln "$dng" refreshed; done
   number_done=$(find refreshed -name '*.DNG' | wc -l)
