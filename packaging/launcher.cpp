@@ -36,7 +36,7 @@ void PrintHelp() {
     PrintVersion();
     std::printf("%s", kUsageText);
     std::printf(
-        "As the first argument alone:\n"
+        "As the first argument:\n"
         "\n"
         "--help             this text\n"
         "--version          the version\n"
@@ -57,14 +57,23 @@ void Prepare(const fs::path& folder, const fs::path& lens_database) {
                      "velmarcon: neither XDG_DATA_HOME nor a home folder: databases are looked for in the "
                      "current folder\n");
     } else if (const int error = PrepareDataFolder(folder, lens_database); error != 0) {
-        Complain(folder, "no lensdb.ini could be put there: " + std::generic_category().message(error));
+        Complain(lens_database,
+                 "not copied to " + folder.string() + ": " + std::generic_category().message(error));
     }
 }
 
-/// Prints the folder of the databases. Returns the exit status.
+/// The exit status of what was only printed.
+int Printed() {
+    return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
+/// Prints the folder of the databases, if there is one. Returns the exit status.
 int PrintDataFolder(const fs::path& folder) {
+    if (folder.empty()) {
+        return 1;
+    }
     std::printf("%s\n", folder.c_str());
-    return folder.empty() ? 1 : 0;
+    return Printed();
 }
 
 /// Becomes the program. Returns only when that fails, with the exit status.
@@ -88,11 +97,11 @@ int main(int argc, char* argv[]) {
     const std::string_view first = arguments.size() > 1 ? arguments[1] : "";
     if (first == "--help") {
         PrintHelp();
-        return 0;
+        return Printed();
     }
     if (first == "--version") {
         PrintVersion();
-        return 0;
+        return Printed();
     }
     const fs::path installed = OwnPath().parent_path().parent_path();
     const fs::path folder = DataFolder();

@@ -55,12 +55,17 @@ version() {
   sed -n 's/^  VERSION \([0-9.]*\)$/\1/p' CMakeLists.txt
 }
 
+# has_git: whether this is a checkout, and git is there and willing to look at it.
+has_git() {
+  [[ -e .git ]] && git rev-parse --quiet --verify HEAD >/dev/null 2>&1
+}
+
 # source_date: when these sources were last changed, in seconds since 1970; what the caller says, or the last commit, or,
 # in a copy without git, the newest file of it. Everything that is packed bears this time, so that it can be made again.
 source_date() {
   if [[ -n ${SOURCE_DATE_EPOCH-} ]]; then
     echo "$SOURCE_DATE_EPOCH"
-  elif [[ -e .git ]]; then
+  elif has_git; then
     git log -1 --format=%ct
   else
     source_files | xargs -0 stat -c %Y -- | sort -n | tail -n 1
@@ -70,9 +75,9 @@ source_date() {
 # source_files: the files of the sources, each ending in a NUL: the tracked ones, or, in a copy without git, all outside
 # the folders that builds and the demo make.
 source_files() {
-  if [[ -e .git ]]; then
+  if has_git; then
     git ls-files -z
   else
-    find . \( -path './build*' -o -path ./demo \) -prune -o ! -type d -printf '%P\0'
+    find . \( -path './build*' -o -path ./demo -o -path ./.git \) -prune -o ! -type d -printf '%P\0'
   fi
 }

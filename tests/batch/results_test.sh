@@ -14,6 +14,20 @@ ARawFileWithoutJpegFailsWithTheReason() {
   expect_files out L1.DNG
 }
 
+ARemarkOfTheCommandIsNotTheReason() {
+  pair in/L1
+  rm in/L1.JPG
+  cat >remarking <<END
+#!/bin/sh
+echo 'velmarcon: /usr/share/velmarcon/lensdb.ini: not copied to /home: Permission denied' >&2
+exec "$program" "\$@"
+END
+  chmod +x remarking
+  VELMARCON=$scratch/remarking batch -o out in
+  expect_status 1
+  expect_line "Failed: $scratch/in/L1.RAW: L1.JPG: Error #0010: Unable to find JPG file."
+}
+
 EveryFailureIsNamed() {
   pair in/L1
   pair in/L2
