@@ -10,34 +10,70 @@ rem                        For DNGs elsewhere:  set VELMARCON_OPTIONS=-p -o "D:\
 rem   VELMARCON_NO_PAUSE   1: end at once, do not wait for a key.
 rem
 rem Started with names, as  "Drop a folder here.cmd" D:\DCIM\100LEICA  it does the same, and ends with the status of
-rem the last one that velmarcon could not work on, or 0.
+rem the last one that velmarcon could not work on, or 0. In a command prompt, or in another .cmd file, put names with
+rem spaces or any of  & , ; = ^ ( )  in quotes: there it is cmd that takes them apart.
+rem
+rem What cannot be had: with a dropped name like  R&&&D  or  R&(D  (no space, and an & where cmd can take it for no
+rem command line) this file is not even started: rename it. Nor is it with names of more than 8000 characters in all.
 setlocal DisableDelayedExpansion
 if not defined VELMARCON_OPTIONS set "VELMARCON_OPTIONS=-p"
 set "program=%~dp0velmarcon.exe"
 set "status=0"
 if not exist "%program%" goto no_program
 
-rem Explorer does not quote a dropped name without spaces, and what stands behind an & in it is then not among the
-rem arguments. It is in the command line of this cmd, which is taken apart instead.
-setlocal EnableDelayedExpansion
-set "line=!cmdcmdline!"
-if not defined line goto arguments
-if "!line:&=!"=="!line!" goto arguments
-if "!line:%~nx0=!"=="!line!" goto arguments
-set "line=!line:*%~nx0=!"
-set "line=!line:~1,-1!"
-for %%G in (!line!) do (
-  setlocal DisableDelayedExpansion
-  set "item=%%~G"
-  call :convert
-  if errorlevel 1 (endlocal & set "status=1") else endlocal
+rem Explorer does not quote a dropped name without spaces. When it holds , ; or = the arguments have it in pieces, and
+rem what stands behind an & is not among them. So the names are taken from the command line of this cmd, which is
+rem   cmd.exe /c ""D:\velmarcon\Drop a folder here.cmd" D:\a,b "D:\one day" "
+rem and it is split at its quotes, and at spaces outside of them, only. Each quote becomes a * first, which no name
+rem holds: inside quotes of its own the line is then harmless, whatever the names are.
+rem wine 8 has no cmdcmdline, and leaves a part of this text.
+if not "%cmdcmdline:~0,0%"=="" goto arguments
+set "line=%cmdcmdline:"=*%"
+rem Long as it may be, it must not stand twice in one line of this file: cmd reads no more than 8191 characters.
+rem Redirections and pipes are in no name: someone wrote this line. Without them "eol=|" skips nothing below.
+set "rest="
+for /f "eol=| tokens=1* delims=<>|" %%G in ("%line%") do set "rest=%%H"
+if defined rest goto arguments
+set "started=%line:*/c **=%"
+set "file="
+set "line="
+for /f "eol=| tokens=1* delims=*" %%G in ("%started%") do (
+  set "file=%%~fG"
+  set "line=%%H"
 )
-rem Not /b: the command line goes on behind the &, with a name that is no command.
+rem When another file was started and has called this one, the names are what it gives.
+if /i not "%file%"=="%~f0" goto arguments
+if not defined line goto no_names
+if not "%line:~-1%"=="*" goto arguments
+set "line=%line:~0,-1%"
+set "any="
+:next_dropped
+if not defined line goto all_dropped
+if "%line:~0,1%"==" " (
+  set "line=%line:~1%"
+  goto next_dropped
+)
+set "end= "
+if "%line:~0,1%"=="*" set "end=*"
+set "item="
+set "rest="
+for /f "eol=| tokens=1* delims=%end%" %%G in ("%line%") do (
+  set "item=%%G"
+  set "rest=%%H"
+)
+set "line=%rest%"
+if not defined item goto next_dropped
+set "any=yes"
+call :convert
+if errorlevel 1 set "status=%errorlevel%"
+goto next_dropped
+:all_dropped
+if not defined any goto no_names
 call :finish
-exit !status!
+rem Not /b: the command line goes on behind an &, with the rest of a name that is no command.
+exit %status%
 
 :arguments
-endlocal
 if "%~1"=="" goto no_names
 :next
 set "item=%~1"
