@@ -154,7 +154,8 @@ run_on_hosts() {
     mkfifo -- "$state/answers" || refuse "$status_not_begun" "no pipe can be made in $state"
     take_answers <"$state/answers" &
     taker=$!
-    export PARALLEL_RSYNC_OPTS='-rLDR --ignore-missing-args'
+    # -I, because an older DNG may have the length of the new one, and be of the same second.
+    export PARALLEL_RSYNC_OPTS='-rLDRIW --ignore-missing-args'
     start_parallel --null -a images -N 4 --retries 3 "${logins[@]}" --workdir "$work_folder" --cleanup \
       "${given[@]/#/--basefile=handed/./}" --transferfile 'roots/./{1}' --transferfile 'roots/./{2}' \
       ${dark[@]+"${dark[@]}"} --return 'outs/./{4}' "$host_job_command {1}" >"$state/answers" 9>&-

@@ -99,6 +99,12 @@ wait_for() {
   done
 }
 
+# need_terminal: skips the test where none can be made, as in a root folder without /dev/pts.
+need_terminal() {
+  command -v script >/dev/null || skip "there is no script, which makes a terminal"
+  script -qec true /dev/null </dev/null >/dev/null 2>&1 || skip "no terminal can be made"
+}
+
 # has_dngs FOLDER NUMBER: at least so many.
 has_dngs() {
   [[ $(find "$1" -name '*.DNG' | wc -l) -ge $2 ]]
@@ -115,7 +121,7 @@ gated_program() {
 for ((ticket = 0; ticket < $1; ticket++)); do
   mkdir "$scratch/tickets/\$ticket" 2>/dev/null && exec "$scratch/gated/real" "\$@"
 done
-until [[ -e $scratch/open ]]; do
+until [[ -e "$scratch/open" ]]; do
   sleep 0.05
 done
 exec "$scratch/gated/real" "\$@"

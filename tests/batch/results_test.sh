@@ -253,7 +253,7 @@ ProgramsAreFoundBesideAndOnThePath() {
 }
 
 ProgressIsForTerminals() {
-  command -v script >/dev/null || skip "there is no script, which makes a terminal"
+  need_terminal
   pair in/L1
   batch -o out in
   ! grep -q '%' printed || fail "a bar in a file"

@@ -8,17 +8,21 @@
 start_ssh_server() {
   command -v ssh ssh-keygen rsync >/dev/null || skip "there is no ssh or no rsync"
   local reason packages=$build/ssh-server
-  server_folder=$scratch/server
+  # GNU parallel, rsync and the loader split names at blanks, and sockets need short ones.
+  short_folder=$(mktemp -d /tmp/vb-XXXXXX)
+  trap stop_ssh_server EXIT
+  made_run_folder=no
+  ln -s -- "$packages/root" "$short_folder/packages"
+  server_folder=$short_folder/server
   reason=$("$here/fetch_ssh_server" "$packages" 2>&1) || skip "no ssh server: $reason"
-  host_home=$scratch/host
-  host_bin=$scratch/host-bin
+  host_home=$short_folder/host
+  host_bin=$short_folder/bin
   mkdir -p -- "$server_folder" "$host_home" "$host_bin"
   ln -s -- "$(command -v rsync)" "$host_bin/rsync"
   ssh-keygen -q -t ed25519 -N '' -f "$server_folder/host_key"
   ssh-keygen -q -t ed25519 -N '' -f "$server_folder/key"
   write_server_files
   start_on_a_free_port
-  # GNU parallel and rsync split it at blanks, which the scratch folder has none of.
   export PARALLEL_SSH="ssh -F $server_folder/client_config"
 }
 
@@ -43,22 +47,18 @@ END
 # start_on_a_free_port: a taken one ends the server at once.
 start_on_a_free_port() {
   local tries port libraries wrapper
-  wrapper=$(find "$packages/root" -name libnss_wrapper.so)
-  libraries=$(dirname -- "$(find "$packages/root" -name 'libwrap.so.0')")
+  wrapper=$(find "$short_folder/packages/" -name libnss_wrapper.so)
+  libraries=$(dirname -- "$(find "$short_folder/packages/" -name 'libwrap.so.0')")
   # As root the server shuts its helper process into this folder; a folder that was made is removed again.
-  made_run_folder=no
   if [[ $(id -u) -eq 0 && ! -d /run/sshd ]]; then
     mkdir -m 755 /run/sshd 2>/dev/null || skip "no ssh server: /run/sshd cannot be made"
     made_run_folder=yes
   fi
-  # Sockets need short names.
-  control_folder=$(mktemp -d /tmp/vb-XXXXXX)
-  trap stop_ssh_server EXIT
   for ((tries = 0; tries < 20; tries++)); do
     port=$((20000 + RANDOM % 20000))
     env -i PATH=/usr/bin:/bin LD_LIBRARY_PATH="$libraries" LD_PRELOAD="$wrapper" \
       NSS_WRAPPER_PASSWD="$server_folder/passwd" NSS_WRAPPER_GROUP="$server_folder/group" \
-      "$packages/root/usr/sbin/sshd" -D -e -f "$server_folder/config" -p "$port" 2>"$server_folder/log" &
+      "$short_folder/packages/usr/sbin/sshd" -D -e -f "$server_folder/config" -p "$port" 2>"$server_folder/log" &
     server=$!
     write_client_config "$port"
     wait_for answers_or_ended
@@ -81,7 +81,7 @@ Host other
   LogLevel ERROR
   ConnectTimeout 20
   ControlMaster auto
-  ControlPath $control_folder/%C
+  ControlPath $short_folder/%C
   ControlPersist 60
 Host nowhere
   HostName 127.0.0.1
@@ -98,7 +98,7 @@ stop_ssh_server() {
   ssh -F "$server_folder/client_config" -O exit other 2>/dev/null || true
   [[ -z ${server-} ]] || kill "$server" 2>/dev/null || true
   [[ $made_run_folder == no ]] || rmdir /run/sshd 2>/dev/null || true
-  rm -rf -- "$scratch" "$control_folder"
+  rm -rf -- "$scratch" "$short_folder"
 }
 
 # put_program_on_host [VERSION]: the installed command, as far as it matters here: it tells its version, and starts the
@@ -108,7 +108,7 @@ put_program_on_host() {
 #!/bin/bash
 [[ \$1 != --version ]] || { echo "velmarcon ${1-$("$batch_program" --version | sed 's/.* //')}"; exit; }
 printf '%s\n' "\$2" >>"$scratch/done-on-host"
-while [[ -e $scratch/hold && \$(wc -l <"$scratch/done-on-host") -gt 2 ]]; do
+while [[ -e "$scratch/hold" && \$(wc -l <"$scratch/done-on-host") -gt 2 ]]; do
   sleep 0.05
 done
 exec -a "\$XDG_DATA_HOME/velmarcon/velmarcon" "$program" "\$@"
