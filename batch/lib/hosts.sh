@@ -5,7 +5,8 @@
 # be installed there but velmarcon, bash and rsync.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# Where a host keeps what it works on, below the home folder there.
+# Where a host keeps what it works on, below the home folder there: a folder for each command, and in it one for each
+# run. What an interrupted run still has on its way then, such as the removal of a picture there, meets no other run's.
 readonly host_folder=.cache/velmarcon-batch
 
 # What a job runs, in this form by whatever shell there is. For jobs on this machine the environment has the folder.
@@ -40,14 +41,15 @@ ask_hosts() {
   logins=()
   host_logins=()
   [[ -f $state/id ]] || printf '%s-%s%s%s' "$(uname -n | tr -cd 'A-Za-z0-9-')" "$RANDOM" "$RANDOM" "$$" >"$state/id"
-  work_folder=$host_folder/$(<"$state/id")
+  command_folder=$host_folder/$(<"$state/id")
+  work_folder=$command_folder/$(date +%s)-$$
   IFS=, read -r -a entries <<<"$hosts"
   for entry in "${entries[@]}"; do
     login=$entry
     [[ ! $entry =~ ^[0-9]+/(.*) ]] || login=${BASH_REMATCH[1]}
     if [[ $login != : ]]; then
       type -P rsync ssh >/dev/null || refuse "$status_not_begun" "--hosts needs rsync and ssh (Debian: openssh-client)"
-      answer=$(on_host "$login" "$host_question $(version) $work_folder")
+      answer=$(on_host "$login" "$host_question $(version) $command_folder")
       [[ $answer =~ (^|$'\n')'ready '([0-9]+)$ ]] ||
         refuse "$status_not_begun" "host $login: ${answer##*$'\n'}"
       [[ $entry != "$login" ]] || entry=${BASH_REMATCH[2]}/$login
@@ -163,6 +165,6 @@ run_on_hosts() {
     wait "$taker"
   fi
   for login in ${host_logins[@]+"${host_logins[@]}"}; do
-    on_host "$login" "rm -rf $work_folder; rmdir $host_folder" >/dev/null
+    on_host "$login" "rm -rf $command_folder; rmdir $host_folder" >/dev/null
   done
 }
