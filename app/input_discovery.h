@@ -40,7 +40,8 @@ struct InputError {
 /// extension.
 InputError ResolveInput(const std::string& path, InputFiles& input);
 
-/// What a run without -i works on: the current folder.
+/// What a run without -i works on: the RAW files of the current folder. Its DNGs are not found, because "."
+/// goes in front of their names without a separator.
 InputFiles CurrentFolder();
 
 /// The text behind the last "." of `name`; all of it when there is none.

@@ -19,9 +19,9 @@ class ReadInputData;
 class ReplacementFile;
 class sensdb;
 
-/// The tag tree of one DNG file in memory (TIFF 6.0, DNG 1.4): built for a RAW+JPEG pair, laid out, and
-/// written. An IFD is a map by tag number, so that walking it yields the entries in the ascending order that
-/// TIFF asks for.
+/// The tag tree of one DNG file in memory (TIFF 6.0, DNG 1.4): built for a RAW+JPEG pair, or read from a DNG
+/// that the camera wrote; laid out, and written. An IFD is a map by tag number, so that walking it yields the
+/// entries in the ascending order that TIFF asks for.
 class DNGlib {
   public:
     /// One IFD entry.

@@ -50,7 +50,7 @@ class ReadInputData {
     std::string RawFileName;
     std::string BiaFileName;
     std::string JpgFileName;
-    std::string OutputLabel;  ///< the name by which a repair is reported; empty for a conversion
+    std::string OutputLabel;  ///< the name by which a repair is reported: none, nothing sets it
     EXIFInfo Exif;
     lensdb Lens;
 };

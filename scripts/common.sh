@@ -6,7 +6,7 @@
 set -euo pipefail
 unset CDPATH
 
-# shellcheck disable=SC2034  # read by scripts/demo
+# shellcheck disable=SC2034  # read by the scripts that take paths
 called_from=$PWD
 top=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 cd -- "$top"

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Has other machines do the jobs, one picture to a job: GNU parallel takes the picture's files there by ssh and rsync,
 # runs lib/convert beside them, and fetches the DNG, which rsync gives its name when all of it is here. Nothing needs to
-# be installed there but velmarcon, bash and rsync.
+# be installed there but velmarcon, bash, perl and rsync.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
 # Where a host keeps what it works on, below the home folder there: a folder for each command, and in it one for each

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Completion of velmarcon's options and their values, for bash.
 
-# The codes of the lenses in the user's own database, or in the packaged one.
+# The codes of the lenses in the user's own database.
 _velmarcon_lens_codes() {
   local folder database
   folder=$(velmarcon --where 2>/dev/null) || return
