@@ -3,6 +3,10 @@
 # Tells whether a DNG is one that velmarcon wrote, to its last byte. Goes by what the file says of its raw image: where
 # it begins, how long it is, and that the file reaches to its end. So a file that was cut anywhere is found out.
 
+# Bytes of every DNG that the camera writes; none of velmarcon's own is so short.
+# shellcheck disable=SC2034  # who asks reads it
+readonly camera_dng_size=10575296
+
 readonly pair_width=3968 pair_height=2646 bytes_per_pixel=2
 readonly tag_width=256 tag_height=257 tag_offset=273 tag_count=279 tag_sub_ifd=330
 readonly little_endian_tiff='18761 42' # "II" and the number of the format

@@ -129,8 +129,6 @@ write_host_list() {
 # take_answers: records from the hosts; a DNG counts when it is here as it was there.
 take_answers() {
   local verdict image text sum input dng out
-  # shellcheck source=batch/lib/complete_dng.sh
-  . "$lib/complete_dng.sh"
   while IFS= read -r -d '' verdict && IFS= read -r -d '' image && IFS= read -r -d '' text && IFS= read -r -d '' sum; do
     if [[ $verdict == converted ]]; then
       set_places "$image"

@@ -3,9 +3,6 @@
 # Which pictures there are, and where their DNGs go. A picture is named <number of its folder>/<path in that folder>.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# Bytes of every DNG that the camera writes; none of velmarcon's own is so short.
-readonly camera_dng_size=10575296
-
 # canonical FOLDER: put its path without links, "." and ".." into $path. Fails when it cannot be entered.
 canonical() {
   local folder=$1
@@ -133,7 +130,7 @@ list_plan() {
     quote "$dng"
     printf '%s -> %s\n' "$line" "$quoted"
   done
-  say '%d pictures\n' "${#images[@]}"
+  say '%s\n' "$(number_of_pictures "${#images[@]}")"
   if [[ -n $unread ]]; then
     printf '%s' "$unread" >&2
     return "$status_some_failed"

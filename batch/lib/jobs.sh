@@ -9,7 +9,7 @@ readonly job_command='exec "$VELMARCON_BATCH_LIB/convert"'
 
 # announce: what is about to be done.
 announce() {
-  say '%d pictures; job log: %s\n' "${#images[@]}" "$(shown "$state/joblog")"
+  say '%s; job log: %s\n' "$(number_of_pictures "${#images[@]}")" "$(shown "$state/joblog")"
   if ((${#refreshed[@]} > 0)); then
     say 'Going on with an interrupted run, which refreshed %d of them (--fresh does them all)\n' "${#refreshed[@]}"
   fi

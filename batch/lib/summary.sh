@@ -17,6 +17,13 @@ shown() {
   printf '%s' "$quoted"
 }
 
+# number_of_pictures N
+number_of_pictures() {
+  local many=s
+  (($1 != 1)) || many=
+  printf '%d picture%s' "$1" "$many"
+}
+
 take_record() {
   verdicts[$2]=$1
   texts[$2]=$3
@@ -59,7 +66,8 @@ put_on_disk() {
 
 tell() {
   local failure
-  say '%d pictures: %d converted, %d already there, %d failed' "${#images[@]}" "$converted" "$kept" "$failed"
+  say '%s: %d converted, %d already there, %d failed' "$(number_of_pictures "${#images[@]}")" "$converted" "$kept" \
+    "$failed"
   ((unreached == 0)) || say ', %d not reached' "$unreached"
   say '\n'
   ((remarked == 0)) || say '%d of the converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
@@ -87,7 +95,8 @@ settle() {
     status=$status_some_failed
   fi
   if ((unreached > 0)); then
-    printf 'velmarcon-batch: %d pictures were not reached; the end of %s:\n' "$unreached" "$state/messages" >&2
+    printf 'velmarcon-batch: not reached: %s; the end of %s:\n' "$(number_of_pictures "$unreached")" \
+      "$state/messages" >&2
     tail -n 5 -- "$state/messages" >&2
     exit "$status_some_failed"
   fi

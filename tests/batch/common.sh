@@ -58,7 +58,9 @@ expect_same() {
 
 # expect_summary PICTURES CONVERTED KEPT FAILED
 expect_summary() {
-  expect_line "$1 pictures: $2 converted, $3 already there, $4 failed"
+  local many=s
+  [[ $1 -ne 1 ]] || many=
+  expect_line "$1 picture$many: $2 converted, $3 already there, $4 failed"
 }
 
 # pair PATH [NUMBER]: the card's pair of that number (default 1) as PATH.RAW and PATH.JPG.

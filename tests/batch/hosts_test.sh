@@ -45,7 +45,7 @@ AnotherMachineUsesTheDatabasesOfThisOne() {
   # The second option adds a remark when there is no sensor database.
   batch -o out --hosts other in -- -l -s
   expect_status 0
-  expect_line '1 pictures: 1 converted, 0 already there, 0 failed'
+  expect_summary 1 1 0 0
   ! grep -q remark printed || fail "no sensor database there"
 }
 

@@ -176,6 +176,19 @@ ARemarkStandsInTheReport() {
     fail "report: $(cat "$(state_folder)/report")"
 }
 
+AShortRawFileIsRemarkedOn() {
+  pair in/L1
+  pair in/L2
+  head -c 20000000 "$card/L1000001.RAW" >short && mv -f short in/L2.RAW
+  batch -o out in
+  expect_status 0
+  expect_summary 2 2 0 0
+  expect_text '1 of the converted with a remark: see '
+  local remark='the RAW file has only 20000000 of 21041100 bytes, and the picture ends early'
+  grep -qx "converted: $scratch/in/L2.RAW: $remark" "$(state_folder)/report" ||
+    fail "report: $(cat "$(state_folder)/report")"
+}
+
 NoPictureAtAllIsNoSuccess() {
   mkdir in
   cp "$card/L1000001.RAW" in/small.raw
