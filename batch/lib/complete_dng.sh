@@ -11,8 +11,8 @@ readonly pair_width=3968 pair_height=2646 bytes_per_pixel=2
 readonly tag_width=256 tag_height=257 tag_offset=273 tag_count=279 tag_sub_ifd=330
 readonly little_endian_tiff='18761 42' # "II" and the number of the format
 
-# load FILE OFFSET: fill $words with the KiB from there on, in numbers of 16 bits. It holds what is looked for of an IFD:
-# entries stand in the order of their tags.
+# load FILE OFFSET: fill $words with the KiB from there on, in numbers of 16 bits. It holds what is looked for of an
+# IFD: entries stand in the order of their tags.
 load() {
   local window=1024
   # shellcheck disable=SC2207  # numbers

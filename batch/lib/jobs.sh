@@ -40,7 +40,8 @@ start_parallel() {
     cd -- "$state" || exit
     export PARALLEL_SHELL=$BASH PARALLEL_HOME=$state/../.parallel RSYNC_OLD_ARGS=1
     unset PARALLEL
-    exec parallel --plain --will-cite ${bar[@]+"${bar[@]}"} ${jobs:+--jobs "$jobs"} --joblog joblog --termseq TERM,5000,KILL,100 "$@"
+    exec parallel --plain --will-cite ${bar[@]+"${bar[@]}"} ${jobs:+--jobs "$jobs"} --joblog joblog \
+      --termseq TERM,5000,KILL,100 "$@"
   ) </dev/null &
   parallel=$!
   [[ ${#bar[@]} -gt 0 ]] || exec 2>&7 7>&-

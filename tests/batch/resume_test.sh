@@ -40,8 +40,7 @@ end_of_front() {
   wait "$front" || status=$?
 }
 
-# end_of_session: of the front's own end no more is waited for than a busy machine allows; what is at work on a picture then
-# may still end it.
+# end_of_session: wait until nothing of the run is left. What was at work on a picture when the front ended may end it.
 end_of_session() {
   : >"$scratch/open"
   wait_for session_is_over
