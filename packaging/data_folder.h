@@ -9,10 +9,13 @@
 /// neither of them nor a home folder.
 std::filesystem::path DataFolder();
 
-/// Makes the folder, for the user alone as that specification says, with a copy of `lens_database`, unless
-/// something stands there under the name lensdb.ini already. A copy takes that name only when it is whole.
-/// Returns 0 or the system's error number; the databases that are there are untouched either way.
-[[nodiscard]] int PrepareDataFolder(const std::filesystem::path& folder,
-                                    const std::filesystem::path& lens_database);
+/// Makes the folder, for the user alone as that specification says, unless it is there. Returns 0 or the
+/// system's error number, ENOENT for an empty path.
+[[nodiscard]] int MakeDataFolder(const std::filesystem::path& folder);
+
+/// Copies the lens database `source` into the folder, unless something stands there under the name lensdb.ini
+/// already. A copy takes that name only when it is whole. Returns 0 or the system's error number; the
+/// databases that are there are untouched either way.
+[[nodiscard]] int CopyLensDatabase(const std::filesystem::path& source, const std::filesystem::path& folder);
 
 #endif  // VELMARCON_PACKAGING_DATA_FOLDER_H

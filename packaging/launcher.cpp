@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -13,67 +12,109 @@
 #include <system_error>
 #include <vector>
 
-#include "app/usage_text.h"
+#include "app/command_line.h"
+#include "exif/lensdb.h"
+#include "packaging/command_line_remarks.h"
 #include "packaging/data_folder.h"
+#include "packaging/help_text.h"
+#include "packaging/kept_sensor_database.h"
 #include "packaging/own_path.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kNotKept = 73;    // EX_CANTCREAT of <sysexits.h>
 constexpr int kNotFound = 127;  // as the shells have it
 constexpr int kNotStarted = 126;
 
 /// Where the rest of the package lies, seen from the folder above the launcher's own.
 constexpr const char* kProgram = "lib/velmarcon/velmarcon";
-constexpr const char* kPackagedLensDatabase = "share/velmarcon/lensdb.ini";
+constexpr const char* kPackagedDatabases = "share/velmarcon";
 
 void PrintVersion() {
     std::printf("velmarcon %s\n", VELMARCON_VERSION);
 }
 
-void PrintHelp() {
-    PrintVersion();
-    std::printf("%s", kUsageText);
-    std::printf(
-        "As the first argument:\n"
-        "\n"
-        "--help             this text\n"
-        "--version          the version\n"
-        "--where            the folder of lensdb.ini and sensdb.ini, which are yours to edit\n"
-        "\n"
-        "More: man velmarcon, man velmarcon-batch.\n");
-}
-
 /// Prints to standard error, so that what the program prints stays the same.
-void Complain(const fs::path& path, const std::string& what) {
-    std::fprintf(stderr, "velmarcon: %s: %s\n", path.c_str(), what.c_str());
+void Say(const std::string& text) {
+    std::fprintf(stderr, "velmarcon: %s\n", text.c_str());
 }
 
-/// Without its folder, and so without databases, the program still converts.
-void Prepare(const fs::path& folder, const fs::path& lens_database) {
-    if (folder.empty()) {
-        std::fprintf(stderr,
-                     "velmarcon: neither XDG_DATA_HOME nor a home folder: databases are looked for in the "
-                     "current folder\n");
-    } else if (const int error = PrepareDataFolder(folder, lens_database); error != 0) {
-        Complain(lens_database,
-                 "not copied to " + folder.string() + ": " + std::generic_category().message(error));
+std::string Reason(int error) {
+    return std::generic_category().message(error);
+}
+
+/// The folder in which the program looks for its databases.
+struct Databases {
+    fs::path folder;
+    std::string no_own_folder;  ///< why it is the package's, which is only read; empty: it is the user's own
+};
+
+/// An account without a home, as a service has one, still gets the lenses of the package.
+Databases PrepareDatabases(const fs::path& installed) {
+    const fs::path own = DataFolder();
+    if (const int error = MakeDataFolder(own); error != 0) {
+        return {installed / kPackagedDatabases, own.empty() ? "neither XDG_DATA_HOME nor a home folder"
+                                                            : own.string() + ": " + Reason(error)};
     }
+    const fs::path packaged = installed / kPackagedDatabases / "lensdb.ini";
+    if (const int error = CopyLensDatabase(packaged, own); error != 0) {
+        Say(packaged.string() + ": not copied to " + own.string() + ": " + Reason(error));
+    }
+    return {own, ""};
+}
+
+void SayWhichFolder(const Databases& databases) {
+    if (!databases.no_own_folder.empty()) {
+        Say("no data folder of your own (" + databases.no_own_folder + "): that of the package is used, " +
+            databases.folder.string());
+    }
+}
+
+bool Asks(std::span<const Argument> arguments, Option option) {
+    return FindOption(arguments, option) != nullptr;
+}
+
+/// The program opens a database only for -l, and for -s and its kind.
+bool NeedsDatabases(std::span<const Argument> arguments) {
+    return Asks(arguments, Option::kLensFix) || Asks(arguments, Option::kSensorFix) ||
+           Asks(arguments, Option::kDarkFieldCreation) || Asks(arguments, Option::kPixelLineTest) ||
+           Asks(arguments, Option::kRowOffsetEstimation);
+}
+
+/// The lens database is read only when a code is to be looked up.
+void SayWhatIsPassedOver(std::span<const Argument> arguments, const fs::path& databases) {
+    for (const std::string& remark : RemarksOn(arguments)) {
+        Say(remark);
+    }
+    if (const Argument* code = LensCodeIn(arguments); code != nullptr) {
+        lensdb lenses((databases / "").string());
+        // What cannot be read has no lenses, which the program says itself.
+        (void)lenses.LoadLensData();
+        if (const std::string remark = RemarkOnLensCode(*code, arguments, lenses); !remark.empty()) {
+            Say(remark);
+        }
+    }
+}
+
+/// Before -sd. Returns 0, or the exit status when the run would lose what is there.
+int KeepDatabase(const Databases& databases) {
+    const std::string database = (databases.folder / kSensorDatabase).string();
+    if (!databases.no_own_folder.empty()) {
+        Say(database + ": cannot be made by -sd: set XDG_DATA_HOME to a folder of yours");
+        return kNotKept;
+    }
+    if (const int error = KeepSensorDatabase(databases.folder); error != 0) {
+        Say(database + ": no copy could be kept, so nothing was run: " + Reason(error));
+        return kNotKept;
+    }
+    return 0;
 }
 
 /// The exit status of what was only printed.
 int Printed() {
     return std::fflush(stdout) == 0 ? 0 : 1;
-}
-
-/// Prints the folder of the databases, if there is one. Returns the exit status.
-int PrintDataFolder(const fs::path& folder) {
-    if (folder.empty()) {
-        return 1;
-    }
-    std::printf("%s\n", folder.c_str());
-    return Printed();
 }
 
 /// Becomes the program. Returns only when that fails, with the exit status.
@@ -86,7 +127,7 @@ int StartProgram(const fs::path& program, const fs::path& folder, std::span<char
     handed_over.push_back(nullptr);
     ::execv(program.c_str(), handed_over.data());
     const int error = errno;
-    Complain(program, "cannot be started: " + std::generic_category().message(error));
+    Say(program.string() + ": cannot be started: " + Reason(error));
     return error == ENOENT ? kNotFound : kNotStarted;
 }
 
@@ -96,7 +137,8 @@ int main(int argc, char* argv[]) {
     const std::span<char*> arguments(argv, static_cast<std::size_t>(argc));
     const std::string_view first = arguments.size() > 1 ? arguments[1] : "";
     if (first == "--help") {
-        PrintHelp();
+        PrintVersion();
+        std::printf("%s", kHelpText);
         return Printed();
     }
     if (first == "--version") {
@@ -104,10 +146,21 @@ int main(int argc, char* argv[]) {
         return Printed();
     }
     const fs::path installed = OwnPath().parent_path().parent_path();
-    const fs::path folder = DataFolder();
-    Prepare(folder, installed / kPackagedLensDatabase);
+    const Databases databases = PrepareDatabases(installed);
     if (first == "--where") {
-        return PrintDataFolder(folder);
+        SayWhichFolder(databases);
+        std::printf("%s\n", databases.folder.c_str());
+        return Printed();
     }
-    return StartProgram(installed / kProgram, folder, arguments);
+    const std::vector<Argument> read = ReadCommandLine(arguments);
+    if (NeedsDatabases(read)) {
+        SayWhichFolder(databases);
+    }
+    SayWhatIsPassedOver(read, databases.folder);
+    if (Asks(read, Option::kDarkFieldCreation)) {
+        if (const int status = KeepDatabase(databases); status != 0) {
+            return status;
+        }
+    }
+    return StartProgram(installed / kProgram, databases.folder, arguments);
 }
