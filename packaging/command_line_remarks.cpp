@@ -88,8 +88,8 @@ bool IsLetter(char c) {
 
 /// What `rest`, glued to an option that takes a value, has of one; empty when it looks like none.
 std::string_view ValueIn(std::string_view rest, OptionValue value) {
-    if (rest.starts_with('=')) {
-        return rest.substr(1);
+    if (rest.empty() || rest.starts_with('=')) {
+        return rest.substr(std::min<std::size_t>(rest.size(), 1));
     }
     const bool is_value =
         value == OptionValue::kPath ? !std::ranges::all_of(rest, IsLetter) : IsDigit(rest.front());
@@ -121,22 +121,28 @@ std::string RemarkOnRest(const Argument& argument) {
            ", the rest is passed over" + (instead.empty() ? "" : "; write " + instead);
 }
 
-/// Of an option that is passed over. Repeated without another value it changes nothing, and needs no remark.
-std::string RemarkOnPassedOver(const Argument& argument, const Argument* next_word, bool given_before) {
-    if (!given_before) {
-        return ShellWord(argument.text) + ": passed over: no path comes after it";
-    }
-    if (next_word == nullptr) {
-        return "";
-    }
-    return ShellWord(argument.text) + " " + ShellWord(next_word->text) + ": passed over: only the first " +
+/// Of an option that needs a path, and is the last argument.
+std::string RemarkOnNoPath(const Argument& argument) {
+    const std::string instead =
+        TakenApart(*argument.option, argument.text.substr(argument.option->text.size()));
+    return ShellWord(argument.text) + ": passed over: no path comes after it" +
+           (instead.empty() ? "" : "; write " + instead);
+}
+
+/// Of an option that is repeated with the value `value`.
+std::string RemarkOnRepeated(const Argument& argument, std::string_view value) {
+    return ShellWord(argument.text) + " " + ShellWord(value) + ": passed over: only the first " +
            std::string(argument.option->text) + " counts";
+}
+
+bool Exists(std::string_view path) {
+    std::error_code error;
+    return fs::exists(fs::path(path), error);
 }
 
 /// For a value that is a file or a folder, and taken for something else.
 std::string HintAtInput(std::string_view value, std::span<const Argument> arguments) {
-    std::error_code error;
-    const bool meant = FindOption(arguments, Option::kInput) == nullptr && fs::exists(fs::path(value), error);
+    const bool meant = FindOption(arguments, Option::kInput) == nullptr && Exists(value);
     return meant ? "; to convert it write -i " + ShellWord(value) : "";
 }
 
@@ -198,8 +204,9 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
     const Argument* input = FindOption(arguments, Option::kInput);
     if (input == nullptr) {
         const bool one_folder = words.size() > 1 && AreOfOneFolder(words);
+        const std::string meant = one_folder ? FolderOf(words.front()) : std::string(words.front());
         return remark + ": passed over: without -i the input is the current folder; write -i " +
-               ShellWord(one_folder ? FolderOf(words.front()) : words.front());
+               (Exists(meant) ? ShellWord(meant) : "before what is to be converted");
     }
     remark += ": passed over: -i takes one path, here " + ShellWord(*input->value);
     std::vector<std::string_view> paths(words.begin(), words.end());
@@ -242,12 +249,15 @@ class Remarks {
         }
     }
 
+    /// Repeated without a value, or with the same one, an option changes nothing, and needs no remark.
     void LookAtPassedOver(const Argument& argument) {
-        const bool given_before = FindOption(arguments_, argument.option->option) != nullptr;
-        const Argument* word = given_before && next_ < arguments_.size() && IsWord(arguments_[next_])
-                                   ? &arguments_[next_++]
-                                   : nullptr;
-        Add(RemarkOnPassedOver(argument, word, given_before));
+        const Argument* first = FindOption(arguments_, argument.option->option);
+        if (first == nullptr) {
+            Add(RemarkOnNoPath(argument));
+        } else if (next_ < arguments_.size() && IsWord(arguments_[next_])) {
+            const std::string_view value = arguments_[next_++].text;
+            Add(first->value == value ? "" : RemarkOnRepeated(argument, value));
+        }
     }
 
     void Add(std::string remark) {

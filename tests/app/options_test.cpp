@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/app/parsed_options.h"
 #include "tests/app/working_folder.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/files.h"
@@ -37,49 +38,6 @@ TEST(ExecutableFolder, IsTheProgramsPathUpToItsLastSeparator) {
          }) {
         EXPECT_EQ(ExecutableFolder(program), folder) << program;
     }
-}
-
-/// What became of a command line.
-struct Parsed {
-    int status = -1;
-    std::string output;
-    RunSettings settings;
-};
-
-Parsed Parse(Texts arguments, bool with_lenses = true) {
-    lensdb lenses;
-    if (with_lenses) {
-        lenses.Lenses["000001"] = {};
-    }
-    arguments.insert(arguments.begin(), "velmarcon");
-    std::vector<char*> argv;
-    std::ranges::transform(arguments, std::back_inserter(argv),
-                           [](std::string& argument) { return argument.data(); });
-    Parsed parsed;
-    const ErrorHandler errors;
-    parsed.output =
-        support::CaptureStdout([&] { parsed.status = ParseOptions(argv, lenses, errors, parsed.settings); });
-    return parsed;
-}
-
-/// The settings that differ from the default ones.
-std::string Changed(const RunSettings& settings) {
-    std::string text;
-    const auto add = [&text](bool changed, const std::string& name) { text += changed ? name + " " : ""; };
-    add(settings.verbose, "verbose");
-    add(settings.refresh, "refresh");
-    add(settings.preview, "preview");
-    add(settings.black_level_given, "black");
-    add(settings.black_level != 92, std::to_string(settings.black_level));
-    add(settings.lens_fix, "lens");
-    add(!settings.lens_code.empty(), settings.lens_code);
-    add(settings.sensor_fix, "sensor");
-    add(settings.dark_field_fix, "dark");
-    add(settings.dark_field_creation, "create");
-    add(settings.pixel_line_test, "test");
-    add(settings.row_offset_estimation, "rows");
-    add(settings.raw_model_variant, "variant");
-    return text;
 }
 
 /// The current folder holds a.RAW; the folder "in" holds b.RAW and c.RAW, "out" and "none" nothing.

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "packaging/shell_word.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(ShellWord, StandsAsItIsWhereAShellLeavesItAlone) {
+    for (const char* text : {"card", "../card/L1000001.RAW", "-vb", "--input=x",
+                             "h\xC3\xA4"
+                             "fen",
+                             "100%"}) {
+        EXPECT_EQ(ShellWord(text), text);
+    }
+}
+
+TEST(ShellWord, IsQuotedWhereAShellWouldReadMoreIntoIt) {
+    EXPECT_EQ(ShellWord(""), "''");
+    EXPECT_EQ(ShellWord("My card"), "'My card'");
+    EXPECT_EQ(ShellWord("*.RAW"), "'*.RAW'");
+    EXPECT_EQ(ShellWord("~anna"), "'~anna'");
+    EXPECT_EQ(ShellWord("Anna's"), "'Anna'\\''s'");
+    EXPECT_EQ(ShellWord("$HOME"), "'$HOME'");
+}
+
+TEST(ShellWord, HasNoControlCharacters) {
+    EXPECT_EQ(ShellWord("a\nb\x1B[31m\x7F"), "'a?b?[31m?'");
+}
+
+}  // namespace

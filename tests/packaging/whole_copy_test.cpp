@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "packaging/whole_copy.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
+
+class WholeCopy : public testing::Test {
+  protected:
+    std::string Path(const std::string& name) const { return folder_.path() / name; }
+
+    const support::TempFolder folder_;
+};
+
+TEST_F(WholeCopy, HasTheBytesOfItsSource) {
+    using namespace std::string_view_literals;
+    support::WriteFile(Path("old"), "one\0two\n"sv);
+    EXPECT_EQ(CopyWhole(Path("old"), Path("new.ini")), 0);
+    EXPECT_EQ(support::ReadFile(Path("new.ini")), support::ReadFile(Path("old")));
+    EXPECT_EQ(support::Names(folder_.path()), (Texts{"new.ini", "old"}));
+}
+
+TEST_F(WholeCopy, ReplacesNothing) {
+    support::WriteFile(Path("old"), "old");
+    support::WriteFile(Path("file.ini"), "mine");
+    fs::create_symlink("nowhere", Path("link.ini"));
+    EXPECT_EQ(CopyWhole(Path("old"), Path("file.ini")), EEXIST);
+    EXPECT_EQ(CopyWhole(Path("old"), Path("link.ini")), EEXIST);
+    EXPECT_EQ(support::ReadText(Path("file.ini")), "mine");
+    EXPECT_EQ(support::Names(folder_.path()), (Texts{"file.ini", "link.ini", "old"}));
+}
+
+TEST_F(WholeCopy, LeavesNothingWhenItsSourceCannotBeRead) {
+    EXPECT_EQ(CopyWhole(Path("none"), Path("new.ini")), ENOENT);
+    EXPECT_NE(CopyWhole(folder_.path(), Path("new.ini")), 0);
+    EXPECT_EQ(support::Names(folder_.path()), Texts());
+}
+
+TEST_F(WholeCopy, LeavesAloneWhatAnotherProcessOfItsNumberCopies) {
+    support::WriteFile(Path("old"), "old");
+    const std::string part = ".new-" + std::to_string(::getpid()) + ".part";
+    support::WriteFile(Path(part), "half");
+    EXPECT_EQ(CopyWhole(Path("old"), Path("new.ini")), EBUSY);
+    EXPECT_EQ(support::ReadText(Path(part)), "half");
+    EXPECT_FALSE(fs::exists(Path("new.ini")));
+}
+
+}  // namespace
