@@ -5,11 +5,10 @@
 
 namespace {
 
+constexpr const char* kWithUmlaut = "H\xC3\xA4user";
+
 TEST(ShellWord, StandsAsItIsWhereAShellLeavesItAlone) {
-    for (const char* text : {"card", "../card/L1000001.RAW", "-vb", "--input=x",
-                             "h\xC3\xA4"
-                             "fen",
-                             "100%"}) {
+    for (const char* text : {"card", "../card/L1000001.RAW", "-vb", "--input=x", kWithUmlaut, "100%"}) {
         EXPECT_EQ(ShellWord(text), text);
     }
 }
