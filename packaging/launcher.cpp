@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,6 +36,12 @@ constexpr const char* kPackagedDatabases = "share/velmarcon";
 
 void PrintVersion() {
     std::printf("velmarcon %s\n", VELMARCON_VERSION);
+}
+
+/// A write that fails is reported, or does not matter; the program sees it the same way.
+void IgnoreWriteSignals() {
+    (void)std::signal(SIGXFSZ, SIG_IGN);
+    (void)std::signal(SIGPIPE, SIG_IGN);
 }
 
 /// Prints to standard error, so that what the program prints stays the same.
@@ -83,16 +91,25 @@ bool NeedsDatabases(std::span<const Argument> arguments) {
            Asks(arguments, Option::kRowOffsetEstimation);
 }
 
+/// What cannot be read, for want of a file or of memory, has no lenses; the program says so itself.
+lensdb LoadLenses(const fs::path& folder) {
+    lensdb lenses((folder / "").string());
+    try {
+        (void)lenses.LoadLensData();
+    } catch (const std::bad_alloc&) {
+        lenses.Lenses.clear();
+    }
+    return lenses;
+}
+
 /// The lens database is read only when a code is to be looked up.
 void SayWhatIsPassedOver(std::span<const Argument> arguments, const fs::path& databases) {
     for (const std::string& remark : RemarksOn(arguments)) {
         Say(remark);
     }
     if (const Argument* code = LensCodeIn(arguments); code != nullptr) {
-        lensdb lenses((databases / "").string());
-        // What cannot be read has no lenses, which the program says itself.
-        (void)lenses.LoadLensData();
-        if (const std::string remark = RemarkOnLensCode(*code, arguments, lenses); !remark.empty()) {
+        const std::string remark = RemarkOnLensCode(*code, arguments, LoadLenses(databases));
+        if (!remark.empty()) {
             Say(remark);
         }
     }
@@ -145,6 +162,7 @@ int main(int argc, char* argv[]) {
         PrintVersion();
         return Printed();
     }
+    IgnoreWriteSignals();
     const fs::path installed = OwnPath().parent_path().parent_path();
     const Databases databases = PrepareDatabases(installed);
     if (first == "--where") {

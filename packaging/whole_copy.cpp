@@ -35,15 +35,17 @@ fs::path PartName(const std::string& begin, pid_t number) {
 /// Removes what processes left in the folder that are no more.
 void RemoveStaleParts(const fs::path& folder, const std::string& begin) {
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error)) {
-        const std::string name = entry.path().filename().string();
+    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
         if (!name.starts_with(begin) || !name.ends_with(kPartEnd)) {
             continue;
         }
         pid_t number = 0;
         std::from_chars(name.data() + begin.size(), name.data() + name.size(), number);
         if (name == PartName(begin, number) && ::kill(number, 0) != 0 && errno == ESRCH) {
-            fs::remove(entry.path(), error);
+            std::error_code ignored;
+            fs::remove(entry->path(), ignored);
         }
     }
 }
