@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "dng/maker_note_struct.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
+#include <optional>
 
 #include "exif/maker_note.h"
 #include "exif/tiff_types.h"
@@ -22,14 +25,11 @@ class EntryWalk {
         return value;
     }
 
-    /// The pair of SLONGs at the offset in the next value field, which is put into `offset`. Without that
-    /// field both are 0.
-    std::vector<std::int32_t> NextPair(std::uint32_t& offset) {
-        const bool has_offset = note_.Holds(field_, sizeof(offset));
-        offset = Next<std::uint32_t>();
-        const std::uint64_t position = maker_note::kHeaderSize + offset;
-        return has_offset ? std::vector{GetSigned(position), GetSigned(position + sizeof(std::int32_t))}
-                          : std::vector<std::int32_t>(2);
+    /// The next value field as an offset; nothing when the note ends before it.
+    std::optional<std::uint32_t> NextOffset() {
+        const bool is_there = note_.Holds(field_, sizeof(std::uint32_t));
+        const auto offset = Next<std::uint32_t>();
+        return is_there ? std::optional(offset) : std::nullopt;
     }
 
   private:
@@ -38,13 +38,35 @@ class EntryWalk {
         return note_.Get<T>(offset, true);
     }
 
-    std::int32_t GetSigned(std::uint64_t offset) const {
-        return std::bit_cast<std::int32_t>(Get<std::uint32_t>(offset));
-    }
-
     ByteView note_;
     std::uint64_t field_ = maker_note::kHeaderSize + tiff::kCountSize + tiff::kValueInEntry;
 };
+
+using Offsets = std::array<std::optional<std::uint32_t>, 3>;
+
+/// The byte of the note from which `offsets` count. In the camera's DNGs that is the first one, in its JPEGs
+/// the end of the header, and a DNG may carry the note of a JPEG. Values stand after the table, so an offset
+/// that would lead into it from the first byte tells that all of them count from the header's end.
+std::uint64_t BaseOf(const Offsets& offsets) {
+    constexpr std::uint64_t entries = 15;  // of the camera's, whatever the count says
+    constexpr std::uint64_t table_end =
+        maker_note::kHeaderSize + tiff::kCountSize + entries * tiff::kEntrySize + tiff::kLinkSize;
+    const bool all_after_table =
+        std::ranges::all_of(offsets, [](const auto& offset) { return offset && *offset >= table_end; });
+    return all_after_table ? 0 : maker_note::kHeaderSize;
+}
+
+/// The two SLONGs at `offset` from `base`; both are 0 without an offset.
+std::vector<std::int32_t> PairAt(ByteView note, std::uint64_t base, std::optional<std::uint32_t> offset) {
+    if (!offset) {
+        return std::vector<std::int32_t>(2);
+    }
+    const std::uint64_t position = base + *offset;
+    const auto half = [&](std::uint64_t at) {
+        return std::bit_cast<std::int32_t>(note.Get<std::uint32_t>(at, true));
+    };
+    return {half(position), half(position + sizeof(std::int32_t))};
+}
 
 }  // namespace
 
@@ -60,9 +82,15 @@ MakerNoteStruct DecodeMakerNote(ByteView note) {
     values.serial_number = walk.Next<std::uint32_t>();
     values.white_balance = walk.Next<std::uint16_t>();
     values.lens = walk.Next<std::uint32_t>();
-    values.external_brightness = walk.NextPair(values.external_brightness_offset);
-    values.measured_light = walk.NextPair(values.measured_light_offset);
-    values.approximate_f_number = walk.NextPair(values.approximate_f_number_offset);
+    const Offsets offsets = {walk.NextOffset(), walk.NextOffset(), walk.NextOffset()};
+    const auto& [external_brightness, measured_light, approximate_f_number] = offsets;
+    const std::uint64_t base = BaseOf(offsets);
+    values.external_brightness_offset = external_brightness.value_or(0);
+    values.external_brightness = PairAt(note, base, external_brightness);
+    values.measured_light_offset = measured_light.value_or(0);
+    values.measured_light = PairAt(note, base, measured_light);
+    values.approximate_f_number_offset = approximate_f_number.value_or(0);
+    values.approximate_f_number = PairAt(note, base, approximate_f_number);
     for (std::uint32_t& value : values.further) {
         value = walk.Next<std::uint32_t>();
     }

@@ -17,7 +17,7 @@ struct MakerNoteStruct {
     std::uint16_t white_balance = 0;
     std::uint32_t lens = 0;  ///< low 8 bits: 6-bit lens code, 2-bit frame selector
 
-    // Numerator and denominator; the offsets are those of the entries.
+    // Numerator and denominator; the offsets are those of the entries. A pair without an offset is 0/0.
     std::uint32_t external_brightness_offset = 0;
     std::vector<std::int32_t> external_brightness;
     std::uint32_t measured_light_offset = 0;
@@ -32,7 +32,8 @@ struct MakerNoteStruct {
     std::uint8_t LensCode() const;
 };
 
-/// Decodes the bytes of a MakerNote tag.
+/// Decodes the bytes of a MakerNote tag. The offsets of the pairs count from the note's first byte when the
+/// smallest of them is at least 194, where the table of the fifteen entries ends; otherwise from byte 8.
 MakerNoteStruct DecodeMakerNote(ByteView note);
 
 #endif  // VELMARCON_DNG_MAKER_NOTE_STRUCT_H

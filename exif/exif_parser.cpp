@@ -117,7 +117,8 @@ void StoreExposureTime(const IFEntry& entry, EXIFInfo& exif) {
     }
 }
 
-/// Only a RATIONAL is taken. The camera writes an SRATIONAL, which deliberately leaves the field cleared.
+/// Only a RATIONAL is taken: the camera's JPEGs have the bits of a signed value in one. An SRATIONAL
+/// deliberately leaves the field cleared.
 void StoreExposureBias(const IFEntry& entry, EXIFInfo& exif) {
     if (entry.Format == tiff::kRational) {
         exif.ExposureBiasValue = ExposureBiasInThirds(AsSigned(entry.RationalValue));

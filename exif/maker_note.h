@@ -5,10 +5,11 @@
 #include <cstdint>
 #include <string>
 
-/// The camera's maker note: a header, then an IFD, little-endian whatever stands around it.
+/// The camera's maker note: a header, then an IFD, little-endian whatever stands around it. The offsets of
+/// values count from the end of the header in the camera's JPEGs, from its first byte in the camera's DNGs.
 namespace maker_note {
 
-constexpr std::uint64_t kHeaderSize = 8;  ///< bytes, not examined; the offsets of values count from its end
+constexpr std::uint64_t kHeaderSize = 8;  ///< bytes, not examined
 
 constexpr unsigned int kFrameSelectorBits = 2;
 

@@ -86,6 +86,10 @@ void WriteExif(SeedWriter& seeds) {
     samples::Set(all_fields.exif, samples::Rationals(tag::kSubjectDistance, {{15, 10}}));
     samples::Set(all_fields.exif, samples::Ascii(tag::kSubSecTimeOriginal, "42"));
     seeds.Write("exif", "all-fields", samples::CameraJpeg(all_fields));
+    seeds.Write("exif", "edited-lost",
+                samples::CameraJpeg(samples::EditedExif({}, samples::EditedNote::kLost)));
+    seeds.Write("exif", "edited-outside",
+                samples::CameraJpeg(samples::EditedExif({}, samples::EditedNote::kValuesOutside)));
     seeds.Write("exif", "no-segment", samples::TinyJpeg());
     seeds.Write("exif", "segment", samples::Serialize(samples::CameraExif({})));
     samples::Shot shot;
@@ -98,6 +102,7 @@ void WriteExif(SeedWriter& seeds) {
 void WriteMakerNote(SeedWriter& seeds) {
     seeds.Write("maker_note", "jpeg", samples::JpegMakerNote({}));
     seeds.Write("maker_note", "dng", samples::DngMakerNote({}));
+    seeds.Write("maker_note", "dng-base-8", samples::DngMakerNote({}, samples::kJpegNoteLayout));
     seeds.Write("maker_note", "fast", samples::DngMakerNote(FastShot()));
 }
 

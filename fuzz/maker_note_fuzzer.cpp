@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The camera's maker note by both its readers: the one of JPEGs, which looks at the tags, and the one of the
 // camera's DNGs, which goes by position.
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <span>
@@ -49,13 +50,23 @@ constexpr std::uint64_t Field(std::uint64_t index) {
     return first + 12 * index;
 }
 
+/// From where the offsets of entries 4 to 6 count: from byte 0 when all of them lead past the table of 15
+/// entries.
+std::uint64_t Base(Bytes note) {
+    constexpr std::uint32_t table_end = 8 + 2 + 15 * 12 + 4;
+    const std::uint32_t smallest =
+        std::min({Plain(note, Field(4), 4), Plain(note, Field(5), 4), Plain(note, Field(6), 4)});
+    return smallest >= table_end ? 0 : 8;
+}
+
 void RequirePair(Bytes note, std::uint64_t index, std::uint32_t offset,
                  const std::vector<std::int32_t>& pair) {
     Require(offset == Plain(note, Field(index), 4), "an offset is the one in its entry");
     Require(pair.size() == 2, "a pair has two halves");
     if (Field(index) + 4 <= note.size()) {
-        Require(std::bit_cast<std::uint32_t>(pair[0]) == Plain(note, std::uint64_t{8} + offset, 4) &&
-                    std::bit_cast<std::uint32_t>(pair[1]) == Plain(note, std::uint64_t{12} + offset, 4),
+        const std::uint64_t position = Base(note) + offset;
+        Require(std::bit_cast<std::uint32_t>(pair[0]) == Plain(note, position, 4) &&
+                    std::bit_cast<std::uint32_t>(pair[1]) == Plain(note, position + 4, 4),
                 "a pair is what stands at its offset");
     } else {
         Require(pair[0] == 0 && pair[1] == 0, "a pair without an entry is 0");

@@ -181,12 +181,11 @@ std::vector<std::uint8_t> Serialize(const CameraDngFile& file) {
     return bytes;
 }
 
-std::vector<std::uint8_t> ScenePreview() {
-    constexpr int kPictureHeight = 214;  // 3:2 on the preview's width; black above and below
+std::vector<std::uint8_t> PreviewOf(const Scene& scene) {
     constexpr std::size_t kBandBytes =
-        std::size_t{kPreviewRowBytes} * (kDngPreviewHeight - kPictureHeight) / 2;
+        std::size_t{kPreviewRowBytes} * (kDngPreviewHeight - kDngPreviewPictureHeight) / 2;
     std::vector<std::uint8_t> preview(kBandBytes);
-    Append(preview, SrgbImage(Scene(kDngPreviewWidth, kPictureHeight)).samples);
+    Append(preview, SrgbImage(scene).samples);
     preview.resize(std::size_t{kPreviewRowBytes} * kDngPreviewHeight);
     return preview;
 }

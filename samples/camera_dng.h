@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "samples/scene.h"
 #include "samples/shot.h"
 #include "samples/tiff_entry.h"
 
@@ -31,8 +32,10 @@ struct CameraDngFile {
     std::vector<std::uint8_t> raw = {};      ///< see CroppedBytes
 };
 
-/// The test scene as a preview: 230400 bytes.
-std::vector<std::uint8_t> ScenePreview();
+constexpr int kDngPreviewPictureHeight = 214;  ///< 3:2 on the preview's width; black above and below
+
+/// A scene of kDngPreviewWidth x kDngPreviewPictureHeight pixels as a preview: 230400 bytes.
+std::vector<std::uint8_t> PreviewOf(const Scene& scene);
 
 /// The file of `shot`; its entries, preview and raw pixels may be changed afterwards. The strip offsets stay
 /// as they are whatever is changed.

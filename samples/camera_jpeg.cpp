@@ -14,6 +14,8 @@ namespace {
 // Exif 2.2 demands them of a JPEG; nothing here reads them.
 constexpr std::uint16_t kFlashpixVersion = 40960;
 constexpr std::uint16_t kColorSpace = 40961;
+constexpr std::uint16_t kComponentsConfiguration = 37121;
+constexpr std::uint16_t kThumbnailLength = 0x0202;
 
 }  // namespace
 
@@ -55,11 +57,41 @@ ExifBlock CameraExif(const Shot& shot) {
         Ascii(tag::kDateTime, shot.date_time),
     };
     block.exif = ShootingEntries(shot, JpegMakerNote(shot));
+    Set(block.exif, Rationals(tag::kShutterSpeedValue, {AsUnsigned(shot.shutter_speed)}));
+    Set(block.exif, Rationals(tag::kExposureBiasValue, {AsUnsigned(shot.exposure_bias)}));
     Set(block.exif, Ascii(tag::kDateTimeOriginal, shot.date_time));
+    Set(block.exif,
+        Undefined(kComponentsConfiguration, {'1', '2', '3', '0'}));  // digits, as the camera has it
     Set(block.exif, Undefined(kFlashpixVersion, {'0', '1', '0', '0'}));
     Set(block.exif, Short(kColorSpace, 1));
     Set(block.exif, Long(tag::kPixelXDimension, shot.pixel_x_dimension));
     Set(block.exif, Long(tag::kPixelYDimension, shot.pixel_y_dimension));
+    SetThumbnail(block, TinyJpeg());
+    return block;
+}
+
+void SetThumbnail(ExifBlock& block, const std::vector<std::uint8_t>& jpeg) {
+    constexpr std::uint16_t kJpegCompression = 6;
+    block.ifd1 = {
+        Short(tag::kCompression, kJpegCompression),
+        Rationals(tag::kXResolution, {{72, 1}}),
+        Rationals(tag::kYResolution, {{72, 1}}),
+        Short(tag::kResolutionUnit, 2),
+        Long(kThumbnailLength, static_cast<std::uint32_t>(jpeg.size())),
+    };
+    block.thumbnail = jpeg;
+}
+
+ExifBlock EditedExif(const Shot& shot, EditedNote note) {
+    ExifBlock block = CameraExif(shot);
+    Set(block.ifd0, Ascii(tag::kSoftware, "Image editor 1.0"));
+    if (note == EditedNote::kLost) {
+        Remove(block.exif, tag::kMakerNote);
+        return block;
+    }
+    std::vector<std::uint8_t> table = JpegMakerNote(shot);
+    table.resize(kMakerNoteHeaderSize + TableSize(JpegMakerNoteEntries(shot)));
+    Set(block.exif, Undefined(tag::kMakerNote, table));
     return block;
 }
 

@@ -12,11 +12,25 @@
 
 namespace samples {
 
-/// The EXIF IFD's entries that the camera's JPEGs and DNGs share, with `maker_note` among them, in tag order.
+/// The EXIF IFD's entries that the camera's JPEGs and DNGs share, with `maker_note` among them, in tag order
+/// and with the DNGs' types.
 std::vector<Entry> ShootingEntries(const Shot& shot, const std::vector<std::uint8_t>& maker_note);
 
-/// The EXIF block of the camera's JPEG, little-endian, with the JPEG's 19-entry maker note.
+/// The EXIF block of the camera's JPEG, little-endian, with the JPEG's 19-entry maker note and a thumbnail.
+/// Its ShutterSpeedValue and ExposureBiasValue are RATIONAL there, with the bits of the signed values.
 ExifBlock CameraExif(const Shot& shot);
+
+/// Gives `block` an IFD1 with the thumbnail `jpeg`. The block must stay below 64 KB.
+void SetThumbnail(ExifBlock& block, const std::vector<std::uint8_t>& jpeg);
+
+/// What became of the maker note in a JPEG that an image editor wrote anew.
+enum class EditedNote : std::uint8_t {
+    kLost,          ///< there is none
+    kValuesOutside  ///< the table alone, with offsets that lead out of it
+};
+
+/// The EXIF block of a JPEG that an image editor wrote anew.
+ExifBlock EditedExif(const Shot& shot, EditedNote note);
 
 /// `image` as a JPEG file from SOI to EOI, without any APP segment. `quality` is libjpeg's, 1 to 100.
 /// Empty when libjpeg refuses the image (a side of 0 or above 65500 pixels). Built without libjpeg it gives

@@ -8,18 +8,21 @@ namespace samples {
 
 namespace {
 
+constexpr std::uint16_t kThumbnailOffset = 0x0201;
+
 using TwoBytes = std::array<std::uint8_t, 2>;
 
 TwoBytes MarkOf(ByteOrder order) {
     return order == ByteOrder::kLittle ? TwoBytes{'I', 'I'} : TwoBytes{'M', 'M'};
 }
 
-/// Directory and values, the first byte of which the file counts as `offset`.
+/// Directory and values, the first byte of which the file counts as `offset`. `next_ifd` is its link.
 std::vector<std::uint8_t> IfdWithValues(const std::vector<Entry>& entries, ByteOrder order,
-                                        std::uint32_t offset, std::optional<std::uint16_t> forced_count) {
+                                        std::uint32_t offset, std::optional<std::uint16_t> forced_count,
+                                        std::uint32_t next_ifd = 0) {
     std::vector<std::uint8_t> bytes;
     std::vector<std::uint8_t> values;
-    AppendIfd(entries, order, offset + TableSize(entries), 0, bytes, values);
+    AppendIfd(entries, order, offset + TableSize(entries), next_ifd, bytes, values);
     if (forced_count) {
         std::vector<std::uint8_t> count;
         AppendNumber(count, order, *forced_count, tiff::kCountSize);
@@ -50,6 +53,17 @@ void Append(std::vector<std::uint8_t>& out, const std::vector<std::uint8_t>& byt
     out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
+/// IFD1 at `offset`, its values and the thumbnail.
+std::vector<std::uint8_t> ThumbnailPart(const ExifBlock& block, std::uint32_t offset) {
+    std::vector<Entry> ifd1 = block.ifd1;
+    Set(ifd1, Short(kThumbnailOffset, 0));
+    const std::uint32_t end = offset + SizeWithValues(ifd1, block.order);
+    Set(ifd1, Short(kThumbnailOffset, static_cast<std::uint16_t>(end)));
+    std::vector<std::uint8_t> bytes = IfdWithValues(ifd1, block.order, offset, std::nullopt);
+    Append(bytes, block.thumbnail);
+    return bytes;
+}
+
 }  // namespace
 
 std::vector<std::uint8_t> Serialize(const ExifBlock& block) {
@@ -60,10 +74,17 @@ std::vector<std::uint8_t> Serialize(const ExifBlock& block) {
     AppendNumber(bytes, block.order, block.first_ifd_offset.value_or(tiff::kHeaderSize), 4);
 
     const std::vector<Entry> ifd0 = WithPointer(block);
-    Append(bytes, IfdWithValues(ifd0, block.order, tiff::kHeaderSize, block.ifd0_count));
+    const std::uint32_t exif_offset = tiff::kHeaderSize + SizeWithValues(ifd0, block.order);
+    const std::uint32_t ifd1_offset =
+        exif_offset + (block.with_exif_ifd ? SizeWithValues(block.exif, block.order) : 0);
+    const bool with_ifd1 = !block.ifd1.empty();
+    Append(bytes, IfdWithValues(ifd0, block.order, tiff::kHeaderSize, block.ifd0_count,
+                                with_ifd1 ? ifd1_offset : 0));
     if (block.with_exif_ifd) {
-        const auto offset = static_cast<std::uint32_t>(bytes.size()) - kExifHeaderSize;
-        Append(bytes, IfdWithValues(block.exif, block.order, offset, block.exif_count));
+        Append(bytes, IfdWithValues(block.exif, block.order, exif_offset, block.exif_count));
+    }
+    if (with_ifd1) {
+        Append(bytes, ThumbnailPart(block, ifd1_offset));
     }
     return bytes;
 }

@@ -14,12 +14,14 @@ namespace samples {
 constexpr std::uint32_t kExifHeaderSize = 6;  ///< bytes of "Exif" and two NULs, before the TIFF header
 
 /// The payload of an APP1 segment (Exif 2.3, section 4.5):
-/// the Exif header, a TIFF header, IFD0 and the EXIF IFD.
+/// the Exif header, a TIFF header, IFD0, the EXIF IFD and, for a thumbnail, IFD1.
 struct ExifBlock {
     ByteOrder order = ByteOrder::kLittle;
     std::vector<Entry> ifd0 = {};  ///< in file order; the ExifIFD entry is added when the block is serialised
     std::vector<Entry> exif = {};  ///< in file order
     bool with_exif_ifd = true;
+    std::vector<Entry> ifd1 = {};  ///< empty: no IFD1; the offset of `thumbnail` is added as a SHORT
+    std::vector<std::uint8_t> thumbnail = {};  ///< a JPEG file, the last bytes of the block
 
     // For damaged blocks: what the headers hold instead of the right values.
     std::array<std::uint8_t, kExifHeaderSize> header = {'E', 'x', 'i', 'f', 0, 0};
@@ -31,9 +33,9 @@ struct ExifBlock {
     std::optional<std::uint16_t> exif_count = std::nullopt;
 };
 
-/// The block's bytes: header, TIFF header, IFD0, its values, EXIF IFD, its values. The ExifIFD pointer stands
-/// before the first IFD0 entry of a higher tag, unless `ifd0` has such an entry already: that one is then
-/// written unchanged.
+/// The block's bytes: header, TIFF header, IFD0, its values, EXIF IFD, its values, IFD1, its values,
+/// thumbnail. The ExifIFD pointer stands before the first IFD0 entry of a higher tag, unless `ifd0` has such
+/// an entry already: that one is then written unchanged.
 std::vector<std::uint8_t> Serialize(const ExifBlock& block);
 
 }  // namespace samples

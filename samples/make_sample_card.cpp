@@ -18,6 +18,7 @@ constexpr std::string_view kUsage =
     "  --pairs N     number of RAW+JPEG pairs, 0 to 9999 (default 3)\n"
     "  --iso N       160, 320, 640, 1250 or 2500 for all pairs (default: changes from pair to pair)\n"
     "  --no-noise    no photon and read noise\n"
+    "  --flat        pictures of an even grey sky in place of the test scene, to find defective columns in\n"
     "  --dark        a dark frame (.BIA) for every pair, and a dark exposure as one more pair\n"
     "  --dng         a DNG as the camera itself writes it\n"
     "  --databases   lensdb.ini and sensdb.ini for these lenses and this camera\n"
@@ -53,6 +54,8 @@ bool ReadIso(std::string_view text, samples::CardOptions& card) {
 bool SetFlag(std::string_view option, samples::CardOptions& card) {
     if (option == "--no-noise") {
         card.noise = false;
+    } else if (option == "--flat") {
+        card.flat = true;
     } else if (option == "--dark") {
         card.dark = true;
     } else if (option == "--dng") {

@@ -1,15 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "samples/maker_note.h"
 
-#include <bit>
-
 namespace samples {
 
 namespace {
-
-Rational AsUnsigned(SRational value) {
-    return {std::bit_cast<std::uint32_t>(value.numerator), std::bit_cast<std::uint32_t>(value.denominator)};
-}
 
 std::uint32_t LensValue(const Shot& shot) {
     constexpr std::uint32_t kCodeMask = 0x3F;
@@ -50,21 +44,25 @@ std::vector<Entry> JpegMakerNoteEntries(const Shot& shot) {
     return entries;
 }
 
-std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries) {
+std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries, NoteLayout layout) {
+    constexpr std::uint32_t kGapSize = 2;
+    const std::uint32_t table_end = kMakerNoteHeaderSize + TableSize(entries);
+    const std::uint32_t values_begin = table_end + (layout.gap ? kGapSize : 0);
     std::vector<std::uint8_t> bytes = {'L', 'E', 'I', 'C', 'A', 0, 0, 0};
     std::vector<std::uint8_t> values;
-    AppendIfd(entries, ByteOrder::kLittle, TableSize(entries), 0, bytes, values);
+    AppendIfd(entries, ByteOrder::kLittle, values_begin - layout.base, 0, bytes, values);
+    bytes.resize(values_begin);
     bytes.insert(bytes.end(), values.begin(), values.end());
-    bytes.insert(bytes.end(), {0, 0});
+    bytes.resize(table_end + values.size() + kGapSize);
     return bytes;
 }
 
-std::vector<std::uint8_t> JpegMakerNote(const Shot& shot) {
-    return MakerNote(JpegMakerNoteEntries(shot));
+std::vector<std::uint8_t> JpegMakerNote(const Shot& shot, NoteLayout layout) {
+    return MakerNote(JpegMakerNoteEntries(shot), layout);
 }
 
-std::vector<std::uint8_t> DngMakerNote(const Shot& shot) {
-    return MakerNote(DngMakerNoteEntries(shot));
+std::vector<std::uint8_t> DngMakerNote(const Shot& shot, NoteLayout layout) {
+    return MakerNote(DngMakerNoteEntries(shot), layout);
 }
 
 }  // namespace samples

@@ -10,8 +10,16 @@
 
 namespace samples {
 
-/// Bytes of "LEICA" and three NULs; value offsets count from behind them.
-constexpr std::uint32_t kMakerNoteHeaderSize = 8;
+constexpr std::uint32_t kMakerNoteHeaderSize = 8;  ///< bytes of "LEICA" and three NULs
+
+/// Where a note's values stand and what their offsets count from.
+struct NoteLayout {
+    std::uint32_t base = kMakerNoteHeaderSize;  ///< byte of the note from which offsets count
+    bool gap =
+        true;  ///< two NULs between the table and the values, as the camera leaves them; else after these
+};
+constexpr NoteLayout kJpegNoteLayout = {.base = kMakerNoteHeaderSize};
+constexpr NoteLayout kDngNoteLayout = {.base = 0};
 
 /// Tags of the camera's maker note.
 namespace note {
@@ -44,10 +52,11 @@ std::vector<Entry> JpegMakerNoteEntries(const Shot& shot);
 std::vector<Entry> DngMakerNoteEntries(const Shot& shot);
 
 /// A maker note of `entries`, in their order: header, IFD, values, two NULs. Always little-endian.
-std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries);
+std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries, NoteLayout layout = kJpegNoteLayout);
 
-std::vector<std::uint8_t> JpegMakerNote(const Shot& shot);  ///< 292 bytes
-std::vector<std::uint8_t> DngMakerNote(const Shot& shot);   ///< 220 bytes
+std::vector<std::uint8_t> JpegMakerNote(const Shot& shot,
+                                        NoteLayout layout = kJpegNoteLayout);                  ///< 292 bytes
+std::vector<std::uint8_t> DngMakerNote(const Shot& shot, NoteLayout layout = kDngNoteLayout);  ///< 220 bytes
 
 }  // namespace samples
 

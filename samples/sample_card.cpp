@@ -25,10 +25,20 @@ namespace {
 
 using FileBytes = std::vector<std::uint8_t>;
 
-/// Every fourth pair is taken with a lens that bears no code.
+/// Every fourth pair is taken with a lens that bears no code, the others with each of Lenses() in turn.
 const Lens* LensOf(int number) {
-    const auto place = static_cast<std::size_t>(number - 1) % (Lenses().size() + 1);
-    return place < Lenses().size() ? &Lenses()[place] : nullptr;
+    constexpr int kTurn = 4;
+    if (number % kTurn == 0) {
+        return nullptr;
+    }
+    const auto coded_before = static_cast<std::size_t>(number - 1 - (number / kTurn));
+    return &Lenses()[coded_before % Lenses().size()];
+}
+
+/// None, a whole step below and two thirds above, in turn.
+SRational BiasOf(int number) {
+    constexpr std::array<std::int32_t, 3> kBiases = {0, -65536, 43691};
+    return {kBiases.at(static_cast<std::size_t>(number - 1) % kBiases.size()), 65536};
 }
 
 std::string Padded(std::uint64_t value, std::size_t digits) {
@@ -58,7 +68,7 @@ struct CardFile {
 /// What the card's files are made of; frames and pictures that several of them share are made once.
 class CardContent {
   public:
-    explicit CardContent(const CardOptions& options) : noise_(options.noise) {}
+    explicit CardContent(const CardOptions& options) : noise_(options.noise), flat_(options.flat) {}
 
     FileBytes Dump(std::uint16_t iso) {
         return Remembered(dumps_, iso, [&] { return DumpBytes(Words(Light(), Sensor(iso, 1))); });
@@ -68,22 +78,34 @@ class CardContent {
         return Remembered(dark_dumps_, iso, [&] { return DumpBytes(DarkWords(Sensor(iso, 2))); });
     }
 
-    FileBytes Jpeg(const Shot& shot) { return CameraJpeg(CameraExif(shot), Picture()); }
+    FileBytes Jpeg(const Shot& shot) {
+        ExifBlock exif = CameraExif(shot);
+        SetThumbnail(exif, Thumbnail());
+        return CameraJpeg(exif, Picture());
+    }
 
     static FileBytes DarkJpeg(const Shot& shot) {
-        return CameraJpeg(CameraExif(shot),
-                          EncodeJpeg({.width = kPictureWidth,
-                                      .height = kPictureHeight,
-                                      .samples = FileBytes(3UL * kPictureWidth * kPictureHeight)}));
+        ExifBlock exif = CameraExif(shot);
+        SetThumbnail(exif, EncodeJpeg(Black(kThumbnailWidth, kThumbnailHeight)));
+        return CameraJpeg(exif, EncodeJpeg(Black(kPictureWidth, kPictureHeight)));
     }
 
     FileBytes Dng(const Shot& shot) {
-        return Serialize(CameraDng(shot, ScenePreview(), CroppedBytes(Words(Light(), Sensor(shot.iso, 3)))));
+        return Serialize(CameraDng(shot, Preview(), CroppedBytes(Words(Light(), Sensor(shot.iso, 3)))));
     }
 
   private:
     static constexpr int kPictureWidth = 984;
     static constexpr int kPictureHeight = 658;
+    static constexpr int kThumbnailWidth = 160;
+    static constexpr int kThumbnailHeight = 107;
+
+    static RgbImage Black(int width, int height) {
+        return {
+            .width = width,
+            .height = height,
+            .samples = FileBytes(3UL * static_cast<std::size_t>(width) * static_cast<std::size_t>(height))};
+    }
 
     template <typename Make>
     static const FileBytes& Remembered(std::map<std::uint16_t, FileBytes>& known, std::uint16_t iso,
@@ -103,23 +125,39 @@ class CardContent {
         return sensor;
     }
 
+    /// What stands before the camera.
+    Scene View(int width, int height) const {
+        return flat_ ? Scene::GreySky(width, height) : Scene(width, height);
+    }
+
+    FileBytes Preview() const { return PreviewOf(View(kDngPreviewWidth, kDngPreviewPictureHeight)); }
+
     const std::vector<float>& Light() {
         if (light_.empty()) {
-            light_ = ExposeSensor(Scene(kSensorWidth, kSensorHeight));
+            light_ = ExposeSensor(View(kSensorWidth, kSensorHeight));
         }
         return light_;
     }
 
     const FileBytes& Picture() {
         if (picture_.empty()) {
-            picture_ = EncodeJpeg(SrgbImage(Scene(kPictureWidth, kPictureHeight)));
+            picture_ = EncodeJpeg(SrgbImage(View(kPictureWidth, kPictureHeight)));
         }
         return picture_;
     }
 
+    const FileBytes& Thumbnail() {
+        if (thumbnail_.empty()) {
+            thumbnail_ = EncodeJpeg(SrgbImage(View(kThumbnailWidth, kThumbnailHeight)));
+        }
+        return thumbnail_;
+    }
+
     bool noise_;
+    bool flat_;
     std::vector<float> light_;
     FileBytes picture_;
+    FileBytes thumbnail_;
     std::map<std::uint16_t, FileBytes> dumps_;
     std::map<std::uint16_t, FileBytes> dark_dumps_;
 };
@@ -201,12 +239,8 @@ Shot CardShot(int number, const CardOptions& options) {
     shot.image_number = image_number;
     shot.image_unique_id = Padded(image_number, kIdDigits);
 
-    const Lens* const lens = LensOf(number);
-    shot.lens_code = lens == nullptr ? std::uint8_t{0} : lens->code;
-    shot.frame_selector = lens == nullptr ? std::uint8_t{3} : lens->frame_selector;
-    shot.focal_length = {lens == nullptr ? 0 : 1000 * lens->focal_length, 1000};
-    shot.focal_length_35mm = lens == nullptr ? std::uint16_t{0} : lens->focal_length_35mm;
-    shot.max_aperture = lens == nullptr ? Rational{0, 65536} : lens->max_aperture;
+    shot.exposure_bias = BiasOf(number);
+    Mount(LensOf(number), shot);
     return shot;
 }
 

@@ -17,6 +17,7 @@ struct CardOptions {
     std::optional<std::uint16_t> iso =
         std::nullopt;  ///< of all pairs; default: from pair to pair 160, 640, 2500, ...
     bool noise = true;
+    bool flat = false;       ///< an even grey sky in place of the test scene
     bool dark = false;       ///< a .BIA beside every .RAW, and a dark exposure as a further pair
     bool dng = false;        ///< a DNG as the camera writes it, as the last file
     bool databases = false;  ///< lensdb.ini and sensdb.ini for the pairs' lenses and camera
@@ -26,7 +27,8 @@ struct CardOptions {
 /// "L1000001" for number 1.
 std::string BaseName(int number);
 
-/// The exposure of pair `number`, counted from 1: ISO, lens, time and image number change from pair to pair.
+/// The exposure of pair `number`, counted from 1: ISO, lens, exposure bias, time and image number change from
+/// pair to pair. Every fourth lens has no code.
 Shot CardShot(int number, const CardOptions& options);
 
 /// Writes the files that `options` asks for into `folder`, which is made when it does not exist. Nothing is

@@ -7,15 +7,17 @@
 #include <vector>
 
 #include "samples/sensor_dump.h"
+#include "samples/shot.h"
 #include "samples/tiff_entry.h"
 
 namespace samples {
 
-/// A 6-bit coded lens.
+/// A 6-bit coded lens, or one focal length of a lens with several: these share the code, and the frame
+/// selector tells them apart.
 struct Lens {
     std::uint8_t code;
-    std::uint8_t frame_selector;
-    std::uint32_t focal_length;  ///< mm
+    std::uint8_t frame_selector;  ///< 1: 28/90, 2: 24/35, 3: 50/75 mm frame lines
+    std::uint32_t focal_length;   ///< mm
     std::uint16_t focal_length_35mm;
     Rational max_aperture;  ///< APEX
     std::string bits;       ///< `code`, most significant bit first
@@ -26,7 +28,11 @@ struct Lens {
 /// The lenses of the sample card.
 const std::vector<Lens>& Lenses();
 
-/// Text of a lensdb.ini with a section for each of Lenses().
+/// Puts `lens` onto the camera: lens code, frame selector, focal lengths and widest aperture of `shot`. Null:
+/// a lens without code, of which the camera knows nothing.
+void Mount(const Lens* lens, Shot& shot);
+
+/// Text of a lensdb.ini with a section for each code of Lenses(), with the first focal length of that code.
 std::string LensDatabase();
 
 /// Text of a sensdb.ini for the camera `serial_number`: the defects of `options` and its column levels above

@@ -72,11 +72,20 @@ LinearRgb HueColour(float hue) {
 
 }  // namespace
 
-Scene::Scene(int width, int height) : width_(width), height_(height), star_(), grey_ramp_(), hue_ramp_() {
+Scene::Scene(int width, int height, const Ground& ground)
+    : width_(width), height_(height), ground_(ground), star_(), grey_ramp_(), hue_ramp_() {}
+
+// The ground is lit from the upper left.
+Scene::Scene(int width, int height)
+    : Scene(width, height, {.x = 0.25F, .y = 0.2F, .brightest = 0.17F, .fall = 0.11F}) {
     PlaceChart();
     PlaceBars();
     PlaceWedge();
     PlaceGradients();
+}
+
+Scene Scene::GreySky(int width, int height) {
+    return {width, height, {.x = 0.5F, .y = 0.5F, .brightest = 0.35F, .fall = 0.1F}};
 }
 
 Patch Scene::Scaled(int x, int y, int width, int height, Srgb colour) const {
@@ -173,14 +182,11 @@ void Scene::DrawRow(int y, std::span<LinearRgb> row) const {
     DrawBars(y, row);
 }
 
-/// Lit from the upper left.
 void Scene::DrawGround(int y, std::span<LinearRgb> row) const {
-    constexpr float kBrightest = 0.17F;
-    constexpr float kFall = 0.11F;
-    const float down = (static_cast<float>(y) / static_cast<float>(height_)) - 0.2F;
+    const float down = (static_cast<float>(y) / static_cast<float>(height_)) - ground_.y;
     for (int x = 0; x < width_; ++x) {
-        const float right = (static_cast<float>(x) / static_cast<float>(width_)) - 0.25F;
-        const float light = kBrightest - (kFall * ((right * right) + (down * down)));
+        const float right = (static_cast<float>(x) / static_cast<float>(width_)) - ground_.x;
+        const float light = ground_.brightest - (ground_.fall * ((right * right) + (down * down)));
         row[static_cast<std::size_t>(x)] = {light, light, light};
     }
 }

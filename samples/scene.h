@@ -26,6 +26,9 @@ class Scene {
     /// `width` and `height` in pixels, at least 1.
     Scene(int width, int height);
 
+    /// An even grey sky, a little darker towards the corners: without chart, wedge and all the rest.
+    static Scene GreySky(int width, int height);
+
     int Width() const { return width_; }
     int Height() const { return height_; }
 
@@ -43,6 +46,17 @@ class Scene {
         Bars bars;
     };
 
+    /// The ground's light, proportional to it, 0 to 1: brightest at (x, y), falling with the square of the
+    /// distance, all in widths and heights of the scene.
+    struct Ground {
+        float x;
+        float y;
+        float brightest;
+        float fall;
+    };
+
+    Scene(int width, int height, const Ground& ground);
+
     Patch Scaled(int x, int y, int width, int height, Srgb colour) const;
     void PlaceChart();
     void PlaceWedge();
@@ -56,6 +70,7 @@ class Scene {
 
     int width_;
     int height_;
+    Ground ground_;
     std::vector<Patch> panels_;
     std::vector<Patch> chart_;
     std::vector<Patch> wedge_;

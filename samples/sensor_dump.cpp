@@ -126,9 +126,11 @@ void ReadHalfRow(const Readout& readout, const float* light, std::size_t first, 
 }
 
 void MarkDefects(const SensorOptions& options, std::span<std::uint16_t> words) {
+    const auto gain = static_cast<float>(IsoGain(options.iso));
     for (const ColumnDefect& defect : options.defects) {
         for (int y = defect.first_row; y < std::min(defect.end_row, kSensorHeight); ++y) {
-            words[WordIndex(defect.column, y)] = ToWord(defect.level);
+            std::uint16_t& word = words[WordIndex(defect.column, y)];
+            word = ToWord(defect.adds ? static_cast<float>(word) + (defect.level * gain) : defect.level);
         }
     }
 }

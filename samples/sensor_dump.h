@@ -30,12 +30,14 @@ constexpr std::size_t WordIndex(int x, int y) {
     return kLeadingWords + (kRowWords * static_cast<std::size_t>(y)) + static_cast<std::size_t>(x);
 }
 
-/// A run of one column, rows `first_row` to `end_row` - 1, that reads `level` whatever the light.
+/// A run of one column, rows `first_row` to `end_row` - 1, that reads wrong.
 struct ColumnDefect {
     int column = 0;
     int first_row = 0;
     int end_row = kSensorHeight;
-    float level = 0;
+    float level =
+        0;  ///< raw units: what it reads whatever the light or, with `adds`, reads too much at ISO 160
+    bool adds = false;  ///< a weak defect: it sees the light, too
 };
 
 /// How the sensor spoils the picture. Levels are in raw units at ISO 160 and grow with the ISO gain.
@@ -48,8 +50,12 @@ struct SensorOptions {
     float dark_level = 92;
     float column_pattern = 3;  ///< peak of the columns' levels around `dark_level`; 0: even columns
     std::uint64_t column_seed = 3106091;  ///< of the column pattern: the camera's, not the exposure's
-    /// A column that is hot from row 700 on and a dead one.
-    std::vector<ColumnDefect> defects = {{1203, 700, kSensorHeight, 9019}, {2750, 0, kSensorHeight, 92}};
+    /// A column that is hot from row 700 on and a dead one; two weak ones, as most are: a warm column from
+    /// row 1250 on and one that reads too little down to row 1800.
+    std::vector<ColumnDefect> defects = {{1203, 700, kSensorHeight, 9019},
+                                         {2750, 0, kSensorHeight, 92},
+                                         {618, 1250, kSensorHeight, 48, true},
+                                         {3310, 0, 1800, -40, true}};
     std::vector<float> left_row_offsets = {};   ///< added to the left half of row i; empty: none
     std::vector<float> right_row_offsets = {};  ///< added to the right half of row i
 };

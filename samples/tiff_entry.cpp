@@ -2,6 +2,7 @@
 #include "samples/tiff_entry.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <utility>
 
@@ -80,6 +81,10 @@ void AppendValueField(const Entry& entry, ByteOrder order, std::uint32_t values_
 }
 
 }  // namespace
+
+Rational AsUnsigned(SRational value) {
+    return {std::bit_cast<std::uint32_t>(value.numerator), std::bit_cast<std::uint32_t>(value.denominator)};
+}
 
 Entry Ascii(std::uint16_t tag, std::string_view text) {
     std::vector<std::uint8_t> bytes = TextBytes(text);

@@ -23,6 +23,9 @@ struct SRational {
     std::int32_t denominator = 1;
 };
 
+/// The same 64 bits, as the camera stores some signed values in its JPEGs.
+Rational AsUnsigned(SRational value);
+
 /// One directory entry (TIFF 6.0, section 2). The value is kept low byte first and put into the file's byte
 /// order when the directory is serialised.
 struct Entry {

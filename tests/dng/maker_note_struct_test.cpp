@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "dng/maker_note_struct.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -42,14 +44,68 @@ TEST(MakerNoteWalk, TakesNineteenValuesInTheCamerasOrder) {
     EXPECT_EQ(note.serial_number, 3106091U);
     EXPECT_EQ(note.white_balance, 5);
     EXPECT_EQ(note.lens, 134U);
-    // The three pairs stand behind the 2 + 15 * 12 + 4 bytes of the IFD, counted from the end of the header.
-    EXPECT_EQ(note.external_brightness_offset, 186U);
+    // The three pairs stand two bytes after the 8 + 2 + 15 * 12 + 4 bytes of header and IFD.
+    EXPECT_EQ(note.external_brightness_offset, 196U);
     EXPECT_EQ(note.external_brightness, (Pair{-98304, 65536}));
-    EXPECT_EQ(note.measured_light_offset, 194U);
+    EXPECT_EQ(note.measured_light_offset, 204U);
     EXPECT_EQ(note.measured_light, (Pair{-32768, 65537}));
-    EXPECT_EQ(note.approximate_f_number_offset, 202U);
+    EXPECT_EQ(note.approximate_f_number_offset, 212U);
     EXPECT_EQ(note.approximate_f_number, (Pair{367002, 65538}));
     EXPECT_EQ(note.further, (std::array<std::uint32_t, 8>{4294967289, 5200, 1, 11, 12, 13, 14, 1234}));
+}
+
+/// The three pairs of `bytes` are those of DistinctShot().
+void ExpectDistinctPairs(const Bytes& bytes) {
+    const MakerNoteStruct note = DecodeMakerNote(ByteView(bytes));
+    EXPECT_EQ(note.external_brightness, (Pair{-98304, 65536}));
+    EXPECT_EQ(note.measured_light, (Pair{-32768, 65537}));
+    EXPECT_EQ(note.approximate_f_number, (Pair{367002, 65538}));
+}
+
+TEST(MakerNoteWalk, FindsThePairsFromWhereverTheOffsetsCount) {
+    for (const std::uint32_t base : {0U, 8U}) {
+        for (const bool gap : {true, false}) {
+            SCOPED_TRACE(base);
+            SCOPED_TRACE(gap);
+            ExpectDistinctPairs(samples::DngMakerNote(DistinctShot(), {.base = base, .gap = gap}));
+        }
+    }
+}
+
+/// A whole note with these offsets. Each LONG in it after the table holds its own position.
+MakerNoteStruct WithOffsets(std::array<std::uint32_t, 3> offsets) {
+    constexpr std::size_t table_end = 194;
+    auto entries = samples::DngMakerNoteEntries({});
+    for (std::size_t i = 0; i < offsets.size(); ++i) {
+        entries.at(4 + i).raw_field = offsets.at(i);
+    }
+    Bytes bytes = samples::MakerNote(entries);
+    bytes.resize(table_end);
+    for (std::uint32_t position = table_end; position < 400; position += 4) {
+        samples::AppendNumber(bytes, samples::ByteOrder::kLittle, position, 4);
+    }
+    return DecodeMakerNote(ByteView(bytes));
+}
+
+TEST(MakerNoteWalk, CountsFromTheFirstByteOnlyIfAllOffsetsLeadPastTheTable) {
+    const MakerNoteStruct past = WithOffsets({198, 194, 210});
+    EXPECT_EQ(past.external_brightness, (Pair{198, 202}));
+    EXPECT_EQ(past.measured_light, (Pair{194, 198}));
+    EXPECT_EQ(past.approximate_f_number, (Pair{210, 214}));
+    // One byte less, in each of the three: all count from byte 8.
+    EXPECT_EQ(WithOffsets({186, 202, 210}).external_brightness, (Pair{194, 198}));
+    EXPECT_EQ(WithOffsets({186, 202, 210}).approximate_f_number, (Pair{218, 222}));
+    EXPECT_EQ(WithOffsets({193, 202, 210}).measured_light, (Pair{210, 214}));
+    EXPECT_EQ(WithOffsets({202, 193, 210}).external_brightness, (Pair{210, 214}));
+    EXPECT_EQ(WithOffsets({202, 210, 193}).external_brightness, (Pair{210, 214}));
+}
+
+TEST(MakerNoteWalk, OffsetsThatWrapAreOutside) {
+    const MakerNoteStruct note = WithOffsets({0xFFFFFFFF, 0xFFFFFFF8, 0xFFFFFFF0});
+    EXPECT_EQ(note.external_brightness, (Pair{0, 0}));
+    EXPECT_EQ(note.measured_light, (Pair{0, 0}));
+    EXPECT_EQ(WithOffsets({0xFFFFFFF8, 0xFFFFFFFF, 194}).external_brightness, (Pair{0, 0}));
+    EXPECT_EQ(WithOffsets({0xFFFFFFF8, 0xFFFFFFFF, 186}).external_brightness, (Pair{0, 0}));
 }
 
 TEST(MakerNoteWalk, TakesEntriesByPositionWhateverTagTypeAndCountSay) {

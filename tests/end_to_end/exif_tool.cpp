@@ -131,6 +131,12 @@ TagsOfFile ReadTags(const std::string& path) {
     return output.directories();
 }
 
+std::string PrintedTag(const std::string& path, const std::string& name) {
+    const std::vector<std::string> lines = RunExifTool({"-s3", "-" + name}, path);
+    EXPECT_EQ(lines.size(), 1U) << name;
+    return lines.empty() ? "" : lines.front();
+}
+
 std::vector<std::string> Complaints(const std::string& path) {
     constexpr std::string_view minor = "[minor] ";
     std::vector<std::string> lines = RunExifTool({"-warning", "-error", "-validate", "-a", "-s3"}, path);

@@ -19,6 +19,10 @@ using TagTexts = std::map<std::uint16_t, std::string>;
 using TagsOfFile = std::map<std::string, TagTexts>;
 TagsOfFile ReadTags(const std::string& path);
 
+/// What exiftool prints of the tag that it calls `name`, as a photographer sees it; `name` and "#" gives the
+/// number.
+std::string PrintedTag(const std::string& path, const std::string& name);
+
 /// Adds `tags`; those that are there already are replaced.
 void Merge(TagTexts& into, const TagTexts& tags);
 

@@ -143,6 +143,65 @@ TEST(LibRaw, DevelopsTheColoursOfTheSceneAtTheHighestSpeed) {
     EXPECT_NEAR(difference.exposure, (16383 - 1472) / kWhiteSignal, 0.01);
 }
 
+/// The grey wedge, photographed at one speed.
+class PhotographedWedge {
+  public:
+    PhotographedWedge(std::uint16_t iso, bool noise) : scene_(samples::kSensorWidth, samples::kSensorHeight) {
+        EXPECT_EQ(samples::WriteCard(folder_.path().string(), {.pairs = 1, .iso = iso, .noise = noise}), "");
+        if (noise) {
+            read_noise_ = samples::SensorOptions().read_noise * static_cast<float>(samples::IsoGain(iso));
+        }
+    }
+
+    /// Converts with `options`, develops, and gives the largest chroma of the steps in which every colour is
+    /// stronger than the read-out noise. LibRaw cuts off at zero what noise leaves below black, so weaker
+    /// ones come out too light, and the white balance then makes more of that in red and blue.
+    double LargestChroma(const Options& options) const {
+        const DevelopedRaw picture(WriteDng(folder_, options));
+        double largest = 0;
+        for (const samples::Patch& step : scene_.WedgePatches()) {
+            if (read_noise_ <= WeakestSignal(step)) {
+                const auto middle = picture.Mean(step.x + step.width / 4, step.y + step.height / 4,
+                                                 step.width / 2, step.height / 2);
+                largest = std::max(largest, Chroma(ToLab(middle)));
+            }
+        }
+        return largest;
+    }
+
+  private:
+    /// In raw units: red's.
+    static float WeakestSignal(const samples::Patch& step) {
+        const samples::Rational red = samples::Shot().level_red;
+        return samples::ToLinear(step.colour)[1] * static_cast<float>(kWhiteSignal) *
+               static_cast<float>(red.numerator) / static_cast<float>(red.denominator);
+    }
+
+    support::TempFolder folder_;
+    samples::Scene scene_;
+    float read_noise_ = 0;
+};
+
+class GreyWedge : public testing::TestWithParam<std::uint16_t> {};
+
+// 1.3 at most.
+TEST_P(GreyWedge, IsNeutralWithABlackLevel) {
+    const PhotographedWedge wedge(GetParam(), true);
+    EXPECT_LT(wedge.LargestChroma({"-b"}), 2.0);
+    EXPECT_LT(wedge.LargestChroma({"-b", "-p"}), 2.0);
+}
+
+TEST_P(GreyWedge, IsNeutralWithABlackLevelDownToBlackWithoutNoise) {
+    EXPECT_LT(PhotographedWedge(GetParam(), false).LargestChroma({"-b"}), 2.0);
+}
+
+TEST_P(GreyWedge, IsTintedWithoutABlackLevel) {
+    EXPECT_GT(PhotographedWedge(GetParam(), true).LargestChroma({}), 8.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Speeds, GreyWedge, testing::Values(160, 320, 640, 1250, 2500),
+                         [](const auto& iso) { return "Iso" + std::to_string(iso.param); });
+
 // The sensor's dark level of 92 then lightens the shadows, and since the white balance makes more of it in
 // red and blue, it tints them: 6 for the darkest patch, 1 for the lightest.
 TEST(LibRaw, DevelopsPaleShadowsWithoutABlackLevel) {

@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include "samples/maker_note.h"
 #include "samples/sample_card.h"
 #include "samples/sample_databases.h"
+#include "samples/white_balance.h"
 #include "tests/end_to_end/exif_tool.h"
 #include "tests/end_to_end/raw_developer.h"
 #include "tests/end_to_end/sensor_camera.h"
@@ -62,7 +64,7 @@ std::vector<RepairCase> Runs() {
         {42036, "string[28] Summilux-M 35mm f/1.4 ASPH."},
         {42037, "string[8] 1234567"},  // LensSerialNumber
     };
-    // -98304 + 75366 + 285082
+    // -98304 + 75366 + 285082 over 65536
     const TagTexts estimate = {{33437, "rational64u[1] 262144/65536"}};
     return {
         {.name = "Plain", .options = {}},
@@ -220,6 +222,60 @@ TEST_P(RepairedFile, IsAsValidAsTheCamerasOwn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Runs, RepairedFile, testing::ValuesIn(Runs()), testing::PrintToStringParamName());
+
+/// The camera's estimate is f/5.95.
+samples::CameraDngFile DngAtFiveNinetyFive(std::uint8_t lens_code, samples::NoteLayout layout) {
+    samples::Shot shot = CameraShot(lens_code);
+    shot.external_light = {-98304, 65536};
+    shot.measured_light = {-203162, 65536};
+    auto file = support::FullCameraDng(shot);
+    samples::Set(file.exif, samples::Undefined(37500, samples::DngMakerNote(shot, layout)));
+    return file;
+}
+
+class RepairedNote : public testing::TestWithParam<samples::NoteLayout> {};
+
+TEST_P(RepairedNote, GivesTheNearestApertureOfTheLens) {
+    const RepairOf repair(samples::Serialize(DngAtFiveNinetyFive(33, GetParam())));
+    EXPECT_EQ(ReadTags(repair.With({"-l"}))["ExifIFD"][33437], "rational64u[1] 367002/65536");
+    EXPECT_EQ(PrintedTag(repair.With({"-l", "-r"}), "FNumber"), "5.6");
+}
+
+TEST_P(RepairedNote, GivesTheCamerasEstimateWithoutALens) {
+    const RepairOf repair(samples::Serialize(DngAtFiveNinetyFive(63, GetParam())));
+    // -98304 + 203162 + 285082
+    EXPECT_EQ(ReadTags(repair.With({"-l"}))["ExifIFD"][33437], "rational64u[1] 389940/65536");
+    EXPECT_EQ(PrintedTag(repair.With({"-l", "-r"}), "FNumber#").substr(0, 4), "5.95");
+}
+
+TEST_P(RepairedNote, IsReadByExiftool) {
+    const RepairOf repair(samples::Serialize(DngAtFiveNinetyFive(33, GetParam())));
+    TagTexts note = ReadTags(repair.With({}))["MakerNotes"];
+    EXPECT_EQ(note[0x0311], "rational64s[1] -98304/65536");
+    EXPECT_EQ(note[0x0312], "rational64s[1] -203162/65536");
+    EXPECT_EQ(note[0x0313], "rational64u[1] 262144/65536");
+}
+
+// The camera's layout, and those of files that other programs have written.
+INSTANTIATE_TEST_SUITE_P(
+    Layouts, RepairedNote,
+    testing::Values(samples::kDngNoteLayout, samples::NoteLayout{.base = 0, .gap = false},
+                    samples::kJpegNoteLayout, samples::NoteLayout{.base = 8, .gap = false}),
+    [](const auto& layout) {
+        return "Base" + std::to_string(layout.param.base) + (layout.param.gap ? "" : "Packed");
+    });
+
+TEST(RepairedWhiteBalance, IsTheCameras) {
+    for (const samples::WhiteBalance& balance : samples::kWhiteBalances) {
+        samples::Shot shot = CameraShot(33);
+        samples::SetWhiteBalance(shot, balance);
+        const RepairOf repair(samples::Serialize(support::FullCameraDng(shot)));
+        EXPECT_EQ(ReadTags(repair.With({}))["IFD0"][50728],
+                  "rational64u[3] 16384/" + std::to_string(balance.red) + " 16384/16384 16384/" +
+                      std::to_string(balance.blue))
+            << balance.name;
+    }
+}
 
 TEST(RepairedPixels, AreReadByLibTiffWithoutComplaint) {
     const RepairOf repair(samples::Serialize(support::FullCameraDng()));

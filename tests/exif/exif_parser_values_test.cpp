@@ -170,14 +170,17 @@ TEST(ExifValues, AMakerNoteOutsideTheFileIsEmpty) {
 
 TEST(ExifValues, ACamerasFileFillsTheRecord) {
     EXIFInfo exif;
-    EXPECT_EQ(ParseJpeg(samples::CameraJpeg(samples::CameraExif({})), exif), 0);
+    samples::Shot shot;
+    shot.shutter_speed = {-229376, 65536};
+    shot.exposure_bias = {-65536, 65536};
+    EXPECT_EQ(ParseJpeg(samples::CameraJpeg(samples::CameraExif(shot)), exif), 0);
     EXPECT_TRUE(exif.LittleEndian);
     EXPECT_EQ(exif.Make, std::string("Leica Camera AG\0", 16));
     EXPECT_EQ(exif.Model, std::string("M8 Digital Camera\0", 18));
     EXPECT_EQ(exif.DateTimeOriginal, std::string("2007:08:02 22:13:49\0", 20));
     EXPECT_EQ(exif.ExposureTime, (Rational{4000, 1000000}));
-    EXPECT_EQ(exif.ShutterSpeedValue, (Rational{0, 1})) << "the camera writes an SRATIONAL";
-    EXPECT_EQ(exif.ExposureBiasValue, (SRational{0, 1})) << "the camera writes an SRATIONAL";
+    EXPECT_EQ(exif.ShutterSpeedValue, (Rational{4294737920, 65536})) << "the bits of a signed value";
+    EXPECT_EQ(exif.ExposureBiasValue, (SRational{-2, 3})) << "-1 EV, by the rule of thirds";
     EXPECT_EQ(exif.MaxApertureValue, (Rational{131072, 65536}));
     EXPECT_EQ(exif.FocalLength, (Rational{50000, 1000}));
     EXPECT_EQ(exif.FileSource, 0) << "the camera writes UNDEFINED";

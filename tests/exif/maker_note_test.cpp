@@ -105,6 +105,16 @@ TEST(MakerNote, RationalsAreReadFromTheirTags) {
     EXPECT_EQ(exif.Mn0324Ratio, 1.5F);
 }
 
+TEST(MakerNote, OffsetsCountFromTheEndOfTheHeaderWhateverTheyAre) {
+    // A table of one entry ends at byte 26; one of nineteen, as the camera's, at byte 242.
+    for (const std::uint32_t position : {26U, 194U, 202U, 244U, 300U}) {
+        NoteBytes note =
+            Resized(samples::MakerNote({samples::RawEntry(0x0313, 5, 1, position - 8)}), position);
+        note.insert(note.end(), {28, 0, 0, 0, 10, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8});
+        EXPECT_EQ(Decoded(note).Mn0313, (Rational{28, 10})) << position;
+    }
+}
+
 TEST(MakerNote, RatiosAreUnsignedAndMayHaveAZeroDenominator) {
     const EXIFInfo exif =
         Decoded({samples::Rationals(0x0322, {{0x80000000, 1}}), samples::Rationals(0x0323, {{1, 0}}),
@@ -225,7 +235,8 @@ TEST(MakerNote, EntriesBeyondTheEndAreSkipped) {
 }
 
 TEST(MakerNote, AValueMayEndWithTheLastByteAndNoLater) {
-    const NoteBytes note = Resized(samples::MakerNote({samples::Rationals(0x0313, {{28, 10}})}), 26 + 8);
+    const NoteBytes note =
+        Resized(samples::MakerNote({samples::Rationals(0x0313, {{28, 10}})}, {.gap = false}), 26 + 8);
     EXPECT_EQ(Decoded(note).Mn0313, (Rational{28, 10}));
     EXPECT_EQ(Decoded(Resized(note, 33)).Mn0313, (Rational{0, 0}));
     EXPECT_EQ(Decoded(Resized(note, 35)).Mn0313, (Rational{28, 10}));

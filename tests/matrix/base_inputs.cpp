@@ -128,7 +128,8 @@ Bytes EditedDng(Directory directory, const Edit& edit) {
         case Directory::kNote: {
             auto note = samples::DngMakerNoteEntries({});
             edit(note);
-            samples::Set(file.exif, samples::Undefined(tag::kMakerNote, samples::MakerNote(note)));
+            samples::Set(file.exif, samples::Undefined(tag::kMakerNote,
+                                                       samples::MakerNote(note, samples::kDngNoteLayout)));
         }
     }
     return LooseDng(std::move(file));

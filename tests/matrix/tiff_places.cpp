@@ -55,16 +55,17 @@ class Walk {
     }
     std::uint32_t Value(std::uint16_t tag) const { return Get(bytes_, Entry(tag).value); }
 
-    /// The maker note, a little world of its own.
-    void AddMakerNote() {
+    /// The maker note, a little world of its own: a directory at byte 8, and offsets that count from byte
+    /// `note_base`.
+    void AddMakerNote(std::uint32_t note_base) {
         const std::size_t note = base_ + Value(tag::kMakerNote);
         const std::size_t size = Get(bytes_, Entry(tag::kMakerNote).count);
         AddNumber("note/header", note, 4);
         AddNumber("note/header-end", note + 4, 4);
-        base_ = note + samples::kMakerNoteHeaderSize;
+        base_ = note + note_base;
         end_ = note + size;
         big_endian_ = false;
-        AddDirectory(Directory::kNote, 0);
+        AddDirectory(Directory::kNote, samples::kMakerNoteHeaderSize - note_base);
     }
 
     TiffPlaces places() && { return std::move(places_); }
@@ -98,7 +99,7 @@ TiffPlaces PlacesInJpeg(const Bytes& jpeg) {
     walk.AddHeader();
     walk.AddDirectory(Directory::kMain, Get(jpeg, {kTiffInJpeg + 4, 4, jpeg[kTiffInJpeg] == 'M'}));
     walk.AddDirectory(Directory::kExif, walk.Value(tag::kExifIFD));
-    walk.AddMakerNote();
+    walk.AddMakerNote(samples::kJpegNoteLayout.base);
     auto places = std::move(walk).places();
     places.numbers.push_back({"start-of-image", {0, 2, true}, 0, jpeg.size()});
     places.numbers.push_back({"app1-marker", {2, 2, true}, 0, jpeg.size()});
@@ -116,7 +117,7 @@ TiffPlaces PlacesInDng(const Bytes& dng) {
     const std::uint32_t exif = walk.Value(tag::kExifIFD);
     walk.AddDirectory(Directory::kRaw, raw);
     walk.AddDirectory(Directory::kExif, exif);
-    walk.AddMakerNote();
+    walk.AddMakerNote(samples::kDngNoteLayout.base);
     return std::move(walk).places();
 }
 

@@ -171,7 +171,7 @@ TEST_F(TruncatedDatabase, OfLensesIsUsedAtEveryLength) {
         EXPECT_GE(now, lenses);
         lenses = now;
     });
-    EXPECT_EQ(lenses, 3U);
+    EXPECT_EQ(lenses, 5U);
 }
 
 }  // namespace

@@ -18,15 +18,17 @@
 
 namespace {
 
-TEST(TruncatedJpeg, IsDamagedAtEveryLength) {
+TEST(TruncatedJpeg, IsDamagedAtEveryLengthButTheEndOfItsThumbnail) {
     const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
     for (std::size_t length = 0; length < jpeg.size(); ++length) {
         SCOPED_TRACE(length);
         // A copy of exactly this length, so that a sanitizer sees a read beyond it.
         const std::vector<std::uint8_t> rest(jpeg.begin(),
                                              jpeg.begin() + static_cast<std::ptrdiff_t>(length));
+        // The thumbnail ends like the file, and it is the last thing in the EXIF block.
+        const bool ends_like_a_jpeg = length >= 2 && rest[length - 2] == 0xFF && rest[length - 1] == 0xD9;
         EXIFInfo exif;
-        EXPECT_NE(exif.parseFrom(rest.data(), static_cast<unsigned int>(rest.size())), 0);
+        EXPECT_EQ(exif.parseFrom(rest.data(), static_cast<unsigned int>(rest.size())) == 0, ends_like_a_jpeg);
     }
 }
 

@@ -125,7 +125,7 @@ TEST(SampleCameraDng, TooManyValuesGiveNoFile) {
 }
 
 TEST(SampleCameraDng, ThePreviewShowsTheSceneBetweenBlackBands) {
-    const Octets preview = samples::ScenePreview();
+    const Octets preview = samples::PreviewOf(samples::Scene(320, 214));
     ASSERT_EQ(preview.size(), kPreviewBytes);
     EXPECT_EQ(preview.front(), 0);
     EXPECT_EQ(preview.back(), 0);

@@ -28,14 +28,50 @@ TEST(SampleCameraExif, HasTheCamerasTypes) {
     const samples::ExifBlock block = samples::CameraExif({});
     EXPECT_EQ(TypeOf(block.ifd0, tag::kMake), tiff::kAscii);
     EXPECT_EQ(TypeOf(block.exif, tag::kExposureTime), tiff::kRational);
-    EXPECT_EQ(TypeOf(block.exif, tag::kShutterSpeedValue), tiff::kSRational);
-    EXPECT_EQ(TypeOf(block.exif, tag::kExposureBiasValue), tiff::kSRational);
+    EXPECT_EQ(TypeOf(block.exif, tag::kShutterSpeedValue), tiff::kRational);
+    EXPECT_EQ(TypeOf(block.exif, tag::kExposureBiasValue), tiff::kRational);
     EXPECT_EQ(TypeOf(block.exif, tag::kMaxApertureValue), tiff::kRational);
     EXPECT_EQ(TypeOf(block.exif, tag::kFileSource), tiff::kUndefined);
     EXPECT_EQ(TypeOf(block.exif, tag::kSceneType), tiff::kUndefined);
     EXPECT_EQ(TypeOf(block.exif, tag::kPixelXDimension), tiff::kLong);
     EXPECT_EQ(samples::Find(block.exif, tag::kImageUniqueID)->count, 33U);
     EXPECT_EQ(samples::Find(block.exif, tag::kFNumber), nullptr);
+}
+
+TEST(SampleCameraExif, HasTheBitsOfSignedValuesInItsRationals) {
+    samples::Shot shot;
+    shot.shutter_speed = {-229376, 65536};
+    shot.exposure_bias = {-65536, 65536};
+    const samples::ExifBlock block = samples::CameraExif(shot);
+    EXPECT_EQ(samples::Find(block.exif, tag::kShutterSpeedValue)->value,
+              samples::Rationals(0, {{4294737920, 65536}}).value);
+    EXPECT_EQ(samples::Find(block.exif, tag::kExposureBiasValue)->value,
+              samples::Rationals(0, {{4294901760, 65536}}).value);
+    EXPECT_EQ(samples::Find(block.exif, 37121)->value, (Octets{'1', '2', '3', '0'}));
+}
+
+TEST(SampleCameraExif, EndsWithTheThumbnailOfItsIfd1) {
+    const samples::ExifBlock block = samples::CameraExif({});
+    ASSERT_TRUE(std::ranges::is_sorted(block.ifd1, {}, &samples::Entry::tag));
+    const Octets bytes = samples::Serialize(block);
+    const auto tiff_file = std::span(bytes).subspan(samples::kExifHeaderSize);
+    // From IFD0's link to IFD1, and from the fifth entry there to the thumbnail.
+    const std::size_t ifd0_entries = byte_order::GetLittle<std::uint16_t>(tiff_file.subspan(8, 2));
+    const auto ifd1 = byte_order::GetLittle<std::uint32_t>(tiff_file.subspan(10 + 12 * ifd0_entries, 4));
+    const auto entry = tiff_file.subspan(ifd1 + 2 + 12UL * 4, 12);
+    EXPECT_EQ(byte_order::GetLittle<std::uint16_t>(entry), 0x0201);
+    EXPECT_EQ(byte_order::GetLittle<std::uint16_t>(entry.subspan(2)), tiff::kShort);
+    const auto offset = byte_order::GetLittle<std::uint32_t>(entry.subspan(8));
+    EXPECT_TRUE(std::ranges::equal(tiff_file.subspan(offset), samples::TinyJpeg()));
+}
+
+TEST(SampleCameraExif, MayHaveLostItsMakerNoteToAnEditor) {
+    EXPECT_EQ(samples::Find(samples::EditedExif({}, samples::EditedNote::kLost).exif, tag::kMakerNote),
+              nullptr);
+    const Octets whole = samples::JpegMakerNote({});
+    const auto edited = samples::EditedExif({}, samples::EditedNote::kValuesOutside);
+    EXPECT_EQ(samples::Find(edited.exif, tag::kMakerNote)->value,
+              Octets(whole.begin(), whole.begin() + 8 + 2 + 19 * 12 + 4));
 }
 
 TEST(SampleCameraExif, EntriesStandInTagOrder) {

@@ -55,14 +55,33 @@ TEST(SampleMakerNote, JpegHas19Entries) {
     EXPECT_EQ(samples::JpegMakerNote({}).size(), 8U + 2 + (19 * 12) + 4 + (6 * 8) + 2);
 }
 
-TEST(SampleMakerNote, ValueOffsetsCountFromTheEndOfTheHeader) {
+samples::Shot Lit() {
     samples::Shot shot;
     shot.external_light = {-5, 7};
-    const std::vector<std::uint8_t> note = samples::DngMakerNote(shot);
-    const std::size_t position = kMakerNoteHeaderSize + FieldAt(note, 4);
-    EXPECT_EQ(position, 8U + 2 + (15 * 12) + 4);
-    EXPECT_EQ(SignedAt(note, position), -5);
-    EXPECT_EQ(SignedAt(note, position + 4), 7);
+    return shot;
+}
+
+TEST(SampleMakerNote, OffsetsInDngsCountFromTheFirstByte) {
+    const std::vector<std::uint8_t> note = samples::DngMakerNote(Lit());
+    EXPECT_EQ(FieldAt(note, 4), 196U);
+    EXPECT_EQ(SignedAt(note, 196), -5);
+    EXPECT_EQ(SignedAt(note, 200), 7);
+}
+
+TEST(SampleMakerNote, OffsetsInJpegsCountFromTheEndOfTheHeader) {
+    const std::vector<std::uint8_t> note = samples::JpegMakerNote(Lit());
+    EXPECT_EQ(FieldAt(note, 5), 236U);
+    EXPECT_EQ(SignedAt(note, 244), -5);
+    EXPECT_EQ(SignedAt(note, 248), 7);
+}
+
+TEST(SampleMakerNote, TheGapMayStandAfterTheValues) {
+    const std::vector<std::uint8_t> note = samples::DngMakerNote(Lit(), {.base = 8, .gap = false});
+    EXPECT_EQ(note.size(), 220U);
+    EXPECT_EQ(FieldAt(note, 4), 186U);
+    EXPECT_EQ(SignedAt(note, 194), -5);
+    EXPECT_EQ(note[218], 0);
+    EXPECT_EQ(note[219], 0);
 }
 
 TEST(SampleMakerNote, LightValuesAreSignedInDngsAndUnsignedInJpegs) {

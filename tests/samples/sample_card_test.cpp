@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -90,6 +91,46 @@ TEST(SampleCardShots, DifferInIsoLensAndTime) {
     EXPECT_EQ(samples::CardShot(2, {.iso = 160}).iso, 160);
 }
 
+TEST(SampleCardShots, HaveBiasesBelowAndAboveZero) {
+    EXPECT_EQ(samples::CardShot(1, {}).exposure_bias.numerator, 0);
+    EXPECT_EQ(samples::CardShot(2, {}).exposure_bias.numerator, -65536);
+    EXPECT_EQ(samples::CardShot(3, {}).exposure_bias.numerator, 43691);
+    EXPECT_EQ(samples::CardShot(4, {}).exposure_bias.numerator, 0);
+}
+
+/// The frame selector of a lens, or of a setting of a Tri-Elmar, of `focal_length` mm.
+int FrameLinesOf(std::uint32_t focal_length) {
+    switch (focal_length) {
+        case 16:
+        case 28:
+        case 90:
+            return 1;
+        case 18:
+        case 24:
+        case 35:
+            return 2;
+        default:
+            return 3;
+    }
+}
+
+TEST(SampleCardShots, TheFrameSelectorKeepsStepWithLensAndFocalLength) {
+    std::set<std::pair<int, std::uint32_t>> seen;
+    for (int number = 1; number <= 12; ++number) {
+        const samples::Shot shot = samples::CardShot(number, {});
+        if (number % 4 == 0) {
+            EXPECT_EQ(shot.lens_code, 0) << number;
+            continue;
+        }
+        const std::uint32_t focal_length = shot.focal_length.numerator / 1000;
+        EXPECT_EQ(shot.frame_selector, FrameLinesOf(focal_length)) << number;
+        seen.emplace(shot.lens_code, focal_length);
+    }
+    for (const auto& setting : {std::pair{42, 28U}, {42, 35U}, {42, 50U}, {16, 16U}, {16, 18U}, {16, 21U}}) {
+        EXPECT_TRUE(seen.contains(setting)) << setting.first << ' ' << setting.second;
+    }
+}
+
 TEST(SampleCardShots, BaseNamesCountLikeTheCamera) {
     EXPECT_EQ(samples::BaseName(1), "L1000001");
     EXPECT_EQ(samples::BaseName(200), "L1000200");
@@ -103,6 +144,24 @@ TEST(SampleDatabases, LensesAreKeyedByTheBitsOfTheirCode) {
         }
         EXPECT_EQ(lens.bits, bits);
         EXPECT_NE(samples::LensDatabase().find("[" + bits + "]"), std::string::npos);
+    }
+}
+
+TEST(SampleDatabases, HaveOneSectionForEachCode) {
+    const std::string text = samples::LensDatabase();
+    EXPECT_EQ(std::ranges::count(text, '['), 5);
+    EXPECT_NE(text.find("[101010]\nMaker = Leica\nModel = Tri-Elmar-M 28-35-50mm f/4 ASPH.\n"
+                        "SerialNo = 1234567\nFocalLength = 28\nAperture = 4\n"),
+              std::string::npos);
+}
+
+TEST(SampleDatabases, ListEachDefectOfTheSampleSensor) {
+    const std::string text = samples::SensorDatabase(42, {});
+    for (const char* const group : {"Line = 1203\nLine = 700\nLine = 1203\nLine = 2646\n",
+                                    "Line = 2750\nLine = 0\nLine = 2750\nLine = 2646\n",
+                                    "Line = 618\nLine = 1250\nLine = 618\nLine = 2646\n",
+                                    "Line = 3310\nLine = 0\nLine = 3310\nLine = 1800\n"}) {
+        EXPECT_NE(text.find(group), std::string::npos) << group;
     }
 }
 

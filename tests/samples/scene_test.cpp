@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "samples/scene.h"
 
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -45,6 +46,23 @@ TEST(SampleScene, CanBeDrawnToAnySize) {
         const samples::RgbImage image = samples::SrgbImage(samples::Scene(width, width));
         EXPECT_EQ(image.samples.size(),
                   3U * static_cast<std::size_t>(width) * static_cast<std::size_t>(width));
+    }
+}
+
+TEST(SampleScene, TheGreySkyIsEvenButForLightVignetting) {
+    const samples::Scene sky = samples::Scene::GreySky(984, 658);
+    std::vector<samples::LinearRgb> row(984);
+    float before = 0;
+    for (int y = 0; y < 658; ++y) {
+        sky.DrawRow(y, row);
+        for (std::size_t x = 0; x < row.size(); ++x) {
+            const auto& [red, green, blue] = row[x];
+            EXPECT_TRUE(red == green && green == blue);
+            EXPECT_GT(green, 0.29F);
+            EXPECT_LT(green, 0.351F);
+            EXPECT_TRUE(x == 0 || std::abs(green - before) < 0.0005F) << x << ' ' << y;
+            before = green;
+        }
     }
 }
 

@@ -169,6 +169,36 @@ TEST(SampleDump, DefectsReadTheirLevelInTheirRowsOnly) {
     EXPECT_EQ(words[WordIndex(11, 5)], 92);
 }
 
+TEST(SampleDump, WeakDefectsAddTheirLevelTimesTheIsoGain) {
+    samples::SensorOptions options = Plain();
+    options.defects = {{.column = 10, .first_row = 5, .end_row = 6, .level = 40, .adds = true},
+                       {.column = 11, .first_row = 5, .end_row = 6, .level = -40, .adds = true}};
+    const std::vector<float> light(std::size_t{kSensorWidth} * kSensorHeight, 1000);
+    const std::vector<std::uint16_t> words = samples::Words(light, options);
+    EXPECT_EQ(words[WordIndex(10, 4)], 1092);
+    EXPECT_EQ(words[WordIndex(10, 5)], 1132);
+    EXPECT_EQ(words[WordIndex(11, 5)], 1052);
+    options.iso = 640;
+    EXPECT_EQ(samples::DarkWords(options)[WordIndex(10, 5)], (92 + 40) * 4);
+}
+
+TEST(SampleDump, TheSampleSensorHasDefectsOfTensAndOfThousands) {
+    const std::vector<float> sky =
+        samples::ExposeSensor(samples::Scene::GreySky(kSensorWidth, kSensorHeight));
+    samples::SensorOptions options;
+    options.noise = false;
+    const std::vector<std::uint16_t> words = samples::Words(sky, options);
+    const auto away = [&](int x, int y) {
+        return words[WordIndex(x, y)] - (words[WordIndex(x - 2, y)] + words[WordIndex(x + 2, y)]) / 2;
+    };
+    EXPECT_GT(away(1203, 2000), 3000);
+    EXPECT_LT(away(2750, 2000), -1000);
+    EXPECT_NEAR(away(618, 1249), 0, 6);
+    EXPECT_NEAR(away(618, 1250), 48, 6);
+    EXPECT_NEAR(away(3310, 1799), -40, 6);
+    EXPECT_NEAR(away(3310, 1800), 0, 6);
+}
+
 TEST(SampleDump, RowOffsetsLiftTheHalvesOfARow) {
     samples::SensorOptions options = Plain();
     options.left_row_offsets = {0, 5};
