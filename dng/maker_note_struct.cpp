@@ -44,9 +44,9 @@ class EntryWalk {
 
 using Offsets = std::array<std::optional<std::uint32_t>, 3>;
 
-/// The byte of the note from which `offsets` count. In the camera's DNGs that is the first one, in its JPEGs
-/// the end of the header, and a DNG may carry the note of a JPEG. Values stand after the table, so an offset
-/// that would lead into it from the first byte tells that all of them count from the header's end.
+/// The byte of the note from which `offsets` count: the first one in the camera's DNGs; byte 8 in its JPEGs,
+/// and a DNG may carry the note of a JPEG. Values stand after the table, so offsets that lead there from the
+/// first byte count from it.
 std::uint64_t BaseOf(const Offsets& offsets) {
     constexpr std::uint64_t entries = 15;  // of the camera's, whatever the count says
     constexpr std::uint64_t table_end =

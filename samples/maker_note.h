@@ -15,8 +15,7 @@ constexpr std::uint32_t kMakerNoteHeaderSize = 8;  ///< bytes of "LEICA" and thr
 /// Where a note's values stand and what their offsets count from.
 struct NoteLayout {
     std::uint32_t base = kMakerNoteHeaderSize;  ///< byte of the note from which offsets count
-    bool gap =
-        true;  ///< two NULs between the table and the values, as the camera leaves them; else after these
+    bool gap = true;  ///< the camera's two NULs between table and values; otherwise they follow the values
 };
 constexpr NoteLayout kJpegNoteLayout = {.base = kMakerNoteHeaderSize};
 constexpr NoteLayout kDngNoteLayout = {.base = 0};
@@ -54,9 +53,10 @@ std::vector<Entry> DngMakerNoteEntries(const Shot& shot);
 /// A maker note of `entries`, in their order: header, IFD, values, two NULs. Always little-endian.
 std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries, NoteLayout layout = kJpegNoteLayout);
 
-std::vector<std::uint8_t> JpegMakerNote(const Shot& shot,
-                                        NoteLayout layout = kJpegNoteLayout);                  ///< 292 bytes
-std::vector<std::uint8_t> DngMakerNote(const Shot& shot, NoteLayout layout = kDngNoteLayout);  ///< 220 bytes
+/// 292 bytes.
+std::vector<std::uint8_t> JpegMakerNote(const Shot& shot, NoteLayout layout = kJpegNoteLayout);
+/// 220 bytes.
+std::vector<std::uint8_t> DngMakerNote(const Shot& shot, NoteLayout layout = kDngNoteLayout);
 
 }  // namespace samples
 

@@ -35,9 +35,9 @@ struct ColumnDefect {
     int column = 0;
     int first_row = 0;
     int end_row = kSensorHeight;
-    float level =
-        0;  ///< raw units: what it reads whatever the light or, with `adds`, reads too much at ISO 160
-    bool adds = false;  ///< a weak defect: it sees the light, too
+    float level = 0;  ///< what it reads whatever the light, in raw units
+    /// A weak defect: it sees the light, too, and reads `level` too much at ISO 160.
+    bool adds = false;
 };
 
 /// How the sensor spoils the picture. Levels are in raw units at ISO 160 and grow with the ISO gain.

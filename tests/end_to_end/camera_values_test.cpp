@@ -29,11 +29,9 @@ TagsOfFile Converted(const samples::ExifBlock& exif) {
 TEST(CameraValues, TheShutterSpeedOfTheJpegIsKept) {
     constexpr std::uint16_t shutter_speed = 37377;
     samples::Shot shot;
-    EXPECT_EQ(Converted(samples::CameraExif(shot))["ExifIFD"][shutter_speed],
-              "rational64s[1] 524288/65536");
+    EXPECT_EQ(Converted(samples::CameraExif(shot))["ExifIFD"][shutter_speed], "rational64s[1] 524288/65536");
     shot.shutter_speed = {-229376, 65536};
-    EXPECT_EQ(Converted(samples::CameraExif(shot))["ExifIFD"][shutter_speed],
-              "rational64s[1] -229376/65536");
+    EXPECT_EQ(Converted(samples::CameraExif(shot))["ExifIFD"][shutter_speed], "rational64s[1] -229376/65536");
 }
 
 /// An exposure bias as the camera stores it, and in the DNG.
@@ -119,13 +117,11 @@ TEST(EditedJpeg, WithNoteValuesOutsideStillNamesItsLens) {
 TEST(EditedJpeg, WithoutMakerNoteHasNoLens) {
     const support::TempFolder folder;
     support::WriteFile(folder / "lensdb.ini", samples::LensDatabase());
-    support::WritePair(folder.path().string(), kBase,
-                       samples::EditedExif({}, samples::EditedNote::kLost));
-    const support::Outcome outcome = support::RunProgram(VELMARCON_PROGRAM, {"-i", folder.prefix(), "-l"},
-                                                         {.name = folder / "velmarcon"});
+    support::WritePair(folder.path().string(), kBase, samples::EditedExif({}, samples::EditedNote::kLost));
+    const support::Outcome outcome =
+        support::RunProgram(VELMARCON_PROGRAM, {"-i", folder.prefix(), "-l"}, {.name = folder / "velmarcon"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.output,
-              "\nImage: L1000001.RAW\n\nError #0013: Lens could not be detected.\n");
+    EXPECT_EQ(outcome.output, "\nImage: L1000001.RAW\n\nError #0013: Lens could not be detected.\n");
 }
 
 }  // namespace
