@@ -92,7 +92,7 @@ TEST(MakerNoteWalk, CountsFromTheFirstByteOnlyIfAllOffsetsLeadPastTheTable) {
     EXPECT_EQ(past.external_brightness, (Pair{198, 202}));
     EXPECT_EQ(past.measured_light, (Pair{194, 198}));
     EXPECT_EQ(past.approximate_f_number, (Pair{210, 214}));
-    // One byte less, in each of the three: all count from byte 8.
+    // One of the three leads into the table: all count from byte 8.
     EXPECT_EQ(WithOffsets({186, 202, 210}).external_brightness, (Pair{194, 198}));
     EXPECT_EQ(WithOffsets({186, 202, 210}).approximate_f_number, (Pair{218, 222}));
     EXPECT_EQ(WithOffsets({193, 202, 210}).measured_light, (Pair{210, 214}));

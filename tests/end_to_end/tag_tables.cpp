@@ -27,9 +27,9 @@ samples::ExifBlock DistinctExif(std::uint8_t lens_code) {
     shot.external_light = {40000, 65536};
     shot.measured_light = {-50000, 65536};
     samples::ExifBlock block = samples::CameraExif(shot);
-    // The camera gives these four types from which nothing is taken.
     samples::Set(block.exif, samples::Rationals(tag::kShutterSpeedValue, {{12, 5}}));
     samples::Set(block.exif, samples::Rationals(tag::kExposureBiasValue, {{2, 3}}));
+    // The camera gives these two a type from which nothing is taken.
     samples::Set(block.exif, samples::Short(tag::kFileSource, 3));
     samples::Set(block.exif, samples::Short(tag::kSceneType, 1));
     return block;
