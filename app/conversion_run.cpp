@@ -10,7 +10,10 @@
 #include "app/input_discovery.h"
 #include "app/sensor_stage.h"
 #include "dng/dnglib.h"
+#include "input/file_calls.h"
+#include "input/part_files.h"
 #include "input/read_input_data.h"
+#include "input/replacement_in_steps.h"
 
 namespace {
 
@@ -69,10 +72,13 @@ int ConversionRun::Run() {
 /// Returns 0, also when the image failed, or the code of an error that ends the run.
 int ConversionRun::ConvertEntry(const std::string& name) {
     const std::string base = BaseName(name);
-    if (!settings_.refresh && isfile((settings_.output_folder + base + ".DNG").c_str())) {
+    const std::string dng = settings_.output_folder + base + ".DNG";
+    (void)replacement_in_steps::PutBack(dng);
+    if (!settings_.refresh && isfile(dng.c_str())) {
         std::printf("File %s.DNG already exists!\n", base.c_str());
         return 0;
     }
+    CleanOutputFolder(dng);
     if (Extension(name) == "RAW") {
         return ConvertPair(base);
     }
@@ -80,11 +86,26 @@ int ConversionRun::ConvertEntry(const std::string& name) {
     return 0;
 }
 
+/// Once a run: a folder may hold thousands of files.
+void ConversionRun::CleanOutputFolder(const std::string& dng) {
+    if (!std::exchange(output_is_clean_, true)) {
+        part_files::RemoveStale(file_calls::FolderOf(dng));
+    }
+}
+
+/// Only with -r may a DNG take the place of anything.
+void ConversionRun::GuardExisting(DNGlib& dng) const {
+    if (!settings_.refresh) {
+        dng.KeepExisting();
+    }
+}
+
 /// The repair has reported an error with the file's name; it is reported once more under the record's label,
 /// which a repair never sets.
 void ConversionRun::RepairDng(const std::string& base) {
     const ReadInputData record;
     DNGlib dng(&lenses_, &sensors_);
+    GuardExisting(dng);
     const int error =
         dng.fixDNG(settings_.input.folder, base, settings_.verbose, settings_.lens_fix, settings_.sensor_fix,
                    settings_.dark_field_creation, dark_field_fix_, settings_.row_offset_estimation,
@@ -168,6 +189,7 @@ void ConversionRun::FixLensCode(ReadInputData& record) const {
 
 void ConversionRun::WriteDng(ReadInputData& record) const {
     DNGlib dng(&record, &lenses_, &sensors_);
+    GuardExisting(dng);
     dng.createDNGTree(settings_.preview, settings_.black_level_given, black_level_, settings_.verbose,
                       settings_.raw_model_variant, settings_.lens_fix);
     if (settings_.output_folder.empty()) {

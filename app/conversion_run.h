@@ -11,6 +11,7 @@
 #include "exif/lensdb.h"
 #include "sensor/sensdb.h"
 
+class DNGlib;
 class ReadInputData;
 
 /// The loop over the images: each entry of the input list becomes one DNG, strictly in list order. What goes
@@ -26,6 +27,8 @@ class ConversionRun {
 
   private:
     [[nodiscard]] int ConvertEntry(const std::string& name);
+    void CleanOutputFolder(const std::string& dng);
+    void GuardExisting(DNGlib& dng) const;
     void RepairDng(const std::string& base);
     [[nodiscard]] int ConvertPair(const std::string& base);
     [[nodiscard]] int ConvertRecord(const std::string& base, ReadInputData& record);
@@ -40,6 +43,7 @@ class ConversionRun {
     sensdb& sensors_;
     const ErrorHandler& errors_;
 
+    bool output_is_clean_ = false;      ///< what killed runs left in the output folder is removed
     std::vector<std::uint16_t> frame_;  ///< memory for the image, handed from record to record
 
     // These three change when an image has a dark frame, and stay changed until one with a dark frame was

@@ -9,6 +9,7 @@
 #include "app/folder_listing.h"
 #include "input/file_calls.h"
 #include "input/input_file.h"
+#include "input/replacement_in_steps.h"
 
 namespace {
 
@@ -31,6 +32,22 @@ bool IsWanted(const std::string& name, const std::string& path) {
     return extension == kRaw || (extension == kDng && FileSize(path) == kCameraDngSize);
 }
 
+/// A name that a DNG has while another one takes its place.
+bool IsSetAside(const std::string& name) {
+    return name.ends_with(std::string(".") + kDng + replacement_in_steps::kOldEnd);
+}
+
+/// Puts DNGs back that a run could not replace, and adds those that are wanted to `names`.
+void PutBack(const std::string& folder, const std::vector<std::string>& set_aside,
+             std::vector<std::string>& names) {
+    for (const std::string& old : set_aside) {
+        const std::string name = old.substr(0, old.size() - replacement_in_steps::kOldEnd.size());
+        if (replacement_in_steps::PutBack(folder + name) && IsWanted(name, folder + name)) {
+            names.push_back(name);
+        }
+    }
+}
+
 InputError ResolveFolder(const std::string& path, InputFiles& input) {
     const std::string folder = WithSeparator(path);
     input = {folder, GetFileList(folder)};
@@ -48,6 +65,9 @@ std::string FolderPart(const std::string& path) {
 /// The file that `path` names, with its extension if that was left out; empty when there is none.
 std::string FindFile(const std::string& path) {
     for (const std::string extension : {"", ".RAW", ".DNG"}) {
+        if (Extension(path + extension) == kDng) {
+            (void)replacement_in_steps::PutBack(path + extension);
+        }
         if (isfile((path + extension).c_str())) {
             return path + extension;
         }
@@ -79,11 +99,15 @@ std::vector<std::string> GetFileList(const std::string& folder) {
     if (!listing.IsOpen()) {
         return names;
     }
+    std::vector<std::string> set_aside;
     while (auto name = listing.NextFile()) {
         if (IsWanted(*name, folder + *name)) {
             names.push_back(*std::move(name));
+        } else if (IsSetAside(*name)) {
+            set_aside.push_back(*std::move(name));
         }
     }
+    PutBack(folder, set_aside, names);
     if (listing.error() != 0) {
         // What was listed is converted all the same; but nobody should take it for all that there is.
         std::printf("%s: folder not read to its end: %s\n", folder.c_str(),

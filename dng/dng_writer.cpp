@@ -9,7 +9,6 @@
 #include <limits>
 #include <span>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "dng/dng_tags.h"
@@ -64,29 +63,39 @@ std::span<const char> AsChars(std::span<const std::uint8_t> bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-void Write(std::ofstream& file, std::span<const char> bytes) {
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+/// An IFD and its values, laid out before, as they stand in a file from `start` on.
+std::vector<std::uint8_t> TreeBytes(const DNGlib::IFD& ifd, std::uint64_t start) {
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(static_cast<std::size_t>(TableSize(ifd)));
+    byte_order::AppendLittle(bytes, static_cast<std::uint16_t>(ifd.size()));
+    for (const auto& [tag, entry] : ifd) {
+        byte_order::AppendLittle(bytes, entry.tag);
+        byte_order::AppendLittle(bytes, entry.type);
+        byte_order::AppendLittle(bytes, entry.count);
+        if (StandsInEntry(entry)) {
+            bytes.insert(bytes.end(), entry.value.begin(), entry.value.end());
+            bytes.resize(bytes.size() + tiff::kValueFieldSize - entry.length);
+        } else {
+            byte_order::AppendLittle(bytes, entry.position);
+        }
+    }
+    constexpr std::uint32_t no_next_ifd = 0;
+    byte_order::AppendLittle(bytes, no_next_ifd);
+    for (const auto& [tag, entry] : ifd) {
+        if (!StandsInEntry(entry)) {
+            // DoFileLayout leaves no gaps.
+            const std::uint64_t position = std::max<std::uint64_t>(entry.position, start + bytes.size());
+            bytes.resize(static_cast<std::size_t>(position - start));
+            bytes.insert(bytes.end(), entry.value.begin(), entry.value.end());
+            bytes.resize(bytes.size() + entry.length % 2);
+        }
+    }
+    return bytes;
 }
 
 /// The name up to and including its last "."; empty when it has none.
 std::string UpToExtension(const std::string& name) {
     return name.substr(0, name.rfind('.') + 1);
-}
-
-/// Whether `path` is a link that ends at a file by the name of a RAW file, a dark frame or a JPEG. These are
-/// only ever read, whatever the links in a folder say.
-bool LeadsToInput(const std::string& path) {
-    std::error_code error;
-    const auto extension = file_calls::RealName(path, error).extension();
-    return !error && (extension == ".RAW" || extension == ".BIA" || extension == ".JPG");
-}
-
-/// Starts the file. Returns 0 or the system's error number. A layout of no size does not fit into a file.
-int OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& file) {
-    if (size == 0) {
-        return EFBIG;
-    }
-    return LeadsToInput(path) ? EEXIST : file.Open(path);
 }
 
 /// A failure ends the run's work on this file, not the run.
@@ -129,38 +138,33 @@ void DNGlib::SetPlaceholders() {
 }
 
 int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
-    std::vector<std::uint8_t> table;
-    table.reserve(static_cast<std::size_t>(TableSize(*ifd)));
-    byte_order::AppendLittle(table, static_cast<std::uint16_t>(ifd->size()));
-    for (const auto& [tag, entry] : *ifd) {
-        byte_order::AppendLittle(table, entry.tag);
-        byte_order::AppendLittle(table, entry.type);
-        byte_order::AppendLittle(table, entry.count);
-        if (StandsInEntry(entry)) {
-            table.insert(table.end(), entry.value.begin(), entry.value.end());
-            table.resize(table.size() + tiff::kValueFieldSize - entry.length);
-        } else {
-            byte_order::AppendLittle(table, entry.position);
-        }
-    }
-    constexpr std::uint32_t no_next_ifd = 0;
-    byte_order::AppendLittle(table, no_next_ifd);
-    auto position = static_cast<std::uint64_t>(std::streamoff(file.tellp())) + table.size();
-    Write(file, AsChars(table));
-
-    constexpr std::array<char, 1> padding = {};
-    for (const auto& [tag, entry] : *ifd) {
-        if (StandsInEntry(entry)) {
-            continue;
-        }
-        if (position != entry.position) {  // never so after DoFileLayout, which leaves no gaps
-            file.seekp(static_cast<std::streamoff>(entry.position));
-        }
-        Write(file, AsChars(entry.value));
-        Write(file, std::span(padding).first(entry.length % 2));
-        position = entry.position + PaddedLength(entry);
+    const auto start = std::streamoff(file.tellp());
+    if (start >= 0) {
+        const auto bytes = TreeBytes(*ifd, static_cast<std::uint64_t>(start));
+        file.write(AsChars(bytes).data(), static_cast<std::streamsize>(bytes.size()));
     }
     return 0;
+}
+
+/// Header and IFDs, laid out before.
+std::vector<std::uint8_t> DNGlib::HeadBytes() const {
+    std::vector<std::uint8_t> bytes(kHeader.begin(), kHeader.end());
+    const auto append = [&](const IFD& ifd) {
+        const auto tree = TreeBytes(ifd, bytes.size());
+        bytes.insert(bytes.end(), tree.begin(), tree.end());
+    };
+    append(ifd0_);
+    if (preview_) {
+        append(sub_ifd_);
+    }
+    append(exif_ifd_);
+    return bytes;
+}
+
+/// Starts the file. Returns 0 or the system's error number. A layout of no size does not fit into a file.
+int DNGlib::OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& file) const {
+    using Existing = ReplacementFile::Existing;
+    return size == 0 ? EFBIG : file.Open(path, keep_existing_ ? Existing::kKeep : Existing::kReplace);
 }
 
 int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceName, const char* rawData,
@@ -184,27 +188,22 @@ int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceNam
     return 0;
 }
 
-void DNGlib::WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview) {
-    Write(file.stream(), AsChars(kHeader));
+void DNGlib::WriteBlocks(ReplacementFile& file, std::span<const char> raw,
+                         std::span<const char> preview) const {
     if (verbose_) {
         std::printf("Writing DNG header...");
     }
-    writeSingleTree(file.stream(), &ifd0_);
-    if (preview_) {
-        writeSingleTree(file.stream(), &sub_ifd_);
-    }
-    writeSingleTree(file.stream(), &exif_ifd_);
-    if (!file.Good()) {
+    const auto head = HeadBytes();
+    if (!file.Write(AsChars(head))) {
         return;
     }
     if (verbose_) {
         std::printf("Done!\nWriting image data...");
     }
     if (preview_) {
-        Write(file.stream(), preview);
+        file.Write(preview);
     }
-    Write(file.stream(), raw);
-    file.Good();
+    file.Write(raw);
 }
 
 int DNGlib::writeDNGTree(const std::string& prefix) {

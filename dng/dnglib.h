@@ -110,6 +110,10 @@ class DNGlib {
     /// layout. Returns 0.
     int writeSingleTree(std::ofstream& file, IFD* ifd);
 
+    /// From now on a DNG is written only where nothing at all stands under its name; otherwise it takes the
+    /// place of a file or a link that does.
+    void KeepExisting() { keep_existing_ = true; }
+
     /// Writes the file `prefix` + `sourceName` with DNG for its extension, whole or not at all: a failure
     /// leaves what was there and prints one line with name and reason. The image data are written as they
     /// stand. Returns 0 either way: a file that can't be written does not stop the run.
@@ -158,7 +162,9 @@ class DNGlib {
     void AddStripTags(IFD& ifd);
     void AddRational(IFD& ifd, unsigned short tag, Rational value);
     void SetPlaceholders();
-    void WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview);
+    std::vector<std::uint8_t> HeadBytes() const;
+    int OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& file) const;
+    void WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview) const;
 
     int ReadCameraDng(const std::string& path, CameraImage& image);
     bool ReadLinkedIFD(std::ifstream& file, unsigned short pointer, IFD& ifd);
@@ -172,6 +178,7 @@ class DNGlib {
     sensdb* sensors_;
     bool preview_ = false;  ///< IFD0 holds the preview, the SubIFD the raw image
     bool verbose_ = false;
+    bool keep_existing_ = false;
     std::uint64_t directory_bytes_ = 0;  ///< read by GetIFDs so far
     IFD ifd0_;
     IFD sub_ifd_;

@@ -18,11 +18,9 @@ namespace {
 
 /// The bytes of the plain file at `path`; nothing when it is none, is too long, or can't be read.
 std::optional<std::string> ReadPlainFile(const std::string& path) {
-    if (!system_path::IsPlainFile(path)) {
-        return std::nullopt;
-    }
-    std::ifstream file(system_path::ToSystem(path), std::ios::binary | std::ios::ate);
-    const std::streamoff size = file.is_open() ? std::streamoff(file.tellg()) : -1;
+    std::ifstream file;
+    const std::streamoff size =
+        system_path::OpenPlainFile(path, file) ? std::streamoff(file.tellg()) : -1;
     if (size < 0 || static_cast<std::uint64_t>(size) > kLongestFile) {
         return std::nullopt;
     }

@@ -3,6 +3,7 @@
 #define VELMARCON_EXIF_SYSTEM_PATH_H
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #if defined(_WIN32)
@@ -21,6 +22,11 @@ std::string FromWide(std::wstring_view text);
 /// `path` as Windows takes it.
 std::filesystem::path ToSystem(const std::string& path);
 
+/// The way back.
+inline std::string FromSystem(const std::filesystem::path& path) {
+    return FromWide(path.native());
+}
+
 /// Whether Windows takes `path` for a device (NUL, CON, COM1 and others, in whatever folder).
 bool IsDevice(const std::string& path);
 
@@ -31,11 +37,17 @@ inline const std::string& ToSystem(const std::string& path) {
     return path;
 }
 
+/// The way back.
+inline std::string FromSystem(const std::filesystem::path& path) {
+    return path.native();
+}
+
 #endif
 
-/// Whether a plain file stands at `path`, or a symbolic link that leads to one; no folder, pipe or device,
-/// which is found out without opening it.
-bool IsPlainFile(const std::string& path);
+/// Opens the plain file at `path`, or the one to which a symbolic link leads, for reading; `stream` then
+/// stands at its end. Folders, pipes and devices are told without being opened. One that takes the file's
+/// place in that moment is not waited for, and not read. Returns whether the file is open.
+[[nodiscard]] bool OpenPlainFile(const std::string& path, std::ifstream& stream);
 
 }  // namespace system_path
 

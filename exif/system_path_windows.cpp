@@ -62,6 +62,9 @@ bool IsDevice(const std::string& path) {
     return full.starts_with(kDevices);
 }
 
+namespace {
+
+/// Found out without opening it for reading.
 bool IsPlainFile(const std::string& path) {
     if (IsDevice(path)) {
         return false;
@@ -74,6 +77,16 @@ bool IsPlainFile(const std::string& path) {
     return file.good() && ::GetFileType(file.get()) == FILE_TYPE_DISK &&
            ::GetFileInformationByHandle(file.get(), &status) != 0 &&
            (status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+}  // namespace
+
+bool OpenPlainFile(const std::string& path, std::ifstream& stream) {
+    if (!IsPlainFile(path)) {
+        return false;
+    }
+    stream.open(ToSystem(path), std::ios::binary | std::ios::ate);
+    return stream.is_open();
 }
 
 }  // namespace system_path

@@ -4,16 +4,18 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <filesystem>
+#include <span>
 #include <string>
-#include <system_error>
 
 /// What the writing of files asks of the system, once for POSIX and once for Windows. Error numbers are those
 /// of <cerrno> on both.
 namespace file_calls {
 
-/// What stands at a path; of a symbolic link, what it leads to.
-enum class Kind { kNothing, kPlainFile, kFolder, kOther };
+/// What stands at a path; a symbolic link is not followed.
+enum class Kind { kNothing, kPlainFile, kLink, kFolder, kOther };
+
+/// Who may read a file that is being written.
+enum class Readers { kAsUsual, kOwner };
 
 /// The error number of the call that failed last; never 0.
 inline int LastError() {
@@ -27,9 +29,6 @@ const char* ErrorText(int error);
 /// 0 or an error number.
 int FollowLinks(const std::string& path, std::string& target);
 
-/// The file at `path` by its real name, without any link; an error when there is none.
-std::filesystem::path RealName(const std::string& path, std::error_code& error);
-
 /// Returns 0 or an error number.
 int KindOf(const std::string& path, Kind& kind);
 
@@ -42,25 +41,48 @@ std::string FolderOf(const std::string& path);
 /// Whether anything stands at `path`, a link that leads nowhere included.
 bool IsTaken(const std::string& path);
 
-/// Makes the file `path`, for this run alone as long as it is open. Returns its descriptor, or -1 with errno;
-/// EEXIST when something stands there that another run is writing, or that is none of ours. Without
-/// locks on the file system, what a killed run left stays.
-int CreateLocked(const std::string& path);
+/// Makes the file `path` where nothing stands, and keeps others from removing it as long as it is open, as
+/// far as the file system has locks. Returns its descriptor, or -1 with errno.
+int CreateNew(const std::string& path, Readers readers);
 
-/// Removes what a killed run left at `path`, if that is what stands there. Returns whether it did.
-bool RemoveStale(const std::string& path);
+/// Removes the plain file at `path`, if it was last written to at least `least_age` seconds ago and nobody
+/// has it open for writing.
+void RemoveAbandoned(const std::string& path, std::int64_t least_age);
+
+/// Writes all of `bytes`. Returns 0 or an error number.
+int Write(int descriptor, std::span<const char> bytes);
+
+/// Hands what was written to the file system: only then do some tell that it found no room. Returns 0 or an
+/// error number.
+int Flush(int descriptor);
 
 /// Length in bytes of the open file. Returns 0 or an error number.
 int SizeOf(int descriptor, std::uint64_t& size);
 
-/// Makes the open file ready to take the name `path`. A new file may wait for the system to write it; one
-/// that replaces another takes over what that one has of owner, mode and attributes, and must be on disk
-/// before that one goes. Returns 0 or an error number.
-int PrepareToReplace(int descriptor, const std::string& path);
+/// Returns 0 when `path` still is the name of the open file, or an error number.
+int CheckName(int descriptor, const std::string& path);
 
-/// Gives the file `from` the name `to` in one step, in place of the file that has it. Returns 0 or an error
-/// number.
+/// Gives the open file what the file at `path` has of owner, mode, access control list and attributes, as
+/// far as the system lets it; nobody may do more with it than with that one. Returns 0 or an error number.
+int TakeOver(int descriptor, const std::string& path);
+
+/// Waits until the open file is on the disk. Returns 0 or an error number.
+int Synchronize(int descriptor);
+
+/// The same for all of the file system on which it is.
+int SynchronizeVolume(int descriptor);
+
+/// Whether the file system of `path`, where something must stand, may lose both files when one is renamed
+/// over the other: FAT and its kin, which keep no journal, and those that are no part of the system.
+bool LosesReplacedFiles(const std::string& path);
+
+/// Gives the file `from` the name `to` in one step, in place of the file or link that has it. Returns 0 or an
+/// error number.
 int Rename(const std::string& from, const std::string& to);
+
+/// Gives the file `from` the name `to` if nothing at all stands there. Returns 0 or an error number; EEXIST
+/// when something does.
+int RenameToFree(const std::string& from, const std::string& to);
 
 void Remove(const std::string& path);
 void Close(int descriptor);

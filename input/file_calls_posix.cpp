@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <system_error>
 
 #include "input/file_calls.h"
+#include "input/file_status_posix.h"
 #include "input/interrupted_call.h"
 
 namespace file_calls {
@@ -16,57 +19,39 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kDefaultMode = 0666;  // less the user's mask
-
-/// The status of the file at `path`. Returns 0 or the system's error number, ENOENT when there is none.
-int StatusOf(const std::string& path, struct stat& status) {
-    return RepeatInterrupted([&] { return ::stat(path.c_str(), &status); }) == 0 ? 0 : LastError();
-}
-
-/// The same; of a symbolic link, its own.
-int LinkStatusOf(const std::string& path, struct stat& status) {
-    return RepeatInterrupted([&] { return ::lstat(path.c_str(), &status); }) == 0 ? 0 : LastError();
-}
-
-int StatusOf(int descriptor, struct stat& status) {
-    return RepeatInterrupted([&] { return ::fstat(descriptor, &status); }) == 0 ? 0 : LastError();
-}
-
-/// Returns 0 when the open file is the one that stands at `path`, EEXIST when it is not, or the system's
-/// error number when that can't be told.
-int CompareWithNamed(int descriptor, const std::string& path) {
-    struct stat open_file = {};
-    struct stat named_file = {};
-    if (const int error = StatusOf(descriptor, open_file); error != 0) {
-        return error;
-    }
-    if (const int error = StatusOf(path, named_file); error != 0) {
-        return error == ENOENT ? EEXIST : error;
-    }
-    return open_file.st_dev == named_file.st_dev && open_file.st_ino == named_file.st_ino ? 0 : EEXIST;
-}
+constexpr mode_t kUsualMode = 0666;  // less the user's mask
+constexpr mode_t kOwnersMode = 0600;
 
 /// Returns 0 or an error number: EWOULDBLOCK when another run holds the lock.
 int Lock(int descriptor) {
     return RepeatInterrupted([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0 ? 0 : LastError();
 }
 
-/// Makes the file `path`. Returns its descriptor or -1 with errno.
-int CreateNew(const std::string& path) {
-    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-    return RepeatInterrupted([&] { return ::open(path.c_str(), flags, kDefaultMode); });
+bool SameTime(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
-/// Waits until the open file is on disk. Returns 0 or -1 with errno.
-int Synchronize(int descriptor) {
-#if defined(F_FULLFSYNC)
-    // macOS: fsync hands the file to the drive, which may keep it in its memory. Not every drive knows
-    // better.
-    if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
-        return 0;
-    }
+#if defined(__APPLE__)
+const timespec& ModifiedTime(const struct stat& status) {
+    return status.st_mtimespec;
+}
+#else
+const timespec& ModifiedTime(const struct stat& status) {
+    return status.st_mtim;
+}
 #endif
-    return ::fsync(descriptor);
+
+/// Some file systems number a file anew each time they are asked.
+bool SameFile(const struct stat& a, const struct stat& b) {
+    return S_ISREG(a.st_mode) && S_ISREG(b.st_mode) && a.st_dev == b.st_dev &&
+           (a.st_ino == b.st_ino || (a.st_size == b.st_size && SameTime(ModifiedTime(a), ModifiedTime(b))));
+}
+
+bool IsAbandoned(int descriptor, const std::string& path, std::int64_t least_age) {
+    struct stat status = {};
+    return StatusOf(descriptor, status) == 0 && S_ISREG(status.st_mode) &&
+           std::int64_t{std::time(nullptr)} - status.st_mtime >= least_age &&
+           Lock(descriptor) != EWOULDBLOCK && CheckName(descriptor, path) == 0;
 }
 
 }  // namespace
@@ -80,7 +65,7 @@ int FollowLinks(const std::string& path, std::string& target) {
     fs::path end = path;
     for (int i = 0; i < longest_chain; ++i) {
         struct stat status = {};
-        const int unknown = LinkStatusOf(end.string(), status);
+        const int unknown = StatusOf(end.string(), status);
         if (unknown != 0 || !S_ISLNK(status.st_mode)) {
             target = end.string();
             return unknown == ENOENT ? 0 : unknown;
@@ -95,10 +80,6 @@ int FollowLinks(const std::string& path, std::string& target) {
     return ELOOP;
 }
 
-fs::path RealName(const std::string& path, std::error_code& error) {
-    return fs::canonical(path, error);
-}
-
 int KindOf(const std::string& path, Kind& kind) {
     struct stat status = {};
     kind = Kind::kNothing;
@@ -108,6 +89,8 @@ int KindOf(const std::string& path, Kind& kind) {
     kind = Kind::kOther;
     if (S_ISREG(status.st_mode)) {
         kind = Kind::kPlainFile;
+    } else if (S_ISLNK(status.st_mode)) {
+        kind = Kind::kLink;
     } else if (S_ISDIR(status.st_mode)) {
         kind = Kind::kFolder;
     }
@@ -125,46 +108,51 @@ std::string FolderOf(const std::string& path) {
 
 bool IsTaken(const std::string& path) {
     struct stat in_the_way = {};
-    return LinkStatusOf(path, in_the_way) == 0;
+    return StatusOf(path, in_the_way) == 0;
 }
 
-bool RemoveStale(const std::string& path) {
+int CreateNew(const std::string& path, Readers readers) {
+    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
+    const mode_t mode = readers == Readers::kOwner ? kOwnersMode : kUsualMode;
+    const int descriptor = RepeatInterrupted([&] { return ::open(path.c_str(), flags, mode); });
+    if (descriptor >= 0) {
+        (void)Lock(descriptor);  // nobody else knows the name, and some file systems have no locks
+    }
+    return descriptor;
+}
+
+void RemoveAbandoned(const std::string& path, std::int64_t least_age) {
     constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     const int descriptor = RepeatInterrupted([&] { return ::open(path.c_str(), flags); });
     if (descriptor < 0) {
-        return false;
+        return;
     }
-    struct stat status = {};
-    const bool plain = StatusOf(descriptor, status) == 0 && S_ISREG(status.st_mode);
-    const bool stale = plain && Lock(descriptor) == 0 && CompareWithNamed(descriptor, path) == 0;
-    if (stale) {
+    if (IsAbandoned(descriptor, path, least_age)) {
         Remove(path);
     }
     Close(descriptor);
-    return stale;
 }
 
-int CreateLocked(const std::string& path) {
-    int descriptor = CreateNew(path);
-    if (descriptor < 0 && errno == EEXIST) {
-        RemoveStale(path);
-        descriptor = CreateNew(path);
+int Write(int descriptor, std::span<const char> bytes) {
+    while (!bytes.empty()) {
+        const auto written =
+            RepeatInterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+        if (written < 0) {
+            return LastError();
+        }
+        if (written == 0) {
+            return EIO;  // it would be so for ever
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
-    if (descriptor < 0) {
-        return -1;
-    }
-    // Before the lock is held another run may have taken the new file for a stale one.
-    const bool theirs = Lock(descriptor) == EWOULDBLOCK;
-    const int error = theirs ? EEXIST : CompareWithNamed(descriptor, path);
-    if (error == 0) {
-        return descriptor;
-    }
-    if (error != EEXIST) {
-        Remove(path);
-    }
-    Close(descriptor);
-    errno = error;
-    return -1;
+    return 0;
+}
+
+/// A file system in a network hears of it when a descriptor is closed; the file's own stays open, and with it
+/// the lock.
+int Flush(int descriptor) {
+    const int copy = RepeatInterrupted([&] { return ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0); });
+    return copy >= 0 && ::close(copy) == 0 ? 0 : LastError();
 }
 
 int SizeOf(int descriptor, std::uint64_t& size) {
@@ -174,19 +162,27 @@ int SizeOf(int descriptor, std::uint64_t& size) {
     return error;
 }
 
-int PrepareToReplace(int descriptor, const std::string& path) {
-    struct stat existing = {};
-    if (const int error = StatusOf(path, existing); error != 0) {
-        return error == ENOENT ? 0 : error;
+int CheckName(int descriptor, const std::string& path) {
+    struct stat open_file = {};
+    struct stat named_file = {};
+    if (const int error = StatusOf(descriptor, open_file); error != 0) {
+        return error;
     }
-    // A refusal leaves the owner or the mode of a new file.
-    (void)RepeatInterrupted([&] { return ::fchown(descriptor, existing.st_uid, existing.st_gid); });
-    (void)RepeatInterrupted([&] { return ::fchmod(descriptor, existing.st_mode & ALLPERMS); });
-    return RepeatInterrupted([&] { return Synchronize(descriptor); }) == 0 ? 0 : LastError();
+    if (const int error = StatusOf(path, named_file); error != 0) {
+        return error;
+    }
+    return SameFile(open_file, named_file) ? 0 : ESTALE;
 }
 
-int Rename(const std::string& from, const std::string& to) {
-    return RepeatInterrupted([&] { return std::rename(from.c_str(), to.c_str()); }) == 0 ? 0 : LastError();
+int Synchronize(int descriptor) {
+#if defined(F_FULLFSYNC)
+    // macOS: fsync hands the file to the drive, which may keep it in its memory. Not every drive knows
+    // better.
+    if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
+        return 0;
+    }
+#endif
+    return RepeatInterrupted([&] { return ::fsync(descriptor); }) == 0 ? 0 : LastError();
 }
 
 void Remove(const std::string& path) {

@@ -7,11 +7,8 @@
 #include "exif/system_path.h"
 
 bool InputFile::Open(const std::string& path) {
-    if (!system_path::IsPlainFile(path)) {
-        return false;
-    }
-    stream_.open(system_path::ToSystem(path), std::ios::binary | std::ios::ate);
-    const std::streamoff end = stream_.is_open() ? std::streamoff(stream_.tellg()) : -1;
+    const std::streamoff end =
+        system_path::OpenPlainFile(path, stream_) ? std::streamoff(stream_.tellg()) : -1;
     if (end < 0) {
         return false;
     }

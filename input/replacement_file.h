@@ -3,17 +3,24 @@
 #define VELMARCON_INPUT_REPLACEMENT_FILE_H
 
 #include <cstdint>
-#include <fstream>
+#include <span>
 #include <string>
+
+#include "input/file_calls.h"
 
 /// A file that is written whole or not at all. It is written beside its final name, under a name that no
 /// search for images or databases picks up, and takes the final name in one step when it is complete. Until
 /// then whatever stands there is untouched; afterwards nothing else is left.
-///
-/// The final name may be a symbolic link: the file that it points to is replaced, the link stays. A file that
-/// may not be written is not replaced.
 class ReplacementFile {
   public:
+    /// What becomes of that which stands at the final name. A file that may not be written, a folder, a pipe
+    /// or a device is not replaced in any case.
+    enum class Existing {
+        kKeep,          ///< the final name is taken only if nothing at all stands there
+        kReplace,       ///< a file is replaced, and so is a symbolic link: what it points to stays as it is
+        kReplaceTarget  ///< the file to which a symbolic link leads is replaced, the link stays
+    };
+
     ReplacementFile() = default;
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
@@ -23,29 +30,30 @@ class ReplacementFile {
     /// Removes what was written, unless Commit succeeded.
     ~ReplacementFile();
 
-    /// Starts the file that will be `path`. Returns 0 or the system's error number. Called once.
-    [[nodiscard]] int Open(const std::string& path);
+    /// Starts the file that will be `path`. Returns 0 or the system's error number, EEXIST when something
+    /// stands there that is not replaced. Called once.
+    [[nodiscard]] int Open(const std::string& path, Existing existing);
 
-    /// Where to write.
-    std::ofstream& stream() { return stream_; }
+    /// Appends `bytes`. Returns whether everything has gone well so far; Commit tells what has not.
+    bool Write(std::span<const char> bytes);
 
-    /// Whether everything has gone well so far. Asked after each block that was written, so that the reason
-    /// of a failure is the one that Commit returns.
-    bool Good();
-
-    /// Closes the file and gives it its name, when it is exactly `size` bytes long. An existing file is
-    /// replaced only after the new one has reached the disk. Returns 0 or the system's error number.
+    /// Gives the file its name, when it is exactly `size` bytes long. An existing file is replaced only after
+    /// the new one has reached the disk, which takes over who may do what with it. Returns 0 or the system's
+    /// error number.
     [[nodiscard]] int Commit(std::uint64_t size);
 
   private:
-    int CreatePart(const std::string& folder);
-    int OpenStream();
+    int Look(file_calls::Kind& kind) const;
+    int CreatePart(file_calls::Readers readers);
+    int CheckWritten(std::uint64_t size) const;
+    int Prepare(file_calls::Kind replaced) const;
+    int TakeName(file_calls::Kind replaced) const;
 
+    Existing existing_ = Existing::kKeep;
     std::string final_path_;
     std::string part_path_;  ///< empty: there is nothing to remove
-    int lock_ = -1;          ///< descriptor of the part, locked while it is being written
-    std::ofstream stream_;
-    int error_ = 0;  ///< of the first write that failed
+    int descriptor_ = -1;    ///< of the part
+    int error_ = 0;          ///< of the first write that failed
 };
 
 #endif  // VELMARCON_INPUT_REPLACEMENT_FILE_H

@@ -10,8 +10,10 @@
 
 #include "exif/simple_ini.h"
 #include "input/file_calls.h"
+#include "input/part_files.h"
 #include "input/read_input_data.h"
 #include "input/replacement_file.h"
+#include "input/replacement_in_steps.h"
 
 namespace {
 
@@ -77,12 +79,12 @@ bool AddCamera(simple_ini::File& ini, int serial, const sensdb::Sensdbtype& came
 
 /// Returns 0 or the system's error number.
 int ReplaceFile(const std::string& path, const std::string& text) {
+    part_files::RemoveStale(file_calls::FolderOf(path));
     ReplacementFile file;
-    if (const int error = file.Open(path); error != 0) {
+    if (const int error = file.Open(path, ReplacementFile::Existing::kReplaceTarget); error != 0) {
         return error;
     }
-    file.stream().write(text.data(), static_cast<std::streamsize>(text.size()));
-    file.Good();
+    file.Write(text);
     return file.Commit(text.size());
 }
 
@@ -97,6 +99,7 @@ int ReportUnwritten(const std::string& path, const char* reason) {
 sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + "sensdb.ini") {}
 
 int sensdb::LoadSensData() {
+    (void)replacement_in_steps::PutBack(DatabaseFile);
     const auto state = StateOf(DatabaseFile);
     const bool missing = !state && errno == ENOENT;
     if (state && state == loaded_) {

@@ -74,10 +74,14 @@ std::vector<Fault> FaultsOf(IoKind kind) {
             return Refusals({EWOULDBLOCK, ENOLCK, EINTR});
         case IoKind::kOwner:
             return Refusals({EPERM, EIO, EINTR});
+        case IoKind::kAttribute:
+            return Refusals({EACCES, EIO, ENOSPC, EINTR});
+        case IoKind::kDuplicate:
+            return Refusals({EMFILE, EINTR});
         case IoKind::kSync:
             return Refusals({ENOSPC, EIO, EINTR});
         case IoKind::kRename:
-            return With(Refusals({EACCES, EIO, ENOSPC, EINTR}), {How::kFinished, EIO});
+            return With(Refusals({EACCES, EINVAL, EIO, ENOSPC, EINTR}), {How::kFinished, EIO});
         case IoKind::kRemove:
             return Refusals({EACCES, EIO, EINTR});
         case IoKind::kClose:  // the descriptor is gone whatever it returns

@@ -23,6 +23,8 @@ enum class IoKind {
     kList,  ///< reads a folder
     kLock,
     kOwner,  ///< sets owner or mode
+    kAttribute,  ///< reads or sets an attribute
+    kDuplicate,  ///< makes another descriptor, or asks about one
     kSync,
     kRename,
     kRemove,

@@ -15,12 +15,13 @@ inline std::string Content(const std::string& path) {
 }
 
 /// Writes `text` as `path` and gives it its name. Returns the first error number, or 0.
-inline int Replace(const std::string& path, std::string_view text) {
+inline int Replace(const std::string& path, std::string_view text,
+                   ReplacementFile::Existing existing = ReplacementFile::Existing::kReplace) {
     ReplacementFile file;
-    if (const int error = file.Open(path); error != 0) {
+    if (const int error = file.Open(path, existing); error != 0) {
         return error;
     }
-    file.stream() << text;
+    file.Write(text);
     return file.Commit(text.size());
 }
 
