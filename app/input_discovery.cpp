@@ -34,7 +34,7 @@ bool IsWanted(const std::string& name, const std::string& path) {
 
 /// A name that a DNG has while another one takes its place.
 bool IsSetAside(const std::string& name) {
-    return name.ends_with(std::string(".") + kDng + replacement_in_steps::kOldEnd);
+    return name.ends_with("." + std::string(kDng) + std::string(replacement_in_steps::kOldEnd));
 }
 
 /// Puts DNGs back that a run could not replace, and adds those that are wanted to `names`.

@@ -75,7 +75,7 @@ std::optional<std::int64_t> AgeWhenStale(std::string_view name, const std::strin
     }
     const auto random = ToNumber(CutLast(text), kHexadecimal);
     const auto process = ToNumber(CutLast(text), 10);
-    if (!random || !process) {
+    if (!random || !process || text.empty()) {
         return std::nullopt;
     }
     return text == host && running_process::IsGone(*process) ? 0 : day;

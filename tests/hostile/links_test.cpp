@@ -38,23 +38,51 @@ class LinkedOutput : public testing::Test {
     Bytes expected_;
 };
 
-TEST_F(LinkedOutput, ThatIsASymbolicLinkStaysAndItsTargetIsReplaced) {
+TEST_F(LinkedOutput, ThatIsASymbolicLinkIsReplacedAndItsTargetStays) {
     fs::create_directory(card_ / "store");
     support::WriteFile(card_ / "store/picture", "old");
     fs::create_symlink("store/picture", card_ / "A.DNG");
     EXPECT_EQ(card_.Run({}).output, kHeader + "File A.DNG already exists!\n");
-    EXPECT_EQ(support::ReadText(card_ / "store/picture"), "old");
+    EXPECT_TRUE(fs::is_symlink(card_ / "A.DNG"));
     EXPECT_EQ(card_.Run({"-r"}).output, kHeader);
-    EXPECT_EQ(fs::read_symlink(card_ / "A.DNG"), "store/picture");
-    EXPECT_TRUE(Content("store/picture") == expected_);
+    EXPECT_FALSE(fs::is_symlink(card_ / "A.DNG"));
+    EXPECT_TRUE(Content("A.DNG") == expected_);
+    EXPECT_EQ(support::ReadText(card_ / "store/picture"), "old");
     EXPECT_EQ(support::Names(card_ / "store"), Names{"picture"});
 }
 
-TEST_F(LinkedOutput, ThatPointsNowhereGetsItsTarget) {
+TEST_F(LinkedOutput, ThatPointsNowhereIsNotFollowed) {
     fs::create_symlink("picture", card_ / "A.DNG");
-    EXPECT_EQ(card_.Run({}).output, kHeader);
+    EXPECT_EQ(card_.Run({}).output, kHeader + "./A.DNG: DNG not written: File exists\n");
     EXPECT_TRUE(fs::is_symlink(card_ / "A.DNG"));
-    EXPECT_TRUE(Content("picture") == expected_);
+    EXPECT_FALSE(fs::exists(card_ / "picture"));
+    EXPECT_EQ(card_.Run({"-r"}).output, kHeader);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(card_ / "A.DNG")));
+    EXPECT_TRUE(Content("A.DNG") == expected_);
+    EXPECT_FALSE(fs::exists(card_ / "picture"));
+}
+
+/// As somebody may pack it who wants a file written elsewhere.
+TEST_F(LinkedOutput, OutOfAnArchiveDoesNotReachOutsideTheFolder) {
+    fs::create_directories(card_ / "made/evil");
+    fs::create_directories(card_ / "home/.ssh");
+    fs::create_directories(card_ / "home/downloads");
+    for (const std::string extension : {".RAW", ".JPG"}) {
+        fs::copy_file(card_ / ("A" + extension), card_ / ("made/evil/A" + extension));
+    }
+    fs::create_symlink("../../.ssh/authorized_keys", card_ / "made/evil/A.DNG");
+    const std::string archive = card_ / "evil.tar";
+    const auto run = [](const std::string& program, const std::vector<std::string>& arguments) {
+        return support::RunProgram(program, arguments).status;
+    };
+    ASSERT_EQ(run("/usr/bin/tar", {"-C", card_ / "made", "-cf", archive, "evil"}), 0);
+    ASSERT_EQ(run("/usr/bin/tar", {"-C", card_ / "home/downloads", "-xf", archive}), 0);
+    for (const Names& options : {Names{}, Names{"-r"}}) {
+        Names arguments = {"-i", "home/downloads/evil"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(card_.Run(arguments).status, 0);
+        EXPECT_EQ(support::Names(card_ / "home/.ssh"), Names());
+    }
 }
 
 TEST_F(LinkedOutput, ThatIsAHardLinkLeavesTheOtherNameItsBytes) {
@@ -66,7 +94,7 @@ TEST_F(LinkedOutput, ThatIsAHardLinkLeavesTheOtherNameItsBytes) {
 }
 
 /// The camera's files are only ever read.
-TEST_F(LinkedOutput, ThatLeadsToAFileOfTheCameraIsNotReplaced) {
+TEST_F(LinkedOutput, ThatLeadsToAFileOfTheCameraLeavesThatFile) {
     card_.AddDarkFrame("A", 100);
     card_.AddLinkedPair("B", "A");
     const Bytes raw = Content("A.RAW");
@@ -77,9 +105,9 @@ TEST_F(LinkedOutput, ThatLeadsToAFileOfTheCameraIsNotReplaced) {
          {std::string("A.RAW"), std::string("A.JPG"), std::string("A.BIA"), std::string("B.RAW"),
           std::string("B.JPG"), std::string("link"), card_ / "A.RAW"}) {
         fs::create_symlink(target, card_ / "A.DNG");
-        const auto outcome = card_.Run({"-i", "A", "-r"});
-        EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(outcome.output, kHeader + "A.DNG: DNG not written: File exists\n") << target;
+        EXPECT_EQ(card_.Run({"-i", "A", "-r"}).output, kHeader) << target;
+        EXPECT_FALSE(fs::is_symlink(card_ / "A.DNG"));
+        EXPECT_TRUE(Content("A.DNG") == expected_) << target;
         EXPECT_TRUE(fs::remove(card_ / "A.DNG"));
         EXPECT_TRUE(Content("A.RAW") == raw) << target;
         EXPECT_TRUE(Content("A.JPG") == jpeg) << target;
@@ -141,8 +169,9 @@ TEST_F(LinkedRepair, OverASymbolicLinkToTheInputNeedsRefresh) {
     EXPECT_EQ(Run(), kKept);
     EXPECT_TRUE(Content("A.DNG") == camera_);
     EXPECT_EQ(Run({"-r"}), kRepaired);
-    EXPECT_TRUE(fs::is_symlink(card_ / "OUT/A.DNG"));
-    EXPECT_TRUE(Content("A.DNG") == repaired_);
+    EXPECT_FALSE(fs::is_symlink(card_ / "OUT/A.DNG"));
+    EXPECT_TRUE(Content("OUT/A.DNG") == repaired_);
+    EXPECT_TRUE(Content("A.DNG") == camera_);
 }
 
 TEST_F(LinkedRepair, OverAHardLinkToTheInputLeavesTheInput) {

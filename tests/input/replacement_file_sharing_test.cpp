@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What stands in the folder already: links, modes and rights, and the parts of other runs.
-#include <fcntl.h>
-#include <sys/file.h>
+// What stands in the folder already: links, modes and rights, and other runs.
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
@@ -10,6 +8,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -22,6 +21,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
+using Existing = ReplacementFile::Existing;
+using std::string_view_literals::operator""sv;
 
 mode_t ModeOf(const std::string& path) {
     struct stat status = {};
@@ -29,13 +30,13 @@ mode_t ModeOf(const std::string& path) {
     return status.st_mode & mode_t{07777};
 }
 
-TEST(ReplacementFile, ASymbolicLinkStaysAndItsTargetIsReplaced) {
+TEST(ReplacementFile, OfTheTargetOfALinkLeavesTheLink) {
     const support::TempFolder folder;
     fs::create_directory(folder / "card");
     support::WriteFile(folder / "card/real", "old");
     fs::create_symlink("card/real", folder / "relative");
     fs::create_symlink(folder / "relative", folder / "absolute");
-    EXPECT_EQ(Replace(folder / "absolute", "new"), 0);
+    EXPECT_EQ(Replace(folder / "absolute", "new", Existing::kReplaceTarget), 0);
     EXPECT_EQ(Content(folder / "card/real"), "new");
     EXPECT_FALSE(fs::is_symlink(folder / "card/real"));
     EXPECT_EQ(fs::read_symlink(folder / "relative"), "card/real");
@@ -46,7 +47,7 @@ TEST(ReplacementFile, ASymbolicLinkStaysAndItsTargetIsReplaced) {
 TEST(ReplacementFile, ALinkThatPointsNowhereGetsItsTarget) {
     const support::TempFolder folder;
     fs::create_symlink("real", folder / "link");
-    EXPECT_EQ(Replace(folder / "link", "new"), 0);
+    EXPECT_EQ(Replace(folder / "link", "new", Existing::kReplaceTarget), 0);
     EXPECT_EQ(Content(folder / "real"), "new");
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
 }
@@ -55,8 +56,22 @@ TEST(ReplacementFile, LinksInACircleAreTheSystemsError) {
     const support::TempFolder folder;
     fs::create_symlink("b", folder / "a");
     fs::create_symlink("a", folder / "b");
-    EXPECT_EQ(Replace(folder / "a", "new"), ELOOP);
+    EXPECT_EQ(Replace(folder / "a", "new", Existing::kReplaceTarget), ELOOP);
     EXPECT_EQ(support::Names(folder.path()), (Names{"a", "b"}));
+}
+
+TEST(ReplacementFile, ASymbolicLinkIsReplacedAndItsTargetStays) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "real", "old");
+    for (const std::string target : {"real", "nowhere", "L1.DNG"}) {
+        fs::create_symlink(target, folder / "L1.DNG");
+        EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
+        EXPECT_FALSE(fs::is_symlink(folder / "L1.DNG"));
+        EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+        EXPECT_EQ(Content(folder / "real"), "old");
+        EXPECT_EQ(support::Names(folder.path()), (Names{"L1.DNG", "real"}));
+        fs::remove(folder / "L1.DNG");
+    }
 }
 
 TEST(ReplacementFile, TheModeOfAReplacedFileIsKept) {
@@ -78,71 +93,14 @@ TEST(ReplacementFile, ANewFileHasTheModeThatTheUsersMaskAllows) {
     EXPECT_EQ(ModeOf(folder / "L1.DNG"), mode_t{0640});
 }
 
-TEST(ReplacementFile, ThePartOfAKilledRunIsRemovedAndLeavesNoTrace) {
-    const support::TempFolder folder;
-    support::WriteFile(folder / ".velmarcon-0.part", "half of a file that was being written");
-    fs::permissions(folder / ".velmarcon-0.part", fs::perms::owner_all);
-    const mode_t mask = ::umask(022);
-    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
-    ::umask(mask);
-    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
-    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
-    EXPECT_EQ(fs::status(folder / "L1.DNG").permissions(), fs::perms(0644));
-}
-
-TEST(ReplacementFile, ThePartsOfSeveralKilledRunsAreRemoved) {
-    const support::TempFolder folder;
-    for (const char* part : {".velmarcon-0.part", ".velmarcon-1.part", ".velmarcon-2.part"}) {
-        support::WriteFile(folder / part, "half of a file");
-    }
-    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
-    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
-}
-
-/// A part that another run is writing.
-class LockedPart {
-  public:
-    explicit LockedPart(const std::string& path)
-        : descriptor_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-        EXPECT_EQ(::write(descriptor_, "theirs", 6), 6);
-        EXPECT_EQ(::flock(descriptor_, LOCK_EX | LOCK_NB), 0);
-    }
-    ~LockedPart() { ::close(descriptor_); }
-    LockedPart(const LockedPart&) = delete;
-    LockedPart& operator=(const LockedPart&) = delete;
-    LockedPart(LockedPart&&) = delete;
-    LockedPart& operator=(LockedPart&&) = delete;
-
-  private:
-    int descriptor_;
-};
-
-TEST(ReplacementFile, APartThatAnotherRunIsWritingIsNotTouched) {
-    const support::TempFolder folder;
-    const LockedPart theirs(folder / ".velmarcon-0.part");
-    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
-    EXPECT_EQ(Content(folder / ".velmarcon-0.part"), "theirs");
-    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
-    EXPECT_EQ(support::Names(folder.path()), (Names{".velmarcon-0.part", "L1.DNG"}));
-}
-
-TEST(ReplacementFile, AnotherRunsPartBehindAStaleOneIsNotTouched) {
-    const support::TempFolder folder;
-    const LockedPart theirs(folder / ".velmarcon-1.part");
-    support::WriteFile(folder / ".velmarcon-0.part", "half of a file");
-    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
-    EXPECT_EQ(Content(folder / ".velmarcon-1.part"), "theirs");
-    EXPECT_EQ(support::Names(folder.path()), (Names{".velmarcon-1.part", "L1.DNG"}));
-}
-
 TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {
     const support::TempFolder folder;
     ReplacementFile first;
     ReplacementFile second;
-    ASSERT_EQ(first.Open(folder / "L1.DNG"), 0);
-    ASSERT_EQ(second.Open(folder / "L2.DNG"), 0);
-    first.stream() << "first";
-    second.stream() << "second";
+    ASSERT_EQ(first.Open(folder / "L1.DNG", Existing::kReplace), 0);
+    ASSERT_EQ(second.Open(folder / "L2.DNG", Existing::kReplace), 0);
+    first.Write("first"sv);
+    second.Write("second"sv);
     EXPECT_EQ(first.Commit(5), 0);
     EXPECT_EQ(second.Commit(6), 0);
     EXPECT_EQ(Content(folder / "L1.DNG"), "first");
@@ -182,21 +140,6 @@ TEST(ReplacementFile, RunsThatEndWhileOthersBeginDoNotDisturbThem) {
     EXPECT_EQ(support::Names(folder.path()).size(), runs * 10U);
 }
 
-TEST(ReplacementFile, WhatStandsInThePartsPlaceIsPassedOver) {
-    const support::TempFolder folder;
-    support::WriteFile(folder / "other", "precious");
-    fs::create_symlink("other", folder / ".velmarcon-0.part");
-    fs::create_symlink("nowhere", folder / ".velmarcon-1.part");
-    fs::create_directory(folder / ".velmarcon-2.part");
-    ASSERT_EQ(::mkfifo((folder / ".velmarcon-3.part").c_str(), 0600), 0);
-    const auto before = support::Names(folder.path());
-    EXPECT_EQ(Replace(folder / "L1.DNG", "new"), 0);
-    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
-    EXPECT_EQ(Content(folder / "other"), "precious");
-    fs::remove(folder / "L1.DNG");
-    EXPECT_EQ(support::Names(folder.path()), before);
-}
-
 /// A device that a mistake could not take from the system: `folder` gets one of its own when the test has
 /// root's rights. Empty when that is not possible.
 std::string HarmlessDevice(const support::TempFolder& folder) {
@@ -223,7 +166,7 @@ TEST(ReplacementFile, ALinkToADeviceIsNotReplaced) {
     }
     const support::TempFolder folder;
     fs::create_symlink(device, folder / "L2.DNG");
-    EXPECT_EQ(Replace(folder / "L2.DNG", "new"), EEXIST);
+    EXPECT_EQ(Replace(folder / "L2.DNG", "new", Existing::kReplaceTarget), EEXIST);
     EXPECT_TRUE(fs::is_character_file(device));
     EXPECT_EQ(support::Names(folder.path()), Names{"L2.DNG"});
 }
