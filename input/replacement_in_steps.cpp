@@ -18,7 +18,15 @@ std::string OldName(const std::string& path, int number) {
     return path + std::string(kOldEnd) + (number == 1 ? "" : std::to_string(number));
 }
 
-/// Returns 0 or an error number.
+/// Gives the file its former name again, if it has lost that: a rename that failed may have been made all the
+/// same.
+void MoveBack(const std::string& from, const std::string& to) {
+    if (!file_calls::IsTaken(to)) {
+        (void)file_calls::RenameToFree(from, to);
+    }
+}
+
+/// Returns 0 or an error number; `path` then has its own name, as far as possible.
 int MoveAside(const std::string& path, std::string& old) {
     int error = 0;
     for (int number = 1; number <= kMostOldFiles; ++number) {
@@ -28,6 +36,9 @@ int MoveAside(const std::string& path, std::string& old) {
             break;
         }
     }
+    if (error != 0) {
+        MoveBack(old, path);
+    }
     return error;
 }
 
@@ -36,12 +47,12 @@ int TakeFreeName(int descriptor, const std::string& part, const std::string& pat
     if (const int error = file_calls::SynchronizeVolume(descriptor); error != 0) {
         return error;
     }
-    if (const int error = file_calls::RenameToFree(part, path); error != 0) {
-        return error;
+    int error = file_calls::RenameToFree(part, path);
+    if (error == 0) {
+        error = file_calls::SynchronizeVolume(descriptor);
     }
-    const int error = file_calls::SynchronizeVolume(descriptor);
     if (error != 0) {
-        (void)file_calls::RenameToFree(path, part);
+        MoveBack(path, part);
     }
     return error;
 }
@@ -71,7 +82,7 @@ int Replace(int descriptor, const std::string& part, const std::string& path) {
     if (error == 0) {
         file_calls::Remove(old);
     } else {
-        (void)file_calls::RenameToFree(old, path);
+        MoveBack(old, path);
     }
     return error;
 }

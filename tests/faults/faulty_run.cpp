@@ -1,17 +1,38 @@
 // SPDX-License-Identifier: MIT
 #include "tests/faults/faulty_run.h"
 
+#include <sys/syscall.h>
+
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdint>
 
 namespace faults {
 
+namespace {
+
+/// Makes the call, which asks for the kind of a file system, and changes the answer.
+void ClaimFat(support::TracedProgram& program, const support::SystemCall& call) {
+    constexpr std::array<std::uint8_t, 4> fat = {0x44, 0x4D, 0, 0};  // at the beginning of the answer
+    if (program.FinishCall()) {
+        program.WriteMemory(call.arguments[1], fat);
+    }
+}
+
+}  // namespace
+
 IoRun::IoRun(const Command& command)
     : program_(VELMARCON_PROGRAM, command.arguments, {.folder = command.folder, .name = command.name}),
-      watched_(command.watched) {}
+      watched_(command.watched),
+      on_fat_(command.on_fat) {}
 
 std::optional<IoCall> IoRun::NextCall() {
     while (const auto call = program_.NextCall()) {
+        if (on_fat_ && call->number == SYS_statfs) {
+            ClaimFat(program_, *call);
+            continue;
+        }
         auto io = AsIoCall(program_, *call);
         begun_ = begun_ || (io && io->path.starts_with(watched_));
         if (io && begun_) {
@@ -19,6 +40,14 @@ std::optional<IoCall> IoRun::NextCall() {
         }
     }
     return std::nullopt;
+}
+
+void IoRun::Finish() {
+    if (!on_fat_) {
+        program_.Finish();
+    }
+    while (NextCall()) {
+    }
 }
 
 CleanRun RunCleanly(const Command& command) {
@@ -56,7 +85,7 @@ FaultyOutcome RunWithFaults(const Command& command, const Plan& plan) {
             break;
         }
     }
-    run.program().Finish();
+    run.Finish();
     result.outcome = run.program().outcome();
     return result;
 }

@@ -19,6 +19,7 @@ struct Command {
     std::string folder;   ///< current folder
     std::string name;     ///< argv[0]
     std::string watched;  ///< path of the folder from whose first use on calls are counted
+    bool on_fat = false;  ///< the program is told that its files are on a FAT file system
 };
 
 /// A run of the program that goes from one call on files to the next. What the dynamic loader does is not
@@ -30,12 +31,16 @@ class IoRun {
     /// The next call on files, at whose entry it then stands; nothing when it has ended.
     std::optional<IoCall> NextCall();
 
+    /// Lets it run to its end.
+    void Finish();
+
     support::TracedProgram& program() { return program_; }
     const support::TracedProgram& program() const { return program_; }
 
   private:
     support::TracedProgram program_;
     std::string watched_;
+    bool on_fat_;
     bool begun_ = false;
 };
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/faults/scenario.h"
 
+#include <unistd.h>
+
 #include <string_view>
 
+#include "input/part_files.h"
 #include "samples/camera_jpeg.h"
 #include "samples/sample_databases.h"
 #include "samples/sensor_dump.h"
@@ -49,6 +52,13 @@ std::string SensorDatabase() {
     return text;
 }
 
+/// A part of this computer, and of a process with a number that no process can have.
+std::string PartOfEndedRun() {
+    std::string name = part_files::NewName();
+    const std::string mine = "-" + std::to_string(::getpid()) + "-";
+    return name.replace(name.rfind(mine), mine.size(), "-999999999-");
+}
+
 File CameraDng(const std::string& path) {
     return {path, samples::Serialize(support::SmallCameraDng(64, 48))};
 }
@@ -64,6 +74,12 @@ Scenario Conversion() {
         .arguments = {"-i", ".", "-o", "../out", "-p", "-l"},
         .inputs = {Jpeg(), {"card/L1000001.RAW", samples::DumpBytes(support::TestWords())}, LensDatabase()},
         .targets = {"out/L1000001.DNG"}};
+}
+
+Scenario ConversionOfConverted() {
+    Scenario scenario = Conversion();
+    scenario.old = {{"out/L1000001.DNG", Text("an older one")}};
+    return scenario;
 }
 
 Scenario SensorFix() {
@@ -98,7 +114,7 @@ Scenario RepairAfterKill() {
     scenario.old = {{"out/L1000001.DNG", Text("an older one")}};
     scenario.arguments.emplace_back("-r");
     scenario.reading_is_swept = false;
-    scenario.debris = {{"out/.velmarcon-0.part", Text("half of a")}, {"out/.velmarcon-1.part", Text("")}};
+    scenario.debris = {{"out/" + PartOfEndedRun(), Text("half of a")}, {"out/" + PartOfEndedRun(), Text("")}};
     return scenario;
 }
 
@@ -107,6 +123,20 @@ Scenario RepairOverItself() {
             .inputs = {},
             .targets = {"card/L1000001.DNG"},
             .old = {CameraDng("card/L1000001.DNG")}};
+}
+
+Scenario RepairOnFat() {
+    Scenario scenario = RepairOverItself();
+    scenario.on_fat = true;
+    scenario.reading_is_swept = false;
+    return scenario;
+}
+
+Scenario DarkReferenceOnFat() {
+    Scenario scenario = DarkReference();
+    scenario.on_fat = true;
+    scenario.reading_is_swept = false;
+    return scenario;
 }
 
 }  // namespace faults

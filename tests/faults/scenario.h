@@ -27,6 +27,7 @@ struct Scenario {
     /// An input without which it makes something less, and the message that tells so.
     std::string dispensable = {};
     std::string message = {};
+    bool on_fat = false;  ///< where the old file steps aside before the new one takes its name
     bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
 
@@ -38,10 +39,17 @@ Scenario SensorFix();
 Scenario DarkReference();
 /// A DNG of the camera is repaired into another folder.
 Scenario Repair();
+/// A pair that has a DNG already, which is not to be replaced.
+Scenario ConversionOfConverted();
 /// The same where a killed run has left its part.
 Scenario RepairAfterKill();
 /// A DNG of the camera is replaced by its repair.
 Scenario RepairOverItself();
+
+/// The same on a FAT file system.
+Scenario RepairOnFat();
+/// Dark levels replace others on a FAT file system.
+Scenario DarkReferenceOnFat();
 
 /// A scenario that is not made yet: its files are large.
 struct ScenarioMaker {
@@ -52,11 +60,14 @@ struct ScenarioMaker {
 void PrintTo(const ScenarioMaker& maker, std::ostream* stream);
 
 constexpr ScenarioMaker kConversion = {"Conversion", Conversion};
+constexpr ScenarioMaker kConversionOfConverted = {"ConversionOfConverted", ConversionOfConverted};
 constexpr ScenarioMaker kSensorFix = {"SensorFix", SensorFix};
 constexpr ScenarioMaker kDarkReference = {"DarkReference", DarkReference};
 constexpr ScenarioMaker kRepair = {"Repair", Repair};
 constexpr ScenarioMaker kRepairAfterKill = {"RepairAfterKill", RepairAfterKill};
 constexpr ScenarioMaker kRepairOverItself = {"RepairOverItself", RepairOverItself};
+constexpr ScenarioMaker kRepairOnFat = {"RepairOnFat", RepairOnFat};
+constexpr ScenarioMaker kDarkReferenceOnFat = {"DarkReferenceOnFat", DarkReferenceOnFat};
 
 }  // namespace faults
 

@@ -77,6 +77,8 @@ class Stage {
         std::optional<Bytes> less;  ///< without the dispensable input
     };
 
+    bool IsReplaced(const std::string& target) const;
+    bool IsAside(const std::string& file) const;
     void Place(const File& file) const;
     void LearnResults();
     State StateOf(const std::string& target) const;

@@ -114,8 +114,8 @@ TEST_P(Sweep, TheRunIsKilled) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, Sweep,
-                         testing::Values(kConversion, kSensorFix, kDarkReference, kRepair, kRepairAfterKill,
-                                         kRepairOverItself),
+                         testing::Values(kConversion, kConversionOfConverted, kSensorFix, kDarkReference, kRepair, kRepairAfterKill,
+                                         kRepairOverItself, kRepairOnFat, kDarkReferenceOnFat),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace

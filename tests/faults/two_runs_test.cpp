@@ -83,8 +83,8 @@ TEST_P(TwoRuns, TheSecondDoesAllWhileTheFirstWaits) {
             IoRun first(stage_.Run());
             RunTo(first, i);
             IoRun second(stage_.Run());
-            second.program().Finish();
-            first.program().Finish();
+            second.Finish();
+            first.Finish();
             Judge(first, second, i);
         }
     }
@@ -97,8 +97,8 @@ TEST_P(TwoRuns, BothWaitAtTheSameCall) {
             IoRun second(stage_.Run());
             RunTo(first, i);
             RunTo(second, i);
-            first.program().Finish();
-            second.program().Finish();
+            first.Finish();
+            second.Finish();
             Judge(first, second, i);
         }
     }

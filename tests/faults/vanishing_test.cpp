@@ -10,6 +10,7 @@
 
 #include "tests/faults/faulty_run.h"
 #include "tests/faults/stage.h"
+#include "tests/support/files.h"
 #include "tests/support/traced_program.h"
 
 namespace faults {
@@ -64,13 +65,35 @@ class Vanishing : public testing::TestWithParam<ScenarioMaker> {
     Stage stage_ = Stage(GetParam().make());
     std::vector<IoCall> calls_;
 
-  private:
     static constexpr std::size_t most_calls_ = 100;
 };
 
 TEST_P(Vanishing, TheOutputFolder) {
     const std::string folder = stage_.Path("out");
     HarmAtEach([&] { fs::remove_all(folder); }, [&] { fs::create_directory(folder); });
+}
+
+TEST_P(Vanishing, TheNameOfTheDngForAnotherFileTakesIt) {
+    const std::string dng = stage_.Path(stage_.scenario().targets.front());
+    for (std::size_t i = 0; i < calls_.size(); i += calls_.size() > most_calls_ ? 7U : 1U) {
+        IoRun run(stage_.Run());
+        for (std::size_t call = 0; call <= i; ++call) {
+            run.NextCall();
+        }
+        const bool free = !fs::exists(dng);
+        if (free) {
+            support::WriteFile(dng, "theirs");
+        }
+        run.Finish();
+        const auto outcome = run.program().outcome();
+        if (free) {
+            EXPECT_EQ(support::ReadText(dng), "theirs") << calls_[i].description;
+            EXPECT_NE(outcome.output.find("L1000001.DNG"), std::string::npos) << calls_[i].description;
+            EXPECT_NE(outcome.output.find(" exists"), std::string::npos) << calls_[i].description;
+        }
+        EXPECT_EQ(support::Names(stage_.Path("out")), std::vector<std::string>{"L1000001.DNG"});
+        stage_.Restore();
+    }
 }
 
 TEST_P(Vanishing, AnInput) {
