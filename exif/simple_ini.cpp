@@ -19,8 +19,7 @@ namespace {
 /// The bytes of the plain file at `path`; nothing when it is none, is too long, or can't be read.
 std::optional<std::string> ReadPlainFile(const std::string& path) {
     std::ifstream file;
-    const std::streamoff size =
-        system_path::OpenPlainFile(path, file) ? std::streamoff(file.tellg()) : -1;
+    const std::streamoff size = system_path::OpenPlainFile(path, file) ? std::streamoff(file.tellg()) : -1;
     if (size < 0 || static_cast<std::uint64_t>(size) > kLongestFile) {
         return std::nullopt;
     }

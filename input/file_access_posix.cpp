@@ -68,7 +68,8 @@ int SetAttribute(int descriptor, const char* name, const Value& value) {
 
 /// Ratings, tags, labels. What the system or the file system does not take is left out.
 void TakeAttributes(int descriptor, const std::string& path) {
-    auto names = ReadAll([&](char* list, std::size_t size) { return ::llistxattr(path.c_str(), list, size); });
+    auto names =
+        ReadAll([&](char* list, std::size_t size) { return ::llistxattr(path.c_str(), list, size); });
     if (!names) {
         return;
     }
@@ -94,9 +95,8 @@ AccessList TakeAccessList(int descriptor, const std::string& path) {
         return SetAttribute(descriptor, kAccessList, *list) == 0 ? AccessList::kTaken : AccessList::kUnknown;
     }
     const bool none = MeansNone(LastError());
-    const bool removed =
-        RepeatInterrupted([&] { return ::fremovexattr(descriptor, kAccessList); }) == 0 ||
-        MeansNone(LastError());
+    const bool removed = RepeatInterrupted([&] { return ::fremovexattr(descriptor, kAccessList); }) == 0 ||
+                         MeansNone(LastError());
     return none && removed ? AccessList::kNone : AccessList::kUnknown;
 }
 

@@ -4,9 +4,7 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <iterator>
 #include <string_view>
 
 #include "exif/system_path.h"
@@ -62,6 +60,18 @@ int FindRealName(const std::string& path, std::wstring& name) {
     return error;
 }
 
+/// Negative for a time to come.
+std::int64_t SecondsSince(const FILETIME& time) {
+    constexpr std::int64_t ticks = 10'000'000;  // of 100 ns a second
+    FILETIME now = {};
+    ::GetSystemTimeAsFileTime(&now);
+    const auto in_ticks = [](const FILETIME& moment) {
+        return static_cast<std::int64_t>(
+            ULARGE_INTEGER{{moment.dwLowDateTime, moment.dwHighDateTime}}.QuadPart);
+    };
+    return (in_ticks(now) - in_ticks(time)) / ticks;
+}
+
 }  // namespace
 
 const char* ErrorText(int error) {
@@ -80,18 +90,6 @@ int FollowLinks(const std::string& path, std::string& target) {
     return error;
 }
 
-/// The extension in capitals, which are the same to Windows.
-std::filesystem::path RealName(const std::string& path, std::error_code& error) {
-    std::wstring name;
-    error.assign(FindRealName(path, name), std::generic_category());
-    std::filesystem::path real = name;
-    std::wstring extension = real.extension().native();
-    std::ranges::transform(extension, extension.begin(), [](wchar_t letter) {
-        return letter >= L'a' && letter <= L'z' ? static_cast<wchar_t>(letter - L'a' + L'A') : letter;
-    });
-    return real.replace_extension(extension);
-}
-
 int KindOf(const std::string& path, Kind& kind) {
     kind = Kind::kOther;
     if (system_path::IsDevice(path)) {
@@ -103,7 +101,12 @@ int KindOf(const std::string& path, Kind& kind) {
         const int error = LastWindowsError();
         return error == ENOENT ? 0 : error;
     }
-    kind = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::kFolder : Kind::kPlainFile;
+    kind = Kind::kPlainFile;
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        kind = Kind::kLink;
+    } else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        kind = Kind::kFolder;
+    }
     return 0;
 }
 
@@ -129,35 +132,9 @@ bool IsTaken(const std::string& path) {
     return AttributesOf(path) != INVALID_FILE_ATTRIBUTES || LastWindowsError() != ENOENT;
 }
 
-/// A run that is writing the file has it open, and no other can open it for itself alone.
-bool RemoveStale(const std::string& path) {
-    constexpr DWORD alone = 0;
-    auto* const file = OpenExisting(path, DELETE | FILE_READ_ATTRIBUTES, alone, FILE_FLAG_OPEN_REPARSE_POINT);
-    if (file == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    constexpr DWORD not_plain = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    BY_HANDLE_FILE_INFORMATION status = {};
-    FILE_DISPOSITION_INFO removal = {};
-    removal.DeleteFile = TRUE;
-    const bool stale =
-        ::GetFileType(file) == FILE_TYPE_DISK && ::GetFileInformationByHandle(file, &status) != 0 &&
-        (status.dwFileAttributes & not_plain) == 0 &&
-        ::SetFileInformationByHandle(file, FileDispositionInfo, &removal, sizeof(removal)) != 0;
-    ::CloseHandle(file);
-    return stale;
-}
-
-int CreateLocked(const std::string& path) {
-    const auto create = [&] {
-        return ::CreateFileW(ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, kShareAll, nullptr,
-                             CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    };
-    HANDLE file = create();
-    if (file == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_FILE_EXISTS) {
-        RemoveStale(path);
-        file = create();
-    }
+int CreateNew(const std::string& path, Readers /*readers*/) {
+    auto* const file = ::CreateFileW(ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, kShareAll, nullptr,
+                                     CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         errno = LastWindowsError();
         return -1;
@@ -173,6 +150,46 @@ int CreateLocked(const std::string& path) {
     return descriptor;
 }
 
+/// A run that is writing the file has it open, and no other can open it for itself alone.
+void RemoveAbandoned(const std::string& path, std::int64_t least_age) {
+    constexpr DWORD alone = 0;
+    auto* const file = OpenExisting(path, DELETE | FILE_READ_ATTRIBUTES, alone, FILE_FLAG_OPEN_REPARSE_POINT);
+    if (file == INVALID_HANDLE_VALUE) {
+        return;
+    }
+    constexpr DWORD not_plain = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    BY_HANDLE_FILE_INFORMATION status = {};
+    if (::GetFileType(file) == FILE_TYPE_DISK && ::GetFileInformationByHandle(file, &status) != 0 &&
+        (status.dwFileAttributes & not_plain) == 0 && SecondsSince(status.ftLastWriteTime) >= least_age) {
+        FILE_DISPOSITION_INFO removal = {};
+        removal.DeleteFile = TRUE;
+        ::SetFileInformationByHandle(file, FileDispositionInfo, &removal, sizeof(removal));
+    }
+    ::CloseHandle(file);
+}
+
+int Write(int descriptor, std::span<const char> bytes) {
+    constexpr std::size_t most_at_once = std::size_t{1} << 30U;
+    while (!bytes.empty()) {
+        const auto piece = bytes.first(std::min(bytes.size(), most_at_once));
+        DWORD written = 0;
+        if (::WriteFile(HandleOf(descriptor), piece.data(), static_cast<DWORD>(piece.size()), &written,
+                        nullptr) == 0) {
+            return LastWindowsError();
+        }
+        if (written == 0) {
+            return EIO;  // it would be so for ever
+        }
+        bytes = bytes.subspan(written);
+    }
+    return 0;
+}
+
+/// Nothing is kept back.
+int Flush(int /*descriptor*/) {
+    return 0;
+}
+
 int SizeOf(int descriptor, std::uint64_t& size) {
     LARGE_INTEGER length = {};
     const int error = ::GetFileSizeEx(HandleOf(descriptor), &length) != 0 ? 0 : LastWindowsError();
@@ -180,35 +197,13 @@ int SizeOf(int descriptor, std::uint64_t& size) {
     return error;
 }
 
-int PrepareToReplace(int descriptor, const std::string& path) {
-    const DWORD existing = AttributesOf(path);
-    if (existing == INVALID_FILE_ATTRIBUTES) {
-        const int error = LastWindowsError();
-        return error == ENOENT ? 0 : error;
-    }
-    constexpr DWORD kept = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                           FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-    FILE_BASIC_INFO status = {};  // times of 0 stay
-    status.FileAttributes = (existing & kept) != 0 ? existing & kept : FILE_ATTRIBUTE_NORMAL;
-    // A refusal leaves the attributes of a new file.
-    (void)::SetFileInformationByHandle(HandleOf(descriptor), FileBasicInfo, &status, sizeof(status));
-    return ::FlushFileBuffers(HandleOf(descriptor)) != 0 ? 0 : LastWindowsError();
+/// Who takes the file for a stale one cannot remove it while it is open.
+int CheckName(int /*descriptor*/, const std::string& path) {
+    return IsTaken(path) ? 0 : ENOENT;
 }
 
-/// Whoever looks through new files, for viruses or for a search, may have one of the two open for a moment.
-int Rename(const std::string& from, const std::string& to) {
-    constexpr int most_tries = 20;
-    constexpr DWORD pause = 50;  // ms
-    for (int i = 1;; ++i) {
-        if (::MoveFileExW(ToSystem(from).c_str(), ToSystem(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
-            return 0;
-        }
-        const int error = LastWindowsError();
-        if ((error != EBUSY && error != EACCES) || i == most_tries) {
-            return error;
-        }
-        ::Sleep(pause);
-    }
+int Synchronize(int descriptor) {
+    return ::FlushFileBuffers(HandleOf(descriptor)) != 0 ? 0 : LastWindowsError();
 }
 
 void Remove(const std::string& path) {

@@ -27,8 +27,7 @@ constexpr int kHexadecimal = 16;
 /// The computer's name as far as it can stand in a file's name.
 std::string HostPart() {
     constexpr std::size_t longest = 32;
-    constexpr std::string_view allowed =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
+    constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
     std::string host = running_process::HostName().substr(0, longest);
     std::ranges::replace_if(
         host, [&](char letter) { return allowed.find(letter) == std::string_view::npos; }, '_');

@@ -18,8 +18,8 @@ constexpr std::string_view kOldEnd = ".old";
 /// error number; then the old file has its name again.
 int Replace(int descriptor, const std::string& part, const std::string& path);
 
-/// When nothing stands at `path`, but the file that Replace had moved aside from there when it ended early, on
-/// a file system that needs that: gives that one its name back, and prints a line. Returns whether it did.
+/// When nothing stands at `path`, but the file that Replace had moved aside from there when it ended early,
+/// on a file system that needs that: gives that one its name back, and prints a line. Returns whether it did.
 bool PutBack(const std::string& path);
 
 }  // namespace replacement_in_steps

@@ -24,8 +24,7 @@ bool IsGone(std::uint64_t number) {
     if (number > std::numeric_limits<DWORD>::max()) {
         return false;
     }
-    auto* const process =
-        ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(number));
+    auto* const process = ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(number));
     if (process == nullptr) {
         return ::GetLastError() == ERROR_INVALID_PARAMETER;
     }

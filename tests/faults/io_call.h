@@ -22,7 +22,7 @@ enum class IoKind {
     kLink,  ///< reads a symbolic link
     kList,  ///< reads a folder
     kLock,
-    kOwner,  ///< sets owner or mode
+    kOwner,      ///< sets owner or mode
     kAttribute,  ///< reads or sets an attribute
     kDuplicate,  ///< makes another descriptor, or asks about one
     kSync,

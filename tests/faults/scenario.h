@@ -27,7 +27,7 @@ struct Scenario {
     /// An input without which it makes something less, and the message that tells so.
     std::string dispensable = {};
     std::string message = {};
-    bool on_fat = false;  ///< where the old file steps aside before the new one takes its name
+    bool on_fat = false;           ///< where the old file steps aside before the new one takes its name
     bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
 

@@ -305,10 +305,9 @@ std::vector<std::string> Stage::Violations(const RunEnd& end) {
         const bool refresh = std::ranges::all_of(
             results_, [&](const auto& result) { return !result.second.old || IsReplaced(result.first); });
         const Command again = Run(refresh ? std::vector<std::string>{"-r"} : std::vector<std::string>());
-        const auto outcome = again.on_fat
-                                 ? RunCleanly(again).outcome
-                                 : support::RunProgram(VELMARCON_PROGRAM, again.arguments,
-                                                       {.folder = again.folder, .name = again.name});
+        const auto outcome = again.on_fat ? RunCleanly(again).outcome
+                                          : support::RunProgram(VELMARCON_PROGRAM, again.arguments,
+                                                                {.folder = again.folder, .name = again.name});
         if (!Finished()) {
             wrong.push_back("a later run does not do all that was left undone:\n" + outcome.output);
         }

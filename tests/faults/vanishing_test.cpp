@@ -75,7 +75,7 @@ TEST_P(Vanishing, TheOutputFolder) {
 
 TEST_P(Vanishing, TheNameOfTheDngForAnotherFileTakesIt) {
     const std::string dng = stage_.Path(stage_.scenario().targets.front());
-    for (std::size_t i = 0; i < calls_.size(); i += calls_.size() > most_calls_ ? 7U : 1U) {
+    for (std::size_t i = 0; i<calls_.size(); i += calls_.size()> most_calls_ ? 7U : 1U) {
         IoRun run(stage_.Run());
         for (std::size_t call = 0; call <= i; ++call) {
             run.NextCall();

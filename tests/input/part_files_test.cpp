@@ -32,8 +32,7 @@ std::string NameOf(const std::string& process, const std::string& host = "") {
     EXPECT_NE(position, std::string::npos) << name;
     const std::string begin = ".velmarcon-";
     EXPECT_TRUE(name.starts_with(begin)) << name;
-    const std::string computer =
-        host.empty() ? name.substr(begin.size(), position - begin.size()) : host;
+    const std::string computer = host.empty() ? name.substr(begin.size(), position - begin.size()) : host;
     return begin + computer + "-" + process + "-" + name.substr(position + mine.size());
 }
 
@@ -119,9 +118,9 @@ TEST_F(PartFiles, ThatAnotherRunHasLockedStay) {
 }
 
 TEST_F(PartFiles, AreToldFromOtherFiles) {
-    const Names others = {".velmarcon-.part",     ".velmarcon--1-2.part",    ".velmarcon-host-1.part",
-                          ".velmarcon-1.part.x",  ".velmarcon-a-b-c.part",   ".velmarcon-host-1-xyz.part",
-                          ".velmarcon.part",      "velmarcon-1.part",        ".velmarcon-1"};
+    const Names others = {".velmarcon-.part",    ".velmarcon--1-2.part",  ".velmarcon-host-1.part",
+                          ".velmarcon-1.part.x", ".velmarcon-a-b-c.part", ".velmarcon-host-1-xyz.part",
+                          ".velmarcon.part",     "velmarcon-1.part",      ".velmarcon-1"};
     for (const std::string& name : others) {
         Put(name, 10 * kDay);
     }

@@ -54,7 +54,8 @@ TEST(ReplacementFile, AnExistingFileIsUntouchedUntilCommit) {
 TEST(ReplacementFile, ForWhichNoDescriptorIsLeftLeavesNothing) {
     const support::TempFolder folder;
     support::WriteFile(folder / "L1.DNG", "old");
-    for (const unsigned int descriptors : {0U, 1U}) {  // none for the part; one for it, but none to find out about a full disk
+    for (const unsigned int descriptors :
+         {0U, 1U}) {  // none for the part; one for it, but none to find out about a full disk
         ReplacementFile file;
         const support::DescriptorLimit limit(descriptors);
         const int error = file.Open(folder / "L1.DNG", Existing::kReplace);
