@@ -28,6 +28,8 @@ std::string Fault::Name() const {
     switch (how) {
         case How::kHalf:
             return "half done";
+        case How::kNothing:
+            return "nothing done";
         case How::kFinished:
             return std::string(::strerrorname_np(error)) + " after it was done";
         default:
@@ -44,6 +46,8 @@ void Fault::Inject(support::TracedProgram& program, const IoCall& call) const {
     switch (how) {
         case How::kHalf:
             return FinishHalf(program, call);
+        case How::kNothing:
+            return program.FinishCallWith(2, 0);
         case How::kFinished:
             return program.FailFinishedCall(error);
         default:
@@ -61,6 +65,7 @@ std::vector<Fault> FaultsOf(IoKind kind) {
         case IoKind::kRead:
             return With(Refusals({EIO, EINTR}), {How::kHalf});
         case IoKind::kWrite:
+            return With(With(Refusals({ENOSPC, EIO, EINTR}), {How::kHalf}), {How::kNothing});
         case IoKind::kPrint:
             return With(Refusals({ENOSPC, EIO, EINTR}), {How::kHalf});
         case IoKind::kStatus:

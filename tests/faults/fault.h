@@ -15,6 +15,7 @@ struct Fault {
         kRefused,   ///< it fails with `error`, and nothing has happened
         kFinished,  ///< it fails with `error`, but has done its work
         kHalf,      ///< it stops half-way, and says so
+        kNothing,   ///< it does nothing, and says so
     };
     How how = How::kRefused;
     int error = 0;

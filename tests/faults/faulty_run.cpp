@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "tests/faults/faulty_run.h"
 
+#include <sys/stat.h>
 #include <sys/syscall.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace faults {
 
@@ -20,17 +23,40 @@ void ClaimFat(support::TracedProgram& program, const support::SystemCall& call) 
     }
 }
 
+/// Makes the call, which asks about a file, and changes the inode number in the answer.
+void Renumber(support::TracedProgram& program, const support::SystemCall& call, std::uint64_t inode) {
+    std::array<std::uint8_t, sizeof(ino_t)> bytes = {};
+    std::memcpy(bytes.data(), &inode, bytes.size());
+    const std::size_t answer = call.number == SYS_fstat ? 1 : 2;
+    if (program.FinishCall()) {
+        program.WriteMemory(call.arguments.at(answer) + offsetof(struct stat, st_ino), bytes);
+    }
+}
+
 }  // namespace
 
 IoRun::IoRun(const Command& command)
     : program_(VELMARCON_PROGRAM, command.arguments, {.folder = command.folder, .name = command.name}),
       watched_(command.watched),
-      on_fat_(command.on_fat) {}
+      on_fat_(command.on_fat),
+      renumbers_(command.renumbers) {}
+
+/// Makes a call whose answer is changed. Returns false for any other call.
+bool IoRun::Deceives(const support::SystemCall& call) {
+    if (on_fat_ && call.number == SYS_statfs) {
+        ClaimFat(program_, call);
+        return true;
+    }
+    if (renumbers_ && (call.number == SYS_newfstatat || call.number == SYS_fstat)) {
+        Renumber(program_, call, next_inode_++);
+        return true;
+    }
+    return false;
+}
 
 std::optional<IoCall> IoRun::NextCall() {
     while (const auto call = program_.NextCall()) {
-        if (on_fat_ && call->number == SYS_statfs) {
-            ClaimFat(program_, *call);
+        if (Deceives(*call)) {
             continue;
         }
         auto io = AsIoCall(program_, *call);
@@ -43,7 +69,7 @@ std::optional<IoCall> IoRun::NextCall() {
 }
 
 void IoRun::Finish() {
-    if (!on_fat_) {
+    if (!on_fat_ && !renumbers_) {
         program_.Finish();
     }
     while (NextCall()) {

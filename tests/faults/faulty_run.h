@@ -2,6 +2,7 @@
 #ifndef VELMARCON_TESTS_FAULTS_FAULTY_RUN_H
 #define VELMARCON_TESTS_FAULTS_FAULTY_RUN_H
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,10 +17,11 @@ namespace faults {
 /// How the program is started.
 struct Command {
     std::vector<std::string> arguments;
-    std::string folder;   ///< current folder
-    std::string name;     ///< argv[0]
-    std::string watched;  ///< path of the folder from whose first use on calls are counted
-    bool on_fat = false;  ///< the program is told that its files are on a FAT file system
+    std::string folder;      ///< current folder
+    std::string name;        ///< argv[0]
+    std::string watched;     ///< path of the folder from whose first use on calls are counted
+    bool on_fat = false;     ///< the program is told that its files are on a FAT file system
+    bool renumbers = false;  ///< it is told another inode number each time that it asks
 };
 
 /// A run of the program that goes from one call on files to the next. What the dynamic loader does is not
@@ -41,6 +43,9 @@ class IoRun {
     support::TracedProgram program_;
     std::string watched_;
     bool on_fat_;
+    bool renumbers_;
+    std::uint64_t next_inode_ = 0x100000000;  ///< that no file has
+    bool Deceives(const support::SystemCall& call);
     bool begun_ = false;
 };
 

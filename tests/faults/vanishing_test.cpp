@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The output folder vanishes, or the card is pulled or its files become shorter, at any moment of a run.
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -99,6 +101,19 @@ TEST_P(Vanishing, TheNameOfTheDngForAnotherFileTakesIt) {
 TEST_P(Vanishing, AnInput) {
     for (const File& input : stage_.scenario().inputs) {
         HarmAtEach([&] { fs::remove(stage_.Path(input.path)); }, [&] { stage_.RestoreInput(input.path); });
+    }
+}
+
+/// One that nobody ever writes to.
+TEST_P(Vanishing, AnInputForAPipeInItsPlace) {
+    for (const File& input : stage_.scenario().inputs) {
+        const std::string path = stage_.Path(input.path);
+        HarmAtEach(
+            [&] {
+                fs::remove(path);
+                ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+            },
+            [&] { stage_.RestoreInput(input.path); });
     }
 }
 
