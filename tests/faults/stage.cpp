@@ -280,8 +280,9 @@ std::vector<std::string> Stage::JudgeFiles(const RunEnd& end) const {
     for (const std::string& file : Files()) {
         const bool part_may_be_left = end.killed || end.may_leave_part;
         const bool expected = before_.contains(file) || after_.contains(file) || results_.contains(file);
-        const bool passing = IsPart(file) || (scenario_.on_fat && IsAside(file));
-        if (!expected && !(passing && part_may_be_left)) {
+        const bool is_aside = scenario_.on_fat && IsAside(file);
+        const bool alone = is_aside && !fs::exists(Path(file.substr(0, file.rfind(kAside))));
+        if (!expected && !alone && !((IsPart(file) || is_aside) && part_may_be_left)) {
             wrong.push_back(file + " was left");
         }
     }
