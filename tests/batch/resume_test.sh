@@ -67,17 +67,24 @@ prepare() {
 
 # expect_completion NUMBER: the same command ends with every DNG, having made only those that were missing.
 expect_completion() {
-  local there
+  local there before
   # What was at work on a picture when the run ended may still end it; it keeps the lock of the run.
   : >"$scratch/open"
   wait_for flock -n "$(state_folder)/lock" true
   there=$(find out -name '*.DNG' | wc -l)
+  before=$(numbered_dngs)
   [[ $there -lt $1 ]] || fail "all were done before the interruption"
   batch -j 2 -o out in
   expect_status 0
   expect_summary "$1" $(($1 - there)) "$there" 0
   [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
   expect_whole_dngs out
+  [[ -z $(comm -23 <(echo "$before") <(numbered_dngs)) ]] || fail "a DNG that was there was made once more"
+}
+
+# numbered_dngs: the DNGs in the output folder, each with what tells the file from any other.
+numbered_dngs() {
+  find out -name '*.DNG' -exec stat -c '%i %y %n' {} + | sort
 }
 
 AnInterruptEndsWith130AndTheNextRunGoesOn() {
