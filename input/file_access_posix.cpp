@@ -24,7 +24,7 @@ namespace {
 
 /// Whether the open file now belongs to the group of `existing`.
 bool TakeOwner(int descriptor, const struct stat& existing) {
-    constexpr uid_t stays = static_cast<uid_t>(-1);
+    constexpr auto stays = static_cast<uid_t>(-1);
     const auto give = [&](uid_t user) {
         return RepeatInterrupted([&] { return ::fchown(descriptor, user, existing.st_gid); }) == 0;
     };
@@ -86,7 +86,7 @@ void TakeAttributes(int descriptor, const std::string& path) {
 enum class AccessList { kNone, kTaken, kUnknown };
 
 bool MeansNone(int error) {
-    return error == ENODATA || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+    return error == ENODATA || error == EOPNOTSUPP || error == ENOSYS;
 }
 
 /// The folder may have given the new file a list that the old one does not have.

@@ -61,10 +61,15 @@ std::string_view CutLast(std::string_view& text) {
     return last;
 }
 
+/// Whether no run of this computer can be writing a part of that process: this one has not begun to.
+bool HasEnded(std::uint64_t process) {
+    return process == running_process::Number() || running_process::IsGone(process);
+}
+
 /// Seconds for which nobody may have written to the part `name` for it to be stale; nothing when it is no
 /// part's name.
 std::optional<std::int64_t> AgeWhenStale(std::string_view name, const std::string& host) {
-    constexpr std::int64_t day = 24 * 60 * 60;
+    constexpr std::int64_t day = 86400;  // s
     if (name.size() < kBegin.size() + kEnd.size() || !name.starts_with(kBegin) || !name.ends_with(kEnd)) {
         return std::nullopt;
     }
@@ -77,7 +82,7 @@ std::optional<std::int64_t> AgeWhenStale(std::string_view name, const std::strin
     if (!random || !process || text.empty()) {
         return std::nullopt;
     }
-    return text == host && running_process::IsGone(*process) ? 0 : day;
+    return text == host && HasEnded(*process) ? 0 : day;
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ std::string NewName();
 
 /// Removes from `folder` (with its separator, or empty for the current one) the parts of runs that were
 /// killed: those of this computer whose process has ended, and those of others that nobody has written to for
-/// a day. What cannot be removed stays.
+/// a day. Called before this run makes a part there. What cannot be removed stays.
 void RemoveStale(const std::string& folder);
 
 }  // namespace part_files

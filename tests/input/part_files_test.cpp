@@ -81,11 +81,14 @@ TEST_F(PartFiles, OfAProcessThatHasEndedAreRemoved) {
 }
 
 TEST_F(PartFiles, OfAProcessThatRunsStay) {
-    const std::string own = part_files::NewName();
-    const std::string first = NameOf("1");
-    Put(own);
-    Put(first);
+    Put(NameOf(std::to_string(::getppid())));
+    Put(NameOf("1"));
     EXPECT_EQ(AfterRemoval().size(), 2U);
+}
+
+TEST_F(PartFiles, OfAnEarlierProcessOfTheSameNumberAreRemoved) {
+    Put(part_files::NewName());
+    EXPECT_EQ(AfterRemoval(), Names());
 }
 
 TEST_F(PartFiles, OfAnotherComputerStayForADay) {
@@ -96,7 +99,7 @@ TEST_F(PartFiles, OfAnotherComputerStayForADay) {
 }
 
 TEST_F(PartFiles, WhoseProcessNumberWasGivenAnewStayForADay) {
-    Put(part_files::NewName(), kDay + std::chrono::hours(1));
+    Put(NameOf("1"), kDay + std::chrono::hours(1));
     EXPECT_EQ(AfterRemoval(), Names());
 }
 
