@@ -52,7 +52,7 @@ int Link(const std::string& from, const std::string& to) {
 
 /// Whether a file system without the operation answers so.
 bool MeansUnknown(int error) {
-    return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
+    return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
 bool MeansNoLinks(int error) {
