@@ -11,6 +11,9 @@ called_from=$PWD
 top=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 cd -- "$top"
 
+# Set by the scripts that know -v: what compilers and ctest print is shown.
+verbose=
+
 say() {
   printf '%s\n' "$*"
 }
@@ -20,6 +23,58 @@ fail() {
   printf '%s: %s\n' "$(basename -- "$0")" "$*" >&2
   exit 1
 }
+
+# usage: how the script is called, from the remark at its head, in lines that fit a terminal. The remark begins with
+# "NAME ARGUMENTS: " on its third line; lines that begin with a blank stay as they are.
+usage() {
+  awk -v width=79 -v folder="$(basename -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[-1]}")")")" '
+    function end_line() { if (line != "") print line; line = "" }
+    function put(text, words, number, i) {
+      number = split(text, words, " ")
+      for (i = 1; i <= number; ++i) {
+        if (line != "" && length(line) + 1 + length(words[i]) > width) end_line()
+        line = line (line == "" ? "" : " ") words[i]
+      }
+    }
+    NR <= 2 { next }
+    !/^#/ || /^# shellcheck/ { exit }
+    { sub(/^# ?/, "") }
+    NR == 3 {
+      colon = index($0, ": ")
+      print "usage: " folder "/" substr($0, 1, colon - 1) "\n"
+      $0 = toupper(substr($0, colon + 2, 1)) substr($0, colon + 3)
+    }
+    /^( |$)/ { end_line(); print; next }
+    { put($0) }
+    END { end_line() }' "${BASH_SOURCE[-1]}"
+}
+
+# misused MESSAGE...: say what is wrong with the script's arguments, and how it is called; end with status 2.
+misused() {
+  {
+    printf '%s: %s\n\n' "$(basename -- "$0")" "$*"
+    usage
+  } >&2
+  exit 2
+}
+
+# at_most NUMBER [ARGUMENT...]: refuse arguments that look like options, and more than NUMBER of them.
+at_most() {
+  local most=$1 argument
+  shift
+  for argument; do
+    [[ $argument != -* ]] || misused "unknown option: $argument"
+  done
+  [[ $# -le $most ]] || misused "too many arguments: ${*:most + 1}"
+}
+
+# Every script knows -h and --help.
+for argument; do
+  case $argument in
+    -h | --help) usage; exit 0 ;;
+  esac
+done
+unset argument
 
 # cached VARIABLE BUILD_FOLDER: the value CMake keeps for an internal variable.
 cached() {
@@ -38,6 +93,35 @@ drop_foreign_build() {
   rm -rf -- "$build"
 }
 
+# quietly TITLE COMMAND...: say the title and run the command. What it prints is shown only when it fails, or with
+# $verbose set; on a terminal the step that ninja is at ("[12/273]") is shown meanwhile.
+quietly() {
+  local log status=0
+  say "$1"
+  if [[ -n $verbose ]]; then
+    "${@:2}"
+    return
+  fi
+  log=$(mktemp)
+  if [[ -t 1 ]]; then
+    "${@:2}" 2>&1 | tee -- "$log" | show_steps || status=$?
+  else
+    "${@:2}" >"$log" 2>&1 || status=$?
+  fi
+  [[ $status -eq 0 ]] || cat -- "$log" >&2
+  rm -f -- "$log"
+  return "$status"
+}
+
+# show_steps: of ninja's lines on stdin the number of the step only, always in the same place.
+show_steps() {
+  local line
+  while IFS= read -r line; do
+    [[ ! $line =~ ^\[[0-9]+/[0-9]+\] ]] || printf '\r  %s ' "${BASH_REMATCH[0]}"
+  done
+  printf '\r%20s\r' ''
+}
+
 # configure_preset PRESET: configure build/PRESET.
 configure_preset() {
   drop_foreign_build "$1"
@@ -46,8 +130,81 @@ configure_preset() {
 
 # build_preset PRESET [TARGET...]: configure build/PRESET and build the targets there (all without any).
 build_preset() {
-  configure_preset "$1"
-  cmake --build --preset "$1" --parallel "$(nproc)" ${2+--target "${@:2}"}
+  quietly "Configuring build/$1" configure_preset "$1"
+  quietly "Building in build/$1" cmake --build --preset "$1" --parallel "$(nproc)" ${2+--target "${@:2}"}
+}
+
+# read_test_arguments [ARGUMENT...]: set $verbose, and $arguments to those that are ctest's. ctest itself passes over
+# what it does not know, and runs every test.
+read_test_arguments() {
+  while [[ $# -gt 0 ]]; do
+    case $1 in
+      -v) verbose=yes ;;
+      -R | -E | -L | -LE | -I | -j | --repeat)
+        [[ $# -ge 2 ]] || misused "$1 needs a value"
+        arguments+=("$1" "$2")
+        shift
+        ;;
+      -j[0-9]* | -N | -V | --rerun-failed | --stop-on-failure) arguments+=("$1") ;;
+      *) misused "unknown argument: $1" ;;
+    esac
+    shift
+  done
+}
+
+# run_tests PRESET [CTEST ARGUMENT...]: run the preset's tests, each told in a line that fits a terminal, and say how
+# many were skipped and why. With $verbose set the lines are ctest's own. The status is ctest's.
+run_tests() {
+  local status=0 log=build/$1/Testing/Temporary/LastTest.log
+  rm -f -- "$log"
+  if [[ -n $verbose ]]; then
+    ctest --preset "$1" --no-tests=error -j2 "${@:2}" || status=$?
+  else
+    ctest --preset "$1" --no-tests=error -j2 "${@:2}" 2>&1 | short_lines || status=$?
+  fi
+  [[ ! -f $log ]] || skipped_tests "$log"
+  return "$status"
+}
+
+# short_lines: what ctest prints, from stdin, with the lines of single tests made short. What a failed test printed stays
+# as it is, and so does its name in the list at the end.
+short_lines() {
+  local line name heading=
+  local ended='^ *([0-9]+/[0-9]+) Test +#[0-9]+: (.*[^ .]) \.*(\*\*\*| +)([A-Z][A-Za-z: ]*[a-z]) +([0-9.]+) sec'
+  local listed='^[[:space:]]+[0-9]+ - (.*) \(([A-Za-z ]+)\)'
+  while IFS= read -r line; do
+    if [[ $line =~ ^\ +Start\ +[0-9]+:\  ]]; then
+      continue
+    elif [[ $line =~ $ended ]]; then
+      name=${BASH_REMATCH[2]%%  #*}
+      [[ ${#name} -le 50 ]] || name=${name:0:24}...${name: -23}
+      printf '%9s %-8.8s %6.6s s  %s\n' "${BASH_REMATCH[1]}" "${BASH_REMATCH[4]%%:*}" "${BASH_REMATCH[5]}" "$name"
+    elif [[ $line =~ $listed ]]; then
+      [[ ${BASH_REMATCH[2]} != Skipped ]] || continue # skipped_tests tells of them
+      printf '%s  %s (%s)\n' "$heading" "${BASH_REMATCH[1]%%  #*}" "${BASH_REMATCH[2]}"
+      heading=
+    elif [[ $line == 'The following tests did not run:' ]]; then
+      heading=$line$'\n'
+    else
+      printf '%s\n' "$line"
+    fi
+  done
+}
+
+# skipped_tests LOG: how many tests were skipped, by ctest's log of the run, and for what reasons.
+skipped_tests() {
+  awk '
+    / Testing: / { reason = ""; wanted = 0 }
+    /^\[  SKIPPED \]/ { wanted = 0 }
+    wanted { reason = reason (reason == "" ? "" : " ") $0 }
+    /: Skipped$/ { wanted = 1; reason = "" }
+    sub(/^SKIPPED: /, "") { reason = $0 }
+    /^Test Skipped\.$/ { ++skipped; ++tests[reason == "" ? "no reason given" : reason] }
+    END {
+      if (!skipped) print "No test was skipped."
+      else print skipped (skipped == 1 ? " test was" : " tests were") " skipped:"
+      for (reason in tests) printf "  %3d  %s\n", tests[reason], reason
+    }' "$1" | fold -s -w 79
 }
 
 # version: the version, which only CMakeLists.txt has.
