@@ -155,14 +155,17 @@ read_test_arguments() {
 # run_tests PRESET [CTEST ARGUMENT...]: run the preset's tests, each told in a line that fits a terminal, and say how
 # many were skipped and why. With $verbose set the lines are ctest's own. The status is ctest's.
 run_tests() {
-  local status=0 log=build/$1/Testing/Temporary/LastTest.log
-  rm -f -- "$log"
+  local status=0 records=build/$1/Testing
+  mkdir -p -- "$records"
+  rm -f -- "$records/Temporary/LastTest.log" "$records/printed"
+  local call=(ctest --preset "$1" --no-tests=error -j2 --output-log "$records/printed" "${@:2}")
   if [[ -n $verbose ]]; then
-    ctest --preset "$1" --no-tests=error -j2 "${@:2}" || status=$?
+    "${call[@]}" || status=$?
   else
-    ctest --preset "$1" --no-tests=error -j2 "${@:2}" 2>&1 | short_lines || status=$?
+    "${call[@]}" 2>&1 | short_lines || status=$?
   fi
-  [[ ! -f $log ]] || skipped_tests "$log"
+  [[ ! -f $records/Temporary/LastTest.log ]] ||
+    skipped_tests "$records/printed" "$records/Temporary/LastTest.log" | fold -s -w 79
   return "$status"
 }
 
@@ -191,20 +194,31 @@ short_lines() {
   done
 }
 
-# skipped_tests LOG: how many tests were skipped, by ctest's log of the run, and for what reasons.
+# skipped_tests PRINTED LOG: how many tests were skipped, by what ctest printed, and for what reasons, by its log of what
+# the tests printed: GoogleTest has the reason after "Skipped", our scripts after "SKIPPED: ".
 skipped_tests() {
   awk '
-    / Testing: / { reason = ""; wanted = 0 }
+    FNR == NR {
+      if (/^[[:space:]]+[0-9]+ - .* \(Skipped\)/) {
+        sub(/^[[:space:]]+[0-9]+ - /, "")
+        sub(/ \(Skipped\).*/, "")
+        skipped[$0] = "no reason given"
+        ++number
+      }
+      next
+    }
+    / Testing: / { name = $0; sub(/^.* Testing: /, "", name); wanted = 0 }
+    !(name in skipped) { next }
     /^\[  SKIPPED \]/ { wanted = 0 }
-    wanted { reason = reason (reason == "" ? "" : " ") $0 }
-    /: Skipped$/ { wanted = 1; reason = "" }
-    sub(/^SKIPPED: /, "") { reason = $0 }
-    /^Test Skipped\.$/ { ++skipped; ++tests[reason == "" ? "no reason given" : reason] }
+    wanted { skipped[name] = skipped[name] (skipped[name] == "" ? "" : " ") $0 }
+    /: Skipped$/ { wanted = 1; skipped[name] = "" }
+    sub(/^SKIPPED: /, "") { skipped[name] = $0 }
     END {
-      if (!skipped) print "No test was skipped."
-      else print skipped (skipped == 1 ? " test was" : " tests were") " skipped:"
+      if (!number) print "No test was skipped."
+      else print number (number == 1 ? " test was" : " tests were") " skipped:"
+      for (name in skipped) ++tests[skipped[name]]
       for (reason in tests) printf "  %3d  %s\n", tests[reason], reason
-    }' "$1" | fold -s -w 79
+    }' "$1" "$2"
 }
 
 # version: the version, which only CMakeLists.txt has.

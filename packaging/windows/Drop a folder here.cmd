@@ -1,12 +1,12 @@
 @echo off
 rem SPDX-License-Identifier: MIT
 rem
-rem Drop folders, or single RAW files, of a Leica M8 on this file. Each picture's DNG appears beside its RAW file, with
-rem a small preview in it. A DNG that is already there stays as it is. Sub-folders are not searched.
+rem Drop folders, or single RAW files, of a Leica M8 on this file. Each picture's DNG appears next to its RAW file, with
+rem the black level in it. A DNG that is already there stays as it is. Sub-folders are not searched.
 rem
 rem To have it another way, set these variables, here or in Windows:
-rem   VELMARCON_OPTIONS    the options of velmarcon (README.txt lists them); -p when it is not set.
-rem                        For DNGs elsewhere:  set VELMARCON_OPTIONS=-p -o "D:\Pictures\DNG"
+rem   VELMARCON_OPTIONS    the options of velmarcon (README.txt lists them); -b when it is not set.
+rem                        For DNGs elsewhere:  set VELMARCON_OPTIONS=-b -o "D:\Pictures\DNG"
 rem   VELMARCON_NO_PAUSE   1: end at once, do not wait for a key.
 rem
 rem Started with names, as  "Drop a folder here.cmd" D:\DCIM\100LEICA  it does the same, and ends with the status of
@@ -16,7 +16,7 @@ rem
 rem What cannot be had: with a dropped name like  R&&&D  or  R&(D  (no space, and an & where cmd can take it for no
 rem command line) this file is not even started: rename it. Nor is it with names of more than 8000 characters in all.
 setlocal DisableDelayedExpansion
-if not defined VELMARCON_OPTIONS set "VELMARCON_OPTIONS=-p"
+if not defined VELMARCON_OPTIONS set "VELMARCON_OPTIONS=-b"
 set "program=%~dp0velmarcon.exe"
 set "status=0"
 if not exist "%program%" goto no_program
@@ -105,7 +105,7 @@ if not "%VELMARCON_NO_PAUSE%"=="1" pause
 exit /b 0
 
 :no_names
-echo Drop folders or RAW files of a Leica M8 on this file: their DNGs appear beside them.
+echo Drop folders or RAW files of a Leica M8 on this file: their DNGs appear next to them.
 set "status=1"
 call :wait
 exit /b %status%

@@ -103,6 +103,29 @@ TEST(ShippedLensDatabase, TheOtherFocalLengthsAreThereToBeChosen) {
     EXPECT_NE(text.find(";FocalLength = 28\nFocalLength = 35\n;FocalLength = 50\n"), std::string::npos);
 }
 
+// With -l the focal length of the file replaces the one that the camera noted.
+TEST(ShippedLensDatabase, TellsToLeaveOutTheOptionForLensesWithSeveralFocalLengths) {
+    const std::string text = support::ReadText(kFolder + "lensdb.ini");
+    EXPECT_NE(text.find("leave -l away for pictures taken with these lenses"), std::string::npos);
+    for (const std::string code : {"010000", "101010"}) {
+        const std::size_t section = text.find("\n[" + code + "]\n");
+        ASSERT_NE(section, std::string::npos) << code;
+        const std::size_t remark =
+            text.find("; With -l every picture gets the focal length named here", section);
+        EXPECT_LT(remark, text.find("FocalLength = ", section)) << code;
+    }
+}
+
+TEST(ShippedLensDatabase, TellsWhichCodesBelongToTwoLenses) {
+    const std::string text = support::ReadText(kFolder + "lensdb.ini");
+    EXPECT_NE(text.find("The codes 110011 (51) and 110101 (53) belong to two lenses each."),
+              std::string::npos);
+    for (const std::string code : {"110011", "110101"}) {
+        EXPECT_NE(text.find("\n[" + code + "]\n; Another lens has this code, too"), std::string::npos)
+            << code;
+    }
+}
+
 /// The file with the example of an own lens made a section, as its remarks tell how.
 std::string WithExample(const std::string& text) {
     const std::string indent = ";   ";
