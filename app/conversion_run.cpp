@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/conversion_run.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -39,6 +40,13 @@ std::string FileConcerned(int error, const ReadInputData& record) {
         default:
             return "";
     }
+}
+
+/// Whether the system says that nothing stands at `path`. When it cannot tell, something may.
+bool IsMissing(const std::string& path) {
+    auto kind = file_calls::Kind::kNothing;
+    const int error = file_calls::KindOf(path, kind);
+    return error == 0 ? kind == file_calls::Kind::kNothing : error == ENOTDIR;
 }
 
 }  // namespace
@@ -142,8 +150,9 @@ int ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record)
 }
 
 /// A dark frame takes the place of black level and dark-field fix: it already holds the sensor's dark level.
+/// One that is there and cannot be read fails the image: without it, it would be another picture.
 void ConversionRun::BeginDarkFrame(const std::string& base) {
-    if (settings_.black_level_given && isfile((settings_.input.folder + base + ".BIA").c_str())) {
+    if (settings_.black_level_given && !IsMissing(settings_.input.folder + base + ".BIA")) {
         subtract_dark_frame_ = true;
         dark_field_fix_ = false;
         black_level_ = 0;

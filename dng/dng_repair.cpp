@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Repair of a DNG that the camera wrote: its 8-bit data become 14-bit ones, get the corrections of a
 // conversion, and are written anew with the camera's own tags around them.
+#include <array>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <initializer_list>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "app/error_codes.h"
@@ -19,6 +24,7 @@
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
 #include "exif/maker_note.h"
+#include "exif/system_path.h"
 #include "exif/tags.h"
 #include "exif/tiff_types.h"
 #include "input/input_file.h"
@@ -50,6 +56,38 @@ bool Contains(const DNGlib::IFD& ifd, std::uint16_t tag, const char* text) {
     return ifd_values::Text(ifd, tag).find(text) != std::string::npos;
 }
 
+/// A directory of which the repair keeps nothing.
+struct UnreadDirectory {
+    std::uint16_t pointer;  ///< the tag that leads to it
+    const char* contents;
+};
+constexpr std::array<UnreadDirectory, 2> kUnreadDirectories = {
+    {{tag::kGPSIFD, "GPS data"}, {tag::kInteroperabilityIFD, "interoperability data"}}};
+
+/// Removes the pointers to unread directories, which would lead to other bytes in the new file. Returns what
+/// the directories hold, in words; nothing when there are none.
+std::optional<std::string> RemoveUnreadDirectories(std::initializer_list<DNGlib::IFD*> ifds) {
+    std::optional<std::string> contents;
+    for (const UnreadDirectory& directory : kUnreadDirectories) {
+        for (DNGlib::IFD* ifd : ifds) {
+            if (ifd->erase(directory.pointer) > 0) {
+                contents = contents.value_or(directory.contents);
+            }
+        }
+    }
+    return contents;
+}
+
+/// Whether writing `output` could replace the file `input`, which is there. Links and other spellings lead to
+/// the same file; when the system cannot tell, it may be the same.
+bool MayReplace(const std::string& output, const std::string& input) {
+    std::error_code error;
+    const std::filesystem::path output_path = system_path::ToSystem(output);
+    const std::filesystem::path input_path = system_path::ToSystem(input);
+    const bool same = output == input || std::filesystem::equivalent(output_path, input_path, error);
+    return same || (error && error != std::errc::no_such_file_or_directory);
+}
+
 }  // namespace
 
 int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verbose, bool lensFix,
@@ -69,6 +107,13 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     }
     if (verbose_) {
         std::printf("Done\n");
+    }
+    const std::string output = outputFolder + name;
+    const auto lost = RemoveUnreadDirectories({&ifd0_, &sub_ifd_, &exif_ifd_});
+    if (lost && MayReplace(output, folder + name)) {
+        std::printf("%s: DNG not written: it holds %s, which a repair does not keep; name another folder\n",
+                    output.c_str(), lost->c_str());
+        return 0;
     }
     const MakerNoteStruct note = DecodeMakerNote(ByteView(ifd_values::Bytes(exif_ifd_, tag::kMakerNote)));
 

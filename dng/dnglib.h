@@ -142,8 +142,10 @@ class DNGlib {
 
     /// Repairs `folder` + `base`.DNG: decodes its 8-bit data to 14 bits, corrects them and the lens data as
     /// asked for, and writes `outputFolder` + `base`.DNG, which may be the same file. `lensCode` stands in
-    /// for a lens that the camera could not recognise. Returns 0, or the ErrorCode that ended the repair
-    /// before anything was written, after printing it with the file's name.
+    /// for a lens that the camera could not recognise. GPS and interoperability data are not kept: a file
+    /// with either is not replaced by its own repair, and one line with name and reason is printed. Returns
+    /// 0, or the ErrorCode that ended the repair before anything was written, after printing it with the
+    /// file's name.
     int fixDNG(const std::string& folder, const std::string& base, bool verbose, bool lensFix, bool sensorFix,
                bool darkFieldCreation, bool darkFieldFix, bool estimateRows, bool lineTest, sensdb* db,
                const std::string& lensCode, const std::string& outputFolder);

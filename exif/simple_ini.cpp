@@ -14,10 +14,7 @@ template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
 
 namespace simple_ini {
 
-namespace {
-
-/// The bytes of the plain file at `path`; nothing when it is none, is too long, or can't be read.
-std::optional<std::string> ReadPlainFile(const std::string& path) {
+std::optional<std::string> Read(const std::string& path) {
     std::ifstream file;
     const std::streamoff size = system_path::OpenPlainFile(path, file) ? std::streamoff(file.tellg()) : -1;
     if (size < 0 || static_cast<std::uint64_t>(size) > kLongestFile) {
@@ -29,26 +26,21 @@ std::optional<std::string> ReadPlainFile(const std::string& path) {
     return file.gcount() == size ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-}  // namespace
-
-int Load(const std::string& path, File& ini) {
-    bool complete = false;
-    return Load(path, ini, complete);
-}
-
-int Load(const std::string& path, File& ini, bool& complete) {
-    const auto bytes = ReadPlainFile(path);
-    if (!bytes) {
-        return SI_FILE;
-    }
-    complete = bytes->find('\0') == std::string::npos;
-    const SI_Error result = ini.LoadData(*bytes);
+int Parse(const std::string& text, File& ini, bool& complete) {
+    complete = text.find('\0') == std::string::npos;
+    const SI_Error result = ini.LoadData(text);
     if (result == SI_NOMEM) {
         // The library reports some failed allocations so and throws at others. A database that there was no
         // memory for must not look like one that is not there.
         throw std::bad_alloc();
     }
     return result;
+}
+
+int Load(const std::string& path, File& ini) {
+    const auto text = Read(path);
+    bool complete = false;
+    return text ? Parse(*text, ini, complete) : SI_FILE;
 }
 
 bool SameName(const char* a, const char* b) {

@@ -7,10 +7,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "exif/simple_ini.h"
 #include "input/file_calls.h"
 #include "input/part_files.h"
+#include "input/raw_layout.h"
 #include "input/read_input_data.h"
 #include "input/replacement_file.h"
 #include "input/replacement_in_steps.h"
@@ -38,24 +40,48 @@ float ToFloat(const char* text) {
     return value < -largest ? -infinity : static_cast<float>(value);
 }
 
-sensdb::Sensdbtype ReadCamera(const simple_ini::File& ini, const char* section,
-                              const simple_ini::File::TNamesDepend& keys) {
+/// The values of a key may stand under several spellings of it; the first one in the file counts.
+sensdb::Sensdbtype ReadCamera(const simple_ini::File::TKeyVal& section) {
     sensdb::Sensdbtype camera;
-    for (const auto& key : keys) {
-        simple_ini::File::TNamesDepend values;
-        if (std::strcmp(key.pItem, kLevelKey) == 0) {
-            ini.GetAllValues(section, key.pItem, values);
-            for (const auto& value : values) {
-                camera.LevelCorrection.push_back(ToFloat(value.pItem));
-            }
-        } else if (std::strcmp(key.pItem, kLineKey) == 0) {
-            ini.GetAllValues(section, key.pItem, values);
-            for (const auto& value : values) {
-                camera.Line.push_back(ToInteger<std::uint16_t>(value.pItem));
-            }
+    const char* name = nullptr;
+    for (const auto& [key, value] : section) {
+        if (name == nullptr || !simple_ini::SameName(name, key.pItem)) {
+            name = key.pItem;
+        }
+        if (std::strcmp(name, kLevelKey) == 0) {
+            camera.LevelCorrection.push_back(ToFloat(value));
+        } else if (std::strcmp(name, kLineKey) == 0) {
+            camera.Line.push_back(ToInteger<std::uint16_t>(value));
         }
     }
     return camera;
+}
+
+std::map<int, sensdb::Sensdbtype> ReadCameras(const simple_ini::File& ini) {
+    std::map<int, sensdb::Sensdbtype> cameras;
+    simple_ini::File::TNamesDepend names;
+    ini.GetAllSections(names);
+    for (const auto& name : names) {
+        const auto* section = ini.GetSection(name.pItem);
+        if (section != nullptr && !section->empty()) {
+            cameras[ToInteger<int>(name.pItem)] = ReadCamera(*section);
+        }
+    }
+    return cameras;
+}
+
+/// Whether a defect list names no more pixels than the sensor has, each as often as it is named. No camera
+/// needs a longer one, and the time that a picture takes is bounded.
+bool FitsSensor(const std::vector<std::uint16_t>& list) {
+    std::int64_t pixels = 0;
+    for (std::size_t i = 0; i + sensdb::Sensdbtype::kLineGroup <= list.size();
+         i += sensdb::Sensdbtype::kLineGroup) {
+        const std::int64_t rows = std::min<std::int64_t>(list[i + 3], raw_layout::kImageHeight) - list[i + 1];
+        if (list[i] < raw_layout::kImageWidth) {
+            pixels += std::max<std::int64_t>(rows, 0);
+        }
+    }
+    return pixels <= raw_layout::kPixelCount;
 }
 
 /// Adds the camera's section; one without values leaves no trace. Returns whether there was memory for all of
@@ -102,28 +128,49 @@ int sensdb::LoadSensData() {
     (void)replacement_in_steps::PutBack(DatabaseFile);
     const auto state = StateOf(DatabaseFile);
     const bool missing = !state && errno == ENOENT;
-    if (state && state == loaded_) {
-        return 0;
+    if (state && state == seen_) {
+        return result_;
     }
     const bool settled = state && state->Settled();
+    auto text = simple_ini::Read(DatabaseFile);
+    if (!text) {
+        unreadable_ = !missing;
+        Forget();
+        return SI_FILE;
+    }
+    // A file with a time in the future is read for every image; it is not taken apart for every image.
+    if (text != text_) {
+        Forget();
+        result_ = Take(*text);
+        text_ = std::move(text);
+    }
+    seen_ = settled ? state : std::nullopt;
+    return result_;
+}
+
+/// Takes the cameras of the file's text. Returns 0 or the INI library's error code; the cameras then stay as
+/// they were.
+int sensdb::Take(const std::string& text) {
     simple_ini::File ini;
     ini.SetMultiKey(true);
     bool complete = false;
-    const int error = simple_ini::Load(DatabaseFile, ini, complete);
-    unreadable_ = !missing && (error != SI_OK || !complete);
-    if (error != SI_OK) {
+    unreadable_ = true;
+    if (const int error = simple_ini::Parse(text, ini, complete); error != SI_OK) {
         return error;
     }
-    simple_ini::File::TNamesDepend sections;
-    ini.GetAllSections(sections);
-    for (const auto& section : sections) {
-        simple_ini::File::TNamesDepend keys;
-        if (ini.GetAllKeys(section.pItem, keys) && !keys.empty()) {
-            Cameras[ToInteger<int>(section.pItem)] = ReadCamera(ini, section.pItem, keys);
-        }
+    auto cameras = ReadCameras(ini);
+    if (!std::ranges::all_of(cameras, [](const auto& camera) { return FitsSensor(camera.second.Line); })) {
+        return SI_FAIL;
     }
-    loaded_ = settled ? state : std::nullopt;
-    return 0;
+    unreadable_ = !complete;
+    cameras.merge(Cameras);
+    Cameras = std::move(cameras);
+    return SI_OK;
+}
+
+void sensdb::Forget() {
+    seen_.reset();
+    text_.reset();
 }
 
 int sensdb::CalcSensLevel(ReadInputData* image) {
@@ -144,7 +191,7 @@ int sensdb::CalcSensLevel(ReadInputData* image) {
     std::ranges::transform(sums, levels.begin(), [&](int sum) {
         return static_cast<float>(sum - darkest) / static_cast<float>(height);
     });
-    loaded_.reset();
+    Forget();
     return 0;
 }
 
@@ -161,7 +208,7 @@ int sensdb::WriteSensData() {
         return ReportUnwritten(DatabaseFile, "the file that is there could not be read");
     }
     std::erase(text, '\r');  // lines end alike on all systems, and not as the library has it on Windows
-    loaded_.reset();
+    Forget();
     // One that no later run could load is not written.
     const int error = text.size() > simple_ini::kLongestFile ? EFBIG : ReplaceFile(DatabaseFile, text);
     return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, file_calls::ErrorText(error));

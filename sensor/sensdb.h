@@ -31,9 +31,10 @@ class sensdb {
     /// An empty database for the file `folder` + "sensdb.ini"; `folder` ends in a separator or is empty.
     explicit sensdb(const std::string& folder);
 
-    /// Reads the file: cameras in it replace those of the same number, others stay. Does nothing when the
-    /// file is the one that was last read. Returns 0, or the INI library's negative error code when it cannot
-    /// be read; the cameras then stay as they were. A bad number counts as its numeric prefix, or 0.
+    /// Reads the file: cameras in it replace those of the same number, others stay. Does nothing, and returns
+    /// the same, when the file is the one that was last read. Returns 0, or the INI library's negative error
+    /// code when the file cannot be read, or when a camera's Line list names more pixels than the sensor has;
+    /// the cameras then stay as they were. A bad number counts as its numeric prefix, or 0.
     int LoadSensData();
 
     /// Replaces the dark levels of the image's camera by those of the image, which must be an exposure in the
@@ -52,8 +53,14 @@ class sensdb {
     std::map<int, Sensdbtype> Cameras;  ///< by camera serial number
 
   private:
-    std::optional<FileState>
-        loaded_;               ///< the file as it was last read, unless the cameras have changed since
+    [[nodiscard]] int Take(const std::string& text);
+    void Forget();
+
+    // The file as it was last read, unless the cameras have changed since.
+    std::optional<FileState> seen_;  ///< unless the file is too young for its times to tell
+    std::optional<std::string> text_;
+    int result_ = 0;  ///< of reading it
+
     bool unreadable_ = false;  ///< a file may be there, but its last reading failed or ended early
 };
 

@@ -250,6 +250,14 @@ TEST_F(Conversion, StaysInDarkFrameModeAfterAnImageWithOneFailed) {
     EXPECT_EQ(Levels("d"), "92/0");
 }
 
+TEST_F(Conversion, FailsWithADarkFrameThatIsThereAndCannotBeRead) {
+    MakePair("a");
+    std::filesystem::create_directory(folder_ / "a.BIA");
+    settings_.black_level_given = true;
+    EXPECT_EQ(Run({"a.RAW"}), "\nImage: a.RAW\n\nError #0016: Damaged BIA file.\n");
+    EXPECT_FALSE(Exists("a.DNG"));
+}
+
 /// Runs with -l over one pair; the database holds the lenses 000001 and 100001 (33).
 class LensConversion : public Conversion {
   protected:

@@ -13,6 +13,7 @@
 #include "tests/end_to_end/sensor_camera.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/files.h"
+#include "tests/support/program.h"
 
 namespace {
 
@@ -170,6 +171,77 @@ TEST_F(Repair, OfAReadOnlyFileIntoAnotherFolderIsWritten) {
     std::filesystem::permissions(Path(), std::filesystem::perms::owner_read);
     EXPECT_EQ(RunOnIt({}), kHeader);
     EXPECT_TRUE(Pixels() == support::CameraLevels(kWidth, kHeight));
+}
+
+// --- Directories that it does not keep
+
+constexpr std::uint32_t kGpsOffset = 3000;  // anywhere in the file
+
+/// A DNG with a pointer to a GPS directory in IFD0.
+Bytes GeotaggedDng() {
+    auto camera = support::SmallCameraDng(kWidth, kHeight);
+    samples::Set(camera.ifd0, samples::Long(tag::kGPSIFD, kGpsOffset));
+    return samples::Serialize(camera);
+}
+
+std::string NotWritten(const std::string& path, const std::string& contents) {
+    return kHeader + path + ": DNG not written: it holds " + contents +
+           ", which a repair does not keep; name another folder\n";
+}
+
+TEST_F(Repair, OverItselfThatWouldLoseGpsDataLeavesTheFile) {
+    support::WriteFile(Path(), GeotaggedDng());
+    EXPECT_EQ(RunWith({"-i", "L1000001.DNG", "-r"}), NotWritten("L1000001.DNG", "GPS data"));
+    EXPECT_TRUE(support::ReadFile(Path()) == GeotaggedDng());
+}
+
+TEST_F(Repair, OverItselfThatWouldLoseInteroperabilityDataLeavesTheFile) {
+    auto camera = support::SmallCameraDng(kWidth, kHeight);
+    samples::Set(camera.exif, samples::Long(tag::kInteroperabilityIFD, kGpsOffset));
+    const Bytes bytes = samples::Serialize(camera);
+    support::WriteFile(Path(), bytes);
+    EXPECT_EQ(RunWith({"-i", "L1000001.DNG", "-r"}), NotWritten("L1000001.DNG", "interoperability data"));
+    EXPECT_TRUE(support::ReadFile(Path()) == bytes);
+}
+
+TEST_F(Repair, KnowsItsOwnFolderByAnyName) {
+    support::WriteFile(Path(), GeotaggedDng());
+    std::filesystem::create_directory_symlink(".", Path("link"));
+    for (const std::string folder : {"./", "OUT/../", "link/"}) {
+        EXPECT_EQ(RunWith({"-i", "L1000001.DNG", "-o", folder, "-r"}),
+                  NotWritten(folder + "L1000001.DNG", "GPS data"));
+    }
+    EXPECT_TRUE(support::ReadFile(Path()) == GeotaggedDng());
+}
+
+TEST_F(Repair, IntoAnotherFolderLeavesTheirPointersOut) {
+    support::WriteFile(Path(), SmallDng());
+    EXPECT_EQ(RunOnIt({}), kHeader);
+    const Bytes without = support::ReadFile(Path("OUT/L1000001.DNG"));
+
+    auto camera = support::SmallCameraDng(kWidth, kHeight);
+    for (auto* ifd : {&camera.ifd0, &camera.raw_ifd, &camera.exif}) {
+        samples::Set(*ifd, samples::Long(tag::kGPSIFD, kGpsOffset));
+        samples::Set(*ifd, samples::Long(tag::kInteroperabilityIFD, kGpsOffset));
+    }
+    support::WriteFile(Path(), samples::Serialize(camera));
+    EXPECT_EQ(RunOnIt({"-r"}), kHeader);
+    EXPECT_TRUE(support::ReadFile(Path("OUT/L1000001.DNG")) == without);
+}
+
+TEST_F(Repair, OfAFileThatExifToolHasGeotaggedIsRefusedInItsPlaceAndWrittenElsewhere) {
+    support::WriteFile(Path(), FullDng());
+    const auto tagged = support::RunProgram(
+        "exiftool", {"-q", "-overwrite_original", "-GPSLatitude=48.14", "-GPSLatitudeRef=N", Path()},
+        {.through_path = true});
+    ASSERT_EQ(tagged.status, 0) << tagged.errors;
+    const Bytes original = support::ReadFile(Path());
+    EXPECT_EQ(RunWith({"-i", "L1000001.DNG", "-r"}), NotWritten("L1000001.DNG", "GPS data"));
+    EXPECT_TRUE(support::ReadFile(Path()) == original);
+    EXPECT_EQ(RunOnIt({}), kHeader);
+    const auto dng = camera_.card.Dng("OUT/L1000001");
+    EXPECT_FALSE(dng.FirstIFD().Has(tag::kGPSIFD));
+    EXPECT_TRUE(Pixels() == support::CameraLevels(3920, 2638));
 }
 
 // --- Messages

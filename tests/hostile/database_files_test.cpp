@@ -175,6 +175,18 @@ TEST_F(LongDatabase, OfAMillionValuesOfOneKeyIsReadInTheirOrder) {
     EXPECT_EQ(pixels.at(3968 * 1000 + 124), 16383);
 }
 
+TEST_F(LongDatabase, OfMoreDefectsThanTheSensorHasPixelsIsRefusedForEachPicture) {
+    camera_.card.AddLinkedPair("B", "A");
+    support::WriteFile(camera_.Database(),
+                       Filled(end_to_end::Section(), "Line=9\nLine=0\nLine=9\nLine=9999\n", kLongest));
+    const std::string output = Run({"-s"}).output;
+    const std::string error = "\n\nError #0014: No Sensor database found.\n";
+    const auto first = output.find(error);
+    ASSERT_NE(first, std::string::npos) << output;
+    EXPECT_NE(output.find(error, first + 1), std::string::npos) << output;
+    EXPECT_TRUE(std::filesystem::exists(camera_.card / "B.DNG"));
+}
+
 /// Of a text in another encoding, or one that a failing disk filled with zeros, the part before the first
 /// zero counts; the rest is not thrown away.
 TEST_F(LongDatabase, WithANulEndsThereAndIsNotReplaced) {

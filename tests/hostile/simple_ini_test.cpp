@@ -26,7 +26,8 @@ Loaded Load(const std::string& text) {
     support::WriteFile(folder / "file.ini", text);
     simple_ini::File ini;
     Loaded loaded;
-    loaded.result = simple_ini::Load(folder / "file.ini", ini, loaded.complete);
+    const auto read = simple_ini::Read(folder / "file.ini");
+    loaded.result = read ? simple_ini::Parse(*read, ini, loaded.complete) : SI_FILE;
     loaded.value = ini.GetValue("section", "Key", "none");
     return loaded;
 }

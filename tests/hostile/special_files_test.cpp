@@ -72,10 +72,18 @@ TEST_P(InPlaceOfAFile, NamedJpgIsNotFound) {
     EXPECT_FALSE(std::filesystem::exists(card_ / "B.DNG"));
 }
 
-TEST_P(InPlaceOfAFile, NamedBiaIsNoDarkFrame) {
+TEST_P(InPlaceOfAFile, NamedBiaIsADamagedDarkFrameUnlessItLeadsToNothing) {
     PutInPlaceOf(card_ / "B.BIA");
-    Run({"-b", "100"});
-    EXPECT_TRUE(support::ReadFile(card_ / "B.DNG") == support::ReadFile(card_ / "A.DNG"));
+    if (std::string(GetParam().name) == "LinkToNothing") {
+        Run({"-b", "100"});
+        EXPECT_TRUE(support::ReadFile(card_ / "B.DNG") == support::ReadFile(card_ / "A.DNG"));
+        return;
+    }
+    // By itself, because the picture after it would still expect a dark frame.
+    const auto outcome = camera_.Run({"-i", "B.RAW", "-b", "100"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output, "\nImage: B.RAW\n\nError #0016: Damaged BIA file.\n");
+    EXPECT_FALSE(std::filesystem::exists(card_ / "B.DNG"));
 }
 
 TEST_P(InPlaceOfAFile, NamedDngIsNoImage) {
