@@ -34,7 +34,8 @@ endfunction()
 # velmarcon_harden(TARGET): adds the measures to what TARGET, an INTERFACE library, hands on.
 function(velmarcon_harden target)
   set(compile_options "")
-  # Whatever the processor, some compilers take the flag of another in silence.
+  # Checked jumps take effect only in a program whose every part is made for them. The start-up code of Debian's C library
+  # is not, so there they do nothing; elsewhere they may. Some compilers take the flag of another processor in silence.
   set(checked_jumps -fcf-protection)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)")
     set(checked_jumps -mbranch-protection=standard)
