@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "app/run_program.h"
+#include "app/sandbox.h"
 #include "app/standard_streams.h"
 #include "input/pixel_memory.h"
 
@@ -24,5 +25,5 @@ int main(int argc, char* argv[]) {
     IgnoreWriteSignals();
     HoldStandardStreams();
     pixel_memory::KeepFreedBlocks();
-    return RunProgram({argv, static_cast<std::size_t>(argc)});
+    return RunProgram({argv, static_cast<std::size_t>(argc)}, EnterSandbox);
 }

@@ -14,7 +14,7 @@
 
 namespace {
 
-int Run(std::span<char* const> arguments) {
+int Run(std::span<char* const> arguments, Confinement confine) {
     const std::string folder = ExecutableFolder(arguments.empty() ? "" : arguments.front());
     lensdb lenses(folder);
     // A missing database matters only to -l, and an empty one tells it then.
@@ -26,14 +26,18 @@ int Run(std::span<char* const> arguments) {
     if (const int error = ParseOptions(arguments, lenses, errors, settings); error != 0) {
         return error;
     }
+    if (confine != nullptr) {
+        // Where it is not to be had, the run goes on without.
+        (void)confine(ReachOf(settings, sensors.DatabaseFile));
+    }
     return ConversionRun(settings, lenses, sensors, errors).Run();
 }
 
 }  // namespace
 
-int RunProgram(std::span<char* const> arguments) {
+int RunProgram(std::span<char* const> arguments, Confinement confine) {
     try {
-        return Run(arguments);
+        return Run(arguments, confine);
     } catch (const std::bad_alloc&) {
         std::printf("velmarcon: out of memory\n");
         return kOutOfMemory;

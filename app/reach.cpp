@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "app/reach.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "app/input_discovery.h"
+#include "exif/system_path.h"
+#include "input/file_calls.h"
+
+namespace {
+
+/// The current folder, whose name is empty, by a name that can be opened.
+std::string Named(const std::string& folder) {
+    return folder.empty() ? "./" : folder;
+}
+
+/// Adds `path`, unless it is certain that no link stands there.
+void AddLink(const std::string& path, std::vector<std::string>& links) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const auto type = fs::symlink_status(system_path::ToSystem(path), error).type();
+    if (type != fs::file_type::not_found && type != fs::file_type::regular) {
+        links.push_back(path);
+    }
+}
+
+}  // namespace
+
+Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
+    const std::string& input = settings.input.folder;
+    const std::string& output = settings.output_folder.empty() ? input : settings.output_folder;
+    Reach reach = {{Named(input)}, {Named(output)}, {}};
+    for (const std::string& name : settings.input.names) {
+        const std::string base = BaseName(name);
+        for (const char* extension : {".RAW", ".JPG", ".BIA", ".DNG"}) {
+            AddLink(input + base + extension, reach.read_files);
+        }
+        if (output != input) {
+            AddLink(output + base + ".DNG", reach.read_files);  // looked at, to tell whether it exists
+        }
+    }
+    std::string database;
+    if (settings.sensor_fix && file_calls::FollowLinks(sensor_database, database) == 0) {
+        auto& folders = settings.dark_field_creation ? reach.written_folders : reach.read_folders;
+        folders.push_back(Named(file_calls::FolderOf(database)));
+    }
+    return reach;
+}
