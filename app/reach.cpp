@@ -10,9 +10,16 @@
 
 namespace {
 
-/// The current folder, whose name is empty, by a name that can be opened.
-std::string Named(const std::string& folder) {
+/// The folder of `file`; the current one by a name that can be opened.
+std::string FolderOf(const std::string& file) {
+    const std::string folder = file_calls::FolderOf(file);
     return folder.empty() ? "./" : folder;
+}
+
+/// The folder of the files whose paths begin with `prefix`. That ends in a separator, but a backslash, which
+/// is one to the options, may be part of a file's name to the system.
+std::string FolderOfPrefix(const std::string& prefix) {
+    return FolderOf(prefix + "name");
 }
 
 /// Adds `path`, unless it is certain that no link stands there.
@@ -30,7 +37,7 @@ void AddLink(const std::string& path, std::vector<std::string>& links) {
 Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
     const std::string& input = settings.input.folder;
     const std::string& output = settings.output_folder.empty() ? input : settings.output_folder;
-    Reach reach = {{Named(input)}, {Named(output)}, {}};
+    Reach reach = {{FolderOfPrefix(input)}, {FolderOfPrefix(output)}, {}};
     for (const std::string& name : settings.input.names) {
         const std::string base = BaseName(name);
         for (const char* extension : {".RAW", ".JPG", ".BIA", ".DNG"}) {
@@ -43,7 +50,7 @@ Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
     std::string database;
     if (settings.sensor_fix && file_calls::FollowLinks(sensor_database, database) == 0) {
         auto& folders = settings.dark_field_creation ? reach.written_folders : reach.read_folders;
-        folders.push_back(Named(file_calls::FolderOf(database)));
+        folders.push_back(FolderOf(database));
     }
     return reach;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// For systems without Landlock, and for builds that are watched by tools, which open files of their own.
+// For systems without Landlock, and for builds with tools that open files of their own
+// (VELMARCON_SANDBOX=OFF).
 #include "app/sandbox.h"
 
 bool EnterSandbox(const Reach& /*reach*/) {

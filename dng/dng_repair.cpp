@@ -64,8 +64,9 @@ struct UnreadDirectory {
 constexpr std::array<UnreadDirectory, 2> kUnreadDirectories = {
     {{tag::kGPSIFD, "GPS data"}, {tag::kInteroperabilityIFD, "interoperability data"}}};
 
-/// Removes the pointers to unread directories, which would lead to other bytes in the new file. Returns what
-/// the directories hold, in words; nothing when there are none.
+/// Removes the pointers to unread directories, which would lead to other bytes in the new file. So no IFD has
+/// all 65536 tags, which its count of 16 bits could not tell. Returns what the directories hold, in words;
+/// nothing when there are none.
 std::optional<std::string> RemoveUnreadDirectories(std::initializer_list<DNGlib::IFD*> ifds) {
     std::optional<std::string> contents;
     for (const UnreadDirectory& directory : kUnreadDirectories) {
@@ -102,14 +103,18 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
         std::printf("Reading DNG Image...");
     }
     CameraImage image;
-    if (const int error = ReadCameraDng(folder + name, image); error != 0) {
+    int error = ReadCameraDng(folder + name, image);
+    const auto lost = RemoveUnreadDirectories({&ifd0_, &sub_ifd_, &exif_ifd_});
+    if (error == 0 && exif_ifd_.empty()) {
+        error = kDngDamaged;  // it held nothing else
+    }
+    if (error != 0) {
         return ErrorHandler().PrintError(error, name);
     }
     if (verbose_) {
         std::printf("Done\n");
     }
     const std::string output = outputFolder + name;
-    const auto lost = RemoveUnreadDirectories({&ifd0_, &sub_ifd_, &exif_ifd_});
     if (lost && MayReplace(output, folder + name)) {
         std::printf("%s: DNG not written: it holds %s, which a repair does not keep; name another folder\n",
                     output.c_str(), lost->c_str());

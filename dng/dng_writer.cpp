@@ -30,9 +30,6 @@ constexpr std::array<std::uint8_t, tiff::kHeaderSize> kHeader = {
 
 constexpr std::uint64_t kFarthestOffset = std::numeric_limits<std::uint32_t>::max();
 
-/// Of an IFD, whose count has 16 bits. A camera's file may fill one of its own, and get a tag more.
-constexpr std::size_t kMostEntries = std::numeric_limits<std::uint16_t>::max();
-
 bool StandsInEntry(const DNGlib::IFDTag& entry) {
     return entry.length <= tiff::kValueFieldSize;
 }
@@ -121,9 +118,7 @@ unsigned int DNGlib::DoFileLayout(int rawBytes) {
     }
     AddIFDTag(preview_ ? &sub_ifd_ : &ifd0_, tag::kStripOffsets, static_cast<std::uint32_t>(position));
     position += static_cast<std::uint32_t>(std::max(rawBytes, 0));
-    const std::size_t most_entries = std::max({ifd0_.size(), sub_ifd_.size(), exif_ifd_.size()});
-    return position <= kFarthestOffset && most_entries <= kMostEntries ? static_cast<std::uint32_t>(position)
-                                                                       : 0;
+    return position <= kFarthestOffset ? static_cast<std::uint32_t>(position) : 0;
 }
 
 /// Makes sure that the tags which the layout fills in stand in their entries already: one that a file brought

@@ -45,6 +45,16 @@ TEST_F(ReachTest, OfABareNameIsTheCurrentFolder) {
     EXPECT_EQ(reach.written_folders, Names{"./"});
 }
 
+#if !defined(_WIN32)
+TEST_F(ReachTest, OfNamesWithABackslashIsTheFolderThatTheyAreIn) {
+    settings_.input.folder = "back\\";
+    settings_.output_folder = folder_ / "out/back\\";
+    const Reach reach = Find();
+    EXPECT_EQ(reach.read_folders, Names{"./"});
+    EXPECT_EQ(reach.written_folders, Names{folder_ / "out/"});
+}
+#endif
+
 TEST_F(ReachTest, WithoutAnOutputFolderIsTheInputForWriting) {
     settings_.output_folder = "";
     EXPECT_EQ(Find().written_folders, Names{folder_ / "in/"});

@@ -229,6 +229,15 @@ TEST_F(Repair, IntoAnotherFolderLeavesTheirPointersOut) {
     EXPECT_TRUE(support::ReadFile(Path("OUT/L1000001.DNG")) == without);
 }
 
+TEST_F(Repair, OfAFileWhoseExifDirectoryHoldsNothingElseIsRefused) {
+    auto camera = support::SmallCameraDng(kWidth, kHeight);
+    camera.exif = {samples::Long(tag::kInteroperabilityIFD, kGpsOffset)};
+    support::WriteFile(Path(), samples::Serialize(camera));
+    EXPECT_EQ(RunOnIt({}),
+              kHeader + "L1000001.DNG: Error #0017: Damaged DNG file.\nError #0017: Damaged DNG file.\n");
+    EXPECT_TRUE(Written().empty());
+}
+
 TEST_F(Repair, OfAFileThatExifToolHasGeotaggedIsRefusedInItsPlaceAndWrittenElsewhere) {
     support::WriteFile(Path(), FullDng());
     const auto tagged = support::RunProgram(

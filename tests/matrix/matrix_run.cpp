@@ -20,6 +20,7 @@
 #include "tests/matrix/geometry_cases.h"
 #include "tests/matrix/judge.h"
 #include "tests/matrix/known_pixels.h"
+#include "tests/matrix/structure_cases.h"
 #include "tests/matrix/tally.h"
 
 namespace matrix {
@@ -35,6 +36,7 @@ CaseList AllCases() {
     AddTextCases(cases);
     AddGeometryCases(cases);
     AddDatabaseCases(cases);
+    AddStructureCases(cases);
     return cases;
 }
 
