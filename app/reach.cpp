@@ -47,10 +47,12 @@ Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
             AddLink(output + base + ".DNG", reach.read_files);  // looked at, to tell whether it exists
         }
     }
-    std::string database;
-    if (settings.sensor_fix && file_calls::FollowLinks(sensor_database, database) == 0) {
-        auto& folders = settings.dark_field_creation ? reach.written_folders : reach.read_folders;
-        folders.push_back(FolderOf(database));
+    if (settings.sensor_fix) {
+        reach.written_folders.push_back(FolderOf(sensor_database));
+        std::string target;
+        if (file_calls::FollowLinks(sensor_database, target) == 0 && target != sensor_database) {
+            reach.written_folders.push_back(FolderOf(target));
+        }
     }
     return reach;
 }

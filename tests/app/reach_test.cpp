@@ -70,21 +70,18 @@ TEST_F(ReachTest, HoldsTheLinksOfThePicturesThatAreListed) {
                                         folder_ / "in/A.DNG", folder_ / "out/A.DNG"}));
 }
 
-TEST_F(ReachTest, HoldsTheSensorDatabaseForAsMuchAsIsAskedFor) {
+TEST_F(ReachTest, HoldsTheFolderOfTheSensorDatabaseIfThatIsAskedFor) {
     settings_.sensor_fix = true;
-    EXPECT_EQ(Find().read_folders, (Names{folder_ / "in/", folder_ / "bin/"}));
-    EXPECT_EQ(Find().written_folders, Names{folder_ / "out/"});
-    settings_.dark_field_creation = true;
-    EXPECT_EQ(Find().read_folders, Names{folder_ / "in/"});
     EXPECT_EQ(Find().written_folders, (Names{folder_ / "out/", folder_ / "bin/"}));
 }
 
 TEST_F(ReachTest, HoldsTheFolderThatALinkedSensorDatabaseIsIn) {
     fs::create_symlink("../store/mine.ini", folder_ / "bin/sensdb.ini");
     settings_.sensor_fix = true;
-    const Names folders = Find().read_folders;
-    ASSERT_EQ(folders.size(), 2U);
-    EXPECT_TRUE(fs::equivalent(folders.back(), folder_ / "store")) << folders.back();
+    const Names folders = Find().written_folders;
+    ASSERT_EQ(folders.size(), 3U);
+    EXPECT_EQ(folders[1], folder_ / "bin/");
+    EXPECT_TRUE(fs::equivalent(folders[2], folder_ / "store")) << folders[2];
 }
 
 }  // namespace
