@@ -15,6 +15,7 @@
 #include "input/part_files.h"
 #include "input/read_input_data.h"
 #include "input/replacement_in_steps.h"
+#include "sensor/file_state.h"
 
 namespace {
 
@@ -44,9 +45,7 @@ std::string FileConcerned(int error, const ReadInputData& record) {
 
 /// Whether the system says that nothing stands at `path`. When it cannot tell, something may.
 bool IsMissing(const std::string& path) {
-    auto kind = file_calls::Kind::kNothing;
-    const int error = file_calls::KindOf(path, kind);
-    return error == 0 ? kind == file_calls::Kind::kNothing : error == ENOTDIR;
+    return !StateOf(path) && (errno == ENOENT || errno == ENOTDIR);
 }
 
 }  // namespace
