@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "tests/powercut/trial.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+#include <utility>
+
+#include "tests/powercut/must.h"
+#include "tests/support/files.h"
+#include "tests/support/program.h"
+
+namespace powercut {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Long enough for the system to write by itself what it holds back: see `dirty_expire_centisecs`.
+constexpr auto kUntilAllIsWritten = std::chrono::seconds(3);
+
+/// What is in a folder, for messages.
+std::string Listing(const std::string& folder) {
+    std::string text;
+    std::error_code error;
+    for (auto entry = fs::directory_iterator(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        std::error_code no_size;
+        const auto size = entry->file_size(no_size);
+        text += " " + entry->path().filename().string() + "(" + (no_size ? "?" : std::to_string(size)) + ")";
+    }
+    return text;
+}
+
+}  // namespace
+
+Trial::Trial(const FileSystem& file_system, Scenario scenario, std::string program)
+    : file_system_(file_system),
+      scenario_(std::move(scenario)),
+      program_(std::move(program)),
+      disk_(file_system.size) {
+    Prepare();
+    Record();
+}
+
+/// Makes the file system, and on it what is there before the runs.
+void Trial::Prepare() const {
+    const auto bytes = disk_.Before();
+    BlockDevice device(bytes->bytes());
+    Must(RunOnDevice(file_system_.make) == 0, file_system_.make.front());
+    const Mount mount(file_system_);
+    Must(mount.mounted(), "mount");
+    for (const std::string folder : {"card", "out", "bin"}) {
+        fs::create_directory(kDisk + folder);
+    }
+    for (const auto* files : {&scenario_.inputs, &scenario_.replaced}) {
+        for (const File& file : *files) {
+            support::WriteFile(kDisk + file.path, file.bytes);
+        }
+    }
+    ::sync();
+}
+
+/// Runs the program, and notes what the disk was asked for until long after.
+void Trial::Record() {
+    const auto bytes = disk_.Copy();
+    BlockDevice device(bytes->bytes());
+    {
+        const Mount mount(file_system_);
+        Must(mount.mounted(), "mount");
+        start_ = device.Requests();
+        const std::string output = RunAll();
+        for (const File& file : scenario_.replaced) {
+            Must(Read(kDisk + file.path, results_[file.path]) && results_[file.path] != file.bytes,
+                 file.path + " not replaced:\n" + output);
+        }
+        for (const std::string& file : scenario_.made) {
+            Must(Read(kDisk + file, results_[file]), file + " not made:\n" + output);
+        }
+        std::this_thread::sleep_for(kUntilAllIsWritten);
+    }
+    log_ = device.Log();
+}
+
+/// Returns what the program printed.
+std::string Trial::RunAll() const {
+    std::string output;
+    for (const auto& arguments : scenario_.runs) {
+        // By this name it looks for its databases on the disk.
+        const auto outcome =
+            support::RunProgram(program_, arguments, {.folder = kDisk, .name = kDisk + "bin/velmarcon"});
+        output += outcome.output;
+    }
+    return output;
+}
+
+void Trial::Cut(const CrashPoint& point, bool checked, Tally& tally) const {
+    const std::string where = point.Description() + (checked ? ", checked" : "");
+    const auto bytes = disk_.Copy();
+    point.Apply(log_, bytes->bytes());
+    BlockDevice device(bytes->bytes());
+    if (checked) {
+        RunOnDevice(file_system_.check);
+    }
+    const Mount mount(file_system_);
+    ++tally.points;
+    if (mount.mounted()) {
+        Judge(where, tally);
+    } else {
+        tally.violations.push_back(where + ": cannot be mounted");
+    }
+}
+
+void Trial::Judge(const std::string& where, Tally& tally) const {
+    for (const File& file : scenario_.inputs) {
+        if (StateOf(kDisk + file.path, nullptr, file.bytes) != State::kNew) {
+            tally.violations.push_back(where + ": " + file.path + " changed;" + Listing(kDisk + "card"));
+        }
+    }
+    for (const std::string& file : scenario_.made) {
+        ++tally.made[StateOf(kDisk + file, nullptr, results_.at(file))];
+    }
+    for (const File& file : scenario_.replaced) {
+        JudgeReplaced(file, where, tally);
+    }
+}
+
+/// The old bytes or the new ones must be there, or a further run must put the old ones back.
+void Trial::JudgeReplaced(const File& file, const std::string& where, Tally& tally) const {
+    const std::string path = kDisk + file.path;
+    const Bytes& made = results_.at(file.path);
+    State state = StateOf(path, &file.bytes, made);
+    const auto safe = [&] { return state == State::kOld || state == State::kNew; };
+    std::string note;
+    if (!safe() && scenario_.runs_again && StateOf(path + ".old", &file.bytes, made) == State::kOld) {
+        note = " even after a further run:\n" + RunAll();
+        state = StateOf(path, &file.bytes, made);
+        tally.put_back += safe() ? 1U : 0U;
+    }
+    ++tally.replaced[state];
+    if (!safe()) {
+        tally.violations.push_back(where + ": " + file.path + " is lost (" + Name(state) + ")" + note + ";" +
+                                   Listing(fs::path(path).parent_path()));
+    }
+}
+
+}  // namespace powercut
