@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_TESTS_FILE_SYSTEMS_FAULTY_MOUNT_H
+#define VELMARCON_TESTS_FILE_SYSTEMS_FAULTY_MOUNT_H
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+
+#include "tests/support/files.h"
+
+namespace file_systems {
+
+/// A folder shown in another place, or in its own, by a file system with a fault.
+class FaultyMount {
+  public:
+    /// `fault` is a name of kFolderFaults.
+    FaultyMount(std::string_view fault, const std::string& source, const std::string& mount_point);
+    ~FaultyMount();
+    FaultyMount(const FaultyMount&) = delete;
+    FaultyMount& operator=(const FaultyMount&) = delete;
+    FaultyMount(FaultyMount&&) = delete;
+    FaultyMount& operator=(FaultyMount&&) = delete;
+
+    /// Why it can't be there on this machine; empty: it is there.
+    const std::string& obstacle() const { return obstacle_; }
+
+  private:
+    std::string Obstacle(const std::string& mount_point) const;
+
+    support::TempFolder logs_;
+    pid_t server_ = 0;
+    std::string obstacle_;
+};
+
+}  // namespace file_systems
+
+#endif  // VELMARCON_TESTS_FILE_SYSTEMS_FAULTY_MOUNT_H
