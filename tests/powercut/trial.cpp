@@ -105,12 +105,14 @@ void Trial::Cut(const CrashPoint& point, bool checked, Tally& tally) const {
         RunOnDevice(file_system_.check);
     }
     const Mount mount(file_system_);
-    ++tally.points;
+    const std::size_t before = tally.violations.size();
     if (mount.mounted()) {
         Judge(where, tally);
     } else {
         tally.violations.push_back(where + ": cannot be mounted");
     }
+    ++tally.points;
+    tally.bad_points += tally.violations.size() > before ? 1U : 0U;
 }
 
 void Trial::Judge(const std::string& where, Tally& tally) const {

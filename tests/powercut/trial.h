@@ -19,6 +19,7 @@ namespace powercut {
 /// How often the files of a scenario were found in which state, each file at each crash point counted once.
 struct Tally {
     std::size_t points = 0;
+    std::size_t bad_points = 0;  ///< with a violation
     std::map<State, std::size_t>
         replaced;  ///< with kAbsent: neither this nor an `.old` file has the old bytes
     std::map<State, std::size_t> made;
