@@ -86,8 +86,8 @@ std::size_t Run(const FileSystem& file_system, const std::string& program, std::
         cut(", every prefix", Prefixes(trial), false);
         // Whole pictures take their time, and what happens to them between two writes is all the same.
         constexpr std::uint32_t fewer = 4;
-        cut(", writes lost", Losses(trial, scenario.runs_again ? losses : losses / fewer), false);
-        if (scenario.runs_again && !file_system.check.empty()) {
+        cut(", writes lost", Losses(trial, scenario.is_quick ? losses : losses / fewer), false);
+        if (scenario.is_quick && !file_system.check.empty()) {
             cut(", every prefix, checked", Prefixes(trial), true);
         }
     }

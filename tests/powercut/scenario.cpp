@@ -49,12 +49,13 @@ Bytes CameraDng(int picture) {
 
 Scenario RepairInPlace() {
     constexpr int pictures = 8;
-    Scenario scenario = {.name = "repair in place", .runs_again = true};
+    Scenario scenario = {.name = "repair in place", .is_quick = true};
     for (int picture = 1; picture <= pictures; ++picture) {
         const std::string dng = "card/" + Number(picture) + ".DNG";
         scenario.replaced.push_back({dng, CameraDng(picture)});
         scenario.runs.push_back({"-i", dng, "-r"});
     }
+    scenario.again = scenario.runs;
     return scenario;
 }
 
@@ -66,6 +67,8 @@ Scenario NewDng() {
 
 Scenario DarkReference() {
     Scenario scenario = {.name = "sensdb.ini", .runs = {{"-i", "card/L1000001.RAW", "-o", "out", "-sd"}}};
+    scenario.again = scenario.runs;
+    scenario.again.front().emplace_back("-r");
     AddPair(scenario, 1);
     scenario.replaced = {
         {"bin/sensdb.ini", Text("[17]\nLine = 5\nLine = 0\nLine = 5\nLine = 9\nLevelCorrection = 1\n")}};

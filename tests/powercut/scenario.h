@@ -22,8 +22,10 @@ struct Scenario {
     std::vector<File> replaced;     ///< with what they hold before the runs
     std::vector<std::string> made;  ///< are not there before the runs
     std::vector<std::vector<std::string>>
-        runs;                 ///< arguments of the program, whose current folder is the disk's
-    bool runs_again = false;  ///< whether the same runs can follow the power cut, and put right what it left
+        runs;  ///< arguments of the program, whose current folder is the disk's
+    std::vector<std::vector<std::string>> again =
+        {};                 ///< runs after the power cut, which put right what it left
+    bool is_quick = false;  ///< takes so little time that it can be looked at as often as one likes
 };
 
 /// Cameras' DNGs are repaired in their own folder.

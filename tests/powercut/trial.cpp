@@ -71,7 +71,7 @@ void Trial::Record() {
         const Mount mount(file_system_);
         Must(mount.mounted(), "mount");
         start_ = device.Requests();
-        const std::string output = RunAll();
+        const std::string output = RunAll(scenario_.runs);
         for (const File& file : scenario_.replaced) {
             Must(Read(kDisk + file.path, results_[file.path]) && results_[file.path] != file.bytes,
                  file.path + " not replaced:\n" + output);
@@ -85,9 +85,9 @@ void Trial::Record() {
 }
 
 /// Returns what the program printed.
-std::string Trial::RunAll() const {
+std::string Trial::RunAll(const std::vector<std::vector<std::string>>& runs) const {
     std::string output;
-    for (const auto& arguments : scenario_.runs) {
+    for (const auto& arguments : runs) {
         // By this name it looks for its databases on the disk.
         const auto outcome =
             support::RunProgram(program_, arguments, {.folder = kDisk, .name = kDisk + "bin/velmarcon"});
@@ -136,8 +136,8 @@ void Trial::JudgeReplaced(const File& file, const std::string& where, Tally& tal
     State state = StateOf(path, &file.bytes, made);
     const auto safe = [&] { return state == State::kOld || state == State::kNew; };
     std::string note;
-    if (!safe() && scenario_.runs_again && StateOf(path + ".old", &file.bytes, made) == State::kOld) {
-        note = " even after a further run:\n" + RunAll();
+    if (!safe() && StateOf(path + ".old", &file.bytes, made) == State::kOld) {
+        note = " even after a further run:\n" + RunAll(scenario_.again);
         state = StateOf(path, &file.bytes, made);
         tally.put_back += safe() ? 1U : 0U;
     }

@@ -45,7 +45,7 @@ class Trial {
   private:
     void Prepare() const;
     void Record();
-    std::string RunAll() const;
+    std::string RunAll(const std::vector<std::vector<std::string>>& runs) const;
     void Judge(const std::string& where, Tally& tally) const;
     void JudgeReplaced(const File& file, const std::string& where, Tally& tally) const;
 
