@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 #include <string>
 
 #include "tests/file_systems/folder_fault.h"
@@ -49,7 +50,7 @@ int Descriptor(const struct fuse_file_info* info) {
 
 /// The name in the folder that `path` stands for.
 std::string NameOf(const char* path) {
-    const std::string name = path + 1;
+    std::string name = path + 1;
     if (name.empty()) {
         return ".";
     }
@@ -229,7 +230,9 @@ struct fuse_operations Operations() {
     return operations;
 }
 
-int Main(const std::string& fault, const char* source, char* program, char* mount_point) {
+int Main(std::span<char*> arguments) {
+    const std::string fault = arguments[1];
+    const char* const source = arguments[2];
     const auto* const named = std::ranges::find(kFolderFaults, fault, &NamedFault::name);
     shown.folder = ::open(source, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (named == kFolderFaults.end() || shown.folder < 0) {
@@ -239,9 +242,9 @@ int Main(const std::string& fault, const char* source, char* program, char* moun
     shown.fault = named->fault;
     std::string foreground = "-f";
     std::string one_thread = "-s";
-    std::array<char*, 4> arguments = {program, foreground.data(), one_thread.data(), mount_point};
+    std::array<char*, 4> options = {arguments[0], foreground.data(), one_thread.data(), arguments[3]};
     const struct fuse_operations operations = Operations();
-    return fuse_main(static_cast<int>(arguments.size()), arguments.data(), &operations, nullptr);
+    return fuse_main(static_cast<int>(options.size()), options.data(), &operations, nullptr);
 }
 
 }  // namespace
@@ -249,6 +252,7 @@ int Main(const std::string& fault, const char* source, char* program, char* moun
 }  // namespace file_systems
 
 int main(int argc, char** argv) {
-    constexpr int expected = 4;
-    return argc == expected ? file_systems::Main(argv[1], argv[2], argv[0], argv[3]) : EXIT_FAILURE;
+    constexpr std::size_t expected = 4;
+    return static_cast<std::size_t>(argc) == expected ? file_systems::Main(std::span(argv, expected))
+                                                      : EXIT_FAILURE;
 }

@@ -31,7 +31,7 @@ std::string Listing(const std::string& folder) {
         const auto size = entry->file_size(no_size);
         text += " " + entry->path().filename().string() + "(" + (no_size ? "?" : std::to_string(size)) + ")";
     }
-    return text;
+    return error ? text + " " + error.message() : text;
 }
 
 }  // namespace
