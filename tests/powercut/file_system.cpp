@@ -25,7 +25,7 @@ const std::vector<FileSystem>& FileSystems() {
         {"exfat", "exfat", "", {"/sbin/mkfs.exfat"}, {"/sbin/fsck.exfat", "-y"}, 128 * megabyte},
         {"ext4", "ext4", "", {"/sbin/mkfs.ext4", "-q"}, {}, 128 * megabyte},
         {"xfs", "xfs", "", {"/sbin/mkfs.xfs", "-q"}, {}, 320 * megabyte},
-        {"btrfs", "btrfs", "", {"/bin/mkfs.btrfs", "-q"}, {}, 256 * megabyte},
+        {"btrfs", "btrfs", "", {"/sbin/mkfs.btrfs", "-q"}, {}, 256 * megabyte},
     };
     return all;
 }
