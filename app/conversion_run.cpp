@@ -7,15 +7,15 @@
 #include <new>
 #include <utility>
 
-#include "app/error_codes.h"
 #include "app/input_discovery.h"
 #include "app/sensor_stage.h"
+#include "base/error_codes.h"
 #include "dng/dnglib.h"
-#include "input/file_calls.h"
-#include "input/part_files.h"
 #include "input/read_input_data.h"
-#include "input/replacement_in_steps.h"
-#include "sensor/file_state.h"
+#include "system/file_state.h"
+#include "system/file_system.h"
+#include "system/part_files.h"
+#include "system/replacement_in_steps.h"
 
 namespace {
 
@@ -96,7 +96,7 @@ int ConversionRun::ConvertEntry(const std::string& name) {
 /// Once a run: a folder may hold thousands of files.
 void ConversionRun::CleanOutputFolder(const std::string& dng) {
     if (!std::exchange(output_is_clean_, true)) {
-        part_files::RemoveStale(file_calls::FolderOf(dng));
+        part_files::RemoveStale(file_system::FolderOf(dng));
     }
 }
 

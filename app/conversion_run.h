@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "app/error_handler.h"
 #include "app/run_settings.h"
+#include "errors/error_handler.h"
 #include "exif/lensdb.h"
 #include "sensor/sensdb.h"
 

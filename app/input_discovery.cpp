@@ -5,11 +5,11 @@
 #include <string_view>
 #include <utility>
 
-#include "app/error_codes.h"
-#include "app/folder_listing.h"
-#include "input/file_calls.h"
-#include "input/input_file.h"
-#include "input/replacement_in_steps.h"
+#include "base/error_codes.h"
+#include "system/file_system.h"
+#include "system/folder_listing.h"
+#include "system/input_file.h"
+#include "system/replacement_in_steps.h"
 
 namespace {
 
@@ -111,7 +111,7 @@ std::vector<std::string> GetFileList(const std::string& folder) {
     if (listing.error() != 0) {
         // What was listed is converted all the same; but nobody should take it for all that there is.
         std::printf("%s: folder not read to its end: %s\n", folder.c_str(),
-                    file_calls::ErrorText(listing.error()));
+                    file_system::ErrorText(listing.error()));
     }
     return names;
 }

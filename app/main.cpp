@@ -3,9 +3,9 @@
 #include <cstddef>
 
 #include "app/run_program.h"
-#include "app/sandbox.h"
-#include "app/standard_streams.h"
-#include "input/pixel_memory.h"
+#include "system/pixel_memory.h"
+#include "system/sandbox.h"
+#include "system/standard_streams.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ void IgnoreWriteSignals() {
 
 int main(int argc, char* argv[]) {
     IgnoreWriteSignals();
-    HoldStandardStreams();
-    pixel_memory::KeepFreedBlocks();
+    FillMissingStandardStreams();
+    pixel_memory::RetainFreedMemory();
     return RunProgram({argv, static_cast<std::size_t>(argc)}, EnterSandbox);
 }

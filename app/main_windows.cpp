@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "app/run_program.h"
-#include "app/standard_streams.h"
-#include "exif/system_path.h"
+#include "system/standard_streams.h"
+#include "system/system_path.h"
 
 /// Tells the start-up code of the C library to leave `*` and `?` in the arguments alone.
 extern "C" int _dowildcard;
@@ -39,7 +39,7 @@ class Utf8Console {
 int wmain(int argc, wchar_t** argv) {
     // A card reader without a card is an error like any other, and no reason to ask in a window.
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    HoldStandardStreams();
+    FillMissingStandardStreams();
     const Utf8Console console;
     std::vector<std::string> texts;
     std::vector<char*> arguments;

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "app/command_line.h"
-#include "app/error_codes.h"
 #include "app/input_discovery.h"
+#include "base/error_codes.h"
 
 namespace {
 

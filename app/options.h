@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 
-#include "app/error_handler.h"
 #include "app/run_settings.h"
+#include "errors/error_handler.h"
 #include "exif/lensdb.h"
 
 /// The folder in which the databases are looked for: `program` (argv[0]) up to and including its last

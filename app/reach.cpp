@@ -5,14 +5,14 @@
 #include <system_error>
 
 #include "app/input_discovery.h"
-#include "exif/system_path.h"
-#include "input/file_calls.h"
+#include "system/file_system.h"
+#include "system/system_path.h"
 
 namespace {
 
 /// The folder of `file`; the current one by a name that can be opened.
 std::string FolderOf(const std::string& file) {
-    const std::string folder = file_calls::FolderOf(file);
+    const std::string folder = file_system::FolderOf(file);
     return folder.empty() ? "./" : folder;
 }
 
@@ -50,7 +50,7 @@ Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
     if (settings.sensor_fix) {
         reach.written_folders.push_back(FolderOf(sensor_database));
         std::string target;
-        if (file_calls::FollowLinks(sensor_database, target) == 0 && target != sensor_database) {
+        if (file_system::FollowLinks(sensor_database, target) == 0 && target != sensor_database) {
             reach.written_folders.push_back(FolderOf(target));
         }
     }

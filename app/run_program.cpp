@@ -6,9 +6,9 @@
 #include <string>
 
 #include "app/conversion_run.h"
-#include "app/error_handler.h"
 #include "app/options.h"
 #include "app/run_settings.h"
+#include "errors/error_handler.h"
 #include "exif/lensdb.h"
 #include "sensor/sensdb.h"
 

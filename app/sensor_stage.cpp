@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "app/error_codes.h"
+#include "base/error_codes.h"
 #include "sensor/sensor_steps.h"
 
 int SensorStage::Run(const std::string& base, bool dark_field_fix, ReadInputData& record) const {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "app/error_handler.h"
 #include "app/run_settings.h"
+#include "errors/error_handler.h"
 #include "input/read_input_data.h"
 #include "sensor/sensdb.h"
 

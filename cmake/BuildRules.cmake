@@ -4,7 +4,7 @@ include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 include(cmake/Hardening.cmake)
 
-# Files that come once for each kind of system end in this name.
+# Files that come once for each kind of system stand in a folder of this name.
 set(VELMARCON_SYSTEM posix)
 if(WIN32)
   set(VELMARCON_SYSTEM windows)

@@ -8,12 +8,11 @@
 #include <optional>
 #include <span>
 
-#include "dng/dng_tags.h"
 #include "dng/ifd_values.h"
 #include "dng/tag_values.h"
-#include "exif/tags.h"
-#include "input/pixel_memory.h"
 #include "input/preview.h"
+#include "system/pixel_memory.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "dng/dnglib.h"
-#include "input/input_file.h"
+#include "system/input_file.h"
 
 /// The images of a DNG that the camera wrote.
 struct CameraImage {

@@ -11,26 +11,25 @@
 #include <system_error>
 #include <vector>
 
-#include "app/error_codes.h"
-#include "app/error_handler.h"
+#include "base/byte_view.h"
+#include "base/error_codes.h"
 #include "dng/camera_image.h"
-#include "dng/dng_tags.h"
 #include "dng/dnglib.h"
 #include "dng/ifd_values.h"
 #include "dng/lens_tags.h"
 #include "dng/maker_note_struct.h"
 #include "dng/tag_values.h"
-#include "exif/byte_view.h"
+#include "errors/error_handler.h"
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
 #include "exif/maker_note.h"
-#include "exif/system_path.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
-#include "input/input_file.h"
 #include "input/preview.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensor_steps.h"
+#include "system/input_file.h"
+#include "system/system_path.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 /// What a repair is asked for.
 struct RepairOptions {

@@ -6,17 +6,16 @@
 #include <string>
 
 #include "dng/color_matrices.h"
-#include "dng/dng_tags.h"
 #include "dng/dnglib.h"
 #include "dng/lens_tags.h"
 #include "dng/tag_values.h"
 #include "exif/exif_info.h"
 #include "exif/lensdb.h"
-#include "exif/rational.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
+#include "tiff/rational.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

@@ -11,16 +11,15 @@
 #include <string>
 #include <vector>
 
-#include "dng/dng_tags.h"
+#include "base/byte_order.h"
 #include "dng/dnglib.h"
 #include "dng/tag_values.h"
-#include "exif/byte_order.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
-#include "input/file_calls.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
-#include "input/replacement_file.h"
+#include "system/file_system.h"
+#include "system/replacement_file.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 
@@ -97,7 +96,7 @@ std::string UpToExtension(const std::string& name) {
 
 /// A failure ends the run's work on this file, not the run.
 void ReportUnwritten(const std::string& path, int error) {
-    std::printf("%s: DNG not written: %s\n", path.c_str(), file_calls::ErrorText(error));
+    std::printf("%s: DNG not written: %s\n", path.c_str(), file_system::ErrorText(error));
 }
 
 }  // namespace

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstdio>
 
-#include "dng/dng_tags.h"
 #include "input/read_input_data.h"
 #include "sensor/iso_gain.h"
+#include "tiff/tags.h"
 
 DNGlib::DNGlib(ReadInputData* input, lensdb* lenses, sensdb* sensors)
     : input_(input), lenses_(lenses), sensors_(sensors) {}

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "exif/lensdb.h"
-#include "exif/rational.h"
+#include "tiff/rational.h"
 
 struct CameraImage;
 struct MakerNoteStruct;

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/byte_order.h"
 #include "dng/dnglib.h"
-#include "exif/byte_order.h"
-#include "exif/tiff_types.h"
+#include "tiff/types.h"
 
 namespace {
 

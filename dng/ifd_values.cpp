@@ -3,7 +3,7 @@
 
 #include <bit>
 
-#include "exif/tiff_types.h"
+#include "tiff/types.h"
 
 namespace ifd_values {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "dng/dnglib.h"
-#include "exif/rational.h"
+#include "tiff/rational.h"
 
 /// Values of the tags in an IFD that was read from a file. A tag that is missing or of another type has none.
 namespace ifd_values {

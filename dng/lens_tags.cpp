@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "exif/truncate.h"
+#include "base/truncate.h"
 
 namespace lens_tags {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "exif/lensdb.h"
-#include "exif/rational.h"
+#include "tiff/rational.h"
 
 /// Rules by which the lens and the light that the camera measured become EXIF values. F-numbers are integers
 /// in units of 1/65536.

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "exif/maker_note.h"
-#include "exif/tiff_types.h"
+#include "tiff/types.h"
 
 namespace {
 

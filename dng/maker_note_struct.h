@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "exif/byte_view.h"
+#include "base/byte_view.h"
 
 /// The values of the maker note in a DNG that the camera wrote, taken by position: the camera writes its
 /// entries in one fixed order. A value that lies outside the note is 0.

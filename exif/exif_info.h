@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "exif/rational.h"
+#include "tiff/rational.h"
 
 /// The shooting data of one image, as read from the EXIF block of the camera's JPEG (Exif 2.3) and the maker
 /// note in it. Texts are as long as their EXIF component count says: a terminating NUL is part of them.

@@ -10,14 +10,14 @@
 #include <string_view>
 #include <vector>
 
-#include "exif/byte_order.h"
-#include "exif/byte_view.h"
+#include "base/byte_order.h"
+#include "base/byte_view.h"
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
-#include "exif/if_entry.h"
-#include "exif/rational.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
+#include "exif/ifd_entry.h"
+#include "tiff/rational.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "exif/truncate.h"
+#include "base/truncate.h"
 
 Rational SnapExposureTime(Rational seconds) {
     switch (seconds.numerator) {

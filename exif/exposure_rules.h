@@ -2,7 +2,7 @@
 #ifndef VELMARCON_EXIF_EXPOSURE_RULES_H
 #define VELMARCON_EXIF_EXPOSURE_RULES_H
 
-#include "exif/rational.h"
+#include "tiff/rational.h"
 
 /// The camera stores its three fastest exposure times as 166, 333 and 666 over 1000000 s. Returns their
 /// nominal values 1/6000, 1/3000 and 1/1500; every other time unchanged. Only the numerator is looked at.

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "exif/simple_ini.h"
-#include "exif/truncate.h"
+#include "base/truncate.h"
+#include "system/ini_file.h"
 
 namespace {
 
@@ -13,8 +13,8 @@ double ToNumber(const char* text) {
     return std::strtod(text, nullptr);
 }
 
-std::vector<std::int32_t> ReadApertures(const simple_ini::File& ini, const char* section, const char* key) {
-    simple_ini::File::TNamesDepend values;
+std::vector<std::int32_t> ReadApertures(const ini_file::File& ini, const char* section, const char* key) {
+    ini_file::File::TNamesDepend values;
     ini.GetAllValues(section, key, values);
     std::vector<std::int32_t> apertures;
     for (const auto& value : values) {
@@ -24,21 +24,21 @@ std::vector<std::int32_t> ReadApertures(const simple_ini::File& ini, const char*
     return apertures;
 }
 
-lensdb::Lensdbtype ReadLens(const simple_ini::File& ini, const char* section) {
+lensdb::Lensdbtype ReadLens(const ini_file::File& ini, const char* section) {
     lensdb::Lensdbtype lens;
-    simple_ini::File::TNamesDepend keys;
+    ini_file::File::TNamesDepend keys;
     ini.GetAllKeys(section, keys);
     for (const auto& entry : keys) {
         const char* key = entry.pItem;
-        if (simple_ini::SameName(key, "Maker")) {
+        if (ini_file::SameName(key, "Maker")) {
             lens.Maker = ini.GetValue(section, key, "");
-        } else if (simple_ini::SameName(key, "Model")) {
+        } else if (ini_file::SameName(key, "Model")) {
             lens.Model = ini.GetValue(section, key, "");
-        } else if (simple_ini::SameName(key, "SerialNo")) {
+        } else if (ini_file::SameName(key, "SerialNo")) {
             lens.SerialNo = ini.GetValue(section, key, "");
-        } else if (simple_ini::SameName(key, "FocalLength")) {
+        } else if (ini_file::SameName(key, "FocalLength")) {
             lens.FocalLength = ToNumber(ini.GetValue(section, key, ""));
-        } else if (simple_ini::SameName(key, "Aperture")) {
+        } else if (ini_file::SameName(key, "Aperture")) {
             lens.Aperture = ReadApertures(ini, section, key);
         }
     }
@@ -50,12 +50,12 @@ lensdb::Lensdbtype ReadLens(const simple_ini::File& ini, const char* section) {
 lensdb::lensdb(const std::string& folder) : DatabaseFile(folder + "lensdb.ini") {}
 
 int lensdb::LoadLensData() {
-    simple_ini::File ini;
+    ini_file::File ini;
     ini.SetMultiKey(true);
-    if (const int error = simple_ini::Load(DatabaseFile, ini); error != SI_OK) {
+    if (const int error = ini_file::Load(DatabaseFile, ini); error != SI_OK) {
         return error;
     }
-    simple_ini::File::TNamesDepend sections;
+    ini_file::File::TNamesDepend sections;
     ini.GetAllSections(sections);
     for (const auto& section : sections) {
         Lenses[section.pItem] = ReadLens(ini, section.pItem);

@@ -7,10 +7,10 @@
 #include <optional>
 #include <span>
 
-#include "exif/byte_order.h"
-#include "exif/byte_view.h"
+#include "base/byte_order.h"
+#include "base/byte_view.h"
 #include "exif/exif_info.h"
-#include "exif/tiff_types.h"
+#include "tiff/types.h"
 
 namespace {
 

@@ -7,9 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "app/error_codes.h"
+#include "base/error_codes.h"
 #include "dng/dnglib.h"
-#include "exif/tags.h"
 #include "fuzz/any_camera.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/input_bytes.h"
@@ -17,6 +16,7 @@
 #include "fuzz/scratch_folder.h"
 #include "fuzz/written_dng.h"
 #include "input/preview.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -12,7 +12,6 @@
 #include <utility>
 #include <vector>
 
-#include "exif/tags.h"
 #include "fuzz/full_size_mark.h"
 #include "samples/camera_dng.h"
 #include "samples/camera_jpeg.h"
@@ -21,6 +20,7 @@
 #include "samples/maker_note.h"
 #include "samples/sample_databases.h"
 #include "samples/sensor_dump.h"
+#include "tiff/tags.h"
 
 namespace {
 

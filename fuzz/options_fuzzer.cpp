@@ -10,11 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include "app/error_codes.h"
-#include "app/error_handler.h"
 #include "app/input_discovery.h"
 #include "app/options.h"
 #include "app/run_settings.h"
+#include "base/error_codes.h"
+#include "errors/error_handler.h"
 #include "exif/lensdb.h"
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"

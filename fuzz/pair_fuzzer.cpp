@@ -9,13 +9,12 @@
 #include <vector>
 
 #include "app/conversion_run.h"
-#include "app/error_codes.h"
-#include "app/error_handler.h"
 #include "app/run_settings.h"
 #include "app/sensor_stage.h"
+#include "base/error_codes.h"
 #include "dng/dnglib.h"
+#include "errors/error_handler.h"
 #include "exif/exif_info.h"
-#include "exif/tags.h"
 #include "fuzz/any_camera.h"
 #include "fuzz/full_size_mark.h"
 #include "fuzz/fuzz_target.h"
@@ -25,6 +24,7 @@
 #include "fuzz/written_dng.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <functional>
 #include <utility>
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "fuzz/require.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

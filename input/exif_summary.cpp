@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <limits>
 
-#include "exif/rational.h"
-#include "exif/truncate.h"
+#include "base/truncate.h"
 #include "input/read_input_data.h"
+#include "tiff/rational.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "app/error_codes.h"
-#include "input/input_file.h"
+#include "base/error_codes.h"
 #include "input/read_input_data.h"
+#include "system/input_file.h"
 
 int ReadInputData::LoadJPGExif() {
     if (Verbose) {

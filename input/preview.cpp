@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "exif/truncate.h"
+#include "base/truncate.h"
 
 namespace {
 

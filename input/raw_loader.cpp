@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "app/error_codes.h"
-#include "input/input_file.h"
-#include "input/pixel_memory.h"
+#include "base/error_codes.h"
 #include "input/preview.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
+#include "system/input_file.h"
+#include "system/pixel_memory.h"
 
 namespace {
 

@@ -6,12 +6,11 @@
 #include <string>
 #include <utility>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/camera_jpeg.h"
 #include "samples/maker_note.h"
 #include "samples/sensor_dump.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace samples {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "exif/tags.h"
 #include "samples/maker_note.h"
+#include "tiff/tags.h"
 
 namespace samples {
 

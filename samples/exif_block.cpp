@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "samples/exif_block.h"
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace samples {
 

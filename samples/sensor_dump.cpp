@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "exif/byte_order.h"
+#include "base/byte_order.h"
 
 namespace samples {
 

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "exif/byte_order.h"
-#include "exif/tiff_types.h"
+#include "base/byte_order.h"
+#include "tiff/types.h"
 
 namespace samples {
 

@@ -37,9 +37,9 @@ DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, s
 }
 
 /// Walks an image two pixels at a time and measures half rows on the way.
-class OffsetMeter {
+class HalfRowReader {
   public:
-    OffsetMeter(std::span<const std::uint16_t> pixels, std::size_t start) : pixels_(pixels), next_(start) {}
+    HalfRowReader(std::span<const std::uint16_t> pixels, std::size_t start) : pixels_(pixels), next_(start) {}
 
     /// Measures the next `samples` pixels, every second one being a sample.
     void Measure(std::size_t samples) {
@@ -86,7 +86,7 @@ void FillRowBefore(RowOffsets& offsets, std::size_t y) {
 void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
     const std::size_t half = width / 2;
     const auto divisor = static_cast<float>(half);
-    OffsetMeter meter(pixels, 0);
+    HalfRowReader meter(pixels, 0);
     for (std::size_t y = 0; y < offsets.left.size(); y += 2) {
         meter.Measure((half + 1) / 2);
         offsets.left[y] = meter.Sum() / divisor;
@@ -102,7 +102,7 @@ void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, R
 /// without any has no value.
 void MeasureOddRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
     const std::size_t half = width / 2;
-    OffsetMeter meter(pixels, width + 1);
+    HalfRowReader meter(pixels, width + 1);
     for (std::size_t y = 1; y < offsets.left.size(); y += 2) {
         meter.Measure(half / 2);
         offsets.left[y] = meter.Sum() / meter.Count();

@@ -9,13 +9,13 @@
 #include <limits>
 #include <utility>
 
-#include "exif/simple_ini.h"
-#include "input/file_calls.h"
-#include "input/part_files.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
-#include "input/replacement_file.h"
-#include "input/replacement_in_steps.h"
+#include "system/file_system.h"
+#include "system/ini_file.h"
+#include "system/part_files.h"
+#include "system/replacement_file.h"
+#include "system/replacement_in_steps.h"
 
 namespace {
 
@@ -41,11 +41,11 @@ float ToFloat(const char* text) {
 }
 
 /// The values of a key may stand under several spellings of it; the first one in the file counts.
-sensdb::Sensdbtype ReadCamera(const simple_ini::File::TKeyVal& section) {
+sensdb::Sensdbtype ReadCamera(const ini_file::File::TKeyVal& section) {
     sensdb::Sensdbtype camera;
     const char* name = nullptr;
     for (const auto& [key, value] : section) {
-        if (name == nullptr || !simple_ini::SameName(name, key.pItem)) {
+        if (name == nullptr || !ini_file::SameName(name, key.pItem)) {
             name = key.pItem;
         }
         if (std::strcmp(name, kLevelKey) == 0) {
@@ -57,9 +57,9 @@ sensdb::Sensdbtype ReadCamera(const simple_ini::File::TKeyVal& section) {
     return camera;
 }
 
-std::map<int, sensdb::Sensdbtype> ReadCameras(const simple_ini::File& ini) {
+std::map<int, sensdb::Sensdbtype> ReadCameras(const ini_file::File& ini) {
     std::map<int, sensdb::Sensdbtype> cameras;
-    simple_ini::File::TNamesDepend names;
+    ini_file::File::TNamesDepend names;
     ini.GetAllSections(names);
     for (const auto& name : names) {
         const auto* section = ini.GetSection(name.pItem);
@@ -86,7 +86,7 @@ bool FitsSensor(const std::vector<std::uint16_t>& list) {
 
 /// Adds the camera's section; one without values leaves no trace. Returns whether there was memory for all of
 /// it.
-bool AddCamera(simple_ini::File& ini, int serial, const sensdb::Sensdbtype& camera) {
+bool AddCamera(ini_file::File& ini, int serial, const sensdb::Sensdbtype& camera) {
     constexpr const char* no_comment = nullptr;
     const std::string section = std::to_string(serial);
     for (const std::uint16_t value : camera.Line) {
@@ -105,7 +105,7 @@ bool AddCamera(simple_ini::File& ini, int serial, const sensdb::Sensdbtype& came
 
 /// Returns 0 or the system's error number.
 int ReplaceFile(const std::string& path, const std::string& text) {
-    part_files::RemoveStale(file_calls::FolderOf(path));
+    part_files::RemoveStale(file_system::FolderOf(path));
     ReplacementFile file;
     if (const int error = file.Open(path, ReplacementFile::Existing::kReplaceTarget); error != 0) {
         return error;
@@ -132,7 +132,7 @@ int sensdb::LoadSensData() {
         return result_;
     }
     const bool settled = state && state->Settled();
-    auto text = simple_ini::Read(DatabaseFile);
+    auto text = ini_file::Read(DatabaseFile);
     if (!text) {
         unreadable_ = !missing;
         Forget();
@@ -151,11 +151,11 @@ int sensdb::LoadSensData() {
 /// Takes the cameras of the file's text. Returns 0 or the INI library's error code; the cameras then stay as
 /// they were.
 int sensdb::Take(const std::string& text) {
-    simple_ini::File ini;
+    ini_file::File ini;
     ini.SetMultiKey(true);
     bool complete = false;
     unreadable_ = true;
-    if (const int error = simple_ini::Parse(text, ini, complete); error != SI_OK) {
+    if (const int error = ini_file::Parse(text, ini, complete); error != SI_OK) {
         return error;
     }
     auto cameras = ReadCameras(ini);
@@ -196,7 +196,7 @@ int sensdb::CalcSensLevel(ReadInputData* image) {
 }
 
 int sensdb::WriteSensData() {
-    simple_ini::File ini;
+    ini_file::File ini;
     ini.SetMultiKey(true);
     std::string text;
     const bool complete = std::ranges::all_of(
@@ -210,6 +210,6 @@ int sensdb::WriteSensData() {
     std::erase(text, '\r');  // lines end alike on all systems, and not as the library has it on Windows
     Forget();
     // One that no later run could load is not written.
-    const int error = text.size() > simple_ini::kLongestFile ? EFBIG : ReplaceFile(DatabaseFile, text);
-    return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, file_calls::ErrorText(error));
+    const int error = text.size() > ini_file::kLongestFile ? EFBIG : ReplaceFile(DatabaseFile, text);
+    return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, file_system::ErrorText(error));
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "sensor/file_state.h"
+#include "system/file_state.h"
 
 class ReadInputData;
 

@@ -10,10 +10,9 @@
 
 #include <gtest/gtest.h>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/files.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -12,14 +12,13 @@
 
 #include <gtest/gtest.h>
 
-#include "dng/dng_tags.h"
+#include "base/byte_order.h"
 #include "dng/dnglib.h"
-#include "exif/byte_order.h"
 #include "exif/lensdb.h"
-#include "exif/tags.h"
 #include "sensor/sensdb.h"
 #include "tests/dng/repair_run.h"
 #include "tests/support/camera_dng.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -8,11 +8,10 @@
 
 #include <gtest/gtest.h>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
 #include "samples/maker_note.h"
 #include "tests/dng/repair_run.h"
 #include "tests/support/camera_dng.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 
 #include "dng/dnglib.h"
-#include "exif/tags.h"
 #include "sensor/sensdb.h"
 #include "tests/support/capture_stdout.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 
 #include <filesystem>
 
-#include "exif/tags.h"
 #include "samples/camera_jpeg.h"
 #include "samples/sensor_dump.h"
 #include "tests/support/test_pair.h"
+#include "tiff/tags.h"
 
 namespace end_to_end {
 

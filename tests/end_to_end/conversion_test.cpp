@@ -9,12 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
 #include "samples/sensor_dump.h"
 #include "tests/end_to_end/card.h"
 #include "tests/support/files.h"
 #include "tests/support/test_pair.h"
+#include "tiff/tags.h"
 
 namespace {
 

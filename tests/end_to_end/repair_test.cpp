@@ -6,14 +6,13 @@
 
 #include <gtest/gtest.h>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
 #include "samples/sample_databases.h"
 #include "tests/end_to_end/card.h"
 #include "tests/end_to_end/sensor_camera.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/files.h"
 #include "tests/support/program.h"
+#include "tiff/tags.h"
 
 namespace {
 

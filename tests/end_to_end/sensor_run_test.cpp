@@ -9,12 +9,12 @@
 
 #include <gtest/gtest.h>
 
-#include "dng/dng_tags.h"
 #include "samples/sensor_dump.h"
 #include "tests/end_to_end/card.h"
 #include "tests/end_to_end/sensor_camera.h"
 #include "tests/support/files.h"
 #include "tests/support/test_pair.h"
+#include "tiff/tags.h"
 
 namespace {
 

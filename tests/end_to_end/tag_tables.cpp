@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/end_to_end/tag_tables.h"
 
-#include "exif/tags.h"
 #include "samples/camera_jpeg.h"
 #include "samples/shot.h"
+#include "tiff/tags.h"
 
 namespace end_to_end {
 

@@ -5,10 +5,10 @@
 
 #include <string_view>
 
-#include "input/part_files.h"
 #include "samples/camera_jpeg.h"
 #include "samples/sample_databases.h"
 #include "samples/sensor_dump.h"
+#include "system/part_files.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/test_pair.h"
 

@@ -10,12 +10,12 @@
 
 #include <gtest/gtest.h>
 
-#include "exif/tags.h"
 #include "samples/camera_jpeg.h"
 #include "tests/end_to_end/card.h"
 #include "tests/end_to_end/sensor_camera.h"
 #include "tests/support/files.h"
 #include "tests/support/program.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "exif/exif_info.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/camera_dng.h"
 #include "samples/camera_jpeg.h"
 #include "samples/exif_block.h"
@@ -17,6 +15,8 @@
 #include "tests/dng/repair_run.h"
 #include "tests/exif/parse_block.h"
 #include "tests/support/camera_dng.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

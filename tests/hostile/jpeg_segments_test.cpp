@@ -8,10 +8,10 @@
 #include <gtest/gtest.h>
 
 #include "exif/exif_info.h"
-#include "exif/tags.h"
 #include "samples/camera_jpeg.h"
 #include "samples/exif_block.h"
 #include "tests/exif/parse_block.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -8,12 +8,12 @@
 
 #include <gtest/gtest.h>
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/camera_jpeg.h"
 #include "tests/end_to_end/card.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/files.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

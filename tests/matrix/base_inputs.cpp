@@ -3,9 +3,6 @@
 
 #include <cstddef>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/camera_jpeg.h"
 #include "samples/maker_note.h"
 #include "samples/sample_databases.h"
@@ -13,6 +10,8 @@
 #include "samples/shot.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/test_pair.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace matrix {
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "tests/matrix/bytes.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace matrix {
 

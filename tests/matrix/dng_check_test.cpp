@@ -10,13 +10,13 @@
 
 #include "dng/dnglib.h"
 #include "exif/lensdb.h"
-#include "exif/tags.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
 #include "sensor/sensdb.h"
 #include "tests/matrix/bytes.h"
 #include "tests/support/files.h"
 #include "tests/support/tiff_file.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <set>
 #include <string>
 
-#include "exif/tiff_types.h"
 #include "tests/matrix/base_inputs.h"
 #include "tests/matrix/tiff_places.h"
+#include "tiff/types.h"
 
 namespace matrix {
 

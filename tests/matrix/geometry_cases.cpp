@@ -7,11 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
 #include "samples/camera_dng.h"
 #include "samples/sensor_dump.h"
 #include "tests/matrix/base_inputs.h"
+#include "tiff/tags.h"
 
 namespace matrix {
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/maker_note.h"
 #include "tests/matrix/edits.h"
 #include "tests/matrix/entry_cases.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace matrix {
 

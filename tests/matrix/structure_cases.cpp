@@ -10,14 +10,14 @@
 #include <utility>
 #include <vector>
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/camera_dng.h"
 #include "samples/camera_jpeg.h"
 #include "samples/exif_block.h"
 #include "samples/maker_note.h"
 #include "tests/matrix/base_inputs.h"
 #include "tests/matrix/bytes.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace matrix {
 

@@ -4,11 +4,10 @@
 #include <algorithm>
 #include <array>
 
-#include "dng/dng_tags.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "samples/exif_block.h"
 #include "samples/maker_note.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace matrix {
 

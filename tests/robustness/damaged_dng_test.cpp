@@ -12,11 +12,11 @@
 #include <gtest/gtest.h>
 
 #include "exif/maker_note.h"
-#include "exif/tags.h"
 #include "samples/sensor_dump.h"
 #include "tests/dng/repair_run.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/damage.h"
+#include "tiff/tags.h"
 
 namespace {
 

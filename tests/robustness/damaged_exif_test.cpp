@@ -11,7 +11,6 @@
 #include "dng/dnglib.h"
 #include "exif/lensdb.h"
 #include "exif/maker_note.h"
-#include "exif/tags.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
 #include "samples/camera_jpeg.h"
@@ -20,6 +19,7 @@
 #include "tests/support/damage.h"
 #include "tests/support/files.h"
 #include "tests/support/tiff_file.h"
+#include "tiff/tags.h"
 
 namespace {
 

@@ -11,14 +11,14 @@
 
 #include <gtest/gtest.h>
 
-#include "app/error_codes.h"
+#include "base/error_codes.h"
 #include "exif/exif_info.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
 #include "input/read_input_data.h"
 #include "samples/camera_jpeg.h"
 #include "samples/exif_block.h"
 #include "tests/support/files.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/error_codes.h"
+#include "base/error_codes.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
 #include "samples/camera_jpeg.h"

@@ -9,11 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include "exif/byte_order.h"
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
+#include "base/byte_order.h"
 #include "samples/maker_note.h"
 #include "samples/scene.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "exif/tags.h"
-#include "exif/tiff_types.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 

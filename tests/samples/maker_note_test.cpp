@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "exif/byte_order.h"
-#include "exif/tiff_types.h"
+#include "base/byte_order.h"
+#include "tiff/types.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/camera_dng.h"
 
-#include "exif/tags.h"
 #include "samples/sensor_dump.h"
+#include "tiff/tags.h"
 
 namespace support {
 

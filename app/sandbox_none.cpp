@@ -1,8 +1,0 @@
-// SPDX-License-Identifier: MIT
-// For systems without Landlock, and for builds with tools that open files of their own
-// (VELMARCON_SANDBOX=OFF).
-#include "app/sandbox.h"
-
-bool EnterSandbox(const Reach& /*reach*/) {
-    return false;
-}

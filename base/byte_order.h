@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_BASE_BYTE_ORDER_H
+#define VELMARCON_BASE_BYTE_ORDER_H
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <type_traits>
+#include <vector>
+
+/// All conversions between integers and the bytes of a file.
+/// Shifts only, so the host's byte order never matters.
+namespace byte_order {
+
+/// The unsigned integer whose bytes are the first sizeof(T)
+/// of `bytes`, low byte first. `bytes` must hold them.
+template <std::unsigned_integral T>
+constexpr T GetLittle(std::span<const std::uint8_t> bytes) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < sizeof(T); ++i) {
+        value |= std::uint64_t{bytes[i]} << (8U * i);
+    }
+    return static_cast<T>(value);
+}
+
+/// The same, high byte first.
+template <std::unsigned_integral T>
+constexpr T GetBig(std::span<const std::uint8_t> bytes) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < sizeof(T); ++i) {
+        value = value << 8U | bytes[i];
+    }
+    return static_cast<T>(value);
+}
+
+/// Writes the bytes of `value` to the start of `bytes`, low byte first; negative values in two's complement.
+/// `bytes` must have room for sizeof(T).
+template <std::integral T>
+constexpr void PutLittle(std::span<std::uint8_t> bytes, T value) {
+    const std::uint64_t bits = static_cast<std::make_unsigned_t<T>>(value);
+    for (std::size_t i = 0; i < sizeof(T); ++i) {
+        bytes[i] = static_cast<std::uint8_t>(bits >> (8U * i) & 0xFFU);
+    }
+}
+
+/// Appends the bytes of `value` to `bytes`, low byte first.
+template <std::integral T>
+constexpr void AppendLittle(std::vector<std::uint8_t>& bytes, T value) {
+    bytes.resize(bytes.size() + sizeof(T));
+    PutLittle(std::span(bytes).last(sizeof(T)), value);
+}
+
+}  // namespace byte_order
+
+#endif  // VELMARCON_BASE_BYTE_ORDER_H

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_BASE_BYTE_VIEW_H
+#define VELMARCON_BASE_BYTE_VIEW_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "base/byte_order.h"
+
+/// Bytes of a file that is not trusted, with the one range test that every access goes through. Does not own.
+/// Offsets and sizes are 64 bits wide: a sum of values read from a file cannot wrap.
+class ByteView {
+  public:
+    constexpr ByteView() = default;
+    explicit constexpr ByteView(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+
+    constexpr std::uint64_t size() const { return bytes_.size(); }
+
+    /// Whether `count` bytes stand at `offset`.
+    constexpr bool Holds(std::uint64_t offset, std::uint64_t count) const {
+        return offset <= size() && count <= size() - offset;
+    }
+
+    /// The `count` bytes at `offset`; empty when they are not all there.
+    constexpr std::span<const std::uint8_t> Bytes(std::uint64_t offset, std::uint64_t count) const {
+        return Holds(offset, count)
+                   ? bytes_.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(count))
+                   : std::span<const std::uint8_t>();
+    }
+
+    /// The unsigned integer at `offset` in the given byte order; 0 when it is not all there.
+    template <std::unsigned_integral T>
+    constexpr T Get(std::uint64_t offset, bool little_endian) const {
+        if (!Holds(offset, sizeof(T))) {
+            return 0;
+        }
+        const auto bytes = Bytes(offset, sizeof(T));
+        return little_endian ? byte_order::GetLittle<T>(bytes) : byte_order::GetBig<T>(bytes);
+    }
+
+  private:
+    std::span<const std::uint8_t> bytes_;
+};
+
+#endif  // VELMARCON_BASE_BYTE_VIEW_H

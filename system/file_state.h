@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SYSTEM_FILE_STATE_H
+#define VELMARCON_SYSTEM_FILE_STATE_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// What tells one version of a file from another without reading it.
+struct FileState {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;              ///< bytes
+    std::int64_t modified_seconds = 0;  ///< since 1970
+    std::int64_t modified_nanoseconds = 0;
+    std::int64_t changed_seconds = 0;
+    std::int64_t changed_nanoseconds = 0;
+
+    friend bool operator==(const FileState&, const FileState&) = default;
+
+    /// Whether the file has been left alone for longer than the coarsest clock of a file system ticks (2 s,
+    /// FAT). A younger file may change once more without its times telling.
+    bool Settled() const;
+};
+
+/// The state of the file at `path`; nothing, and errno, when it can't be told: ENOENT when there is no file.
+std::optional<FileState> StateOf(const std::string& path);
+
+#endif  // VELMARCON_SYSTEM_FILE_STATE_H

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SYSTEM_FOLDER_LISTING_H
+#define VELMARCON_SYSTEM_FOLDER_LISTING_H
+
+#include <memory>
+#include <optional>
+#include <string>
+
+/// The names in a folder, in the order in which the system lists them.
+class FolderListing {
+  public:
+    /// Opens the folder at `path`.
+    explicit FolderListing(const std::string& path);
+    ~FolderListing();
+    FolderListing(const FolderListing&) = delete;
+    FolderListing& operator=(const FolderListing&) = delete;
+    FolderListing(FolderListing&&) = delete;
+    FolderListing& operator=(FolderListing&&) = delete;
+
+    /// Whether the folder could be opened.
+    bool IsOpen() const { return system_ != nullptr; }
+
+    /// The next name that is no folder's, without the folder; a symbolic link counts as a file, whatever it
+    /// leads to. Nothing at the end. Called only when open.
+    std::optional<std::string> NextFile();
+
+    /// The error number that ended the listing early, or 0.
+    int error() const { return error_; }
+
+  private:
+    struct System;  ///< what the system needs for it
+
+    std::unique_ptr<System> system_;
+    int error_ = 0;
+};
+
+#endif  // VELMARCON_SYSTEM_FOLDER_LISTING_H

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "system/pixel_memory.h"
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+#if defined(__linux__)
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <bit>
+#endif
+
+namespace pixel_memory {
+
+namespace {
+
+/// Asks for large pages behind the reserved range of `buffer`, as far as it fills whole pages.
+void AdviseLargePages([[maybe_unused]] const std::vector<std::uint16_t>& buffer) {
+#if defined(__linux__)
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto begin = std::bit_cast<std::uintptr_t>(buffer.data());
+    const auto end = begin + buffer.capacity() * sizeof(std::uint16_t);
+    const auto first_page = (begin + page - 1) / page * page;
+    if (first_page < end) {
+        // Only advice: a refusal costs time, nothing else.
+        (void)::madvise(std::bit_cast<void*>(first_page), end - first_page, MADV_HUGEPAGE);
+    }
+#endif
+}
+
+}  // namespace
+
+void RetainFreedMemory() {
+#if defined(__GLIBC__)
+    // Above the size of a whole sensor dump, and at the most that the allocator accepts on 64 bits.
+    constexpr int threshold = 32 * 1024 * 1024;
+    constexpr int trim_threshold = 256 * 1024 * 1024;
+    (void)::mallopt(M_MMAP_THRESHOLD, threshold);
+    (void)::mallopt(M_TRIM_THRESHOLD, trim_threshold);
+#endif
+}
+
+void Resize(std::vector<std::uint16_t>& buffer, std::size_t words) {
+    if (buffer.capacity() < words) {
+        buffer.reserve(words);
+        AdviseLargePages(buffer);
+    }
+    buffer.resize(words);
+}
+
+}  // namespace pixel_memory

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+// Who may do what with a file that takes another one's place, and what else is kept with it.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#if defined(__linux__)
+#include <sys/xattr.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+#include <string_view>
+#include <vector>
+#endif
+
+#include "system/file_system.h"
+#include "system/posix/file_status.h"
+#include "system/retry_on_interrupt.h"
+
+namespace file_system {
+
+namespace {
+
+/// Whether the open file now belongs to the group of `existing`.
+bool TakeOwner(int descriptor, const struct stat& existing) {
+    constexpr auto stays = static_cast<uid_t>(-1);
+    const auto give = [&](uid_t user) {
+        return RetryOnInterrupt([&] { return ::fchown(descriptor, user, existing.st_gid); }) == 0;
+    };
+    return give(existing.st_uid) || give(stays);
+}
+
+#if defined(__linux__)
+
+constexpr const char* kAccessList = "system.posix_acl_access";
+
+/// What is no property of the file's content, or is set in another way.
+constexpr auto kNotCopied = std::to_array<std::string_view>(
+    {kAccessList, "system.posix_acl_default", "security.evm", "security.ima"});
+
+using Value = std::vector<char>;
+
+/// Asks twice: for the length, and for the bytes. Nothing, and errno, when one of them failed.
+template <typename Call>
+std::optional<Value> ReadAll(Call call) {
+    const auto length = RetryOnInterrupt([&] { return call(nullptr, 0); });
+    if (length <= 0) {
+        return length == 0 ? std::optional<Value>(Value()) : std::nullopt;
+    }
+    Value value(static_cast<std::size_t>(length));
+    const auto read = RetryOnInterrupt([&] { return call(value.data(), value.size()); });
+    if (read < 0) {
+        return std::nullopt;
+    }
+    value.resize(static_cast<std::size_t>(read));
+    return value;
+}
+
+std::optional<Value> Attribute(const std::string& path, const char* name) {
+    return ReadAll(
+        [&](char* value, std::size_t size) { return ::lgetxattr(path.c_str(), name, value, size); });
+}
+
+int SetAttribute(int descriptor, const char* name, const Value& value) {
+    return RetryOnInterrupt([&] { return ::fsetxattr(descriptor, name, value.data(), value.size(), 0); });
+}
+
+/// Ratings, tags, labels. What the system or the file system does not take is left out.
+void TakeAttributes(int descriptor, const std::string& path) {
+    auto names =
+        ReadAll([&](char* list, std::size_t size) { return ::llistxattr(path.c_str(), list, size); });
+    if (!names) {
+        return;
+    }
+    names->push_back('\0');
+    for (const char* name = names->data(); *name != '\0'; name += std::strlen(name) + 1) {
+        if (std::ranges::find(kNotCopied, std::string_view(name)) == kNotCopied.end()) {
+            if (const auto value = Attribute(path, name)) {
+                (void)SetAttribute(descriptor, name, *value);
+            }
+        }
+    }
+}
+
+enum class AccessList { kNone, kTaken, kUnknown };
+
+bool MeansNone(int error) {
+    return error == ENODATA || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+/// The folder may have given the new file a list that the old one does not have.
+AccessList TakeAccessList(int descriptor, const std::string& path) {
+    if (const auto list = Attribute(path, kAccessList)) {
+        return SetAttribute(descriptor, kAccessList, *list) == 0 ? AccessList::kTaken : AccessList::kUnknown;
+    }
+    const bool none = MeansNone(LastError());
+    const bool removed = RetryOnInterrupt([&] { return ::fremovexattr(descriptor, kAccessList); }) == 0 ||
+                         MeansNone(LastError());
+    return none && removed ? AccessList::kNone : AccessList::kUnknown;
+}
+
+#else
+
+void TakeAttributes(int /*descriptor*/, const std::string& /*path*/) {}
+
+enum class AccessList { kNone, kTaken, kUnknown };
+
+AccessList TakeAccessList(int /*descriptor*/, const std::string& /*path*/) {
+    return AccessList::kNone;
+}
+
+#endif
+
+/// The mode of the old file, less what it would mean in other hands: to a group that is not its own, or
+/// without its access control list.
+mode_t ModeFor(const struct stat& existing, bool group_is_kept, AccessList list) {
+    constexpr mode_t group = S_IRWXG;
+    constexpr mode_t group_to_others = 3;  // bits
+    const mode_t mode = existing.st_mode & mode_t{ALLPERMS};
+    if (list == AccessList::kUnknown || (list == AccessList::kTaken && !group_is_kept)) {
+        return mode & mode_t{S_IRWXU};
+    }
+    if (!group_is_kept) {
+        const mode_t as_others = (mode & mode_t{S_IRWXO}) << group_to_others;
+        return mode & (mode_t{S_IRWXU | S_IRWXO} | (group & as_others));
+    }
+    return mode;
+}
+
+}  // namespace
+
+/// Attributes come first: they need the right to write, which the mode may take away.
+int TakeOver(int descriptor, const std::string& path) {
+    struct stat existing = {};
+    if (const int error = StatusOf(path, existing); error != 0) {
+        return error;
+    }
+    TakeAttributes(descriptor, path);
+    const bool group_is_kept = TakeOwner(descriptor, existing);
+    const AccessList list = TakeAccessList(descriptor, path);
+    const mode_t mode = ModeFor(existing, group_is_kept, list);
+    // A refusal leaves the mode of a new file.
+    (void)RetryOnInterrupt([&] { return ::fchmod(descriptor, mode); });
+    return 0;
+}
+
+}  // namespace file_system

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#if defined(__APPLE__)
+#include <sys/random.h>
+#endif
+
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+#include <limits>
+
+#include "system/running_process.h"
+
+namespace running_process {
+
+std::string HostName() {
+    utsname system = {};
+    return ::uname(&system) == 0 ? std::string(system.nodename) : std::string();
+}
+
+std::uint64_t Number() {
+    return static_cast<std::uint64_t>(::getpid());
+}
+
+bool IsGone(std::uint64_t number) {
+    constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<pid_t>::max());
+    if (number == 0 || number > highest) {
+        return false;  // to kill these are no single process
+    }
+    return ::kill(static_cast<pid_t>(number), 0) != 0 && errno == ESRCH;
+}
+
+std::uint64_t RandomNumber() {
+    std::uint64_t number = 0;
+    if (::getentropy(&number, sizeof(number)) != 0) {
+        timespec now = {};
+        ::clock_gettime(CLOCK_REALTIME, &now);
+        constexpr std::uint64_t second = 1'000'000'000;  // ns
+        number = static_cast<std::uint64_t>(now.tv_sec) * second + static_cast<std::uint64_t>(now.tv_nsec);
+    }
+    return number;
+}
+
+}  // namespace running_process

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+// Landlock, by its system calls: the C library has no functions for them, and its headers may be older.
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <string>
+
+#include "system/sandbox.h"
+
+#if defined(SYS_landlock_create_ruleset)
+
+namespace {
+
+/// What can be done to files, as the system counts it.
+namespace access_right {
+
+constexpr std::uint64_t kWriteFile = 1U << 1U;
+constexpr std::uint64_t kReadFile = 1U << 2U;
+constexpr std::uint64_t kReadFolder = 1U << 3U;
+constexpr std::uint64_t kRemoveFile = 1U << 5U;
+constexpr std::uint64_t kMakeFile = 1U << 8U;
+constexpr std::uint64_t kAllOfVersion1 = (1U << 13U) - 1;  ///< links, folders, devices, programs as well
+constexpr std::uint64_t kMoveElsewhere = 1U << 13U;        ///< from version 2 on
+constexpr std::uint64_t kTruncate = 1U << 14U;             ///< from version 3 on
+constexpr std::uint64_t kControlDevice = 1U << 15U;        ///< from version 5 on
+
+constexpr std::uint64_t kReading = kReadFile | kReadFolder;
+constexpr std::uint64_t kWriting = kReading | kWriteFile | kRemoveFile | kMakeFile | kTruncate;
+
+}  // namespace access_right
+
+struct RulesetAttributes {
+    std::uint64_t handled_access;
+};
+
+struct [[gnu::packed]] PathRule {
+    std::uint64_t allowed_access;
+    std::int32_t path;  ///< descriptor
+};
+
+class Descriptor {
+  public:
+    explicit Descriptor(long number) : number_(static_cast<int>(number)) {}
+    ~Descriptor() {
+        if (number_ >= 0) {
+            ::close(number_);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&&) = delete;
+    Descriptor& operator=(Descriptor&&) = delete;
+
+    bool open() const { return number_ >= 0; }
+    int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
+/// Names a file or folder without opening it.
+Descriptor Locate(const std::string& path) {
+    return Descriptor(::open(path.c_str(), O_PATH | O_CLOEXEC));
+}
+
+/// Whether the program could not open such a path either: then there is nothing to allow.
+bool IsOutOfReachAnyway(int error) {
+    constexpr std::array out_of_reach = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
+    return std::ranges::find(out_of_reach, error) != out_of_reach.end();
+}
+
+/// The rights that the system at hand can refuse.
+std::uint64_t HandledAccess(long version) {
+    constexpr long knows_moves = 2;
+    constexpr long knows_truncation = 3;
+    constexpr long knows_devices = 5;
+    return access_right::kAllOfVersion1 | (version >= knows_moves ? access_right::kMoveElsewhere : 0) |
+           (version >= knows_truncation ? access_right::kTruncate : 0) |
+           (version >= knows_devices ? access_right::kControlDevice : 0);
+}
+
+/// What the process may do after it has been confined.
+class Ruleset {
+  public:
+    explicit Ruleset(std::uint64_t handled)
+        : attributes_{handled},
+          ruleset_(::syscall(SYS_landlock_create_ruleset, &attributes_, sizeof(attributes_), 0)) {}
+
+    bool Made() const { return ruleset_.open(); }
+
+    /// Returns false when the folder would be out of reach although it is there.
+    bool AllowFolder(const std::string& path, std::uint64_t access) const {
+        const Descriptor folder = Locate(path);
+        return folder.open() ? Allow(folder, access) : IsOutOfReachAnyway(errno);
+    }
+
+    /// Allows to read what the link leads to, if that is a plain file; a folder would be all that is in it.
+    /// Returns false when the file would be out of reach although it is there.
+    bool AllowFile(const std::string& link) const {
+        const Descriptor file = Locate(link);
+        if (!file.open()) {
+            return IsOutOfReachAnyway(errno);
+        }
+        struct stat status = {};
+        if (::fstat(file.number(), &status) != 0) {
+            return false;
+        }
+        return !S_ISREG(status.st_mode) || Allow(file, access_right::kReadFile);
+    }
+
+    bool Confine() const {
+        return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+               ::syscall(SYS_landlock_restrict_self, ruleset_.number(), 0) == 0;
+    }
+
+  private:
+    bool Allow(const Descriptor& path, std::uint64_t access) const {
+        constexpr int beneath_path = 1;
+        const PathRule rule = {access & attributes_.handled_access, path.number()};
+        return ::syscall(SYS_landlock_add_rule, ruleset_.number(), beneath_path, &rule, 0) == 0;
+    }
+
+    RulesetAttributes attributes_;
+    Descriptor ruleset_;
+};
+
+}  // namespace
+
+bool EnterSandbox(const Reach& reach) {
+    constexpr unsigned int ask_version = 1;
+    const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, ask_version);
+    if (version < 1) {
+        return false;
+    }
+    const Ruleset rules(HandledAccess(version));
+    const auto readable = [&](const std::string& path) {
+        return rules.AllowFolder(path, access_right::kReading);
+    };
+    const auto writable = [&](const std::string& path) {
+        return rules.AllowFolder(path, access_right::kWriting);
+    };
+    const auto linked = [&](const std::string& path) { return rules.AllowFile(path); };
+    // Rather no sandbox than one that a picture does not fit into.
+    return rules.Made() && std::ranges::all_of(reach.read_folders, readable) &&
+           std::ranges::all_of(reach.written_folders, writable) &&
+           std::ranges::all_of(reach.read_files, linked) && rules.Confine();
+}
+
+#else
+
+bool EnterSandbox(const Reach& /*reach*/) {
+    return false;
+}
+
+#endif

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#if defined(__linux__)
+#include <sys/vfs.h>
+#else
+#include <sys/mount.h>
+#include <sys/param.h>
+#endif
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "system/file_system.h"
+#include "system/retry_on_interrupt.h"
+
+namespace file_system {
+
+#if defined(__linux__)
+
+namespace {
+
+/// As statfs(2) gives them: vfat and msdos, exFAT, NTFS by its two drivers, HFS and HFS+, UDF, and all of
+/// FUSE.
+constexpr auto kLosingTypes = std::to_array<std::uint32_t>(
+    {0x4D44, 0x2011BAB0, 0x5346544E, 0x7366746E, 0x4244, 0x482B, 0x15013346, 0x65735546});
+
+}  // namespace
+
+bool LosesReplacedFiles(const std::string& path) {
+    struct statfs volume = {};
+    return RetryOnInterrupt([&] { return ::statfs(path.c_str(), &volume); }) == 0 &&
+           std::ranges::find(kLosingTypes, static_cast<std::uint32_t>(volume.f_type)) != kLosingTypes.end();
+}
+
+int SynchronizeVolume(int descriptor) {
+    return RetryOnInterrupt([&] { return ::syncfs(descriptor); }) == 0 ? 0 : LastError();
+}
+
+#else
+
+bool LosesReplacedFiles(const std::string& path) {
+    constexpr auto losing = std::to_array<std::string_view>({"msdos", "msdosfs", "exfat", "ntfs", "udf"});
+    struct statfs volume = {};
+    return RetryOnInterrupt([&] { return ::statfs(path.c_str(), &volume); }) == 0 &&
+           std::ranges::find(losing, std::string_view(volume.f_fstypename)) != losing.end();
+}
+
+int SynchronizeVolume(int descriptor) {
+    ::sync();
+    return Synchronize(descriptor);
+}
+
+#endif
+
+}  // namespace file_system

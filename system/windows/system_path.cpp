@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "system/system_path.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "base/utf16.h"
+
+namespace system_path {
+
+namespace {
+
+/// Behind the first of these Windows takes a path as it stands, where `/` is no separator. The second leads
+/// to devices.
+constexpr std::wstring_view kAsItStands = L"\\\\?\\";
+constexpr std::wstring_view kDevices = L"\\\\.\\";
+
+std::wstring ToWide(const std::string& path) {
+    const std::u16string units = utf16::FromUtf8(path);
+    std::wstring wide(units.begin(), units.end());
+    if (wide.starts_with(kAsItStands)) {
+        std::ranges::replace(wide, L'/', L'\\');
+    }
+    return wide;
+}
+
+/// An open handle, or none.
+class Handle {
+  public:
+    explicit Handle(HANDLE handle) : handle_(handle) {}
+    ~Handle() {
+        if (good()) {
+            ::CloseHandle(handle_);
+        }
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    Handle(Handle&&) = delete;
+    Handle& operator=(Handle&&) = delete;
+
+    bool good() const { return handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE get() const { return handle_; }
+
+  private:
+    HANDLE handle_;
+};
+
+}  // namespace
+
+std::string FromWide(std::wstring_view text) {
+    return utf16::ToUtf8(std::u16string(text.begin(), text.end()));
+}
+
+std::filesystem::path ToSystem(const std::string& path) {
+    return ToWide(path);
+}
+
+bool IsDevice(const std::string& path) {
+    const std::wstring name = ToWide(path);
+    std::wstring full(::GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(::GetFullPathNameW(name.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full.starts_with(kDevices);
+}
+
+namespace {
+
+/// Found out without opening it for reading.
+bool IsPlainFile(const std::string& path) {
+    if (IsDevice(path)) {
+        return false;
+    }
+    constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    // Opens folders, too; of a link what it leads to. Nothing is read.
+    const Handle file(::CreateFileW(ToWide(path).c_str(), FILE_READ_ATTRIBUTES, share, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    BY_HANDLE_FILE_INFORMATION status = {};
+    return file.good() && ::GetFileType(file.get()) == FILE_TYPE_DISK &&
+           ::GetFileInformationByHandle(file.get(), &status) != 0 &&
+           (status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+}  // namespace
+
+bool OpenPlainFile(const std::string& path, std::ifstream& stream) {
+    if (!IsPlainFile(path)) {
+        return false;
+    }
+    stream.open(ToSystem(path), std::ios::binary | std::ios::ate);
+    return stream.is_open();
+}
+
+}  // namespace system_path

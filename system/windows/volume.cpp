@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include <windows.h>
+
+#include <array>
+#include <string_view>
+
+#include "system/file_system.h"
+#include "system/system_path.h"
+
+namespace file_system {
+
+bool LosesReplacedFiles(const std::string& path) {
+    constexpr DWORD length = MAX_PATH + 1;
+    std::array<wchar_t, length> volume = {};
+    std::array<wchar_t, length> type = {};
+    const bool known =
+        ::GetVolumePathNameW(system_path::ToSystem(path).c_str(), volume.data(), length) != 0 &&
+        ::GetVolumeInformationW(volume.data(), nullptr, 0, nullptr, nullptr, nullptr, type.data(), length) !=
+            0;
+    const std::wstring_view name = type.data();
+    return known && (name.starts_with(L"FAT") || name == L"exFAT");
+}
+
+/// Only an administrator may bring a whole volume to the disk; RenameToFree waits for its own change.
+int SynchronizeVolume(int descriptor) {
+    return Synchronize(descriptor);
+}
+
+}  // namespace file_system

@@ -1,0 +1,28 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# Shared by what looks at the structure of the sources: the rooms of the house, and who includes whom.
+
+# Every folder of the program, from the roof down, with those whose headers it may include.
+# shellcheck disable=SC2034  # read by the scripts that source this
+rooms=(app dng sensor input exif errors tiff system base)
+declare -A may_include=(
+  [app]="dng sensor input exif errors tiff system base"
+  [dng]="sensor input exif errors tiff system base"
+  [sensor]="input exif errors tiff system base"
+  [input]="exif errors tiff system base"
+  [exif]="tiff system base"
+  [errors]="base"
+  [tiff]="base"
+  [system]="base"
+  [base]=""
+  # What stands next to the house. Camera files for tests are made without the code that reads and writes them.
+  [samples]="tiff system base"
+)
+
+# includes SOURCE FOLDER...: a line FILE:LINE:HEADER for each #include of the project's own headers in these folders.
+includes() {
+  local source=$1
+  shift
+  (cd -- "$source" && grep -rnoE --include='*.h' --include='*.cpp' '^ *# *include +"[^"]+"' -- "$@") |
+    sed -E 's/^([^:]*:[0-9]+:).*"([^"]+)"$/\1\2/'
+}

@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+#include "system/replacement_file.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/descriptor_limit.h"
+#include "tests/support/file_size_limit.h"
+#include "tests/support/files.h"
+#include "tests/system/replace.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+using Existing = ReplacementFile::Existing;
+using std::string_view_literals::operator""sv;
+
+TEST(ReplacementFile, TakesItsNameOnlyWhenItIsCommitted) {
+    const support::TempFolder folder;
+    {
+        ReplacementFile file;
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        EXPECT_TRUE(file.Write("new"sv));
+        EXPECT_FALSE(fs::exists(folder / "L1.DNG"));
+        EXPECT_EQ(file.Commit(3), 0);
+        EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+    }
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+TEST(ReplacementFile, AnExistingFileIsUntouchedUntilCommit) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "L1.DNG", "old and longer");
+    ReplacementFile file;
+    ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+    file.Write("new"sv);
+    EXPECT_EQ(Content(folder / "L1.DNG"), "old and longer");
+    EXPECT_EQ(file.Commit(3), 0);
+    EXPECT_EQ(Content(folder / "L1.DNG"), "new");
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+TEST(ReplacementFile, ForWhichNoDescriptorIsLeftLeavesNothing) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "L1.DNG", "old");
+    for (const unsigned int descriptors :
+         {0U, 1U}) {  // none for the part; one for it, but none to find out about a full disk
+        ReplacementFile file;
+        const support::DescriptorLimit limit(descriptors);
+        const int error = file.Open(folder / "L1.DNG", Existing::kReplace);
+        EXPECT_EQ(error != 0 ? error : file.Commit(0), EMFILE);
+    }
+    EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+TEST(ReplacementFile, WithoutCommitNothingIsLeft) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "L1.DNG", "old");
+    {
+        ReplacementFile file;
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        file.Write("new"sv);
+        EXPECT_EQ(support::Names(folder.path()).size(), 2U);
+    }
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+    EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+}
+
+TEST(ReplacementFile, WhileItIsWrittenNoSearchForImagesFindsIt) {
+    const support::TempFolder folder;
+    ReplacementFile file;
+    ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+    const Names names = support::Names(folder.path());
+    ASSERT_EQ(names.size(), 1U);
+    EXPECT_EQ(names[0].front(), '.');
+    for (const std::string_view extension : {"RAW", "JPG", "BIA", "DNG", "ini"}) {
+        EXPECT_FALSE(names[0].ends_with(extension));
+    }
+}
+
+TEST(ReplacementFile, AWrongSizeIsRefused) {
+    for (const std::uint64_t size : {0U, 2U, 4U}) {
+        const support::TempFolder folder;
+        support::WriteFile(folder / "L1.DNG", "old");
+        {
+            ReplacementFile file;
+            ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+            file.Write("new"sv);
+            EXPECT_EQ(file.Commit(size), EIO) << size;
+        }
+        EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+        EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+    }
+}
+
+TEST(ReplacementFile, AnEmptyFileCanBeWritten) {
+    const support::TempFolder folder;
+    EXPECT_EQ(Replace(folder / "L1.DNG", ""), 0);
+    EXPECT_EQ(Content(folder / "L1.DNG"), "");
+}
+
+TEST(ReplacementFile, AMissingFolderOrAFolderInItsPlaceIsTheSystemsError) {
+    const support::TempFolder folder;
+    fs::create_directory(folder / "L1.DNG");
+    EXPECT_EQ(Replace(folder / "missing/L1.DNG", "new"), ENOENT);
+    EXPECT_EQ(ReplacementFile().Open(folder / "L1.DNG", Existing::kReplace), EISDIR);
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+TEST(ReplacementFile, ANameThatCannotBeTakenLeavesNothing) {
+    const support::TempFolder folder;
+    {
+        ReplacementFile file;
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        file.Write("new"sv);
+        fs::create_directory(folder / "L1.DNG");
+        EXPECT_EQ(file.Commit(3), EISDIR);
+    }
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+TEST(ReplacementFile, ANameWithoutAFolderIsInTheCurrentOne) {
+    const support::TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    const int result = Replace("L1.DNG", "new");
+    fs::current_path(before);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+}
+
+/// Writes L1.DNG of `folder` onto a full disk. With `room`, there is room again when it is to get its name.
+/// Returns what Commit does.
+int CommitOntoFullDisk(const support::TempFolder& folder, bool room) {
+    ReplacementFile file;
+    const support::FileSizeLimit limit(1000);
+    EXPECT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+    EXPECT_FALSE(file.Write(std::string(1001, 'x')));
+    if (!room) {
+        return file.Commit(1001);
+    }
+    const support::FileSizeLimit no_limit(RLIM_INFINITY);
+    errno = EINTR;  // what happens later does not change the reason
+    EXPECT_FALSE(file.Write("x"sv));
+    return file.Commit(1001);
+}
+
+TEST(ReplacementFile, AFailedWriteIsReportedAndLeavesTheOldFile) {
+    for (const bool room : {false, true}) {
+        const support::TempFolder folder;
+        support::WriteFile(folder / "L1.DNG", "old");
+        EXPECT_EQ(CommitOntoFullDisk(folder, room), EFBIG) << room;
+        EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+        EXPECT_EQ(Content(folder / "L1.DNG"), "old");
+    }
+}
+
+TEST(ReplacementFile, OnlyOneOfTwoThatKeepWhatIsThereGetsTheName) {
+    const support::TempFolder folder;
+    ReplacementFile first;
+    ReplacementFile second;
+    ASSERT_EQ(first.Open(folder / "L1.DNG", Existing::kKeep), 0);
+    ASSERT_EQ(second.Open(folder / "L1.DNG", Existing::kKeep), 0);
+    first.Write("first"sv);
+    second.Write("second"sv);
+    EXPECT_EQ(second.Commit(6), 0);
+    EXPECT_EQ(first.Commit(5), EEXIST);
+    EXPECT_EQ(Content(folder / "L1.DNG"), "second");
+}
+
+TEST(ReplacementFile, WhateverStandsThereIsKept) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "file", "old");
+    fs::create_symlink("nowhere", folder / "link");
+    for (const char* name : {"file", "link"}) {
+        EXPECT_EQ(Replace(folder / name, "new", Existing::kKeep), EEXIST) << name;
+    }
+    EXPECT_EQ(support::Names(folder.path()), (Names{"file", "link"}));
+    EXPECT_EQ(Content(folder / "file"), "old");
+}
+
+/// Puts something in the file's place when it is written, but has not got its name yet.
+void ExpectKept(const std::function<void(const std::string& path)>& put) {
+    const support::TempFolder folder;
+    const std::string path = folder / "L1.DNG";
+    {
+        ReplacementFile file;
+        ASSERT_EQ(file.Open(path, Existing::kKeep), 0);
+        file.Write("new"sv);
+        put(path);
+        EXPECT_EQ(file.Commit(3), EEXIST);
+    }
+    EXPECT_NE(fs::symlink_status(path).type(), fs::file_type::not_found);
+    EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
+    EXPECT_TRUE(!fs::is_regular_file(path) || Content(path) == "theirs");
+}
+
+TEST(ReplacementFile, WhatAppearsWhileItIsWrittenIsKept) {
+    ExpectKept([](const std::string& path) { support::WriteFile(path, "theirs"); });
+    ExpectKept([](const std::string& path) { fs::create_symlink("nowhere", path); });
+    ExpectKept([](const std::string& path) { fs::create_directory(path); });
+}
+
+TEST(ReplacementFile, APartThatAnotherFileHasTakenThePlaceOfIsNotGivenTheName) {
+    const support::TempFolder folder;
+    for (const bool gone : {false, true}) {
+        ReplacementFile file;
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        file.Write("new"sv);
+        const Names names = support::Names(folder.path());
+        ASSERT_EQ(names.size(), 1U);
+        fs::remove(folder / names[0]);
+        if (!gone) {
+            support::WriteFile(folder / names[0], "another picture");
+        }
+        EXPECT_EQ(file.Commit(3), gone ? ENOENT : ESTALE);
+    }
+    EXPECT_EQ(support::Names(folder.path()), Names());
+}
+
+}  // namespace
