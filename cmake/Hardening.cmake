@@ -42,13 +42,16 @@ function(velmarcon_harden target)
   endif()
   # Windows loads every program at any address; how the linker says that there is another matter.
   set(any_address -fPIE)
+  set(every_page -fstack-clash-protection)
   set(link_flags -pie LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
   if(WIN32)
     set(any_address "")
+    # Functions there touch every page of a large frame as it is; and GCC 12 fails at some functions with the flag.
+    set(every_page "")
     # The guard functions have a library of their own there, which this flag links.
     set(link_flags -fstack-protector-strong LINKER:--dynamicbase LINKER:--high-entropy-va LINKER:--nxcompat)
   endif()
-  foreach(flag ${any_address} -fstack-protector-strong -fstack-clash-protection ${checked_jumps})
+  foreach(flag ${any_address} -fstack-protector-strong ${every_page} ${checked_jumps})
     string(MAKE_C_IDENTIFIER "VELMARCON_HAS${flag}" has_flag)
     check_cxx_compiler_flag(${flag} ${has_flag})
     if(${has_flag})

@@ -2,28 +2,25 @@
 #define SI_IMPLEMENTATION
 #include "system/ini_file.h"
 
-#include <fstream>
-#include <ios>
+#include <cstdint>
 #include <new>
 #include <optional>
 #include <utility>
 
-#include "system/system_path.h"
+#include "system/input_file.h"
 
 template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
 
 namespace ini_file {
 
 std::optional<std::string> Read(const std::string& path) {
-    std::ifstream file;
-    const std::streamoff size = system_path::OpenPlainFile(path, file) ? std::streamoff(file.tellg()) : -1;
-    if (size < 0 || static_cast<std::uint64_t>(size) > kLongestFile) {
+    InputFile file;
+    if (!file.Open(path) || file.size() > kLongestFile) {
         return std::nullopt;
     }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    file.seekg(0);
-    file.read(bytes.data(), static_cast<std::streamsize>(size));
-    return file.gcount() == size ? std::optional(std::move(bytes)) : std::nullopt;
+    std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+    const bool whole = file.ReadStart({reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size()});
+    return whole ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 int Parse(const std::string& text, File& ini, bool& complete) {
