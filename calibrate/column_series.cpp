@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/column_series.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "calibrate/statistics.h"
+
+namespace {
+
+using namespace sensor_grid;
+
+constexpr int kTile = 62;  // columns that share what they have in common
+static_assert(kHalf % kTile == 0);
+
+/// The medians of all columns, through copies that lie together in memory.
+std::vector<float> Medians(const Grid& grid) {
+    constexpr int lanes = 32;
+    static_assert(kColumns % lanes == 0);
+    std::vector<float> medians(kColumns);
+    std::vector<float> together(std::size_t{lanes} * kBlocks);
+    for (int column = 0; column < kColumns; column += lanes) {
+        for (int block = 0; block < kBlocks; ++block) {
+            const auto row = Row(grid, block).subspan(static_cast<std::size_t>(column), lanes);
+            for (std::size_t lane = 0; lane < lanes; ++lane) {
+                together[(lane * kBlocks) + static_cast<std::size_t>(block)] = row[lane];
+            }
+        }
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            medians[static_cast<std::size_t>(column) + lane] =
+                statistics::Median(std::span(together).subspan(lane * kBlocks, kBlocks));
+        }
+    }
+    return medians;
+}
+
+/// The noise of the blocks of `row`, by their MAD.
+float RowNoise(std::span<const float> row) {
+    std::vector<float> copy(row.begin(), row.end());
+    return statistics::DeviationAround(0, copy);
+}
+
+}  // namespace
+
+ColumnSeries::ColumnSeries(const Grid& grid) : medians_(Medians(grid)), values_(kGridSize) {
+    constexpr int sampled = 10;
+    std::vector<float> noises;
+    std::vector<float> row(kColumns);
+    for (int block = 0; block < kBlocks; ++block) {
+        std::ranges::transform(Row(grid, block), medians_, row.begin(), std::minus());
+        SubtractShared(row);
+        if (block % sampled == 0) {
+            noises.push_back(RowNoise(row));
+        }
+        for (std::size_t x = 0; x < row.size(); ++x) {
+            values_[(x * kBlocks) + static_cast<std::size_t>(block)] = row[x];
+        }
+    }
+    noise_ = std::max(statistics::Median(noises), std::numeric_limits<float>::min());
+}
+
+/// Takes the mean of each tile from it, far values clipped.
+void ColumnSeries::SubtractShared(std::span<float> row) const {
+    for (std::size_t first = 0; first < row.size(); first += kTile) {
+        const auto tile = row.subspan(first, kTile);
+        std::array<float, kTile> copy = {};
+        std::ranges::copy(tile, copy.begin());
+        const float median = statistics::Median(copy);
+        std::ranges::copy(tile, copy.begin());
+        const float deviation = statistics::DeviationAround(median, copy);
+        const float shared = statistics::ClippedMean(tile, median, 3 * deviation);
+        for (float& value : tile) {
+            value -= shared;
+        }
+    }
+}

@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/dark_defects.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+
+#include "calibrate/column_series.h"
+#include "calibrate/neighbours.h"
+#include "calibrate/segments.h"
+#include "calibrate/statistics.h"
+#include "sensor/sensor_frame.h"
+
+namespace {
+
+using namespace sensor_grid;
+using segments::Segment;
+
+constexpr int kReach = 4;  // columns of the same colour on either side that a level is compared with
+
+// What a level that differs from its neighbours' must reach to be listed; see the header.
+constexpr float kLeastWhole = 5.5F;
+constexpr float kLeastWholeDeviations = 5;
+constexpr float kDoubtfulWholeDeviations = 4;
+
+// Of a part of a column, in raw units: listed from the first on, doubtful from the second on.
+constexpr float kLeastPart = 1.5F;
+constexpr float kDoubtfulPart = 0.75F;
+
+constexpr float kLeastUnsteady = 2.5F;  // raw units by which levels at two ISO speeds differ
+constexpr float kLeastUnsteadyDeviations = 7;
+
+constexpr float kStuckSpread = 0.3F;  // in units of the noise; a sound patch has 1.9
+constexpr int kLeastStuckPatches = 3;
+
+/// Rows up to which a run in a single exposure may be a particle's track.
+constexpr int kLongestTrack = 120;
+
+class Search {
+  public:
+    Search(const DarkStack& stack, const Grid& combined)
+        : stack_(stack), series_(combined), levels_(stack.Reference()) {
+        for (std::size_t x = 0; x < levels_.size(); ++x) {
+            levels_[x] += series_.medians()[x];
+        }
+        neighbours_ = CompareNeighbours(levels_, kReach, true);
+        std::vector<float> apart;
+        for (const StandOut& out : neighbours_) {
+            apart.push_back(out.from_both);
+        }
+        natural_ = statistics::Deviation(apart);
+    }
+
+    std::vector<Defect> Run();
+
+  private:
+    void LookAtColumn(int column);
+    void AddParts(int column, const std::vector<Segment>& parts, float sound);
+    void AddWhole(int column, float above, float clearly);
+    void AddStuck(int column);
+    void AddUnsteady();
+    float SoundLevel(int column, const std::vector<Segment>& parts) const;
+    DefectKind KindOf(int column, float level, float above) const;
+    int SeenInPart(int column, const Segment& part, bool above) const;
+    int SeenAsWhole(int column, float above) const;
+    bool IsListed(int column) const;
+    int Exposures() const { return static_cast<int>(stack_.exposures().size()); }
+
+    const DarkStack& stack_;
+    ColumnSeries series_;
+    std::vector<float> levels_;  // of each column, with the black level, in raw units at the base ISO
+    std::vector<StandOut> neighbours_;
+    float natural_ = 0;  // standard deviation of a column's level from its neighbours'
+    std::vector<Defect> found_;
+};
+
+/// What kind a run with `level`, `above` what is sound, is of.
+DefectKind Search::KindOf(int column, float level, float above) const {
+    float highest_gain = 1;
+    for (const DarkExposure& exposure : stack_.exposures()) {
+        highest_gain = std::max(highest_gain, exposure.gain);
+    }
+    constexpr float nearly = 0.97F;
+    if (levels_[static_cast<std::size_t>(column)] + level >= nearly * sensor_frame::kWhite / highest_gain) {
+        return DefectKind::kSaturated;
+    }
+    return above > 0 ? DefectKind::kBright : DefectKind::kLow;
+}
+
+/// The level of the column's sound part, relative to its median: the one that needs the least explanation. Each
+/// part is tried. Being far from the neighbours is unlikely as in a normal distribution; a defect that makes a
+/// column darker is rarer than one that makes it brighter; and so is one of more rows.
+float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
+    constexpr float rare_low = 2.5F;  // a factor of 12
+    constexpr float whole_column = 0.7F;
+    const float spread = std::max(natural_, 0.3F);
+    const float apart = neighbours_[static_cast<std::size_t>(column)].from_both;
+    float best = 0;
+    float least = std::numeric_limits<float>::max();
+    for (const Segment& candidate : parts) {
+        const float far = std::abs(apart + candidate.level) / spread;
+        // A normal distribution's tail, but no worse than a defect of its own.
+        float cost = far < 4 ? far * far / 2 : 8 + (4 * std::log2(far / 4));
+        for (const Segment& other : parts) {
+            const float above = other.level - candidate.level;
+            if (std::abs(above) >= kDoubtfulPart) {
+                cost += above < 0 ? rare_low : 0;
+                cost += whole_column * static_cast<float>(other.end - other.begin) / kBlocks;
+            }
+        }
+        if (cost < least) {
+            least = cost;
+            best = candidate.level;
+        }
+    }
+    // The parts that have it, together.
+    float sum = 0;
+    float count = 0;
+    for (const Segment& part : parts) {
+        if (std::abs(part.level - best) < kDoubtfulPart) {
+            const auto blocks = static_cast<float>(part.end - part.begin);
+            sum += blocks * part.level;
+            count += blocks;
+        }
+    }
+    return sum / count;
+}
+
+/// In how many exposures the part stands out. Patches are compared with the column's median, which may be the
+/// level of the defect: then the sound part is the one that stands out.
+int Search::SeenInPart(int column, const Segment& part, bool above) const {
+    std::vector<float> counts;
+    for (int patch = (part.begin + kPatchBlocks - 1) / kPatchBlocks;
+         patch < std::min(part.end / kPatchBlocks, kPatches); ++patch) {
+        counts.push_back(static_cast<float>(above ? stack_.SeenAbove(column, patch)
+                                                  : stack_.SeenBelow(column, patch)));
+    }
+    return counts.empty() ? Exposures() : static_cast<int>(statistics::Median(counts));
+}
+
+int Search::SeenAsWhole(int column, float above) const {
+    int seen = 0;
+    for (const DarkExposure& exposure : stack_.exposures()) {
+        std::vector<float> near;
+        for (int x = std::max(HalfBegin(column), column - (2 * kReach));
+             x < std::min(HalfEnd(column), column + (2 * kReach) + 1); ++x) {
+            near.push_back(exposure.columns[static_cast<std::size_t>(x)]);
+        }
+        const float own = exposure.columns[static_cast<std::size_t>(column)] - statistics::Median(near);
+        seen += own * (above > 0 ? 1.0F : -1.0F) / exposure.gain > std::abs(above) / 2 ? 1 : 0;
+    }
+    return seen;
+}
+
+void Search::AddParts(int column, const std::vector<Segment>& parts, float sound) {
+    for (const Segment& part : parts) {
+        const float above = part.level - sound;
+        if (std::abs(above) < kDoubtfulPart) {
+            continue;
+        }
+        const auto blocks = static_cast<float>(part.end - part.begin);
+        Defect defect = {.column = column,
+                         .first_row = part.begin * kBlockRows,
+                         .end_row = part.end * kBlockRows,
+                         .kind = KindOf(column, part.level, above),
+                         .strength = above,
+                         .in_noise = std::abs(above) * std::sqrt(blocks) / series_.noise(),
+                         .exposures = Exposures()};
+        const bool stands_out = std::abs(part.level) > std::abs(above) / 2;
+        if (stands_out) {
+            defect.seen = SeenInPart(column, part, above > 0);
+        } else {
+            for (const Segment& other : parts) {
+                const bool is_sound = std::abs(other.level - sound) < kDoubtfulPart;
+                defect.seen = is_sound ? std::max(defect.seen, SeenInPart(column, other, above < 0)) : defect.seen;
+            }
+        }
+        const bool maybe_track = Exposures() == 1 && defect.end_row - defect.first_row < kLongestTrack;
+        defect.doubtful = std::abs(above) < kLeastPart || maybe_track;
+        found_.push_back(defect);
+    }
+}
+
+void Search::AddWhole(int column, float above, float clearly) {
+    const float deviations = std::abs(clearly) / std::max(natural_, 0.01F);
+    if (std::abs(clearly) < kLeastWhole || deviations < kDoubtfulWholeDeviations) {
+        return;
+    }
+    found_.push_back({.column = column,
+                      .first_row = 0,
+                      .end_row = kRows,
+                      .kind = KindOf(column, 0, above),
+                      .strength = above,
+                      .in_noise = std::abs(above) * std::sqrt(static_cast<float>(kBlocks)) / series_.noise(),
+                      .seen = SeenAsWhole(column, above),
+                      .exposures = Exposures(),
+                      .doubtful = deviations < kLeastWholeDeviations});
+}
+
+void Search::LookAtColumn(int column) {
+    const StandOut& out = neighbours_[static_cast<std::size_t>(column)];
+    std::vector<float> values(series_.Column(column).begin(), series_.Column(column).end());
+    for (float& value : values) {
+        value /= series_.noise();
+    }
+    if (!segments::MayChange(values)) {
+        AddWhole(column, out.from_both, out.clearly);
+        return;
+    }
+    std::vector<Segment> parts = segments::Find(values);
+    for (Segment& part : parts) {
+        part.level *= series_.noise();
+    }
+    const float sound = parts.size() == 1 ? 0 : SoundLevel(column, parts);
+    if (std::abs(out.clearly + sound) >= kLeastWhole &&
+        std::abs(out.clearly + sound) >= kLeastWholeDeviations * natural_ && std::abs(out.clearly) > kLeastWhole) {
+        // None of it is as its neighbours are.
+        AddWhole(column, out.from_both, out.clearly);
+        return;
+    }
+    AddParts(column, parts, sound);
+}
+
+bool Search::IsListed(int column) const {
+    return std::ranges::any_of(found_, [&](const Defect& defect) { return defect.column == column; });
+}
+
+/// Runs of patches that hardly vary.
+void Search::AddStuck(int column) {
+    int begin = 0;
+    for (int patch = 0; patch <= kPatches; ++patch) {
+        if (patch < kPatches && stack_.Spread(column, patch) < kStuckSpread) {
+            continue;
+        }
+        if (patch - begin >= kLeastStuckPatches) {
+            const int first_row = begin * kPatchRows;
+            const int end_row = patch == kPatches ? kRows : patch * kPatchRows;
+            const auto covering = std::ranges::find_if(found_, [&](const Defect& defect) {
+                return defect.column == column && defect.first_row <= first_row + kPatchRows &&
+                       defect.end_row >= end_row - kPatchRows;
+            });
+            if (covering == found_.end()) {
+                found_.push_back({.column = column,
+                                  .first_row = first_row,
+                                  .end_row = end_row,
+                                  .kind = DefectKind::kStuck,
+                                  .strength = neighbours_[static_cast<std::size_t>(column)].from_both,
+                                  .seen = Exposures(),
+                                  .exposures = Exposures()});
+            } else if (covering->kind != DefectKind::kSaturated) {
+                covering->kind = DefectKind::kStuck;
+                covering->doubtful = false;
+            }
+        }
+        begin = patch + 1;
+    }
+}
+
+/// Columns whose level, divided by the ISO gain, is not the same at two ISO speeds.
+void Search::AddUnsteady() {
+    std::map<float, std::vector<std::vector<float>>> apart;  // by gain: of each exposure, of each column
+    for (const DarkExposure& exposure : stack_.exposures()) {
+        std::vector<float> values;
+        for (const StandOut& out : CompareNeighbours(exposure.columns, kReach, true)) {
+            values.push_back(out.from_both / exposure.gain);
+        }
+        apart[exposure.gain].push_back(std::move(values));
+    }
+    if (apart.size() < 2) {
+        return;
+    }
+    const auto& low = apart.begin()->second;
+    const auto& high = apart.rbegin()->second;
+    const auto mean = [](const std::vector<std::vector<float>>& of, std::size_t column) {
+        float sum = 0;
+        for (const auto& exposure : of) {
+            sum += exposure[column];
+        }
+        return sum / static_cast<float>(of.size());
+    };
+    std::vector<float> differences(kColumns);
+    for (std::size_t x = 0; x < differences.size(); ++x) {
+        differences[x] = mean(low, x) - mean(high, x);
+    }
+    std::vector<float> copy = differences;
+    const float limit = std::max(kLeastUnsteady, kLeastUnsteadyDeviations * statistics::Deviation(copy));
+    for (int x = 0; x < kColumns; ++x) {
+        const float difference = differences[static_cast<std::size_t>(x)];
+        if (std::abs(difference) > limit && !IsListed(x)) {
+            found_.push_back({.column = x,
+                              .first_row = 0,
+                              .end_row = kRows,
+                              .kind = DefectKind::kUnsteady,
+                              .strength = difference,
+                              .in_noise = std::abs(difference) * std::sqrt(static_cast<float>(kBlocks)) /
+                                          series_.noise(),
+                              .seen = Exposures(),
+                              .exposures = Exposures()});
+        }
+    }
+}
+
+std::vector<Defect> Search::Run() {
+    for (int column = 0; column < kColumns; ++column) {
+        LookAtColumn(column);
+        AddStuck(column);
+    }
+    AddUnsteady();
+    return found_;
+}
+
+}  // namespace
+
+std::vector<Defect> FindDarkDefects(const DarkStack& stack, const Grid& combined) {
+    return Search(stack, combined).Run();
+}

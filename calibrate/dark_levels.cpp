@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/dark_levels.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "calibrate/statistics.h"
+
+namespace {
+
+using namespace sensor_grid;
+
+/// Blocks that a column must have for a level of its own.
+constexpr int kLeastBlocks = 8;
+
+/// The mean of a column's sound blocks, far ones clipped.
+float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, float noise) {
+    constexpr float reach = 4;  // deviations
+    std::vector<float> values;
+    values.reserve(kBlocks);
+    for (int block = 0; block < kBlocks; ++block) {
+        if (!mask.IsListed(column, block)) {
+            values.push_back(combined[(static_cast<std::size_t>(block) * kColumns) + static_cast<std::size_t>(column)]);
+        }
+    }
+    std::vector<float> copy = values;
+    return statistics::ClippedMean(values, statistics::Median(copy), reach * noise);
+}
+
+/// The mean of the levels at `distance` on both sides, as far as they are sound.
+float MeanAtDistance(const std::vector<float>& levels, const std::vector<bool>& sound, int column, int distance) {
+    float sum = 0;
+    float count = 0;
+    for (const int x : {column - distance, column + distance}) {
+        if (x >= HalfBegin(column) && x < HalfEnd(column) && sound[static_cast<std::size_t>(x)]) {
+            sum += levels[static_cast<std::size_t>(x)];
+            ++count;
+        }
+    }
+    return count > 0 ? sum / count : std::numeric_limits<float>::quiet_NaN();
+}
+
+/// What the repair of a whole column leaves of its neighbours' levels: in every other row the mean of the columns
+/// two away, else a fifth of it and four fifths of that of the next columns.
+float LevelOfRepair(const std::vector<float>& levels, const std::vector<bool>& sound, int column) {
+    constexpr float share_of_next = 0.4F;
+    constexpr int furthest = 16;
+    float next = MeanAtDistance(levels, sound, column, 1);
+    float after_next = MeanAtDistance(levels, sound, column, 2);
+    for (int distance = 3; distance < furthest && !(after_next == after_next); ++distance) {
+        after_next = MeanAtDistance(levels, sound, column, distance);
+    }
+    if (!(next == next)) {
+        next = after_next;
+    }
+    return (share_of_next * next) + ((1 - share_of_next) * after_next);
+}
+
+}  // namespace
+
+void DefectMask::Add(int column, int first_row, int end_row) {
+    if (column < 0 || column >= kColumns) {
+        return;
+    }
+    const int first = std::max(first_row, 0);
+    const int end = std::min(end_row, kRows);
+    for (int block = first / kBlockRows; block * kBlockRows < end; ++block) {
+        listed_[Index(column, block)] = true;
+    }
+}
+
+int DefectMask::SoundBlocks(int column) const {
+    int count = 0;
+    for (int block = 0; block < kBlocks; ++block) {
+        count += IsListed(column, block) ? 0 : 1;
+    }
+    return count;
+}
+
+DarkLevels ComputeLevels(const DarkStack& stack, const Grid& combined, const DefectMask& mask) {
+    DarkLevels levels = {.absolute = stack.Reference(), .above_darkest = {}};
+    std::vector<bool> sound(kColumns);
+    float darkest = std::numeric_limits<float>::max();
+    for (int column = 0; column < kColumns; ++column) {
+        const auto x = static_cast<std::size_t>(column);
+        sound[x] = mask.SoundBlocks(column) >= kLeastBlocks;
+        if (sound[x]) {
+            levels.absolute[x] += MeanOfSound(combined, mask, column, stack.BlockNoise());
+            darkest = std::min(darkest, levels.absolute[x]);
+        }
+    }
+    for (int column = 0; column < kColumns; ++column) {
+        const auto x = static_cast<std::size_t>(column);
+        if (!sound[x]) {
+            const float repaired = LevelOfRepair(levels.absolute, sound, column);
+            levels.absolute[x] = repaired == repaired ? repaired : darkest;
+        }
+    }
+    levels.above_darkest.resize(kColumns);
+    std::ranges::transform(levels.absolute, levels.above_darkest.begin(),
+                           [&](float level) { return std::max(0.0F, level - darkest); });
+    return levels;
+}

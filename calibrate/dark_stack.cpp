@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/dark_stack.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "calibrate/statistics.h"
+
+namespace {
+
+using namespace sensor_grid;
+
+constexpr int kHalves = 2;
+
+/// Standard deviation of the mean of a block, when that of a pixel is `noise`.
+float OfBlock(float noise) {
+    return noise / std::sqrt(static_cast<float>(kBlockRows));
+}
+
+/// In units of the base ISO.
+float BlockDeviation(const DarkExposure& exposure) {
+    return OfBlock(exposure.noise.with_rows) / exposure.gain;
+}
+
+/// Below this a camera's noise can't be measured in whole numbers.
+constexpr float kLeastNoise = 0.3F;
+
+/// The median of each column's blocks.
+std::vector<float> ColumnMedians(const Grid& grid) {
+    constexpr int step = 3;  // a third of the blocks is enough for a centre
+    constexpr int count = kBlocks / step;
+    constexpr int lanes = 32;
+    static_assert(kColumns % lanes == 0);
+    std::vector<float> medians(kColumns);
+    std::array<std::array<float, count>, lanes> values = {};
+    for (int column = 0; column < kColumns; column += lanes) {
+        for (int i = 0; i < count; ++i) {
+            const auto row = Row(grid, i * step).subspan(static_cast<std::size_t>(column), lanes);
+            for (std::size_t lane = 0; lane < lanes; ++lane) {
+                values[lane][static_cast<std::size_t>(i)] = row[lane];
+            }
+        }
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            medians[static_cast<std::size_t>(column) + lane] = statistics::Median(values[lane]);
+        }
+    }
+    return medians;
+}
+
+}  // namespace
+
+std::vector<float> ColumnLevels(const BlockMeans& blocks, float noise) {
+    constexpr float reach_in_deviations = 4;
+    const std::vector<float> medians = ColumnMedians(blocks.means);
+    const float reach = reach_in_deviations * OfBlock(noise);
+    std::vector<float> sums(kColumns);
+    for (int block = 0; block < kBlocks; ++block) {
+        const float* const row = Row(blocks.means, block).data();
+        for (std::size_t x = 0; x < sums.size(); ++x) {
+            sums[x] += std::clamp(row[x] - medians[x], -reach, reach);
+        }
+    }
+    for (std::size_t x = 0; x < sums.size(); ++x) {
+        sums[x] = medians[x] + (sums[x] / kBlocks);
+    }
+    return sums;
+}
+
+float DarkStack::Weight(const DarkExposure& exposure) {
+    const float deviation = OfBlock(exposure.noise.pixel) / exposure.gain;
+    return 1 / (deviation * deviation);
+}
+
+void DarkStack::StartWith(const DarkExposure& exposure) {
+    reference_.resize(kColumns);
+    std::ranges::transform(exposure.columns, reference_.begin(),
+                           [&](float level) { return level / exposure.gain; });
+    shift_.assign(kHalves, 0);
+    sum_.assign(kGridSize, 0);
+    highest_.assign(kGridSize, -1e30F);
+    lowest_.assign(kGridSize, 1e30F);
+    highest_from_.assign(kGridSize, 0);
+    lowest_from_.assign(kGridSize, 0);
+    above_.assign(std::size_t{kPatches} * kColumns, 0);
+    below_ = above_;
+    spread_.assign(above_.size(), 0);
+}
+
+/// How much higher each half of the exposure is than the reference.
+std::vector<float> DarkStack::Shifts(const DarkExposure& exposure) const {
+    std::vector<float> shifts;
+    for (const int begin : {0, kHalf}) {
+        std::vector<float> differences;
+        for (auto x = static_cast<std::size_t>(begin); x < static_cast<std::size_t>(begin + kHalf); ++x) {
+            differences.push_back((exposure.columns[x] / exposure.gain) - reference_[x]);
+        }
+        shifts.push_back(statistics::Median(differences));
+    }
+    return shifts;
+}
+
+void DarkStack::Add(const BlockMeans& blocks, DarkExposure exposure) {
+    exposure.noise.pixel = std::max(exposure.noise.pixel, kLeastNoise);
+    exposure.noise.with_rows = std::max(exposure.noise.with_rows, exposure.noise.pixel);
+    exposure.columns = ColumnLevels(blocks, exposure.noise.with_rows);
+    if (exposures_.empty()) {
+        StartWith(exposure);
+    }
+    AddBlocks(blocks, exposure);
+    CountPatches(blocks, exposure);
+    exposures_.push_back(std::move(exposure));
+}
+
+void DarkStack::AddBlocks(const BlockMeans& blocks, const DarkExposure& exposure) {
+    const std::vector<float> shifts = Shifts(exposure);
+    const float weight = Weight(exposure);
+    std::vector<float> base(reference_);
+    for (std::size_t x = 0; x < base.size(); ++x) {
+        base[x] += shifts[x < kHalf ? 0 : 1];
+    }
+    for (std::size_t half = 0; half < shifts.size(); ++half) {
+        shift_[half] += weight * shifts[half];
+    }
+    weight_ += weight;
+    const float share = 1 / exposure.gain;
+    const float in_deviations = 1 / BlockDeviation(exposure);
+    const auto number = static_cast<std::uint16_t>(exposures_.size());
+    for (int block = 0; block < kBlocks; ++block) {
+        const std::size_t first = static_cast<std::size_t>(block) * kColumns;
+        const float* const row = blocks.means.data() + first;
+        float* const sum = sum_.data() + first;
+        float* const highest = highest_.data() + first;
+        float* const lowest = lowest_.data() + first;
+        std::uint16_t* const highest_from = highest_from_.data() + first;
+        std::uint16_t* const lowest_from = lowest_from_.data() + first;
+        for (std::size_t x = 0; x < kColumns; ++x) {
+            const float above = (row[x] * share) - base[x];
+            const float z = above * in_deviations;
+            sum[x] += weight * above;
+            highest_from[x] = z > highest[x] ? number : highest_from[x];
+            lowest_from[x] = z < lowest[x] ? number : lowest_from[x];
+            highest[x] = std::max(highest[x], z);
+            lowest[x] = std::min(lowest[x], z);
+        }
+    }
+}
+
+void DarkStack::CountPatches(const BlockMeans& blocks, const DarkExposure& exposure) {
+    constexpr float clearly = 2.5F;
+    const std::vector<float> shifts = Shifts(exposure);
+    const float share = 1 / (exposure.gain * kPatchBlocks);
+    const float in_deviations = std::sqrt(static_cast<float>(kPatchBlocks)) / BlockDeviation(exposure);
+    const float in_noise = 1 / exposure.noise.with_rows;
+    for (int patch = 0; patch < kPatches; ++patch) {
+        const std::size_t first = PatchIndex(0, patch);
+        const float* const row = Row(blocks.means, patch * kPatchBlocks).data();
+        for (std::size_t x = 0; x < kColumns; ++x) {
+            const float sum = row[x] + row[x + kColumns] + row[x + (2 * kColumns)] + row[x + (3 * kColumns)];
+            const float z = ((sum * share) - reference_[x] - shifts[x < kHalf ? 0 : 1]) * in_deviations;
+            above_[first + x] = static_cast<std::uint16_t>(above_[first + x] + (z > clearly ? 1 : 0));
+            below_[first + x] = static_cast<std::uint16_t>(below_[first + x] + (z < -clearly ? 1 : 0));
+            spread_[first + x] += std::min(static_cast<float>(blocks.spread[first + x]) * in_noise, 4.0F);
+        }
+    }
+}
+
+Grid DarkStack::Combined() const {
+    constexpr float far = 5;  // deviations
+    std::vector<float> weights;
+    std::vector<float> deviations;
+    for (const DarkExposure& exposure : exposures_) {
+        weights.push_back(Weight(exposure));
+        deviations.push_back(BlockDeviation(exposure));
+    }
+    Grid combined(kGridSize);
+    for (std::size_t i = 0; i < combined.size(); ++i) {
+        float sum = sum_[i];
+        float weight = weight_;
+        // Leaves out `z` of exposure `number` when it is far from the mean of the others.
+        const auto leave_out = [&](float z, std::size_t number) {
+            const float value = z * deviations[number];
+            const float rest_weight = weight - weights[number];
+            if (rest_weight <= 0.001F * weight_) {
+                return;
+            }
+            const float rest = (sum - (weights[number] * value)) / rest_weight;
+            const float expected = std::sqrt((deviations[number] * deviations[number]) + (1 / rest_weight));
+            if (std::abs(value - rest) > far * expected) {
+                sum -= weights[number] * value;
+                weight = rest_weight;
+            }
+        };
+        if (weights.size() > 1) {
+            leave_out(highest_[i], highest_from_[i]);
+        }
+        if (weights.size() > 2 && lowest_from_[i] != highest_from_[i]) {
+            leave_out(lowest_[i], lowest_from_[i]);
+        }
+        combined[i] = sum / weight;
+    }
+    return combined;
+}
+
+std::vector<float> DarkStack::Reference() const {
+    std::vector<float> reference = reference_;
+    for (std::size_t x = 0; x < reference.size(); ++x) {
+        reference[x] += shift_[x < kHalf ? 0 : 1] / weight_;
+    }
+    return reference;
+}
+
+float DarkStack::BlockNoise() const {
+    return 1 / std::sqrt(weight_);
+}
+
+float DarkStack::Spread(int column, int patch) const {
+    return spread_[PatchIndex(column, patch)] / static_cast<float>(exposures_.size());
+}

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/segments.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "calibrate/statistics.h"
+
+namespace segments {
+
+namespace {
+
+constexpr float kMostOfOne = 4;         // what one value may count
+constexpr float kSignificant = 6.7F;    // one interval in a thousand million by chance
+constexpr float kWorthALook = 6;        // for the quick look, whose windows do not fit exactly
+
+/// Sums of the first 0, 1, 2 ... values.
+std::vector<float> PrefixSums(std::span<const float> values) {
+    std::vector<float> copy(values.begin(), values.end());
+    const float centre = statistics::Median(copy);
+    std::vector<float> sums = {0};
+    sums.reserve(values.size() + 1);
+    for (const float value : values) {
+        sums.push_back(sums.back() + std::clamp(value - centre, -kMostOfOne, kMostOfOne));
+    }
+    return sums;
+}
+
+struct Interval {
+    int begin = 0;
+    int end = 0;
+    float contrast = 0;  // in standard deviations
+};
+
+/// The interval that differs most from the rest.
+Interval MostDifferent(std::span<const float> values) {
+    const std::vector<float> sums = PrefixSums(values);
+    const int count = static_cast<int>(values.size());
+    const float mean = sums.back() / static_cast<float>(count);
+    Interval best;
+    for (int length = 1; length < count; ++length) {
+        const auto size = static_cast<float>(length);
+        const float scale = 1 / std::sqrt(size * (1 - (size / static_cast<float>(count))));
+        for (int begin = 0; begin + length <= count; ++begin) {
+            const float sum =
+                sums[static_cast<std::size_t>(begin + length)] - sums[static_cast<std::size_t>(begin)];
+            const float contrast = std::abs(sum - (size * mean)) * scale;
+            if (contrast > best.contrast) {
+                best = {begin, begin + length, contrast};
+            }
+        }
+    }
+    return best;
+}
+
+void Split(std::span<const float> values, int first, std::vector<int>& ends) {
+    const int count = static_cast<int>(values.size());
+    const Interval cut = count > 1 ? MostDifferent(values) : Interval{};
+    if (cut.contrast < kSignificant) {
+        ends.push_back(first + count);
+        return;
+    }
+    const auto split = [&](int begin, int end) {
+        if (end > begin) {
+            Split(values.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin)),
+                  first + begin, ends);
+        }
+    };
+    split(0, cut.begin);
+    split(cut.begin, cut.end);
+    split(cut.end, count);
+}
+
+}  // namespace
+
+bool MayChange(std::span<const float> values) {
+    const std::vector<float> sums = PrefixSums(values);
+    const int count = static_cast<int>(values.size());
+    for (int length = 2; length < count; length *= 2) {
+        const float limit = kWorthALook * std::sqrt(static_cast<float>(length)) * 0.8F;
+        for (int begin = 0; begin + length <= count; ++begin) {
+            const float sum =
+                sums[static_cast<std::size_t>(begin + length)] - sums[static_cast<std::size_t>(begin)];
+            if (std::abs(sum) > limit) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+std::vector<Segment> Find(std::span<const float> values) {
+    std::vector<int> ends;
+    Split(values, 0, ends);
+    std::vector<Segment> found;
+    int begin = 0;
+    for (const int end : ends) {
+        const auto part = values.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
+        std::vector<float> copy(part.begin(), part.end());
+        found.push_back({begin, end, statistics::Median(copy)});
+        begin = end;
+    }
+    return found;
+}
+
+}  // namespace segments
