@@ -16,25 +16,31 @@ constexpr std::size_t kLanes = 248;  // columns worked on at a time: their sampl
 static_assert(kColumns % kLanes == 0);
 
 constexpr std::size_t kSamples = 9;
-using Lane = std::array<std::uint16_t, kLanes>;
+/// Signed, which the oldest vector instructions can compare; no pixel has more than 14 bits.
+using Lane = std::array<std::int16_t, kLanes>;
 using Samples = std::array<Lane, kSamples>;
 
-/// One comparator of a sorting network, for all lanes.
-void Order(Lane& low, Lane& high) {
+/// One comparator of a sorting network, for all lanes. Through bare pointers, as the loops below: a check of
+/// each index would keep the compiler from vector instructions.
+void Order(Lane& first, Lane& second) {
+    std::int16_t* __restrict const low = first.data();
+    std::int16_t* __restrict const high = second.data();
     for (std::size_t i = 0; i < kLanes; ++i) {
-        const std::uint16_t a = low[i];
-        const std::uint16_t b = high[i];
-        low[i] = std::min(a, b);
-        high[i] = std::max(a, b);
+        const std::int16_t a = low[i];
+        const std::int16_t b = high[i];
+        const std::int16_t smaller = std::min(a, b);
+        low[i] = smaller;
+        high[i] = static_cast<std::int16_t>(a ^ b ^ smaller);  // the other one, without a second comparison
     }
 }
 
-/// Sorts nine values with 25 comparators (R. W. Floyd's network, in D. E. Knuth, The Art of Computer Programming,
-/// vol. 3, 5.3.4).
+/// Sorts nine values with 25 comparators (R. W. Floyd's network, in D. E. Knuth, The Art of Computer
+/// Programming, vol. 3, 5.3.4).
 void Sort(Samples& s) {
     constexpr std::array<std::array<std::size_t, 2>, 25> network = {
-        {{0, 3}, {1, 7}, {2, 5}, {4, 8}, {0, 7}, {2, 4}, {3, 8}, {5, 6}, {0, 2}, {1, 3}, {4, 5}, {7, 8}, {1, 4},
-         {3, 6}, {5, 7}, {0, 1}, {2, 4}, {3, 5}, {6, 8}, {2, 3}, {4, 5}, {6, 7}, {1, 2}, {3, 4}, {5, 6}}};
+        {{0, 3}, {1, 7}, {2, 5}, {4, 8}, {0, 7}, {2, 4}, {3, 8}, {5, 6}, {0, 2},
+         {1, 3}, {4, 5}, {7, 8}, {1, 4}, {3, 6}, {5, 7}, {0, 1}, {2, 4}, {3, 5},
+         {6, 8}, {2, 3}, {4, 5}, {6, 7}, {1, 2}, {3, 4}, {5, 6}}};
     for (const auto& [low, high] : network) {
         Order(s[low], s[high]);
     }
@@ -48,23 +54,24 @@ struct PatchRows {
     std::size_t block_rows;  // of them in a block
 };
 
+/// A damaged file may hold more than 14 bits.
+std::int16_t InRange(std::uint16_t pixel) {
+    return static_cast<std::int16_t>(std::min<std::uint16_t>(pixel, sensor_frame::kWhite));
+}
+
 void TakeSamples(const std::uint16_t* pixels, const PatchRows& rows, Samples& samples) {
     for (std::size_t i = 0; i < kSamples; ++i) {
         // Spread over the patch, the middle of each ninth.
         const std::size_t row = rows.first + ((((2 * i) + 1) * rows.count / (2 * kSamples)) * rows.step);
         const std::uint16_t* const source = pixels + (row * kColumns);
-        std::ranges::transform(source, source + kLanes, samples[i].begin(), [](std::uint16_t pixel) {
-            return std::min<std::uint16_t>(pixel, sensor_frame::kWhite);
-        });
+        std::ranges::transform(source, source + kLanes, samples[i].begin(), InRange);
     }
 }
 
 /// Sums of what a row's pixels differ from `centre`, none counting as more than `reach`.
-void AddRow(const std::uint16_t* pixels, const Lane& centre, std::int16_t reach,
-            std::array<std::int16_t, kLanes>& sums) {
+void AddRow(const std::uint16_t* pixels, const std::int16_t* centre, std::int16_t reach, std::int16_t* sums) {
     for (std::size_t i = 0; i < kLanes; ++i) {
-        const std::uint16_t pixel = std::min<std::uint16_t>(pixels[i], sensor_frame::kWhite);
-        const auto difference = static_cast<std::int16_t>(pixel - centre[i]);
+        const auto difference = static_cast<std::int16_t>(InRange(pixels[i]) - centre[i]);
         const std::int16_t low = std::max<std::int16_t>(difference, static_cast<std::int16_t>(-reach));
         sums[i] = static_cast<std::int16_t>(sums[i] + std::min(low, reach));
     }
@@ -76,13 +83,16 @@ void MeasurePatch(const std::uint16_t* pixels, const PatchRows& rows, std::int16
     Samples samples;
     TakeSamples(pixels, rows, samples);
     Sort(samples);
-    const Lane& centre = samples[kSamples / 2];
+    const std::int16_t* const centre = samples[kSamples / 2].data();
+    const std::int16_t* const low = samples[1].data();
+    const std::int16_t* const high = samples[kSamples - 2].data();
     for (std::size_t i = 0; i < kLanes; ++i) {
-        spread[i] = static_cast<std::uint16_t>(samples[kSamples - 2][i] - samples[1][i]);
+        spread[i] = static_cast<std::uint16_t>(high[i] - low[i]);
     }
     const float share = 1 / static_cast<float>(rows.block_rows);
     for (std::size_t row = 0; row < rows.count; row += rows.block_rows) {
-        std::array<std::int16_t, kLanes> sums = {};
+        Lane lane = {};
+        std::int16_t* const sums = lane.data();
         for (std::size_t i = 0; i < rows.block_rows; ++i) {
             AddRow(pixels + ((rows.first + ((row + i) * rows.step)) * kColumns), centre, reach, sums);
         }

@@ -6,8 +6,8 @@
 
 #include "calibrate/sensor_grid.h"
 
-/// A grid column by column, as differences from each column's median, without what all columns around share in a
-/// row of blocks: noise of rows, shading.
+/// A grid column by column, as differences from each column's median, without what all columns around share
+/// in a row of blocks: noise of rows, shading.
 class ColumnSeries {
   public:
     explicit ColumnSeries(const sensor_grid::Grid& grid);

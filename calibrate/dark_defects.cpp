@@ -88,9 +88,9 @@ DefectKind Search::KindOf(int column, float level, float above) const {
     return above > 0 ? DefectKind::kBright : DefectKind::kLow;
 }
 
-/// The level of the column's sound part, relative to its median: the one that needs the least explanation. Each
-/// part is tried. Being far from the neighbours is unlikely as in a normal distribution; a defect that makes a
-/// column darker is rarer than one that makes it brighter; and so is one of more rows.
+/// The level of the column's sound part, relative to its median: the one that needs the least explanation.
+/// Each part is tried. Being far from the neighbours is unlikely as in a normal distribution; a defect that
+/// makes a column darker is rarer than one that makes it brighter; and so is one of more rows.
 float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
     constexpr float rare_low = 2.5F;  // a factor of 12
     constexpr float whole_column = 0.7F;
@@ -133,8 +133,8 @@ int Search::SeenInPart(int column, const Segment& part, bool above) const {
     std::vector<float> counts;
     for (int patch = (part.begin + kPatchBlocks - 1) / kPatchBlocks;
          patch < std::min(part.end / kPatchBlocks, kPatches); ++patch) {
-        counts.push_back(static_cast<float>(above ? stack_.SeenAbove(column, patch)
-                                                  : stack_.SeenBelow(column, patch)));
+        counts.push_back(
+            static_cast<float>(above ? stack_.SeenAbove(column, patch) : stack_.SeenBelow(column, patch)));
     }
     return counts.empty() ? Exposures() : static_cast<int>(statistics::Median(counts));
 }
@@ -173,7 +173,8 @@ void Search::AddParts(int column, const std::vector<Segment>& parts, float sound
         } else {
             for (const Segment& other : parts) {
                 const bool is_sound = std::abs(other.level - sound) < kDoubtfulPart;
-                defect.seen = is_sound ? std::max(defect.seen, SeenInPart(column, other, above < 0)) : defect.seen;
+                defect.seen =
+                    is_sound ? std::max(defect.seen, SeenInPart(column, other, above < 0)) : defect.seen;
             }
         }
         const bool maybe_track = Exposures() == 1 && defect.end_row - defect.first_row < kLongestTrack;
@@ -214,7 +215,8 @@ void Search::LookAtColumn(int column) {
     }
     const float sound = parts.size() == 1 ? 0 : SoundLevel(column, parts);
     if (std::abs(out.clearly + sound) >= kLeastWhole &&
-        std::abs(out.clearly + sound) >= kLeastWholeDeviations * natural_ && std::abs(out.clearly) > kLeastWhole) {
+        std::abs(out.clearly + sound) >= kLeastWholeDeviations * natural_ &&
+        std::abs(out.clearly) > kLeastWhole) {
         // None of it is as its neighbours are.
         AddWhole(column, out.from_both, out.clearly);
         return;
@@ -288,15 +290,15 @@ void Search::AddUnsteady() {
     for (int x = 0; x < kColumns; ++x) {
         const float difference = differences[static_cast<std::size_t>(x)];
         if (std::abs(difference) > limit && !IsListed(x)) {
-            found_.push_back({.column = x,
-                              .first_row = 0,
-                              .end_row = kRows,
-                              .kind = DefectKind::kUnsteady,
-                              .strength = difference,
-                              .in_noise = std::abs(difference) * std::sqrt(static_cast<float>(kBlocks)) /
-                                          series_.noise(),
-                              .seen = Exposures(),
-                              .exposures = Exposures()});
+            found_.push_back(
+                {.column = x,
+                 .first_row = 0,
+                 .end_row = kRows,
+                 .kind = DefectKind::kUnsteady,
+                 .strength = difference,
+                 .in_noise = std::abs(difference) * std::sqrt(static_cast<float>(kBlocks)) / series_.noise(),
+                 .seen = Exposures(),
+                 .exposures = Exposures()});
         }
     }
 }

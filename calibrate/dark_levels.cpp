@@ -20,7 +20,8 @@ float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, floa
     values.reserve(kBlocks);
     for (int block = 0; block < kBlocks; ++block) {
         if (!mask.IsListed(column, block)) {
-            values.push_back(combined[(static_cast<std::size_t>(block) * kColumns) + static_cast<std::size_t>(column)]);
+            values.push_back(
+                combined[(static_cast<std::size_t>(block) * kColumns) + static_cast<std::size_t>(column)]);
         }
     }
     std::vector<float> copy = values;
@@ -28,7 +29,8 @@ float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, floa
 }
 
 /// The mean of the levels at `distance` on both sides, as far as they are sound.
-float MeanAtDistance(const std::vector<float>& levels, const std::vector<bool>& sound, int column, int distance) {
+float MeanAtDistance(const std::vector<float>& levels, const std::vector<bool>& sound, int column,
+                     int distance) {
     float sum = 0;
     float count = 0;
     for (const int x : {column - distance, column + distance}) {
@@ -40,8 +42,8 @@ float MeanAtDistance(const std::vector<float>& levels, const std::vector<bool>& 
     return count > 0 ? sum / count : std::numeric_limits<float>::quiet_NaN();
 }
 
-/// What the repair of a whole column leaves of its neighbours' levels: in every other row the mean of the columns
-/// two away, else a fifth of it and four fifths of that of the next columns.
+/// What the repair of a whole column leaves of its neighbours' levels: in every other row the mean of the
+/// columns two away, else a fifth of it and four fifths of that of the next columns.
 float LevelOfRepair(const std::vector<float>& levels, const std::vector<bool>& sound, int column) {
     constexpr float share_of_next = 0.4F;
     constexpr int furthest = 16;

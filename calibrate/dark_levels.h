@@ -33,11 +33,12 @@ class DefectMask {
 /// The dark levels of a sensor.
 struct DarkLevels {
     std::vector<float> absolute;  ///< of each column, the black level included, in raw units at the base ISO
-    std::vector<float> above_darkest;  ///< what the database holds: above the darkest sound column, none negative
+    std::vector<float>
+        above_darkest;  ///< what the database holds: above the darkest sound column, none negative
 };
 
-/// Computes them from what `mask` does not list. A column without sound rows is repaired from its neighbours before
-/// levels are subtracted, so it gets what such a repair leaves: their levels, in the repair's shares.
+/// Computes them from what `mask` does not list. A column without sound rows is repaired from its neighbours
+/// before levels are subtracted, so it gets what such a repair leaves: their levels, in the repair's shares.
 DarkLevels ComputeLevels(const DarkStack& stack, const sensor_grid::Grid& combined, const DefectMask& mask);
 
 #endif  // VELMARCON_CALIBRATE_DARK_LEVELS_H

@@ -29,7 +29,7 @@ constexpr float kLeastNoise = 0.3F;
 
 /// The median of each column's blocks.
 std::vector<float> ColumnMedians(const Grid& grid) {
-    constexpr int step = 3;  // a third of the blocks is enough for a centre
+    constexpr int step = 9;  // every ninth block is enough for a centre
     constexpr int count = kBlocks / step;
     constexpr int lanes = 32;
     static_assert(kColumns % lanes == 0);
@@ -108,60 +108,70 @@ void DarkStack::Add(const BlockMeans& blocks, DarkExposure exposure) {
     if (exposures_.empty()) {
         StartWith(exposure);
     }
-    AddBlocks(blocks, exposure);
-    CountPatches(blocks, exposure);
-    exposures_.push_back(std::move(exposure));
-}
-
-void DarkStack::AddBlocks(const BlockMeans& blocks, const DarkExposure& exposure) {
     const std::vector<float> shifts = Shifts(exposure);
-    const float weight = Weight(exposure);
     std::vector<float> base(reference_);
     for (std::size_t x = 0; x < base.size(); ++x) {
         base[x] += shifts[x < kHalf ? 0 : 1];
     }
     for (std::size_t half = 0; half < shifts.size(); ++half) {
-        shift_[half] += weight * shifts[half];
+        shift_[half] += Weight(exposure) * shifts[half];
     }
-    weight_ += weight;
+    weight_ += Weight(exposure);
+    AddBlocks(blocks, exposure, base);
+    CountPatches(blocks, exposure, base);
+    exposures_.push_back(std::move(exposure));
+}
+
+void DarkStack::AddBlocks(const BlockMeans& blocks, const DarkExposure& exposure,
+                          std::span<const float> base) {
+    const float weight = Weight(exposure);
     const float share = 1 / exposure.gain;
     const float in_deviations = 1 / BlockDeviation(exposure);
-    const auto number = static_cast<std::uint16_t>(exposures_.size());
+    const auto number = static_cast<float>(exposures_.size());
     for (int block = 0; block < kBlocks; ++block) {
         const std::size_t first = static_cast<std::size_t>(block) * kColumns;
         const float* const row = blocks.means.data() + first;
-        float* const sum = sum_.data() + first;
-        float* const highest = highest_.data() + first;
-        float* const lowest = lowest_.data() + first;
-        std::uint16_t* const highest_from = highest_from_.data() + first;
-        std::uint16_t* const lowest_from = lowest_from_.data() + first;
+        const float* __restrict const above_what = base.data();
+        float* __restrict const sum = sum_.data() + first;
+        float* __restrict const highest = highest_.data() + first;
+        float* __restrict const lowest = lowest_.data() + first;
+        float* __restrict const highest_from = highest_from_.data() + first;
+        float* __restrict const lowest_from = lowest_from_.data() + first;
         for (std::size_t x = 0; x < kColumns; ++x) {
-            const float above = (row[x] * share) - base[x];
+            const float above = (row[x] * share) - above_what[x];
             const float z = above * in_deviations;
             sum[x] += weight * above;
-            highest_from[x] = z > highest[x] ? number : highest_from[x];
-            lowest_from[x] = z < lowest[x] ? number : lowest_from[x];
-            highest[x] = std::max(highest[x], z);
-            lowest[x] = std::min(lowest[x], z);
+            const float high = std::max(highest[x], z);
+            const float low = std::min(lowest[x], z);
+            highest[x] = high;
+            lowest[x] = low;
+            highest_from[x] = high <= z ? number : highest_from[x];
+            lowest_from[x] = low >= z ? number : lowest_from[x];
         }
     }
 }
 
-void DarkStack::CountPatches(const BlockMeans& blocks, const DarkExposure& exposure) {
+void DarkStack::CountPatches(const BlockMeans& blocks, const DarkExposure& exposure,
+                             std::span<const float> base) {
     constexpr float clearly = 2.5F;
-    const std::vector<float> shifts = Shifts(exposure);
+    constexpr float most_spread = 4;
     const float share = 1 / (exposure.gain * kPatchBlocks);
     const float in_deviations = std::sqrt(static_cast<float>(kPatchBlocks)) / BlockDeviation(exposure);
     const float in_noise = 1 / exposure.noise.with_rows;
     for (int patch = 0; patch < kPatches; ++patch) {
         const std::size_t first = PatchIndex(0, patch);
         const float* const row = Row(blocks.means, patch * kPatchBlocks).data();
+        const float* __restrict const against = base.data();
+        const std::uint16_t* __restrict const varies = blocks.spread.data() + first;
+        float* __restrict const above = above_.data() + first;
+        float* __restrict const below = below_.data() + first;
+        float* __restrict const spread = spread_.data() + first;
         for (std::size_t x = 0; x < kColumns; ++x) {
             const float sum = row[x] + row[x + kColumns] + row[x + (2 * kColumns)] + row[x + (3 * kColumns)];
-            const float z = ((sum * share) - reference_[x] - shifts[x < kHalf ? 0 : 1]) * in_deviations;
-            above_[first + x] = static_cast<std::uint16_t>(above_[first + x] + (z > clearly ? 1 : 0));
-            below_[first + x] = static_cast<std::uint16_t>(below_[first + x] + (z < -clearly ? 1 : 0));
-            spread_[first + x] += std::min(static_cast<float>(blocks.spread[first + x]) * in_noise, 4.0F);
+            const float z = ((sum * share) - against[x]) * in_deviations;
+            above[x] += z > clearly ? 1.0F : 0.0F;
+            below[x] += z < -clearly ? 1.0F : 0.0F;
+            spread[x] += std::min(static_cast<float>(varies[x]) * in_noise, most_spread);
         }
     }
 }
@@ -193,10 +203,10 @@ Grid DarkStack::Combined() const {
             }
         };
         if (weights.size() > 1) {
-            leave_out(highest_[i], highest_from_[i]);
+            leave_out(highest_[i], static_cast<std::size_t>(highest_from_[i]));
         }
         if (weights.size() > 2 && lowest_from_[i] != highest_from_[i]) {
-            leave_out(lowest_[i], lowest_from_[i]);
+            leave_out(lowest_[i], static_cast<std::size_t>(lowest_from_[i]));
         }
         combined[i] = sum / weight;
     }

@@ -20,10 +20,10 @@ struct Defect {
     int first_row = 0;
     int end_row = 0;  ///< exclusive
     DefectKind kind = DefectKind::kBright;
-    float strength = 0;      ///< in the dark: raw units at the base ISO; in the light: part of the signal, signed
-    float in_noise = 0;      ///< the strength of all its rows together, in standard deviations of the noise
-    int seen = 0;            ///< in so many exposures
-    int exposures = 0;       ///< of so many
+    float strength = 0;  ///< in the dark: raw units at the base ISO; in the light: part of the signal, signed
+    float in_noise = 0;  ///< the strength of all its rows together, in standard deviations of the noise
+    int seen = 0;        ///< in so many exposures
+    int exposures = 0;   ///< of so many
     bool doubtful = false;
 };
 

@@ -10,9 +10,9 @@ namespace segments {
 
 namespace {
 
-constexpr float kMostOfOne = 4;         // what one value may count
-constexpr float kSignificant = 6.7F;    // one interval in a thousand million by chance
-constexpr float kWorthALook = 6;        // for the quick look, whose windows do not fit exactly
+constexpr float kMostOfOne = 4;       // what one value may count
+constexpr float kSignificant = 6.7F;  // one interval in a thousand million by chance
+constexpr float kWorthALook = 6;      // for the quick look, whose windows do not fit exactly
 
 /// Sums of the first 0, 1, 2 ... values.
 std::vector<float> PrefixSums(std::span<const float> values) {
@@ -95,7 +95,8 @@ std::vector<Segment> Find(std::span<const float> values) {
     std::vector<Segment> found;
     int begin = 0;
     for (const int end : ends) {
-        const auto part = values.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
+        const auto part =
+            values.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
         std::vector<float> copy(part.begin(), part.end());
         found.push_back({begin, end, statistics::Median(copy)});
         begin = end;

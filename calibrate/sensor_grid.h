@@ -8,8 +8,8 @@
 
 #include "input/raw_layout.h"
 
-/// The sensor in blocks of one column and a few rows. Fine enough to tell where a defect begins, coarse enough to
-/// take the noise out of it, and a sixth of the memory of an image of the same type.
+/// The sensor in blocks of one column and a few rows. Fine enough to tell where a defect begins, coarse
+/// enough to take the noise out of it, and a sixth of the memory of an image of the same type.
 namespace sensor_grid {
 
 constexpr int kColumns = raw_layout::kImageWidth;

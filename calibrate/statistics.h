@@ -6,11 +6,12 @@
 #include <span>
 #include <vector>
 
-/// Robust statistics: a few wild values do not change them. (P. J. Huber, Robust Statistics, 1981; F. R. Hampel,
-/// The influence curve and its role in robust estimation, 1974.)
+/// Robust statistics: a few wild values do not change them. (P. J. Huber, Robust Statistics, 1981; F. R.
+/// Hampel, The influence curve and its role in robust estimation, 1974.)
 namespace statistics {
 
-/// The median; the mean of the two in the middle when their number is even, 0 without values. Reorders `values`.
+/// The median; the mean of the two in the middle when their number is even, 0 without values. Reorders
+/// `values`.
 float Median(std::span<float> values);
 
 /// Standard deviation of normally distributed values by their median absolute deviation around `centre` (MAD,
@@ -34,8 +35,8 @@ class DifferenceHistogram {
         ++counts_[size < kBins ? size : kBins - 1];
     }
 
-    /// Standard deviation of the differences by their MAD around 0. Within a bin they count as evenly spread, so
-    /// that it is no whole number.
+    /// Standard deviation of the differences by their MAD around 0. Within a bin they count as evenly spread,
+    /// so that it is no whole number.
     float Deviation() const;
 
   private:

@@ -6,8 +6,8 @@
 
 namespace samples {
 
-/// A well mixed value for every `index` of the sequence `seed` (the finaliser of SplitMix64). The same on every
-/// machine, and computed without the values before it.
+/// A well mixed value for every `index` of the sequence `seed` (the finaliser of SplitMix64). The same on
+/// every machine, and computed without the values before it.
 constexpr std::uint64_t MixedBits(std::uint64_t seed, std::uint64_t index) {
     std::uint64_t z = (seed * 0xD1342543DE82EF95ULL) + ((index + 1) * 0x9E3779B97F4A7C15ULL);
     z = (z ^ z >> 30U) * 0xBF58476D1CE4E5B9ULL;
@@ -41,7 +41,8 @@ class NumberSequence {
 
     /// A whole number from `least` to `most`.
     int Whole(int least, int most) {
-        return least + static_cast<int>(MixedBits(seed_, index_++) % static_cast<std::uint64_t>(most - least + 1));
+        return least +
+               static_cast<int>(MixedBits(seed_, index_++) % static_cast<std::uint64_t>(most - least + 1));
     }
 
     float Normal() { return NormalNoise(seed_, index_++); }

@@ -124,8 +124,8 @@ void Frame::AddLeak(int y) {
 void Frame::DrawDust() {
     NumberSequence numbers(sensor_.seed ^ kDustSeed);
     for (int i = 0; i < sensor_.dust; ++i) {
-        const Spot spot{numbers.Between(0, kSensorWidth), numbers.Between(0, kSensorHeight), numbers.Between(4, 45),
-                        numbers.Between(0.03F, 0.25F)};
+        const Spot spot{numbers.Between(0, kSensorWidth), numbers.Between(0, kSensorHeight),
+                        numbers.Between(4, 45), numbers.Between(0.03F, 0.25F)};
         const int reach = static_cast<int>(spot.radius) + 1;
         for (int dy = -reach; dy <= reach; ++dy) {
             for (int dx = -reach; dx <= reach; ++dx) {
@@ -183,12 +183,13 @@ void Frame::AddTracks() {
         const float x = numbers.Between(0, kSensorWidth);
         const float y = numbers.Between(0, kSensorHeight);
         // Every fourth runs along a column.
-        const float angle = i % 4 == 0 ? std::numbers::pi_v<float> / 2 : numbers.Between(0, std::numbers::pi_v<float>);
+        const float angle =
+            i % 4 == 0 ? std::numbers::pi_v<float> / 2 : numbers.Between(0, std::numbers::pi_v<float>);
         const float length = numbers.Between(5, 90);
         const float strength = numbers.Between(20, 900) * gain_;
         for (float way = 0; way < length; way += 1) {
-            AddAt(static_cast<int>(x + (way * std::cos(angle))), static_cast<int>(y + (way * std::sin(angle))),
-                  strength);
+            AddAt(static_cast<int>(x + (way * std::cos(angle))),
+                  static_cast<int>(y + (way * std::sin(angle))), strength);
         }
     }
 }
@@ -209,8 +210,8 @@ std::vector<std::uint16_t> Frame::Expose() {
         }
         DrawDust();
         for (int x = 0; x < kSensorWidth; ++x) {
-            const float answer =
-                1 + (sensor_.gain_spread * NormalNoise(sensor_.seed ^ kGainSeed, static_cast<std::uint64_t>(x)));
+            const float answer = 1 + (sensor_.gain_spread *
+                                      NormalNoise(sensor_.seed ^ kGainSeed, static_cast<std::uint64_t>(x)));
             for (int y = 0; y < kSensorHeight; ++y) {
                 At(x, y) *= answer;
             }
@@ -290,8 +291,9 @@ void AddDarkDefects(SimulatedSensor& sensor, NumberSequence& numbers, float weak
     AddSomewhere(sensor, numbers,
                  {.first_row = from, .end_row = from + numbers.Whole(100, 600), .dark = weakest * 1.2F});
     const int start = numbers.Whole(50, 2000);
-    AddSomewhere(sensor, numbers,
-                 {.first_row = start, .end_row = start + numbers.Whole(100, 600), .dark = numbers.Between(20, 900)});
+    AddSomewhere(
+        sensor, numbers,
+        {.first_row = start, .end_row = start + numbers.Whole(100, 600), .dark = numbers.Between(20, 900)});
     AddSomewhere(sensor, numbers, {.dark = numbers.Between(60, 400)});
     // Two next to each other, from different rows on.
     AddSomewhere(sensor, numbers, {.first_row = numbers.Whole(300, 1500), .dark = weakest * 3});
@@ -308,7 +310,8 @@ void AddStuckDefects(SimulatedSensor& sensor, NumberSequence& numbers) {
 
 void AddLightDefects(SimulatedSensor& sensor, NumberSequence& numbers) {
     AddSomewhere(sensor, numbers, {.answer = 0});
-    AddSomewhere(sensor, numbers, {.first_row = numbers.Whole(200, 2300), .answer = numbers.Between(0.3F, 0.9F)});
+    AddSomewhere(sensor, numbers,
+                 {.first_row = numbers.Whole(200, 2300), .answer = numbers.Between(0.3F, 0.9F)});
     AddSomewhere(sensor, numbers, {.answer = numbers.Between(0.94F, 0.965F)});
 }
 

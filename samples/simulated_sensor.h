@@ -15,9 +15,10 @@ struct SimulatedDefect {
     int column = 0;
     int first_row = 0;
     int end_row = kSensorHeight;
-    float dark = 0;                                   ///< added, in raw units at ISO 160; grows with the ISO gain
-    float answer = 1;                                 ///< to light, as a part of what a sound column gives
-    std::optional<std::uint16_t> stuck = std::nullopt;  ///< what it reads whatever the light and the ISO speed
+    float dark = 0;    ///< added, in raw units at ISO 160; grows with the ISO gain
+    float answer = 1;  ///< to light, as a part of what a sound column gives
+    std::optional<std::uint16_t> stuck =
+        std::nullopt;  ///< what it reads whatever the light and the ISO speed
 };
 
 /// How the dark levels of the columns are spread.
@@ -29,16 +30,16 @@ enum class LevelPattern {
     kPairs,     ///< columns in twos
 };
 
-/// A sensor whose truth is known. Units are raw units at ISO 160. At a higher speed levels, dark parts of defects
-/// and hot pixels grow with the ISO gain, noise with its square root: 16 and 4 times at ISO 2500.
+/// A sensor whose truth is known. Units are raw units at ISO 160. At a higher speed levels, dark parts of
+/// defects and hot pixels grow with the ISO gain, noise with its square root: 16 and 4 times at ISO 2500.
 struct SimulatedSensor {
     std::uint64_t seed = 1;  ///< of all that belongs to the sensor and not to an exposure
     float black = 92;
     LevelPattern pattern = LevelPattern::kSmooth;
-    float level_size = 3;    ///< the spread of the levels
-    float read_noise = 2.5F;  ///< standard deviation
-    float row_noise = 0.6F;   ///< standard deviation of what the pixels of half a row share
-    float photon_gain = 0.3F;  ///< raw units per electron
+    float level_size = 3;        ///< the spread of the levels
+    float read_noise = 2.5F;     ///< standard deviation
+    float row_noise = 0.6F;      ///< standard deviation of what the pixels of half a row share
+    float photon_gain = 0.3F;    ///< raw units per electron
     float gain_spread = 0.003F;  ///< standard deviation of the columns' answers to light around 1
     int hot_pixels = 2000;
     int tracks = 12;  ///< particle tracks in one exposure
@@ -49,10 +50,10 @@ struct SimulatedSensor {
 /// One exposure.
 struct SimulatedExposure {
     std::uint16_t iso = 160;
-    std::uint64_t seed = 1;      ///< of its noise and its tracks
-    float light = 0;             ///< of the brightest filter in the middle, as a part of the range; 0: dark
-    float light_leak = 0;        ///< raw units in the upper right corner, fading to none half-way
-    int edge_column = 0;         ///< the light is a tenth less right of this column; 0: nowhere
+    std::uint64_t seed = 1;  ///< of its noise and its tracks
+    float light = 0;         ///< of the brightest filter in the middle, as a part of the range; 0: dark
+    float light_leak = 0;    ///< raw units in the upper right corner, fading to none half-way
+    int edge_column = 0;     ///< the light is a tenth less right of this column; 0: nowhere
 };
 
 /// The dark level of every column without the defects, at ISO 160.
@@ -64,9 +65,9 @@ std::vector<std::uint16_t> ExposePixels(const SimulatedSensor& sensor, const Sim
 /// Those pixels as the words of a `.RAW` file.
 std::vector<std::uint16_t> WordsOfPixels(const std::vector<std::uint16_t>& pixels);
 
-/// A sensor of a camera that nobody has seen: black level, pattern, noise and 14 defects of all kinds follow from
-/// `seed`. The weakest dark defects have `weakest` raw units at ISO 160. Without `light_defects` all can be seen in
-/// the dark.
+/// A sensor of a camera that nobody has seen: black level, pattern, noise and 14 defects of all kinds follow
+/// from `seed`. The weakest dark defects have `weakest` raw units at ISO 160. Without `light_defects` all can
+/// be seen in the dark.
 SimulatedSensor RandomSensor(std::uint64_t seed, float weakest, bool light_defects);
 
 /// The same without defects, and with columns that are higher than others by a constant of a few units.

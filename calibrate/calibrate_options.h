@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_CALIBRATE_CALIBRATE_OPTIONS_H
+#define VELMARCON_CALIBRATE_CALIBRATE_OPTIONS_H
+
+#include <span>
+#include <string>
+#include <vector>
+
+/// What a run is asked for.
+struct CalibrateOptions {
+    std::vector<std::string> darks;
+    std::vector<std::string> flats;
+    std::string database;  ///< empty: the default one
+    std::string report;    ///< folder; empty: none
+    bool dry_run = false;
+    bool doubtful = false;  ///< write what is doubtful, too
+    bool check = false;
+    bool help = false;
+    bool version = false;
+};
+
+/// Reads the arguments, the program's name not among them. Returns what is wrong with them, or an empty text.
+[[nodiscard]] std::string ReadOptions(std::span<const std::string> arguments, CalibrateOptions& options);
+
+/// What --help prints.
+extern const char* const kCalibrateHelp;
+
+#endif  // VELMARCON_CALIBRATE_CALIBRATE_OPTIONS_H

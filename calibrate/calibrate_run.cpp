@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/calibrate_run.h"
+
+#include <cstdio>
+#include <new>
+
+#include "calibrate/calibrate_options.h"
+#include "calibrate/database_check.h"
+#include "calibrate/database_file.h"
+#include "calibrate/database_text.h"
+#include "calibrate/findings_text.h"
+#include "calibrate/measuring.h"
+
+namespace {
+
+constexpr const char* kName = "velmarcon-calibrate";
+
+int Refuse(const std::string& problem) {
+    (void)std::fprintf(stderr, "%s: %s\nTry %s --help.\n", kName, problem.c_str(), kName);
+    return kWrongUsage;
+}
+
+int NotWritten(const std::string& path, const std::string& reason) {
+    std::printf("\n%s: sensor database not written: %s\n", path.c_str(), reason.c_str());
+    return kNotCalibrated;
+}
+
+/// The database of a run and what it held when the run began.
+struct Database {
+    std::string path;
+    std::string text;
+    std::string problem;  ///< why it cannot be read
+};
+
+std::vector<ListedRows> RowsToList(const Calibration& calibration, bool doubtful) {
+    std::vector<ListedRows> rows;
+    for (const Defect& defect : calibration.defects()) {
+        if (doubtful || !defect.doubtful) {
+            rows.push_back({defect.column, defect.first_row, defect.end_row});
+        }
+    }
+    return rows;
+}
+
+int WriteDatabase(const Database& database, int serial, const Calibration& calibration,
+                  const CalibrateOptions& options) {
+    std::string text = database.text;
+    const std::string problem = database_text::Merge(text, serial, RowsToList(calibration, options.doubtful),
+                                                     calibration.levels().above_darkest);
+    if (!problem.empty()) {
+        return NotWritten(database.path, problem);
+    }
+    if (options.dry_run) {
+        std::printf("\n%s is left as it is.\n", database.path.c_str());
+        return kCalibrated;
+    }
+    std::string kept;
+    if (const std::string reason = database_file::Replace(database.path, database.text, text, kept);
+        !reason.empty()) {
+        return NotWritten(database.path, reason);
+    }
+    if (!kept.empty()) {
+        std::printf("\nThe old database is kept as %s.\n", kept.c_str());
+    }
+    std::printf("\n%s has the new values of camera %d.\n", database.path.c_str(), serial);
+    return kCalibrated;
+}
+
+int Check(const Database& database, int serial, const Calibration& calibration,
+          const database_text::Values& values) {
+    if (values.levels.size() < sensor_grid::kColumns) {
+        std::printf("%s has no dark levels of camera %d.\n", database.path.c_str(), serial);
+        return kNotCalibrated;
+    }
+    const CheckResult result = CheckDatabase(calibration, values);
+    std::printf("%s", result.text.c_str());
+    return result.good ? kCalibrated : kNotCalibrated;
+}
+
+int Run(const CalibrateOptions& options, const std::string& default_database) {
+    Database database = {
+        .path = options.database.empty() ? default_database : options.database, .text = "", .problem = ""};
+    if (database.path.empty()) {
+        return Refuse("there is no data folder: name a database with --database");
+    }
+    Measuring measuring(options);
+    if (!measuring.ReadDarks()) {
+        return kNotCalibrated;
+    }
+    const int serial = static_cast<int>(measuring.serial());
+    database.problem = database_file::Read(database.path, database.text);
+    if (!database.problem.empty()) {
+        return NotWritten(database.path, database.problem);
+    }
+    const database_text::Values values = database_text::Read(database.text, serial);
+    if (!measuring.Measure(database_text::ListedIn(values.lines))) {
+        return kNotCalibrated;
+    }
+    const Calibration& calibration = measuring.calibration();
+    std::printf("Camera %d: %zu dark and %d flat exposures.\n", serial,
+                calibration.darks().exposures().size(), calibration.flats());
+    if (options.check) {
+        return Check(database, serial, calibration, values);
+    }
+    std::printf("%s", findings_text::Findings(calibration).c_str());
+    return WriteDatabase(database, serial, calibration, options);
+}
+
+}  // namespace
+
+int RunCalibrate(std::span<const std::string> arguments, const std::string& default_database) {
+    try {
+        CalibrateOptions options;
+        if (const std::string problem = ReadOptions(arguments, options); !problem.empty()) {
+            return Refuse(problem);
+        }
+        if (options.help || options.version) {
+            std::printf("%s %s\n%s", kName, VELMARCON_VERSION, options.help ? kCalibrateHelp : "");
+            return std::fflush(stdout) == 0 ? kCalibrated : kNotCalibrated;
+        }
+        return Run(options, default_database);
+    } catch (const std::bad_alloc&) {
+        std::printf("%s: out of memory\n", kName);
+        return kNotCalibrated;
+    }
+}

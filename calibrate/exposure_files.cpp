@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/exposure_files.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/error_handler.h"
+#include "app/input_discovery.h"
+#include "input/read_input_data.h"
+
+std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,
+                                        std::vector<std::string>& problems) {
+    std::vector<ExposureFile> found;
+    for (const std::string& path : paths) {
+        InputFiles files;
+        const InputError error = ResolveInput(path, files);
+        std::erase_if(files.names, [](const std::string& name) { return Extension(name) != "RAW"; });
+        if (error.code != 0 || files.names.empty()) {
+            problems.push_back(path + ": there is no RAW file");
+            continue;
+        }
+        std::ranges::sort(files.names);
+        for (const std::string& name : files.names) {
+            found.push_back({files.folder, BaseName(name)});
+        }
+    }
+    return found;
+}
+
+int ExposureLoader::Load(const ExposureFile& file) {
+    ReadInputData record;
+    record.ImageData = std::move(pixels_);
+    constexpr bool verbose = false;
+    constexpr bool subtract_dark_frame = false;
+    const int error = record.ProcessFile(file.folder, file.base, verbose, subtract_dark_frame);
+    pixels_ = std::move(record.ImageData);
+    if (error != 0) {
+        return ErrorHandler().PrintError(error, file.base + ".RAW");
+    }
+    serial_ = record.Exif.SerialNumber;
+    iso_ = record.Exif.ISOSpeedRatings;
+    return 0;
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#include <csignal>
+#include <cstddef>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "app/standard_streams.h"
+#include "calibrate/calibrate_run.h"
+#include "input/pixel_memory.h"
+#include "packaging/data_folder.h"
+
+namespace {
+
+/// The database that the installed command uses. Its folder is made by the first run that needs it.
+std::string DefaultDatabase() {
+    const std::filesystem::path folder = DataFolder();
+    return folder.empty() ? "" : (folder / "sensdb.ini").string();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    // A write that fails is reported, and no reason to die in the middle of it.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
+    (void)std::signal(SIGPIPE, SIG_IGN);
+    HoldStandardStreams();
+    pixel_memory::KeepFreedBlocks();
+    const std::span<char*> all(argv, static_cast<std::size_t>(argc));
+    std::vector<std::string> arguments;
+    for (const char* argument : all.subspan(all.empty() ? 0 : 1)) {
+        arguments.emplace_back(argument);
+    }
+    return RunCalibrate(arguments, DefaultDatabase());
+}
