@@ -28,6 +28,9 @@ constexpr float kDoubtfulWholeDeviations = 4;
 constexpr float kLeastPart = 1.5F;
 constexpr float kDoubtfulPart = 0.75F;
 
+constexpr int kLeastBlocks = 3;
+constexpr float kLeastInNoise = 7;
+
 constexpr float kLeastUnsteady = 2.5F;  // raw units by which levels at two ISO speeds differ
 constexpr float kLeastUnsteadyDeviations = 7;
 
@@ -56,6 +59,8 @@ class Search {
 
   private:
     void LookAtColumn(int column);
+    std::vector<Segment> DefectiveParts(int column, const std::vector<Segment>& parts, float sound) const;
+    int SeenIn(int column, const Segment& part, const std::vector<Segment>& parts, float sound) const;
     void AddParts(int column, const std::vector<Segment>& parts, float sound);
     void AddWhole(int column, float above, float clearly);
     void AddStuck(int column);
@@ -127,8 +132,7 @@ float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
     return sum / count;
 }
 
-/// In how many exposures the part stands out. Patches are compared with the column's median, which may be the
-/// level of the defect: then the sound part is the one that stands out.
+/// In how many exposures the part is above, or below, the column's median.
 int Search::SeenInPart(int column, const Segment& part, bool above) const {
     std::vector<float> counts;
     for (int patch = (part.begin + kPatchBlocks - 1) / kPatchBlocks;
@@ -153,33 +157,78 @@ int Search::SeenAsWhole(int column, float above) const {
     return seen;
 }
 
-void Search::AddParts(int column, const std::vector<Segment>& parts, float sound) {
+/// The parts that differ from `sound`, those of the same sign next to each other as one. The blocks at either
+/// end reach as far as they are clearly not sound: there a part's rows are few enough to have been clipped.
+std::vector<Segment> Search::DefectiveParts(int column, const std::vector<Segment>& parts,
+                                            float sound) const {
+    constexpr float clearly = 3.5F;
+    std::vector<Segment> joined;
     for (const Segment& part : parts) {
         const float above = part.level - sound;
         if (std::abs(above) < kDoubtfulPart) {
             continue;
         }
-        const auto blocks = static_cast<float>(part.end - part.begin);
-        Defect defect = {.column = column,
-                         .first_row = part.begin * kBlockRows,
-                         .end_row = part.end * kBlockRows,
-                         .kind = KindOf(column, part.level, above),
-                         .strength = above,
-                         .in_noise = std::abs(above) * std::sqrt(blocks) / series_.noise(),
-                         .exposures = Exposures()};
-        const bool stands_out = std::abs(part.level) > std::abs(above) / 2;
-        if (stands_out) {
-            defect.seen = SeenInPart(column, part, above > 0);
-        } else {
-            for (const Segment& other : parts) {
-                const bool is_sound = std::abs(other.level - sound) < kDoubtfulPart;
-                defect.seen =
-                    is_sound ? std::max(defect.seen, SeenInPart(column, other, above < 0)) : defect.seen;
-            }
+        const bool continues = !joined.empty() && joined.back().end == part.begin &&
+                               (above > 0) == (joined.back().level > sound);
+        if (!continues) {
+            joined.push_back(part);
+            continue;
         }
-        const bool maybe_track = Exposures() == 1 && defect.end_row - defect.first_row < kLongestTrack;
-        defect.doubtful = std::abs(above) < kLeastPart || maybe_track;
-        found_.push_back(defect);
+        Segment& last = joined.back();
+        const bool longer = part.end - part.begin > last.end - last.begin;
+        last.level = longer ? part.level : last.level;
+        last.end = part.end;
+    }
+    const auto values = series_.Column(column);
+    for (Segment& part : joined) {
+        const auto bad = [&](int block) {
+            const float above = values[static_cast<std::size_t>(block)] - sound;
+            return (part.level > sound ? above : -above) > clearly * series_.noise();
+        };
+        for (int i = 0; i < kPatchBlocks && part.begin > 0 && bad(part.begin - 1); ++i) {
+            --part.begin;
+        }
+        for (int i = 0; i < kPatchBlocks && part.end < kBlocks && bad(part.end); ++i) {
+            ++part.end;
+        }
+    }
+    return joined;
+}
+
+/// In how many exposures a part stands out from `sound`. Patches were compared with the column's median,
+/// which may be the level of the defect: then the sound parts stand out.
+int Search::SeenIn(int column, const Segment& part, const std::vector<Segment>& parts, float sound) const {
+    const float above = part.level - sound;
+    if (std::abs(part.level) > std::abs(above) / 2) {
+        return SeenInPart(column, part, above > 0);
+    }
+    int seen = 0;
+    for (const Segment& other : parts) {
+        const bool is_sound = std::abs(other.level - sound) < kDoubtfulPart;
+        seen = is_sound ? std::max(seen, SeenInPart(column, other, above < 0)) : seen;
+    }
+    return seen;
+}
+
+void Search::AddParts(int column, const std::vector<Segment>& parts, float sound) {
+    for (const Segment& part : DefectiveParts(column, parts, sound)) {
+        const float above = part.level - sound;
+        const auto blocks = static_cast<float>(part.end - part.begin);
+        const float in_noise = std::abs(above) * std::sqrt(blocks) / series_.noise();
+        if (part.end - part.begin < kLeastBlocks || in_noise < kLeastInNoise) {
+            continue;  // what the cuts have left over
+        }
+        const int rows = (part.end - part.begin) * kBlockRows;
+        const bool maybe_track = Exposures() == 1 && rows < kLongestTrack;
+        found_.push_back({.column = column,
+                          .first_row = part.begin * kBlockRows,
+                          .end_row = part.end * kBlockRows,
+                          .kind = KindOf(column, part.level, above),
+                          .strength = above,
+                          .in_noise = in_noise,
+                          .seen = SeenIn(column, part, parts, sound),
+                          .exposures = Exposures(),
+                          .doubtful = std::abs(above) < kLeastPart || maybe_track});
     }
 }
 

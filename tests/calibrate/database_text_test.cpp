@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "calibrate/database_text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using database_text::Merge;
+using database_text::Read;
+
+const std::vector<float> kLevels = {0.5F, 0, 1.25F};
+constexpr const char* kLevelLines =
+    "LevelCorrection = 0.500000\nLevelCorrection = 0.000000\nLevelCorrection = 1.250000\n";
+
+std::string Merged(std::string text, std::vector<ListedRows> found) {
+    EXPECT_EQ(Merge(text, 42, std::move(found), kLevels), "");
+    return text;
+}
+
+std::string Group(int column, int first_row, int end_row) {
+    std::string text;
+    for (const int value : {column, first_row, column, end_row}) {
+        text += "Line = " + std::to_string(value) + "\n";
+    }
+    return text;
+}
+
+TEST(DatabaseTextTest, AnEmptyDatabaseGetsTheCamera) {
+    EXPECT_EQ(Merged("", {{7, 100, 2646}}), "[42]\n" + Group(7, 100, 2646) + kLevelLines);
+}
+
+TEST(DatabaseTextTest, ADefectThatReachesTheTopRowsGetsASecondGroup) {
+    EXPECT_EQ(Merged("", {{7, 0, 300}}), "[42]\n" + Group(7, 0, 6) + Group(7, 6, 300) + kLevelLines);
+    EXPECT_EQ(Merged("", {{7, 0, 6}}), "[42]\n" + Group(7, 0, 6) + kLevelLines);
+}
+
+TEST(DatabaseTextTest, OtherCamerasCommentsAndUnknownKeysStayByteForByte) {
+    const std::string before = "; mine\n[1]\nLine=3\nColour =  red \n\n";
+    const std::string after = "\n# the other body\n[43]\r\nLevelCorrection = 7\nweird\n";
+    const std::string text =
+        before + "[42]\nOwner = Anna\nLevelCorrection = 9\nLevelCorrection = 8\n; end\n" + after;
+    EXPECT_EQ(Merged(text, {{7, 100, 2646}}),
+              before + "[42]\n" + Group(7, 100, 2646) + "Owner = Anna\n" + kLevelLines + "; end\n" + after);
+}
+
+TEST(DatabaseTextTest, OwnGroupsStayUnlessAFoundOneCoversThem) {
+    const std::string own = Group(9, 50, 60) + "; bright\n" + Group(7, 110, 2000);
+    EXPECT_EQ(Merged("[42]\n" + own, {{7, 120, 2646}}),
+              "[42]\n" + Group(7, 110, 2646) + Group(9, 50, 60) + "; bright\n" + kLevelLines);
+}
+
+TEST(DatabaseTextTest, WhatAnOwnGroupCoversIsNotListedTwice) {
+    const std::string own = Group(7, 100, 2646);
+    EXPECT_EQ(Merged("[42]\n" + own, {{7, 900, 2000}}), "[42]\n" + own + kLevelLines);
+}
+
+TEST(DatabaseTextTest, MakingItTwiceChangesNothingMore) {
+    const std::string once = Merged("[42]\n\n[43]\nLine = 1\n", {{7, 0, 2646}, {8, 40, 50}});
+    EXPECT_EQ(Merged(once, {{7, 0, 2646}, {8, 40, 50}}), once);
+}
+
+TEST(DatabaseTextTest, LineEndsOfWindowsAreKept) {
+    EXPECT_EQ(Merged("[1]\r\nLine = 2\r\n", {{7, 100, 200}}),
+              "[1]\r\nLine = 2\r\n\r\n[42]\r\nLine = 7\r\nLine = 100\r\nLine = 7\r\nLine = 200\r\n"
+              "LevelCorrection = 0.500000\r\nLevelCorrection = 0.000000\r\nLevelCorrection = 1.250000\r\n");
+}
+
+TEST(DatabaseTextTest, ALastLineWithoutEndGetsOne) {
+    EXPECT_EQ(Merged("[42]\nOwner = Anna", {}), std::string("[42]\nOwner = Anna\n") + kLevelLines);
+}
+
+TEST(DatabaseTextTest, ValuesThatDoNotComeInFoursAreLeftAlone) {
+    std::string text = "[42]\nLine = 1\n";
+    EXPECT_EQ(Merge(text, 42, {}, kLevels), "the Line values of camera 42 do not come in fours");
+    EXPECT_EQ(text, "[42]\nLine = 1\n");
+}
+
+TEST(DatabaseTextTest, ASectionThatTheProgramWouldReadOtherwiseIsLeftAlone) {
+    // Keys are the same for the library whatever their case, and the program goes by the first spelling.
+    std::string text = "[42]\nlevelcorrection = 1\n";
+    EXPECT_EQ(Merge(text, 42, {}, kLevels),
+              "its section of camera 42 is written in a way that cannot be added to");
+    EXPECT_EQ(text, "[42]\nlevelcorrection = 1\n");
+}
+
+TEST(DatabaseTextTest, SomethingThatIsNoTextIsLeftAlone) {
+    std::string text("a\0b", 3);
+    EXPECT_EQ(Merge(text, 42, {}, kLevels), "it is no text");
+}
+
+TEST(DatabaseTextTest, ACameraIsReadAsTheProgramReadsIt) {
+    const auto values = Read("[0042 x]\nLine = 3 rows\nLine = -1\nline = 7\nLevelCorrection = 1.5 \n", 42);
+    EXPECT_EQ(values.lines, (std::vector<std::uint16_t>{3, 65535, 7}));
+    EXPECT_EQ(values.levels, std::vector<float>{1.5F});
+    EXPECT_TRUE(Read("", 42).levels.empty());
+}
+
+}  // namespace
