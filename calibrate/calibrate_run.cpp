@@ -10,6 +10,7 @@
 #include "calibrate/database_text.h"
 #include "calibrate/findings_text.h"
 #include "calibrate/measuring.h"
+#include "input/file_calls.h"
 
 namespace {
 
@@ -30,6 +31,7 @@ struct Database {
     std::string path;
     std::string text;
     std::string problem;  ///< why it cannot be read
+    std::function<int()> make_folder;
 };
 
 std::vector<ListedRows> RowsToList(const Calibration& calibration, bool doubtful) {
@@ -54,6 +56,9 @@ int WriteDatabase(const Database& database, int serial, const Calibration& calib
         std::printf("\n%s is left as it is.\n", database.path.c_str());
         return kCalibrated;
     }
+    if (const int error = database.make_folder ? database.make_folder() : 0; error != 0) {
+        return NotWritten(database.path, file_calls::ErrorText(error));
+    }
     std::string kept;
     if (const std::string reason = database_file::Replace(database.path, database.text, text, kept);
         !reason.empty()) {
@@ -77,9 +82,13 @@ int Check(const Database& database, int serial, const Calibration& calibration,
     return result.good ? kCalibrated : kNotCalibrated;
 }
 
-int Run(const CalibrateOptions& options, const std::string& default_database) {
+int Run(const CalibrateOptions& options, const DefaultDatabase& default_database) {
     Database database = {
-        .path = options.database.empty() ? default_database : options.database, .text = "", .problem = ""};
+        .path = options.database.empty() ? default_database.path : options.database, .text = "", .problem = "",
+                         .make_folder = nullptr};
+    if (options.database.empty()) {
+        database.make_folder = default_database.make_folder;
+    }
     if (database.path.empty()) {
         return Refuse("there is no data folder: name a database with --database");
     }
@@ -108,7 +117,7 @@ int Run(const CalibrateOptions& options, const std::string& default_database) {
 
 }  // namespace
 
-int RunCalibrate(std::span<const std::string> arguments, const std::string& default_database) {
+int RunCalibrate(std::span<const std::string> arguments, const DefaultDatabase& default_database) {
     try {
         CalibrateOptions options;
         if (const std::string problem = ReadOptions(arguments, options); !problem.empty()) {

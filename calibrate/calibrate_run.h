@@ -2,6 +2,7 @@
 #ifndef VELMARCON_CALIBRATE_CALIBRATE_RUN_H
 #define VELMARCON_CALIBRATE_CALIBRATE_RUN_H
 
+#include <functional>
 #include <span>
 #include <string>
 
@@ -10,8 +11,13 @@ constexpr int kCalibrated = 0;
 constexpr int kNotCalibrated = 1;  ///< nothing could be measured or written; with --check: make it anew
 constexpr int kWrongUsage = 2;
 
-/// The program: `arguments` without its own name; `default_database` is used without --database, empty if
-/// there is none. Returns the exit status.
-int RunCalibrate(std::span<const std::string> arguments, const std::string& default_database);
+/// The database of a run that names none.
+struct DefaultDatabase {
+    std::string path;                  ///< empty: there is none
+    std::function<int()> make_folder;  ///< called before it is written; returns 0 or the system's error number
+};
+
+/// The program: `arguments` without its own name. Returns the exit status.
+int RunCalibrate(std::span<const std::string> arguments, const DefaultDatabase& default_database);
 
 #endif  // VELMARCON_CALIBRATE_CALIBRATE_RUN_H

@@ -54,25 +54,29 @@ std::uint32_t HighestNumber(const std::string& path) {
 }
 
 /// Returns 0 or the system's error number.
-int WriteWhole(const std::string& path, const std::string& text) {
+int WriteWhole(const std::string& path, const std::string& text, ReplacementFile::Existing existing) {
     ReplacementFile file;
-    if (const int error = file.Open(path); error != 0) {
+    if (const int error = file.Open(path, existing); error != 0) {
         return error;
     }
-    file.stream().write(text.data(), static_cast<std::streamsize>(text.size()));
-    file.Good();
+    file.Write(text);
     return file.Commit(text.size());
 }
 
 /// Keeps the text under the next number. Returns 0 or the system's error number.
 int Keep(const std::string& path, const std::string& text, std::string& kept) {
-    const std::uint32_t highest = HighestNumber(path);
+    std::uint32_t number = HighestNumber(path);
     std::string newest;
-    if (highest > 0 && Read(NumberedName(path, highest), newest).empty() && newest == text) {
+    if (number > 0 && Read(NumberedName(path, number), newest).empty() && newest == text) {
         return 0;
     }
-    kept = NumberedName(path, highest + 1);
-    return WriteWhole(kept, text);
+    // Another run may take the same number first.
+    int error = EEXIST;
+    while (error == EEXIST) {
+        kept = NumberedName(path, ++number);
+        error = WriteWhole(kept, text, ReplacementFile::Existing::kKeep);
+    }
+    return error;
 }
 
 }  // namespace
@@ -113,7 +117,7 @@ std::string Replace(const std::string& path, const std::string& old_text, const 
         }
         kept = copy;
     }
-    const int error = WriteWhole(path, new_text);
+    const int error = WriteWhole(path, new_text, ReplacementFile::Existing::kReplaceTarget);
     return error == 0 ? "" : file_calls::ErrorText(error);
 }
 

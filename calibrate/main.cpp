@@ -13,10 +13,13 @@
 
 namespace {
 
-/// The database that the installed command uses. Its folder is made by the first run that needs it.
-std::string DefaultDatabase() {
+/// The database that the installed command uses.
+DefaultDatabase InDataFolder() {
     const std::filesystem::path folder = DataFolder();
-    return folder.empty() ? "" : (folder / "sensdb.ini").string();
+    if (folder.empty()) {
+        return {};
+    }
+    return {(folder / "sensdb.ini").string(), [folder] { return MakeDataFolder(folder); }};
 }
 
 }  // namespace
@@ -32,5 +35,5 @@ int main(int argc, char* argv[]) {
     for (const char* argument : all.subspan(all.empty() ? 0 : 1)) {
         arguments.emplace_back(argument);
     }
-    return RunCalibrate(arguments, DefaultDatabase());
+    return RunCalibrate(arguments, InDataFolder());
 }

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "base/byte_order.h"
+#include "samples/seeded_noise.h"
 
 namespace samples {
 
@@ -46,28 +47,9 @@ constexpr std::size_t FilterAt(std::size_t x, std::size_t y) {
     return (x & 1U) + (y & 1U);
 }
 
-/// A well mixed value for every `index` of the sequence `seed` (the finaliser of SplitMix64).
-constexpr std::uint64_t Mixed(std::uint64_t seed, std::uint64_t index) {
-    std::uint64_t z = (seed * 0xD1342543DE82EF95ULL) + ((index + 1) * 0x9E3779B97F4A7C15ULL);
-    z = (z ^ z >> 30U) * 0xBF58476D1CE4E5B9ULL;
-    z = (z ^ z >> 27U) * 0x94D049BB133111EBULL;
-    return z ^ z >> 31U;
-}
-
 /// -1 to 1, evenly spread.
 float Even(std::uint64_t seed, std::uint64_t index) {
-    constexpr float kHalf = 8388608;
-    return (static_cast<float>(Mixed(seed, index) >> 40U) / kHalf) - 1;
-}
-
-/// Mean 0, standard deviation 1, near enough to a normal distribution: the sum of four evenly spread numbers.
-float Normal(std::uint64_t seed, std::uint64_t index) {
-    constexpr std::uint64_t kLane = 0xFFFF;
-    constexpr float kMean = 2 * 65535.0F;
-    constexpr float kDeviation = 37837.23F;  // sqrt(4 / 12) * 65536
-    const std::uint64_t z = Mixed(seed, index);
-    const std::uint64_t sum = (z & kLane) + (z >> 16U & kLane) + (z >> 32U & kLane) + (z >> 48U);
-    return (static_cast<float>(static_cast<std::int32_t>(sum)) - kMean) / kDeviation;
+    return (2 * EvenNoise(seed, index)) - 1;
 }
 
 /// The column pattern, -1 to 1: random values every 128
@@ -120,7 +102,7 @@ void ReadHalfRow(const Readout& readout, const float* light, std::size_t first, 
     for (std::size_t i = 0; i < out.size(); ++i) {
         const float signal = light == nullptr ? 0.0F : light[first + i];
         const float deviation = std::sqrt((readout.photon_gain * signal) + readout.read_variance);
-        const float noise = deviation * Normal(readout.seed, first + i);
+        const float noise = deviation * NormalNoise(readout.seed, first + i);
         out[i] = ToWord(signal + readout.column_levels[first_column + i] + offset + noise);
     }
 }

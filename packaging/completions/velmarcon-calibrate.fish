@@ -1,0 +1,13 @@
+# SPDX-License-Identifier: MIT
+# Completion of velmarcon-calibrate's options and their values, for fish.
+
+complete -c velmarcon-calibrate -f
+complete -c velmarcon-calibrate -a '(__fish_complete_suffix .RAW)'
+complete -c velmarcon-calibrate -l flat -x -a '(__fish_complete_suffix .RAW)' -d 'An exposure of an even bright area'
+complete -c velmarcon-calibrate -l database -r -F -d 'The sensor database'
+complete -c velmarcon-calibrate -l report -x -a '(__fish_complete_directories)' -d 'Write a page with pictures'
+complete -c velmarcon-calibrate -l dry-run -d 'Write no database'
+complete -c velmarcon-calibrate -l doubtful -d 'Write doubtful defects, too'
+complete -c velmarcon-calibrate -l check -d 'Measure whether the database still fits'
+complete -c velmarcon-calibrate -l help -d 'Print the options'
+complete -c velmarcon-calibrate -l version -d 'Print the version'
