@@ -4,12 +4,14 @@
 #include <cstdio>
 #include <new>
 
+#include "app/input_discovery.h"
 #include "calibrate/calibrate_options.h"
 #include "calibrate/database_check.h"
 #include "calibrate/database_file.h"
 #include "calibrate/database_text.h"
 #include "calibrate/findings_text.h"
 #include "calibrate/measuring.h"
+#include "calibrate/report.h"
 #include "input/file_calls.h"
 
 namespace {
@@ -82,9 +84,11 @@ int Check(const Database& database, int serial, const Calibration& calibration,
     return result.good ? kCalibrated : kNotCalibrated;
 }
 
-int Run(const CalibrateOptions& options, const DefaultDatabase& default_database) {
-    Database database = {
-        .path = options.database.empty() ? default_database.path : options.database, .text = "", .problem = "",
+int Run(const CalibrateOptions& options, const std::string& command,
+        const DefaultDatabase& default_database) {
+    Database database = {.path = options.database.empty() ? default_database.path : options.database,
+                         .text = "",
+                         .problem = "",
                          .make_folder = nullptr};
     if (options.database.empty()) {
         database.make_folder = default_database.make_folder;
@@ -112,7 +116,35 @@ int Run(const CalibrateOptions& options, const DefaultDatabase& default_database
         return Check(database, serial, calibration, values);
     }
     std::printf("%s", findings_text::Findings(calibration).c_str());
-    return WriteDatabase(database, serial, calibration, options);
+    const int status = WriteDatabase(database, serial, calibration, options);
+    if (options.report.empty()) {
+        return status;
+    }
+    if (const std::string reason = WriteReport(options.report, command, measuring); !reason.empty()) {
+        std::printf("%s: report not written: %s\n", options.report.c_str(), reason.c_str());
+        return kNotCalibrated;
+    }
+    std::printf("%s shows it.\n", (WithSeparator(options.report) + "index.html").c_str());
+    return status;
+}
+
+/// The command line as someone may give it to a shell once more.
+std::string CommandLine(std::span<const std::string> arguments) {
+    constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_./=:,+@%";
+    std::string line = kName;
+    for (const std::string& argument : arguments) {
+        line += ' ';
+        if (!argument.empty() && argument.find_first_not_of(plain) == std::string::npos) {
+            line += argument;
+            continue;
+        }
+        line += '\'';
+        for (const char character : argument) {
+            line += character == '\'' ? std::string("'\\''") : std::string(1, character);
+        }
+        line += '\'';
+    }
+    return line;
 }
 
 }  // namespace
@@ -127,7 +159,7 @@ int RunCalibrate(std::span<const std::string> arguments, const DefaultDatabase& 
             std::printf("%s %s\n%s", kName, VELMARCON_VERSION, options.help ? kCalibrateHelp : "");
             return std::fflush(stdout) == 0 ? kCalibrated : kNotCalibrated;
         }
-        return Run(options, default_database);
+        return Run(options, CommandLine(arguments), default_database);
     } catch (const std::bad_alloc&) {
         std::printf("%s: out of memory\n", kName);
         return kNotCalibrated;

@@ -13,8 +13,9 @@ constexpr int kWrongUsage = 2;
 
 /// The database of a run that names none.
 struct DefaultDatabase {
-    std::string path;                  ///< empty: there is none
-    std::function<int()> make_folder;  ///< called before it is written; returns 0 or the system's error number
+    std::string path;  ///< empty: there is none
+    std::function<int()>
+        make_folder;  ///< called before it is written; returns 0 or the system's error number
 };
 
 /// The program: `arguments` without its own name. Returns the exit status.

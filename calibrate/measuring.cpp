@@ -110,7 +110,9 @@ bool Measuring::Measure(std::vector<ListedRows> listed) {
         }
         const std::string reason =
             calibration_->AddFlat({.name = files[i].base, .iso = loader_.iso(), .pixels = loader_.pixels()});
-        if (!reason.empty()) {
+        if (reason.empty()) {
+            measured_flats_.push_back(files[i]);
+        } else {
             LeaveOut(files[i].base, reason);
         }
     }

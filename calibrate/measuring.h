@@ -32,6 +32,7 @@ class Measuring {
     const Calibration& calibration() const { return *calibration_; }
     const std::vector<std::string>& left_out() const { return left_out_; }  ///< a line each
     const std::vector<ExposureFile>& darks() const { return measured_; }    ///< as in Calibration::darks
+    const std::vector<ExposureFile>& flats() const { return measured_flats_; }
     ExposureLoader& loader() { return loader_; }
 
   private:
@@ -45,6 +46,7 @@ class Measuring {
     std::optional<std::uint32_t> serial_;
     std::unique_ptr<Calibration> calibration_;
     std::vector<ExposureFile> measured_;
+    std::vector<ExposureFile> measured_flats_;
     std::vector<std::string> left_out_;
     bool mixed_ = false;
 };

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_CALIBRATE_REPORT_PAGE_H
+#define VELMARCON_CALIBRATE_REPORT_PAGE_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "calibrate/calibration.h"
+
+/// A picture on the page.
+struct ReportPicture {
+    std::string file;
+    std::string caption;  ///< also what a screen reader says
+};
+
+/// What the page shows.
+struct ReportContents {
+    int serial = 0;
+    std::string command;
+    std::vector<std::string> left_out;
+    std::vector<ReportPicture> exposures;  ///< before and after
+    std::vector<ReportPicture> plots;
+    std::vector<ReportPicture> defects;
+    std::string missing;  ///< what could not be shown, and why; empty: nothing
+};
+
+/// The page as one HTML file without scripts, which shows its pictures by names next to it.
+std::string ReportPage(const ReportContents& contents, const Calibration& calibration);
+
+/// `text` with the characters that HTML takes for its own written as it wants them.
+std::string EscapedHtml(const std::string& text);
+
+#endif  // VELMARCON_CALIBRATE_REPORT_PAGE_H
