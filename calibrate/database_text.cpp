@@ -105,6 +105,27 @@ void AppendRun(std::vector<std::uint16_t>& lines, const ListedRows& run) {
     }
 }
 
+/// Adds the groups by which the repair of runs next to each other, or with one column between them, is
+/// repeated. A pixel is repaired from these columns, and the first of the two is while the second is still
+/// defective; every repetition leaves a quarter of the error at most.
+void AppendRepetitions(std::vector<std::uint16_t>& lines, std::span<const ListedRows> runs) {
+    constexpr int near = 2;         // columns
+    constexpr int repetitions = 6;  // what is left of a saturated column is a few raw units
+    for (int i = 0; i < repetitions; ++i) {
+        for (const ListedRows& run : runs) {
+            for (const ListedRows& other : runs) {
+                const ListedRows both = {.column = run.column,
+                                         .first_row = std::max(run.first_row, other.first_row - 1),
+                                         .end_row = std::min(run.end_row, other.end_row + 1)};
+                const int distance = std::abs(run.column - other.column);
+                if (distance > 0 && distance <= near && both.first_row < both.end_row) {
+                    AppendRun(lines, both);
+                }
+            }
+        }
+    }
+}
+
 /// Whether `outer` covers `inner` but for a few rows.
 bool Covers(const ListedRows& outer, const ListedRows& inner) {
     constexpr int tolerance = 24;
@@ -132,6 +153,7 @@ Plan MakePlan(const std::vector<std::uint16_t>& own, std::vector<ListedRows> fou
             covering->end_row = std::max(covering->end_row, group.end_row);
         }
     }
+    std::vector<ListedRows> added;
     for (const ListedRows& run : found) {
         bool listed = false;
         for (std::size_t group = 0; group < groups.size(); ++group) {
@@ -140,9 +162,10 @@ Plan MakePlan(const std::vector<std::uint16_t>& own, std::vector<ListedRows> fou
                            groups[group].first_row <= run.first_row && run.end_row <= groups[group].end_row);
         }
         if (!listed) {
-            AppendRun(plan.added, run);
+            added.push_back(run);
         }
     }
+    plan.added = LinesOfRuns(added);
     plan.all = plan.added;
     for (std::size_t group = 0; group < plan.keep_group.size(); ++group) {
         if (plan.keep_group[group]) {
@@ -308,6 +331,15 @@ std::vector<ListedRows> ListedIn(std::span<const std::uint16_t> lines) {
         rows.push_back({.column = lines[i], .first_row = lines[i + 1], .end_row = lines[i + 3]});
     }
     return rows;
+}
+
+std::vector<std::uint16_t> LinesOfRuns(std::span<const ListedRows> runs) {
+    std::vector<std::uint16_t> lines;
+    for (const ListedRows& run : runs) {
+        AppendRun(lines, run);
+    }
+    AppendRepetitions(lines, runs);
+    return lines;
 }
 
 std::string Merge(std::string& text, int serial, std::vector<ListedRows> found,

@@ -35,11 +35,11 @@ class Exposure {
              const Calibration& calibration)
         : serial_(serial), iso_(iso), recorded_(frame), database_("") {
         auto& camera = database_.Camera(serial);
+        std::vector<ListedRows> runs;
         for (const Defect& defect : calibration.defects()) {
-            for (const int value : {defect.column, defect.first_row, defect.column, defect.end_row}) {
-                camera.Line.push_back(static_cast<std::uint16_t>(value));
-            }
+            runs.push_back({defect.column, defect.first_row, defect.end_row});
         }
+        camera.Line = database_text::LinesOfRuns(runs);
         camera.LevelCorrection = calibration.levels().above_darkest;
         changed_ = frame;
     }

@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "calibrate/database_text.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
+
+#include "sensor/sensdb.h"
+#include "sensor/sensorfixtools.h"
 
 namespace {
 
@@ -55,8 +60,31 @@ TEST(DatabaseTextTest, WhatAnOwnGroupCoversIsNotListedTwice) {
 }
 
 TEST(DatabaseTextTest, MakingItTwiceChangesNothingMore) {
-    const std::string once = Merged("[42]\n\n[43]\nLine = 1\n", {{7, 0, 2646}, {8, 40, 50}});
-    EXPECT_EQ(Merged(once, {{7, 0, 2646}, {8, 40, 50}}), once);
+    const std::string once = Merged("[42]\n\n[43]\nLine = 1\n", {{7, 0, 2646}, {18, 40, 50}, {19, 20, 50}});
+    EXPECT_EQ(Merged(once, {{7, 0, 2646}, {18, 40, 50}, {19, 20, 50}}), once);
+}
+
+/// The largest difference from 100 in a frame of 100 whose defective columns, which read 16383, were
+/// repaired.
+int LeftAfterRepair(const std::vector<ListedRows>& runs) {
+    constexpr int rows = 40;
+    std::vector<std::uint16_t> pixels(std::size_t{3968} * rows, 100);
+    for (const ListedRows& run : runs) {
+        for (int row = run.first_row; row < run.end_row; ++row) {
+            pixels[static_cast<std::size_t>(row * 3968 + run.column)] = 16383;
+        }
+    }
+    sensdb database("");
+    database.Camera(42).Line = database_text::LinesOfRuns(runs);
+    EXPECT_EQ(sensorfixtools().fixPixelLine(42, &pixels, 3968, rows, &database, false), 0);
+    const auto [least, most] = std::ranges::minmax(pixels);
+    return std::max(100 - least, most - 100);
+}
+
+TEST(DatabaseTextTest, DefectsNextToEachOtherAreRepairedThoughEachIsANeighbourOfTheOther) {
+    EXPECT_LE(LeftAfterRepair({{1285, 3, 40}, {1286, 10, 30}}), 1);
+    EXPECT_LE(LeftAfterRepair({{1285, 0, 40}, {1287, 0, 40}}), 2);
+    EXPECT_EQ(LeftAfterRepair({{1285, 0, 40}, {1288, 0, 40}}), 0);
 }
 
 TEST(DatabaseTextTest, LineEndsOfWindowsAreKept) {
