@@ -18,6 +18,8 @@ using namespace sensor_grid;
 constexpr float kReach = 3;         // deviations up to which a pixel counts in full
 constexpr float kReachInLight = 4;  // whose noise differs between colours and from middle to corner
 
+constexpr float kLeastNoise = 0.3F;  // below, whole numbers do not show it
+
 int Reach(float reach, const PixelNoise& noise) {
     return static_cast<int>(std::lround(std::clamp(reach * noise.with_rows, 1.0F, 5000.0F)));
 }
@@ -30,6 +32,9 @@ std::string Calibration::AddDark(const ExposureImage& image) {
                              .gain = static_cast<float>(IsoGain(image.iso)),
                              .noise = MeasureNoise(image.pixels),
                              .columns = {}};
+    if (exposure.noise.pixel < kLeastNoise) {
+        return "not an exposure of a sensor: its pixels do not vary";
+    }
     MeasureBlocks(image.pixels, BlockRows::kAll, Reach(kReach, exposure.noise), blocks_);
     std::string reason = WhyNotDark(blocks_, exposure.gain);
     if (reason.empty()) {
