@@ -43,9 +43,9 @@ std::string Calibration::AddDark(const ExposureImage& image) {
     return reason;
 }
 
-DefectMask Calibration::MaskOf(bool with_doubtful) const {
+DefectMask Calibration::MaskOf(std::span<const ListedRows> listed, bool with_doubtful) const {
     DefectMask mask;
-    for (const ListedRows& rows : listed_) {
+    for (const ListedRows& rows : listed) {
         mask.Add(rows.column, rows.first_row, rows.end_row);
     }
     for (const Defect& defect : defects_) {
@@ -59,7 +59,7 @@ DefectMask Calibration::MaskOf(bool with_doubtful) const {
 void Calibration::Search() {
     combined_ = darks_.Combined();
     defects_ = FindDarkDefects(darks_, combined_);
-    mask_ = MaskOf(false);
+    mask_ = MaskOf(listed_, false);
     levels_ = ComputeLevels(darks_, combined_, mask_);
 }
 
@@ -72,18 +72,16 @@ std::string Calibration::AddFlat(const ExposureImage& image) {
     for (float& level : dark) {
         level *= static_cast<float>(IsoGain(image.iso));
     }
-    return flats_.Add(blocks_, odd_blocks_, dark)
-               ? ""
-               : "not a flat exposure: its middle is not between 10 and 70 % of the range";
+    return flats_.Add(blocks_, odd_blocks_, dark);
 }
 
 void Calibration::Finish(bool with_doubtful) {
-    const std::vector<Defect> in_light = FindLightDefects(flats_, mask_);
+    const std::vector<Defect> in_light = FindLightDefects(flats_, MaskOf({}, false));
     defects_.insert(defects_.end(), in_light.begin(), in_light.end());
     std::ranges::sort(defects_, {}, [](const Defect& defect) {
         return std::make_tuple(defect.column, defect.first_row, defect.end_row);
     });
-    mask_ = MaskOf(with_doubtful);
+    mask_ = MaskOf(listed_, with_doubtful);
     levels_ = ComputeLevels(darks_, combined_, mask_);
 }
 
@@ -117,14 +115,16 @@ Stripes Calibration::StripesOf(std::size_t dark) const {
     for (const DarkExposure& other : darks_.exposures()) {
         weight += DarkStack::Weight(other);
     }
-    const float own = darks_.exposures().size() > 1 ? DarkStack::Weight(exposure) : 0;
+    const float own = DarkStack::Weight(exposure);
+    const bool alone = darks_.exposures().size() == 1;
     std::vector<float> left(kColumns);
     for (std::size_t x = 0; x < left.size(); ++x) {
         const float own_level = exposure.columns[x] / exposure.gain;
-        const float others = ((weight * levels_.absolute[x]) - (own * own_level)) / (weight - own);
+        const float others =
+            ((weight * levels_.absolute[x]) - (own * own_level)) / (alone ? weight : weight - own);
         left[x] = exposure.columns[x] - (exposure.gain * others);
     }
     return {.before = StripeSize(exposure.columns, mask_),
-            .after = StripeSize(left, mask_),
+            .after = alone ? -1 : StripeSize(left, mask_),
             .noise = exposure.noise.pixel / std::sqrt(static_cast<float>(kRows))};
 }

@@ -31,7 +31,8 @@ struct ListedRows {
 /// The stripes of one dark exposure: standard deviations of its columns' means, in raw units.
 struct Stripes {
     float before = 0;
-    float after = 0;  ///< of the correction with levels to which this exposure has not contributed
+    float after = 0;  ///< of the correction, with levels to which this exposure has not contributed; less
+                      ///< than 0: all have
     float noise = 0;  ///< what the exposure's own noise gives
 };
 
@@ -60,11 +61,11 @@ class Calibration {
     const DarkLevels& levels() const { return levels_; }
     const DefectMask& mask() const { return mask_; }
 
-    /// How well the levels do for one of the dark exposures. With a single one it is measured against itself.
+    /// How well the levels do for one of the dark exposures. With a single one that cannot be told.
     Stripes StripesOf(std::size_t dark) const;
 
   private:
-    DefectMask MaskOf(bool with_doubtful) const;
+    DefectMask MaskOf(std::span<const ListedRows> listed, bool with_doubtful) const;
 
     std::vector<ListedRows> listed_;
     DarkStack darks_;

@@ -99,6 +99,8 @@ DefectKind Search::KindOf(int column, float level, float above) const {
 float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
     constexpr float rare_low = 2.5F;  // a factor of 12
     constexpr float whole_column = 0.7F;
+    constexpr int few_blocks = 10;
+    constexpr float rare_few = 6;
     const float spread = std::max(natural_, 0.3F);
     const float apart = neighbours_[static_cast<std::size_t>(column)].from_both;
     float best = 0;
@@ -107,6 +109,7 @@ float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
         const float far = std::abs(apart + candidate.level) / spread;
         // A normal distribution's tail, but no worse than a defect of its own.
         float cost = far < 4 ? far * far / 2 : 8 + (4 * std::log2(far / 4));
+        cost += candidate.end - candidate.begin < few_blocks ? rare_few : 0;
         for (const Segment& other : parts) {
             const float above = other.level - candidate.level;
             if (std::abs(above) >= kDoubtfulPart) {
@@ -220,15 +223,20 @@ void Search::AddParts(int column, const std::vector<Segment>& parts, float sound
         }
         const int rows = (part.end - part.begin) * kBlockRows;
         const bool maybe_track = Exposures() == 1 && rows < kLongestTrack;
+        const bool doubtful = std::abs(above) < kLeastPart || maybe_track;
+        const int seen = SeenIn(column, part, parts, sound);
+        if (doubtful && seen == 0) {
+            continue;  // what a track has left
+        }
         found_.push_back({.column = column,
                           .first_row = part.begin * kBlockRows,
                           .end_row = part.end * kBlockRows,
                           .kind = KindOf(column, part.level, above),
                           .strength = above,
                           .in_noise = in_noise,
-                          .seen = SeenIn(column, part, parts, sound),
+                          .seen = seen,
                           .exposures = Exposures(),
-                          .doubtful = std::abs(above) < kLeastPart || maybe_track});
+                          .doubtful = doubtful});
     }
 }
 

@@ -11,6 +11,8 @@
 struct ExposureFile {
     std::string folder;  ///< with its separator, or empty
     std::string base;    ///< without extension
+
+    friend bool operator==(const ExposureFile&, const ExposureFile&) = default;
 };
 
 /// The pairs that the paths stand for: RAW files, their names without extension, or folders. Those of a

@@ -63,8 +63,8 @@ Row StripesHeading() {
 }
 
 Row StripesRow(const DarkExposure& exposure, const Stripes& stripes) {
-    return {exposure.name, std::to_string(exposure.iso), Fixed(stripes.before, 2), Fixed(stripes.after, 2),
-            Fixed(stripes.noise, 2)};
+    return {exposure.name, std::to_string(exposure.iso), Fixed(stripes.before, 2),
+            stripes.after < 0 ? "-" : Fixed(stripes.after, 2), Fixed(stripes.noise, 2)};
 }
 
 std::string Table(const Row& heading, const std::vector<Row>& rows) {

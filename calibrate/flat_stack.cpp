@@ -26,9 +26,35 @@ float RowLight(std::span<const float> row, std::span<const float> dark, std::siz
     return statistics::Median(light);
 }
 
+/// Whether hardly any tiles next to each other differ by more than vignetting makes them. An edge through the
+/// picture is one line of tiles only.
+bool IsEven(const BlockMeans& blocks, std::span<const float> dark) {
+    constexpr std::size_t tile = 62;  // columns
+    constexpr int every = 49;         // rows of blocks
+    constexpr float most = 0.1F;      // of the light
+    constexpr int most_in_ten = 1;
+    int pairs = 0;
+    int uneven = 0;
+    for (int block = every / 2; block < kBlocks; block += every) {
+        const auto row = Row(blocks.means, block);
+        float before = 0;
+        for (std::size_t first = 0; first < row.size(); first += tile) {
+            std::vector<float> light;
+            for (std::size_t x = first; x < first + tile; x += kColours) {
+                light.push_back(row[x] - dark[x]);
+            }
+            const float here = statistics::Median(light);
+            pairs += first > 0 ? 1 : 0;
+            uneven += first > 0 && std::abs(here - before) > most * std::max(here, before) ? 1 : 0;
+            before = here;
+        }
+    }
+    return uneven * 10 <= pairs * most_in_ten;
+}
+
 }  // namespace
 
-bool FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark) {
+std::string FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark) {
     // Of the middle row of blocks; green is the brightest.
     float brightest = 0;
     for (std::size_t colour = 0; colour < kColours; ++colour) {
@@ -37,7 +63,10 @@ bool FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::span<con
         }
     }
     if (brightest < kLeastLight * sensor_frame::kWhite || brightest > kMostLight * sensor_frame::kWhite) {
-        return false;
+        return "not a flat exposure: its middle is not between 10 and 70 % of the range";
+    }
+    if (!IsEven(even, dark) || !IsEven(odd, dark)) {
+        return "not a flat exposure: its light is not even";
     }
     if (count_ == 0) {
         sum_.assign(kGridSize, 0);
@@ -62,7 +91,7 @@ bool FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::span<con
     }
     weight_ += brightest;
     ++count_;
-    return true;
+    return "";
 }
 
 Grid FlatStack::Combined() const {

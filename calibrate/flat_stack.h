@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "calibrate/block_means.h"
@@ -14,9 +15,9 @@
 class FlatStack {
   public:
     /// Takes the blocks of the even and of the odd rows of an exposure, and what each column gives in the
-    /// dark at its ISO speed. Returns false, and takes nothing, when the exposure's light is not between 10
-    /// and 70 % of the range.
-    [[nodiscard]] bool Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark);
+    /// dark at its ISO speed. Returns why the exposure was left out, or an empty text: its light must be
+    /// even, and between 10 and 70 % of the range.
+    [[nodiscard]] std::string Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark);
 
     int count() const { return count_; }
 

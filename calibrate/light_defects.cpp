@@ -155,7 +155,8 @@ class Search {
           listed_(listed),
           all_(stack.Combined(), listed),
           every_(stack.NearestToSound(), listed),
-          whole_(CompareNeighbours(ColumnAnswers(stack.Combined(), listed), kReach, false)) {
+          answers_(ColumnAnswers(stack.Combined(), listed)),
+          whole_(CompareNeighbours(answers_, kReach, false)) {
         std::vector<float> apart;
         for (const StandOut& out : whole_) {
             apart.push_back(out.from_both);
@@ -175,12 +176,14 @@ class Search {
     void AddWhole(int column);
     void AddPart(int column, const Segment& part);
     float InEvery(int column, int begin, int end) const;
+    float OfNeighbours(int column, float difference) const;
 
     int count_;
     const DefectMask& listed_;
     Contrast all_;
     Contrast every_;
-    std::vector<StandOut> whole_;  // of the columns' mean answers
+    std::vector<float> answers_;   // the columns' mean
+    std::vector<StandOut> whole_;  // of these
     float natural_;                // standard deviation of a column's answer from its neighbours'
     std::vector<Defect> found_;
 };
@@ -191,6 +194,12 @@ float Search::InEvery(int column, int begin, int end) const {
         every_.Column(column).subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
     std::vector<float> copy(part.begin(), part.end());
     return statistics::Median(copy);
+}
+
+/// The difference as a part of what the neighbours answer.
+float Search::OfNeighbours(int column, float difference) const {
+    const auto x = static_cast<std::size_t>(column);
+    return difference / std::max(answers_[x] - whole_[x].from_both, 0.1F);
 }
 
 void Search::AddWhole(int column) {
@@ -204,8 +213,8 @@ void Search::AddWhole(int column) {
     found_.push_back({.column = column,
                       .first_row = 0,
                       .end_row = kRows,
-                      .kind = KindOf(clearly),
-                      .strength = clearly,
+                      .kind = KindOf(OfNeighbours(column, clearly)),
+                      .strength = OfNeighbours(column, clearly),
                       .in_noise = std::abs(clearly) * std::sqrt(static_cast<float>(kBlocks)) / all_.noise(),
                       .seen = in_every ? count_ : 1,
                       .exposures = count_,
@@ -222,8 +231,8 @@ void Search::AddPart(int column, const Segment& part) {
     found_.push_back({.column = column,
                       .first_row = part.begin * kBlockRows,
                       .end_row = part.end * kBlockRows,
-                      .kind = KindOf(part.level),
-                      .strength = part.level,
+                      .kind = KindOf(OfNeighbours(column, part.level)),
+                      .strength = OfNeighbours(column, part.level),
                       .in_noise = std::abs(part.level) *
                                   std::sqrt(static_cast<float>(part.end - part.begin)) / all_.noise(),
                       .seen = count_,

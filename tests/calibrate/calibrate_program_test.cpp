@@ -120,6 +120,12 @@ TEST_F(CalibrateProgramTest, KeepsTheOldDatabaseUnderTheNextNumber) {
     EXPECT_EQ(support::Names(folder_.path().string()), (Texts{kDatabase, "sensdb.ini.4", "sensdb.ini.5"}));
 }
 
+TEST_F(CalibrateProgramTest, ASecondRunFindsWhatTheFirstOneHasListed) {
+    const Texts arguments = {"--flat", Original("flat"), Original("dark0"), Original("dark1")};
+    const std::string first = Make(arguments).output;
+    EXPECT_EQ(Make(arguments).output, first);
+}
+
 TEST_F(CalibrateProgramTest, ADryRunWritesNothing) {
     const Outcome outcome = Make({"--dry-run", Original("dark0")});
     EXPECT_EQ(outcome.status, 0);
@@ -216,13 +222,13 @@ TEST_F(CalibrateProgramTest, ADatabaseThatCannotBeWrittenIsSaid) {
         << outcome.output;
 }
 
-TEST_F(CalibrateProgramTest, AFolderIsTakenWithAllItsPairs) {
+TEST_F(CalibrateProgramTest, AFolderIsTakenWithAllItsPairsEachOnce) {
     for (const std::string base : {"dark0", "dark1"}) {
         for (const std::string extension : {".RAW", ".JPG"}) {
             fs::create_hard_link(Original(base + extension), Path(base + extension));
         }
     }
-    const Outcome outcome = Make({"."});
+    const Outcome outcome = Make({".", "./dark0"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(Holds(outcome.output, "Camera 3106091: 2 dark")) << outcome.output;
 }
@@ -231,7 +237,14 @@ TEST_F(CalibrateProgramTest, MemoryDoesNotGrowWithTheNumberOfExposures) {
     const auto peak_of = [&](int count) {
         Texts arguments = {"--dry-run"};
         for (int i = 0; i < count; ++i) {
-            arguments.push_back(Original("dark" + std::to_string(i % 3)));
+            const std::string name = "dark" + std::to_string(i);
+            for (const std::string extension : {".RAW", ".JPG"}) {
+                if (!fs::exists(Path(name + extension))) {
+                    fs::create_hard_link(Original("dark" + std::to_string(i % 3) + extension),
+                                         Path(name + extension));
+                }
+            }
+            arguments.push_back(name);
         }
         const Outcome outcome = Make(arguments);
         EXPECT_EQ(outcome.status, 0);

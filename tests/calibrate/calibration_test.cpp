@@ -127,6 +127,29 @@ TEST(CalibrationDefectTest, AnExposureWithoutTheCapIsNotDark) {
               "not dark: half of its pixe");
 }
 
+/// What an exposure of vertical bands of light, `contrast` of it apart, is taken for.
+std::string BandsAsFlat(float contrast) {
+    Calibration calibration;
+    const samples::SimulatedSensor sensor = QuietSensor();
+    const auto dark = samples::ExposePixels(sensor, {});
+    EXPECT_EQ(calibration.AddDark({.name = "", .iso = 160, .pixels = dark}), "");
+    calibration.Search();
+    samples::SimulatedExposure exposure;
+    exposure.light = 0.4F;
+    auto pixels = samples::ExposePixels(sensor, exposure);
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        if (i % samples::kSensorWidth / 200 % 2 == 0) {
+            pixels[i] = static_cast<std::uint16_t>(static_cast<float>(pixels[i]) * (1 - contrast));
+        }
+    }
+    return calibration.AddFlat({.name = "", .iso = 160, .pixels = pixels});
+}
+
+TEST(CalibrationDefectTest, APictureOfSomethingIsNotFlat) {
+    EXPECT_EQ(BandsAsFlat(0.3F), "not a flat exposure: its light is not even");
+    EXPECT_EQ(BandsAsFlat(0), "");
+}
+
 TEST(CalibrationDefectTest, LevelsAreAboveTheDarkestSoundColumnAndNoneIsNegative) {
     samples::SimulatedSensor sensor = QuietSensor();
     sensor.defects = {{.column = 2750, .stuck = std::uint16_t{0}}};
