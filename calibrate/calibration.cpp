@@ -36,7 +36,8 @@ std::string Calibration::AddDark(const ExposureImage& image) {
         return "not an exposure of a sensor: its pixels do not vary";
     }
     MeasureBlocks(image.pixels, BlockRows::kAll, Reach(kReach, exposure.noise), blocks_);
-    std::string reason = WhyNotDark(blocks_, exposure.gain);
+    exposure.columns = ColumnLevels(blocks_, exposure.noise.with_rows);
+    std::string reason = WhyNotDark(blocks_, exposure.columns, exposure.gain);
     if (reason.empty()) {
         darks_.Add(blocks_, std::move(exposure));
     }

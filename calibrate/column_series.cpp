@@ -44,9 +44,12 @@ float RowNoise(std::span<const float> row) {
 }  // namespace
 
 ColumnSeries::ColumnSeries(const Grid& grid) : medians_(Medians(grid)), values_(kGridSize) {
-    constexpr int sampled = 10;
+    constexpr int sampled = 20;
     std::vector<float> noises;
     std::vector<float> row(kColumns);
+    // With what the columns share, for a first idea.
+    std::ranges::transform(Row(grid, kBlocks / 2), medians_, row.begin(), std::minus());
+    noise_ = RowNoise(row);
     for (int block = 0; block < kBlocks; ++block) {
         std::ranges::transform(Row(grid, block), medians_, row.begin(), std::minus());
         SubtractShared(row);
@@ -60,16 +63,17 @@ ColumnSeries::ColumnSeries(const Grid& grid) : medians_(Medians(grid)), values_(
     noise_ = std::max(statistics::Median(noises), std::numeric_limits<float>::min());
 }
 
-/// Takes the mean of each tile from it, far values clipped.
+/// Takes the mean of each tile from it, far values clipped. Some values are enough for the centre.
 void ColumnSeries::SubtractShared(std::span<float> row) const {
+    constexpr std::size_t step = 4;
+    constexpr float reach = 4;  // deviations
     for (std::size_t first = 0; first < row.size(); first += kTile) {
         const auto tile = row.subspan(first, kTile);
-        std::array<float, kTile> copy = {};
-        std::ranges::copy(tile, copy.begin());
-        const float median = statistics::Median(copy);
-        std::ranges::copy(tile, copy.begin());
-        const float deviation = statistics::DeviationAround(median, copy);
-        const float shared = statistics::ClippedMean(tile, median, 3 * deviation);
+        std::array<float, (kTile + step - 1) / step> some = {};
+        for (std::size_t i = 0; i < some.size(); ++i) {
+            some[i] = tile[i * step];
+        }
+        const float shared = statistics::ClippedMean(tile, statistics::Median(some), reach * noise_);
         for (float& value : tile) {
             value -= shared;
         }

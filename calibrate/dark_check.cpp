@@ -58,13 +58,12 @@ std::vector<float> TileLevels(const DarkExposure& exposure) {
 
 }  // namespace
 
-std::string WhyNotDark(const BlockMeans& blocks, float gain) {
+std::string WhyNotDark(const BlockMeans& blocks, const std::vector<float>& columns, float gain) {
     std::vector<float> row(Row(blocks.means, kBlocks / 2).begin(), Row(blocks.means, kBlocks / 2).end());
     const float level = statistics::Median(row);
     if (level > kBrightestBlack * gain) {
         return "not dark: half of its pixels are above " + Fixed(level, 0);
     }
-    const std::vector<float> columns = ColumnLevels(blocks, kBrightestBlack);
     constexpr int strips = 8;
     float shading = 0;
     for (int strip = 0; strip < strips; ++strip) {

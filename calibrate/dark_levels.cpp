@@ -13,9 +13,10 @@ using namespace sensor_grid;
 /// Blocks that a column must have for a level of its own.
 constexpr int kLeastBlocks = 8;
 
+constexpr float kReach = 4;  // deviations up to which a block counts in full
+
 /// The mean of a column's sound blocks, far ones clipped.
-float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, float noise) {
-    constexpr float reach = 4;  // deviations
+float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, float reach) {
     std::vector<float> values;
     values.reserve(kBlocks);
     for (int block = 0; block < kBlocks; ++block) {
@@ -25,7 +26,7 @@ float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, floa
         }
     }
     std::vector<float> copy = values;
-    return statistics::ClippedMean(values, statistics::Median(copy), reach * noise);
+    return statistics::ClippedMean(values, statistics::Median(copy), reach);
 }
 
 /// The mean of the levels at `distance` on both sides, as far as they are sound.
@@ -67,27 +68,23 @@ void DefectMask::Add(int column, int first_row, int end_row) {
     const int first = std::max(first_row, 0);
     const int end = std::min(end_row, kRows);
     for (int block = first / kBlockRows; block * kBlockRows < end; ++block) {
+        sound_blocks_[static_cast<std::size_t>(column)] -= IsListed(column, block) ? 0 : 1;
         listed_[Index(column, block)] = true;
     }
 }
 
-int DefectMask::SoundBlocks(int column) const {
-    int count = 0;
-    for (int block = 0; block < kBlocks; ++block) {
-        count += IsListed(column, block) ? 0 : 1;
-    }
-    return count;
-}
-
 DarkLevels ComputeLevels(const DarkStack& stack, const Grid& combined, const DefectMask& mask) {
     DarkLevels levels = {.absolute = stack.Reference(), .above_darkest = {}};
+    const std::vector<float> means = ClippedColumnMeans(combined, kReach * stack.BlockNoise());
     std::vector<bool> sound(kColumns);
     float darkest = std::numeric_limits<float>::max();
     for (int column = 0; column < kColumns; ++column) {
         const auto x = static_cast<std::size_t>(column);
         sound[x] = mask.SoundBlocks(column) >= kLeastBlocks;
         if (sound[x]) {
-            levels.absolute[x] += MeanOfSound(combined, mask, column, stack.BlockNoise());
+            levels.absolute[x] += mask.SoundBlocks(column) == kBlocks
+                                      ? means[x]
+                                      : MeanOfSound(combined, mask, column, kReach * stack.BlockNoise());
             darkest = std::min(darkest, levels.absolute[x]);
         }
     }

@@ -12,7 +12,8 @@
 /// The blocks of the sensor that are listed as defective, wholly or in part.
 class DefectMask {
   public:
-    DefectMask() : listed_(sensor_grid::kGridSize) {}
+    DefectMask()
+        : listed_(sensor_grid::kGridSize), sound_blocks_(sensor_grid::kColumns, sensor_grid::kBlocks) {}
 
     /// Rows outside the sensor are passed over.
     void Add(int column, int first_row, int end_row);
@@ -20,7 +21,7 @@ class DefectMask {
     bool IsListed(int column, int block) const { return listed_[Index(column, block)]; }
 
     /// Blocks of the column that are not listed.
-    int SoundBlocks(int column) const;
+    int SoundBlocks(int column) const { return sound_blocks_[static_cast<std::size_t>(column)]; }
 
   private:
     static std::size_t Index(int column, int block) {
@@ -28,6 +29,7 @@ class DefectMask {
     }
 
     std::vector<bool> listed_;
+    std::vector<int> sound_blocks_;  // of each column
 };
 
 /// The dark levels of a sensor.

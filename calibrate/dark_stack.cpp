@@ -29,7 +29,7 @@ constexpr float kLeastNoise = 0.3F;
 
 /// The median of each column's blocks.
 std::vector<float> ColumnMedians(const Grid& grid) {
-    constexpr int step = 9;  // every ninth block is enough for a centre
+    constexpr int step = 29;  // some blocks are enough for a centre
     constexpr int count = kBlocks / step;
     constexpr int lanes = 32;
     static_assert(kColumns % lanes == 0);
@@ -51,21 +51,26 @@ std::vector<float> ColumnMedians(const Grid& grid) {
 
 }  // namespace
 
-std::vector<float> ColumnLevels(const BlockMeans& blocks, float noise) {
-    constexpr float reach_in_deviations = 4;
-    const std::vector<float> medians = ColumnMedians(blocks.means);
-    const float reach = reach_in_deviations * OfBlock(noise);
-    std::vector<float> sums(kColumns);
+std::vector<float> ClippedColumnMeans(const Grid& grid, float reach) {
+    const std::vector<float> medians = ColumnMedians(grid);
+    std::vector<float> means(kColumns);
+    const float* const centre = medians.data();
+    float* __restrict const sum = means.data();
     for (int block = 0; block < kBlocks; ++block) {
-        const float* const row = Row(blocks.means, block).data();
-        for (std::size_t x = 0; x < sums.size(); ++x) {
-            sums[x] += std::clamp(row[x] - medians[x], -reach, reach);
+        const float* const row = Row(grid, block).data();
+        for (std::size_t x = 0; x < kColumns; ++x) {
+            sum[x] += std::min(std::max(row[x] - centre[x], -reach), reach);
         }
     }
-    for (std::size_t x = 0; x < sums.size(); ++x) {
-        sums[x] = medians[x] + (sums[x] / kBlocks);
+    for (std::size_t x = 0; x < means.size(); ++x) {
+        means[x] = medians[x] + (means[x] / kBlocks);
     }
-    return sums;
+    return means;
+}
+
+std::vector<float> ColumnLevels(const BlockMeans& blocks, float noise) {
+    constexpr float reach = 4;  // deviations
+    return ClippedColumnMeans(blocks.means, reach * OfBlock(noise));
 }
 
 float DarkStack::Weight(const DarkExposure& exposure) {
@@ -80,9 +85,7 @@ void DarkStack::StartWith(const DarkExposure& exposure) {
     shift_.assign(kHalves, 0);
     sum_.assign(kGridSize, 0);
     highest_.assign(kGridSize, -1e30F);
-    lowest_.assign(kGridSize, 1e30F);
     highest_from_.assign(kGridSize, 0);
-    lowest_from_.assign(kGridSize, 0);
     above_.assign(std::size_t{kPatches} * kColumns, 0);
     below_ = above_;
     spread_.assign(above_.size(), 0);
@@ -104,7 +107,6 @@ std::vector<float> DarkStack::Shifts(const DarkExposure& exposure) const {
 void DarkStack::Add(const BlockMeans& blocks, DarkExposure exposure) {
     exposure.noise.pixel = std::max(exposure.noise.pixel, kLeastNoise);
     exposure.noise.with_rows = std::max(exposure.noise.with_rows, exposure.noise.pixel);
-    exposure.columns = ColumnLevels(blocks, exposure.noise.with_rows);
     if (exposures_.empty()) {
         StartWith(exposure);
     }
@@ -134,19 +136,14 @@ void DarkStack::AddBlocks(const BlockMeans& blocks, const DarkExposure& exposure
         const float* __restrict const above_what = base.data();
         float* __restrict const sum = sum_.data() + first;
         float* __restrict const highest = highest_.data() + first;
-        float* __restrict const lowest = lowest_.data() + first;
         float* __restrict const highest_from = highest_from_.data() + first;
-        float* __restrict const lowest_from = lowest_from_.data() + first;
         for (std::size_t x = 0; x < kColumns; ++x) {
             const float above = (row[x] * share) - above_what[x];
             const float z = above * in_deviations;
             sum[x] += weight * above;
             const float high = std::max(highest[x], z);
-            const float low = std::min(lowest[x], z);
             highest[x] = high;
-            lowest[x] = low;
             highest_from[x] = high <= z ? number : highest_from[x];
-            lowest_from[x] = low >= z ? number : lowest_from[x];
         }
     }
 }
@@ -197,16 +194,13 @@ Grid DarkStack::Combined() const {
             }
             const float rest = (sum - (weights[number] * value)) / rest_weight;
             const float expected = std::sqrt((deviations[number] * deviations[number]) + (1 / rest_weight));
-            if (std::abs(value - rest) > far * expected) {
+            if (value - rest > far * expected) {
                 sum -= weights[number] * value;
                 weight = rest_weight;
             }
         };
         if (weights.size() > 1) {
             leave_out(highest_[i], static_cast<std::size_t>(highest_from_[i]));
-        }
-        if (weights.size() > 2 && lowest_from_[i] != highest_from_[i]) {
-            leave_out(lowest_[i], static_cast<std::size_t>(lowest_from_[i]));
         }
         combined[i] = sum / weight;
     }

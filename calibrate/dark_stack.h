@@ -24,7 +24,7 @@ struct DarkExposure {
 /// columns in DarkExposure.
 class DarkStack {
   public:
-    /// Takes an exposure. `exposure.columns` is filled here.
+    /// Takes an exposure whose `columns` are those of ColumnLevels.
     void Add(const BlockMeans& blocks, DarkExposure exposure);
 
     const std::vector<DarkExposure>& exposures() const { return exposures_; }
@@ -64,17 +64,17 @@ class DarkStack {
     float weight_ = 0;              // sum
     sensor_grid::Grid sum_;         // weighted
     sensor_grid::Grid highest_;     // in units of its exposure's noise
-    sensor_grid::Grid lowest_;
     // Numbers as floats, so that a loop has one type of vector: of the exposure, of exposures.
     sensor_grid::Grid highest_from_;
-    sensor_grid::Grid lowest_from_;
     std::vector<float> above_;
     std::vector<float> below_;
     std::vector<float> spread_;
 };
 
-/// The level of each column of one exposure, in raw units: the mean of its blocks, those far from their
-/// median clipped.
+/// The mean of each column's blocks, those further than `reach` from the middle of the column clipped.
+std::vector<float> ClippedColumnMeans(const sensor_grid::Grid& grid, float reach);
+
+/// The level of each column of one exposure, in raw units; `noise` is that of its pixels.
 std::vector<float> ColumnLevels(const BlockMeans& blocks, float noise);
 
 #endif  // VELMARCON_CALIBRATE_DARK_STACK_H

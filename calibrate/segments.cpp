@@ -12,12 +12,11 @@ namespace {
 
 constexpr float kMostOfOne = 4;       // what one value may count
 constexpr float kSignificant = 6.7F;  // one interval in a thousand million by chance
-constexpr float kWorthALook = 6;      // for the quick look, whose windows do not fit exactly
+constexpr float kWorthALook =
+    5.4F;  // for the quick look, whose windows are up to a third too long or too short
 
-/// Sums of the first 0, 1, 2 ... values.
-std::vector<float> PrefixSums(std::span<const float> values) {
-    std::vector<float> copy(values.begin(), values.end());
-    const float centre = statistics::Median(copy);
+/// Sums of the first 0, 1, 2 ... values above `centre`.
+std::vector<float> PrefixSums(std::span<const float> values, float centre) {
     std::vector<float> sums = {0};
     sums.reserve(values.size() + 1);
     for (const float value : values) {
@@ -34,7 +33,8 @@ struct Interval {
 
 /// The interval that differs most from the rest.
 Interval MostDifferent(std::span<const float> values) {
-    const std::vector<float> sums = PrefixSums(values);
+    std::vector<float> copy(values.begin(), values.end());
+    const std::vector<float> sums = PrefixSums(values, statistics::Median(copy));
     const int count = static_cast<int>(values.size());
     const float mean = sums.back() / static_cast<float>(count);
     Interval best;
@@ -74,10 +74,15 @@ void Split(std::span<const float> values, int first, std::vector<int>& ends) {
 }  // namespace
 
 bool MayChange(std::span<const float> values) {
-    const std::vector<float> sums = PrefixSums(values);
+    std::vector<float> some;
+    constexpr std::size_t step = 7;
+    for (std::size_t i = 0; i < values.size(); i += step) {
+        some.push_back(values[i]);
+    }
+    const std::vector<float> sums = PrefixSums(values, statistics::Median(some));
     const int count = static_cast<int>(values.size());
     for (int length = 2; length < count; length *= 2) {
-        const float limit = kWorthALook * std::sqrt(static_cast<float>(length)) * 0.8F;
+        const float limit = kWorthALook * std::sqrt(static_cast<float>(length));
         for (int begin = 0; begin + length <= count; ++begin) {
             const float sum =
                 sums[static_cast<std::size_t>(begin + length)] - sums[static_cast<std::size_t>(begin)];

@@ -7,7 +7,7 @@
 # The kinds: "block", an ```sh block, or in a manual page a literal block (.EX or .nf) of the section EXAMPLES;
 # "inline", text in backticks that begins with the name of a program and has arguments, or with a script's path.
 BEGIN {
-  programs = "velmarcon|velmarcon-batch|exiftool|unprocessed_raw|dcraw_emu|cmake|ctest|apt|apt-get|sudo|dpkg|man|git|" \
+  programs = "velmarcon|velmarcon-batch|velmarcon-calibrate|exiftool|unprocessed_raw|dcraw_emu|cmake|ctest|apt|apt-get|sudo|dpkg|man|git|" \
     "mkdir|cp|mv|rm|cd|ls|grep|cat|tar|unzip|brew"
   command = "^((" programs ") .|(\\./)?(scripts|docs)/[a-z_0-9-]+( |$)|\\./[a-z][a-z-]*$)"
 }
