@@ -79,6 +79,7 @@ std::string WhyNotDark(const BlockMeans& blocks, const std::vector<float>& colum
 
 std::vector<std::size_t> FarFromOthers(std::span<const DarkExposure> exposures) {
     std::vector<std::vector<float>> tiles;
+    tiles.reserve(exposures.size());
     for (const DarkExposure& exposure : exposures) {
         tiles.push_back(TileLevels(exposure));
     }
