@@ -12,7 +12,7 @@
 #include "calibrate/findings_text.h"
 #include "calibrate/measuring.h"
 #include "calibrate/report.h"
-#include "input/file_calls.h"
+#include "system/file_system.h"
 
 namespace {
 
@@ -59,7 +59,7 @@ int WriteDatabase(const Database& database, int serial, const Calibration& calib
         return kCalibrated;
     }
     if (const int error = database.make_folder ? database.make_folder() : 0; error != 0) {
-        return NotWritten(database.path, file_calls::ErrorText(error));
+        return NotWritten(database.path, file_system::ErrorText(error));
     }
     std::string kept;
     if (const std::string reason = database_file::Replace(database.path, database.text, text, kept);

@@ -94,9 +94,9 @@ void DarkStack::StartWith(const DarkExposure& exposure) {
 /// How much higher each half of the exposure is than the reference.
 std::vector<float> DarkStack::Shifts(const DarkExposure& exposure) const {
     std::vector<float> shifts;
-    for (const int begin : {0, kHalf}) {
+    for (const std::size_t begin : {std::size_t{0}, std::size_t{kHalf}}) {
         std::vector<float> differences;
-        for (auto x = static_cast<std::size_t>(begin); x < static_cast<std::size_t>(begin + kHalf); ++x) {
+        for (std::size_t x = begin; x < begin + kHalf; ++x) {
             differences.push_back((exposure.columns[x] / exposure.gain) - reference_[x]);
         }
         shifts.push_back(statistics::Median(differences));
@@ -152,6 +152,7 @@ void DarkStack::CountPatches(const BlockMeans& blocks, const DarkExposure& expos
                              std::span<const float> base) {
     constexpr float clearly = 2.5F;
     constexpr float most_spread = 4;
+    constexpr std::size_t next = kColumns;  // block of a column
     const float share = 1 / (exposure.gain * kPatchBlocks);
     const float in_deviations = std::sqrt(static_cast<float>(kPatchBlocks)) / BlockDeviation(exposure);
     const float in_noise = 1 / exposure.noise.with_rows;
@@ -164,7 +165,7 @@ void DarkStack::CountPatches(const BlockMeans& blocks, const DarkExposure& expos
         float* __restrict const below = below_.data() + first;
         float* __restrict const spread = spread_.data() + first;
         for (std::size_t x = 0; x < kColumns; ++x) {
-            const float sum = row[x] + row[x + kColumns] + row[x + (2 * kColumns)] + row[x + (3 * kColumns)];
+            const float sum = row[x] + row[x + next] + row[x + (2 * next)] + row[x + (3 * next)];
             const float z = ((sum * share) - against[x]) * in_deviations;
             above[x] += z > clearly ? 1.0F : 0.0F;
             below[x] += z < -clearly ? 1.0F : 0.0F;

@@ -7,11 +7,11 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "app/folder_listing.h"
-#include "exif/simple_ini.h"
-#include "input/file_calls.h"
-#include "input/input_file.h"
-#include "input/replacement_file.h"
+#include "system/file_system.h"
+#include "system/folder_listing.h"
+#include "system/ini_file.h"
+#include "system/input_file.h"
+#include "system/replacement_file.h"
 
 namespace database_file {
 
@@ -39,7 +39,7 @@ std::uint32_t NumberIn(const std::string& copy, const std::string& name) {
 
 /// The highest number of a kept copy; 0 when there is none.
 std::uint32_t HighestNumber(const std::string& path) {
-    const std::string folder = file_calls::FolderOf(path);
+    const std::string folder = file_system::FolderOf(path);
     const std::string name = FileNameOf(path);
     FolderListing listing(folder.empty() ? "." : folder);
     std::uint32_t highest = 0;
@@ -83,18 +83,18 @@ int Keep(const std::string& path, const std::string& text, std::string& kept) {
 
 std::string Read(const std::string& path, std::string& text) {
     text.clear();
-    auto kind = file_calls::Kind::kNothing;
-    if (const int error = file_calls::KindOf(path, kind); error != 0) {
-        return file_calls::ErrorText(error);
+    auto kind = file_system::Kind::kNothing;
+    if (const int error = file_system::KindOf(path, kind); error != 0) {
+        return file_system::ErrorText(error);
     }
-    if (kind == file_calls::Kind::kNothing) {
+    if (kind == file_system::Kind::kNothing) {
         return "";
     }
     InputFile file;
-    if (kind != file_calls::Kind::kPlainFile || !file.Open(path)) {
-        return kind == file_calls::Kind::kPlainFile ? "it cannot be opened" : "it is no plain file";
+    if (kind != file_system::Kind::kPlainFile || !file.Open(path)) {
+        return kind == file_system::Kind::kPlainFile ? "it cannot be opened" : "it is no plain file";
     }
-    if (file.size() > simple_ini::kLongestFile) {
+    if (file.size() > ini_file::kLongestFile) {
         return "it is too long";
     }
     text.resize(static_cast<std::size_t>(file.size()));
@@ -113,12 +113,12 @@ std::string Replace(const std::string& path, const std::string& old_text, const 
     if (!old_text.empty()) {
         std::string copy;
         if (const int error = Keep(path, old_text, copy); error != 0) {
-            return "the old one cannot be kept as " + copy + ": " + file_calls::ErrorText(error);
+            return "the old one cannot be kept as " + copy + ": " + file_system::ErrorText(error);
         }
         kept = copy;
     }
     const int error = WriteWhole(path, new_text, ReplacementFile::Existing::kReplaceTarget);
-    return error == 0 ? "" : file_calls::ErrorText(error);
+    return error == 0 ? "" : file_system::ErrorText(error);
 }
 
 }  // namespace database_file

@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "calibrate/number_text.h"
-#include "exif/simple_ini.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensor_frame.h"
+#include "system/ini_file.h"
 
 namespace database_text {
 
@@ -295,23 +295,23 @@ bool SameLevels(std::span<const float> read, std::span<const float> written) {
 }  // namespace
 
 Values Read(const std::string& text, int serial) {
-    simple_ini::File ini;
+    ini_file::File ini;
     ini.SetMultiKey(true);
     Values values;
     if (ini.LoadData(text) < 0) {
         return values;
     }
-    simple_ini::File::TNamesDepend sections;
+    ini_file::File::TNamesDepend sections;
     ini.GetAllSections(sections);
     for (const auto& section : sections) {
-        simple_ini::File::TNamesDepend keys;
+        ini_file::File::TNamesDepend keys;
         if (static_cast<int>(Number(section.pItem)) != serial || !ini.GetAllKeys(section.pItem, keys) ||
             keys.empty()) {
             continue;
         }
         values = {};  // of several sections of one number the last one counts
         for (const auto& key : keys) {
-            simple_ini::File::TNamesDepend items;
+            ini_file::File::TNamesDepend items;
             ini.GetAllValues(section.pItem, key.pItem, items);
             for (const auto& item : items) {
                 if (key.pItem == kLine) {
@@ -359,7 +359,7 @@ std::string Merge(std::string& text, int serial, std::vector<ListedRows> found,
     }
     const Plan plan = MakePlan(own, std::move(found));
     std::string merged = Writer(text, lines, LineEndOf(text)).Write(serial, plan, levels);
-    if (merged.size() > simple_ini::kLongestFile) {
+    if (merged.size() > ini_file::kLongestFile) {
         return "it would be longer than a database may be";
     }
     const Values read = Read(merged, serial);

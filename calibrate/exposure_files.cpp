@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/error_handler.h"
 #include "app/input_discovery.h"
+#include "errors/error_handler.h"
 #include "input/read_input_data.h"
 
 std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "app/standard_streams.h"
 #include "calibrate/calibrate_run.h"
-#include "input/pixel_memory.h"
 #include "packaging/data_folder.h"
+#include "system/pixel_memory.h"
+#include "system/standard_streams.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "app/options.h"
-#include "app/standard_streams.h"
 #include "calibrate/calibrate_run.h"
-#include "exif/system_path.h"
+#include "system/standard_streams.h"
+#include "system/system_path.h"
 
 /// Tells the start-up code of the C library to leave `*` and `?` in the arguments alone.
 extern "C" int _dowildcard;

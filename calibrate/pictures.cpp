@@ -7,8 +7,8 @@
 #include "calibrate/number_text.h"
 #include "calibrate/run_tool.h"
 #include "calibrate/sensor_grid.h"
-#include "input/file_calls.h"
-#include "input/replacement_file.h"
+#include "system/file_system.h"
+#include "system/replacement_file.h"
 
 namespace {
 
@@ -99,9 +99,9 @@ GreyPicture SideBySide(std::span<const GreyPicture> pictures) {
 bool PictureWriter::RunScript(const std::string& script, const std::string& data, const std::string& name) {
     const bool done = WriteWhole(folder_ + kData, data) && WriteWhole(folder_ + kScript, script) &&
                       RunTool(folder_, "gnuplot", {kScript}) &&
-                      file_calls::Rename(folder_ + kPart, folder_ + name) == 0;
+                      file_system::Rename(folder_ + kPart, folder_ + name) == 0;
     for (const char* const file : {kData, kScript, kPart}) {
-        file_calls::Remove(folder_ + file);
+        file_system::Remove(folder_ + file);
     }
     return done;
 }

@@ -12,11 +12,11 @@
 #include "calibrate/progress.h"
 #include "calibrate/report_page.h"
 #include "calibrate/statistics.h"
-#include "exif/system_path.h"
-#include "input/file_calls.h"
-#include "input/replacement_file.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensorfixtools.h"
+#include "system/file_system.h"
+#include "system/replacement_file.h"
+#include "system/system_path.h"
 
 namespace {
 
@@ -155,7 +155,7 @@ std::string WritePage(const std::string& path, const std::string& page) {
         file.Write(page);
         error = file.Commit(page.size());
     }
-    return error == 0 ? "" : file_calls::ErrorText(error);
+    return error == 0 ? "" : file_system::ErrorText(error);
 }
 
 }  // namespace

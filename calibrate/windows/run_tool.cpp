@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "calibrate/run_tool.h"
+
 #include <process.h>
 
 #include <filesystem>
 #include <system_error>
 
-#include "calibrate/run_tool.h"
-#include "exif/system_path.h"
+#include "system/system_path.h"
 
 bool RunTool(const std::string& folder, const std::string& name, const std::vector<std::string>& arguments) {
     std::error_code error;

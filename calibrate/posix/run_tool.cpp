@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "calibrate/run_tool.h"
+
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "calibrate/run_tool.h"
-#include "input/interrupted_call.h"
+#include "system/retry_on_interrupt.h"
 
 bool RunTool(const std::string& folder, const std::string& name, const std::vector<std::string>& arguments) {
     constexpr int not_started = 127;
@@ -27,7 +28,7 @@ bool RunTool(const std::string& folder, const std::string& name, const std::vect
         ::_exit(not_started);
     }
     int status = 0;
-    if (child < 0 || RepeatInterrupted([&] { return ::waitpid(child, &status, 0); }) != child) {
+    if (child < 0 || RetryOnInterrupt([&] { return ::waitpid(child, &status, 0); }) != child) {
         return false;
     }
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
