@@ -81,10 +81,13 @@ std::vector<TextLine> LinesOf(std::string_view text, int serial) {
     return lines;
 }
 
-/// The line end that the text uses.
+/// The line end that the text uses first.
 std::string_view LineEndOf(std::string_view text) {
-    const std::size_t end = text.find('\n');
-    return end != std::string_view::npos && end > 0 && text[end - 1] == '\r' ? "\r\n" : "\n";
+    const std::size_t end = text.find_first_of("\r\n");
+    if (end == std::string_view::npos || text[end] == '\n') {
+        return "\n";
+    }
+    return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
 }
 
 void AppendGroup(std::vector<std::uint16_t>& lines, int column, int first_row, int end_row) {
