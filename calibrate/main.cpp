@@ -28,8 +28,8 @@ int main(int argc, char* argv[]) {
     // A write that fails is reported, and no reason to die in the middle of it.
     (void)std::signal(SIGXFSZ, SIG_IGN);
     (void)std::signal(SIGPIPE, SIG_IGN);
-    HoldStandardStreams();
-    pixel_memory::KeepFreedBlocks();
+    FillMissingStandardStreams();
+    pixel_memory::RetainFreedMemory();
     const std::span<char*> all(argv, static_cast<std::size_t>(argc));
     std::vector<std::string> arguments;
     for (const char* argument : all.subspan(all.empty() ? 0 : 1)) {

@@ -17,7 +17,7 @@ int _dowildcard = 0;
 
 int wmain(int argc, wchar_t** argv) {
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    HoldStandardStreams();
+    FillMissingStandardStreams();
     const UINT code_page = ::GetConsoleOutputCP();
     ::SetConsoleOutputCP(CP_UTF8);
     std::vector<std::string> arguments;

@@ -15,6 +15,8 @@ declare -A may_include=(
   [tiff]="base"
   [system]="base"
   [base]=""
+  # What stands on the roof.
+  [calibrate]="packaging app sensor input exif errors system base"
   # What stands next to the house. Camera files for tests are made without the code that reads and writes them.
   [samples]="tiff system base"
 )
