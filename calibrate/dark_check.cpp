@@ -86,6 +86,7 @@ std::vector<std::size_t> FarFromOthers(std::span<const DarkExposure> exposures) 
     std::vector<float> usual(kTiles);
     for (std::size_t tile = 0; tile < usual.size(); ++tile) {
         std::vector<float> values;
+        values.reserve(tiles.size());
         for (const auto& exposure : tiles) {
             values.push_back(exposure[tile]);
         }
