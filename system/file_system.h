@@ -72,6 +72,10 @@ int Synchronize(int descriptor);
 /// The same for all of the file system on which it is.
 int SynchronizeVolume(int descriptor);
 
+/// Opens the file at `path`, if the system can remove or replace an open one: what it holds then stays on the
+/// disk until the descriptor is closed. Elsewhere the descriptor is -1. Returns 0 or an error number.
+int Hold(const std::string& path, int& descriptor);
+
 /// Whether the file system of `path`, where something must stand, may lose both files when one is renamed
 /// over the other: FAT and its kin, which keep no journal, and those that are no part of the system.
 bool LosesReplacedFiles(const std::string& path);

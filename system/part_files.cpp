@@ -5,11 +5,13 @@
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <system_error>
 
 #include "system/file_system.h"
+#include "system/input_file.h"
 #include "system/running_process.h"
 #include "system/system_path.h"
 
@@ -85,6 +87,38 @@ std::optional<std::int64_t> AgeWhenStale(std::string_view name, const std::strin
     return text == host && HasEnded(*process) ? 0 : day;
 }
 
+bool HaveSameBytes(const fs::path& a, const fs::path& b) {
+    using Bytes = std::istreambuf_iterator<char>;
+    InputFile file_a;
+    InputFile file_b;
+    if (!file_a.Open(system_path::FromSystem(a)) || !file_b.Open(system_path::FromSystem(b))) {
+        return false;
+    }
+    file_a.stream().seekg(0);
+    file_b.stream().seekg(0);
+    return std::equal(Bytes(file_a.stream()), Bytes(), Bytes(file_b.stream()), Bytes());
+}
+
+/// Where a rename was cut short, a part and a file with a name of its own may be one, and removing the part
+/// would take the other's bytes away. Both then have the same length, time and bytes.
+bool MayBeNamedFile(const fs::path& part, const std::string& host) {
+    std::error_code error;
+    const auto size = fs::file_size(part, error);
+    const auto time = fs::last_write_time(part, error);
+    fs::directory_iterator entry(part.parent_path(), error);
+    while (!error && entry != fs::directory_iterator()) {
+        const bool is_part =
+            AgeWhenStale(system_path::FromSystem(entry->path().filename()), host).has_value();
+        std::error_code other;
+        if (!is_part && size > 0 && entry->file_size(other) == size &&
+            entry->last_write_time(other) == time && HaveSameBytes(part, entry->path())) {
+            return true;
+        }
+        entry.increment(error);
+    }
+    return false;
+}
+
 }  // namespace
 
 std::string NewName() {
@@ -98,7 +132,8 @@ void RemoveStale(const std::string& folder) {
     fs::directory_iterator entry(system_path::ToSystem(folder.empty() ? "." : folder), error);
     while (!error && entry != fs::directory_iterator()) {
         const std::string name = system_path::FromSystem(entry->path().filename());
-        if (const auto age = AgeWhenStale(name, host)) {
+        const auto age = AgeWhenStale(name, host);
+        if (age && !(file_system::LosesReplacedFiles(folder + name) && MayBeNamedFile(entry->path(), host))) {
             file_system::RemoveAbandoned(folder + name, *age);
         }
         entry.increment(error);

@@ -15,7 +15,8 @@ std::string NewName();
 
 /// Removes from `folder` (with its separator, or empty for the current one) the parts of runs that were
 /// killed: those of this computer whose process has ended, and those of others that nobody has written to for
-/// a day. Called before this run makes a part there. What cannot be removed stays.
+/// a day. Called before this run makes a part there. What cannot be removed stays; so does, where a rename
+/// may be cut short (see file_system::LosesReplacedFiles), a part that could be the same file as another one.
 void RemoveStale(const std::string& folder);
 
 }  // namespace part_files

@@ -5,6 +5,7 @@
 #include <sys/mount.h>
 #include <sys/param.h>
 #endif
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -34,8 +35,11 @@ bool LosesReplacedFiles(const std::string& path) {
            std::ranges::find(kLosingTypes, static_cast<std::uint32_t>(volume.f_type)) != kLosingTypes.end();
 }
 
+/// Some write all that they hold back, but leave it in the memory of the disk; that one is emptied for a
+/// file.
 int SynchronizeVolume(int descriptor) {
-    return RetryOnInterrupt([&] { return ::syncfs(descriptor); }) == 0 ? 0 : LastError();
+    const bool written = RetryOnInterrupt([&] { return ::syncfs(descriptor); }) == 0;
+    return written ? Synchronize(descriptor) : LastError();
 }
 
 #else
@@ -53,5 +57,11 @@ int SynchronizeVolume(int descriptor) {
 }
 
 #endif
+
+int Hold(const std::string& path, int& descriptor) {
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    descriptor = RetryOnInterrupt([&] { return ::open(path.c_str(), flags); });
+    return descriptor >= 0 ? 0 : LastError();
+}
 
 }  // namespace file_system

@@ -29,7 +29,7 @@ int Move(const std::string& from, const std::string& to, DWORD flags) {
 }  // namespace
 
 int Rename(const std::string& from, const std::string& to) {
-    return Move(from, to, MOVEFILE_REPLACE_EXISTING);
+    return Move(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
 int RenameToFree(const std::string& from, const std::string& to) {

@@ -21,9 +21,15 @@ bool LosesReplacedFiles(const std::string& path) {
     return known && (name.starts_with(L"FAT") || name == L"exFAT");
 }
 
-/// Only an administrator may bring a whole volume to the disk; RenameToFree waits for its own change.
+/// Only an administrator may bring a whole volume to the disk; a rename waits for its own change.
 int SynchronizeVolume(int descriptor) {
     return Synchronize(descriptor);
+}
+
+/// An open file could not be replaced.
+int Hold(const std::string& /*path*/, int& descriptor) {
+    descriptor = -1;
+    return 0;
 }
 
 }  // namespace file_system

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 namespace faults {
 
@@ -87,7 +88,9 @@ CleanRun RunCleanly(const Command& command) {
 }
 
 std::size_t FirstBehindReading(const std::vector<IoCall>& calls) {
-    const auto last = std::ranges::find(calls.rbegin(), calls.rend(), IoKind::kRead, &IoCall::kind);
+    const auto writing = std::ranges::find(calls, IoKind::kCreate, &IoCall::kind);
+    const auto last = std::find_if(std::make_reverse_iterator(writing), calls.rend(),
+                                   [](const IoCall& call) { return call.kind == IoKind::kRead; });
     return static_cast<std::size_t>(calls.rend() - last);
 }
 

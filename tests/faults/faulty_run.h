@@ -57,7 +57,7 @@ struct CleanRun {
 
 CleanRun RunCleanly(const Command& command);
 
-/// The number of the first call behind the last that reads.
+/// The number of the first call behind the last that reads before anything is written.
 std::size_t FirstBehindReading(const std::vector<IoCall>& calls);
 
 /// What goes wrong in a run.

@@ -52,18 +52,17 @@ std::string SensorDatabase() {
     return text;
 }
 
-/// A part of this computer, and of a process with a number that no process can have.
-std::string PartOfEndedRun() {
-    std::string name = part_files::NewName();
-    const std::string mine = "-" + std::to_string(::getpid()) + "-";
-    return name.replace(name.rfind(mine), mine.size(), "-999999999-");
-}
-
 File CameraDng(const std::string& path) {
     return {path, samples::Serialize(support::SmallCameraDng(64, 48))};
 }
 
 }  // namespace
+
+std::string PartOfEndedRun() {
+    std::string name = part_files::NewName();
+    const std::string mine = "-" + std::to_string(::getpid()) + "-";
+    return name.replace(name.rfind(mine), mine.size(), "-999999999-");
+}
 
 void PrintTo(const ScenarioMaker& maker, std::ostream* stream) {
     *stream << maker.name;

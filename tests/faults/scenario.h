@@ -27,9 +27,12 @@ struct Scenario {
     /// An input without which it makes something less, and the message that tells so.
     std::string dispensable = {};
     std::string message = {};
-    bool on_fat = false;           ///< where the old file steps aside before the new one takes its name
+    bool on_fat = false;           ///< where a copy of the old file is made before the new one takes its name
     bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
+
+/// Name of a part of this computer, and of a process with a number that no process can have.
+std::string PartOfEndedRun();
 
 /// A pair of a folder becomes a DNG with preview and lens data.
 Scenario Conversion();

@@ -269,6 +269,13 @@ std::vector<std::string> Stage::JudgeTargets(const RunEnd& end) const {
     return wrong;
 }
 
+/// Whether the old file `aside` is all that there is, or the run could not tell whether the new one is safe.
+bool Stage::IsNeeded(const std::string& aside, const RunEnd& end) const {
+    const std::string target = aside.substr(0, aside.rfind(kAside));
+    const bool in_doubt = StateOf(target) == State::kNew && Reported(end.outcome, target);
+    return !fs::exists(Path(target)) || (in_doubt && Holds(Path(aside), *results_.at(target).old));
+}
+
 std::vector<std::string> Stage::JudgeFiles(const RunEnd& end) const {
     std::vector<std::string> wrong;
     for (const auto& [path, before] : inputs_) {
@@ -281,8 +288,8 @@ std::vector<std::string> Stage::JudgeFiles(const RunEnd& end) const {
         const bool part_may_be_left = end.killed || end.may_leave_part;
         const bool expected = before_.contains(file) || after_.contains(file) || results_.contains(file);
         const bool is_aside = scenario_.on_fat && IsAside(file);
-        const bool alone = is_aside && !fs::exists(Path(file.substr(0, file.rfind(kAside))));
-        if (!expected && !alone && !((IsPart(file) || is_aside) && part_may_be_left)) {
+        if (!expected && !(is_aside && IsNeeded(file, end)) &&
+            !((IsPart(file) || is_aside) && part_may_be_left)) {
             wrong.push_back(file + " was left");
         }
     }

@@ -79,6 +79,7 @@ class Stage {
 
     bool IsReplaced(const std::string& target) const;
     bool IsAside(const std::string& file) const;
+    bool IsNeeded(const std::string& aside, const RunEnd& end) const;
     void Place(const File& file) const;
     void LearnResults();
     State StateOf(const std::string& target) const;

@@ -57,6 +57,9 @@ void Print(const std::string& title, const Tally& tally) {
     if (!tally.replaced.empty()) {
         std::cout << " replaced:" << Counts(tally.replaced) << " (" << tally.put_back << " put back);";
     }
+    if (!tally.after_further_run.empty()) {
+        std::cout << " after a further run:" << Counts(tally.after_further_run) << ";";
+    }
     if (!tally.made.empty()) {
         std::cout << " new:" << Counts(tally.made) << ";";
     }

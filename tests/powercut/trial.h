@@ -24,6 +24,7 @@ struct Tally {
         replaced;  ///< with kAbsent: neither this nor an `.old` file has the old bytes
     std::map<State, std::size_t> made;
     std::size_t put_back = 0;  ///< replaced files whose old bytes only an `.old` file had, until the next run
+    std::map<State, std::size_t> after_further_run;  ///< of the replaced files
     std::vector<std::string> violations;
 };
 
@@ -46,6 +47,8 @@ class Trial {
     void Prepare() const;
     void Record();
     std::string RunAll(const std::vector<std::vector<std::string>>& runs) const;
+    void Look(const std::string& where, Tally& tally) const;
+    void GoOn(const std::string& where, Tally& tally) const;
     void Judge(const std::string& where, Tally& tally) const;
     void JudgeReplaced(const File& file, const std::string& where, Tally& tally) const;
 

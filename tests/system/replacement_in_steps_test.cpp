@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -25,6 +26,7 @@ class InSteps : public testing::Test {
   protected:
     void SetUp() override {
         support::WriteFile(dng_, "old");
+        fs::last_write_time(dng_, fs::file_time_type::clock::now() - std::chrono::hours(1));
         support::WriteFile(part_, "new");
         descriptor_ = ::open(part_.c_str(), O_RDWR | O_CLOEXEC);
     }
@@ -42,7 +44,7 @@ TEST_F(InSteps, TheNewFileTakesTheNameAndNothingElseIsLeft) {
     EXPECT_EQ(support::Names(folder_.path()), Names{"L1.DNG"});
 }
 
-TEST_F(InSteps, AFileOfTheOldOnesNameIsNotTouched) {
+TEST_F(InSteps, AFileOfTheCopysNameIsNotTouched) {
     support::WriteFile(dng_ + ".old", "precious");
     EXPECT_EQ(replacement_in_steps::Replace(descriptor_, part_, dng_), 0);
     EXPECT_EQ(Content(dng_), "new");
@@ -59,15 +61,38 @@ TEST_F(InSteps, WithoutAFreeNameTheOldFileStays) {
     EXPECT_EQ(Content(part_), "new");
 }
 
-TEST_F(InSteps, AFailedStepGivesTheOldFileItsNameAgain) {
-    EXPECT_EQ(replacement_in_steps::Replace(-1, part_, dng_), EBADF);  // nothing can be brought to the disk
-    EXPECT_EQ(Content(dng_), "old");
+TEST_F(InSteps, WithoutANewFileTheOldOneStays) {
     EXPECT_EQ(replacement_in_steps::Replace(descriptor_, folder_ / "missing", dng_), ENOENT);
     EXPECT_EQ(Content(dng_), "old");
     EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "part"}));
 }
 
-TEST_F(InSteps, WhatSteppedAsideOnAJournalingFileSystemIsNotPutBack) {
+TEST_F(InSteps, ACopyStaysWhenTheNewFileMayNotBeOnTheDisk) {
+    EXPECT_EQ(replacement_in_steps::Replace(-1, part_, dng_), EBADF);
+    EXPECT_EQ(Content(dng_), "new");
+    EXPECT_EQ(Content(dng_ + ".old"), "old");
+    EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "L1.DNG.old"}));
+}
+
+TEST_F(InSteps, TheCopyIsWholeAndHasTheModeOfTheOldFile) {
+    const std::string bytes(3'000'001, 'x');
+    support::WriteFile(dng_, bytes);
+    constexpr auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    fs::permissions(dng_, mode);
+    EXPECT_EQ(replacement_in_steps::Replace(-1, part_, dng_), EBADF);
+    EXPECT_EQ(Content(dng_ + ".old"), bytes);
+    EXPECT_EQ(fs::status(dng_ + ".old").permissions(), mode);
+}
+
+TEST_F(InSteps, WhatCannotBeCopiedIsNotReplaced) {
+    fs::remove(dng_);
+    fs::create_directory(dng_);
+    EXPECT_NE(replacement_in_steps::Replace(descriptor_, part_, dng_), 0);
+    EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "part"}));
+    EXPECT_EQ(Content(part_), "new");
+}
+
+TEST_F(InSteps, ACopyOnAJournalingFileSystemIsNotPutBack) {
     if (file_system::LosesReplacedFiles(folder_.path())) {
         GTEST_SKIP() << "this file system keeps no journal";
     }

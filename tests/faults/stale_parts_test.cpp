@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// A run on a FAT file system finds a part that, after a rename that was cut short, may be a DNG itself.
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/faults/faulty_run.h"
+#include "tests/faults/scenario.h"
+#include "tests/faults/stage.h"
+#include "tests/support/files.h"
+#include "tests/support/traced_program.h"
+
+namespace faults {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+class StaleParts : public testing::Test {
+  protected:
+    void SetUp() override {
+        const std::string obstacle = support::TracedProgram::Obstacle();
+        if (!obstacle.empty()) {
+            GTEST_SKIP() << obstacle;
+        }
+    }
+
+    /// What is left next to another picture's DNG and a part whose bytes are as many as that one's.
+    static Names LeftOf(bool on_fat, std::chrono::seconds older) {
+        const Stage stage(Repair());
+        const std::string dng = stage.Path("out/other.DNG");
+        const std::string part = stage.Path("out/" + PartOfEndedRun());
+        support::WriteFile(dng, "a picture");
+        support::WriteFile(part, "a picture");
+        fs::last_write_time(dng, fs::last_write_time(part) - older);
+        Command run = stage.Run();
+        run.on_fat = on_fat;
+        RunCleanly(run);
+        Names names = support::Names(stage.Path("out"));
+        for (std::string& name : names) {
+            name = name.ends_with(".part") ? "part" : name;
+        }
+        return names;
+    }
+};
+
+TEST_F(StaleParts, ThatMayBeADngItselfStayOnFat) {
+    EXPECT_EQ(LeftOf(true, std::chrono::seconds(0)), (Names{"part", "L1000001.DNG", "other.DNG"}));
+}
+
+TEST_F(StaleParts, WrittenAtAnotherTimeAreRemoved) {
+    EXPECT_EQ(LeftOf(true, std::chrono::seconds(2)), (Names{"L1000001.DNG", "other.DNG"}));
+}
+
+TEST_F(StaleParts, AreRemovedWhereAJournalIsKept) {
+    EXPECT_EQ(LeftOf(false, std::chrono::seconds(0)), (Names{"L1000001.DNG", "other.DNG"}));
+}
+
+}  // namespace
+
+}  // namespace faults
