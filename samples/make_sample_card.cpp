@@ -8,12 +8,14 @@
 #include <system_error>
 #include <vector>
 
+#include "samples/guide_folders.h"
 #include "samples/sample_card.h"
 
 namespace {
 
 constexpr std::string_view kUsage =
     "Usage: make_sample_card FOLDER [options]\n"
+    "       make_sample_card --guide FOLDER\n"
     "Writes what a camera leaves on its card: L1000001.RAW and .JPG and so on.\n"
     "  --pairs N     number of RAW+JPEG pairs, 0 to 9999 (default 3)\n"
     "  --iso N       160, 320, 640, 1250 or 2500 for all pairs (default: changes from pair to pair)\n"
@@ -22,11 +24,14 @@ constexpr std::string_view kUsage =
     "  --dark        a dark frame (.BIA) for every pair, and a dark exposure as one more pair\n"
     "  --dng         a DNG as the camera itself writes it\n"
     "  --databases   lensdb.ini and sensdb.ini for these lenses and this camera\n"
-    "  --force       overwrite files that exist\n";
+    "  --force       overwrite files that exist\n"
+    "  --guide       make FOLDER, and in it the folders that the commands of the user guide work on\n"
+    "  -h, --help    this text\n";
 
 struct Request {
     std::string folder;
     samples::CardOptions card;
+    bool guide = false;   ///< the folders of the user guide in place of a card
     std::string problem;  ///< empty when the arguments are understood
 };
 
@@ -83,6 +88,8 @@ Request ReadArguments(std::span<const std::string_view> arguments) {
                 request.problem = "bad value for " + std::string(argument);
                 return request;
             }
+        } else if (argument == "--guide") {
+            request.guide = true;
         } else if (argument.starts_with("-")) {
             if (!SetFlag(argument, request.card)) {
                 request.problem = "unknown option " + std::string(argument);
@@ -95,7 +102,9 @@ Request ReadArguments(std::span<const std::string_view> arguments) {
             return request;
         }
     }
-    if (request.folder.empty()) {
+    if (request.guide && arguments.size() != 2) {
+        request.problem = "--guide takes a folder, and no other option";
+    } else if (request.folder.empty()) {
         request.problem = "no folder given";
     }
     return request;
@@ -105,7 +114,7 @@ Request ReadArguments(std::span<const std::string_view> arguments) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
-    if (arguments.size() == 1 && arguments[0] == "--help") {
+    if (arguments.size() == 1 && (arguments[0] == "--help" || arguments[0] == "-h")) {
         std::cout << kUsage;
         return 0;
     }
@@ -114,7 +123,9 @@ int main(int argc, char** argv) {
         std::cerr << "make_sample_card: " << request.problem << "\n" << kUsage;
         return 1;
     }
-    if (const std::string problem = samples::WriteCard(request.folder, request.card); !problem.empty()) {
+    const std::string problem = request.guide ? samples::WriteGuideFolders(request.folder)
+                                              : samples::WriteCard(request.folder, request.card);
+    if (!problem.empty()) {
         std::cerr << "make_sample_card: " << problem << "\n";
         return 1;
     }

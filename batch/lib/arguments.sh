@@ -50,6 +50,15 @@ check_velmarcon_options() {
   done
 }
 
+# check_spelling: the installed velmarcon says what it would pass over of $velmarcon_options. With an input that is no
+# picture it does nothing else. Nobody would read that once for each picture.
+check_spelling() {
+  local remarks
+  remarks=$("$program" -i /dev/null ${velmarcon_options[@]+"${velmarcon_options[@]}"} 2>&1 >/dev/null |
+    grep -E ': passed over|: read as |: this code adds no lens data') || return 0
+  refuse "$status_usage" "what stands after -- is not as velmarcon wants it:"$'\n'"$remarks"
+}
+
 # read_arguments ARGUMENT...
 read_arguments() {
   output=

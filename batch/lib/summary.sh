@@ -34,7 +34,7 @@ count_verdicts() {
   local image input dng out verdict text line quoted
   declare -gA verdicts=() texts=()
   converted=0 remarked=0 kept=0 failed=0 unreached=0
-  failures=()
+  failures=() remarks=()
   read_records take_record
   for image in ${images[@]+"${images[@]}"}; do
     set_places "$image"
@@ -52,6 +52,7 @@ count_verdicts() {
     line+=${quoted:+: $quoted}
     printf '%s: %s\n' "$verdict" "$line" >&6
     [[ $verdict != failed ]] || failures+=("$line")
+    [[ $verdict != converted || -z $text ]] || remarks+=("$line")
   done 6>"$state/report"
 }
 
@@ -64,13 +65,23 @@ put_on_disk() {
   ((${#existing[@]} == 0)) || sync -f -- "${existing[@]}" 2>>"$state/messages"
 }
 
+# tell_remarks: the first of them; a whole year may have the same one.
+tell_remarks() {
+  local remark most=10
+  say '%d of the converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
+  for remark in "${remarks[@]:0:most}"; do
+    say 'Remark: %s\n' "$remark"
+  done
+  ((remarked <= most)) || say '... and %d more\n' $((remarked - most))
+}
+
 tell() {
   local failure
   say '%s: %d converted, %d already there, %d failed' "$(number_of_pictures "${#images[@]}")" "$converted" "$kept" \
     "$failed"
   ((unreached == 0)) || say ', %d not reached' "$unreached"
   say '\n'
-  ((remarked == 0)) || say '%d of the converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
+  ((remarked == 0)) || tell_remarks
   for failure in ${failures[@]+"${failures[@]}"}; do
     printf 'Failed: %s\n' "$failure"
   done

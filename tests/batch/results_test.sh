@@ -187,6 +187,19 @@ AShortRawFileIsRemarkedOn() {
   local remark='the RAW file has only 20000000 of 21041100 bytes, and the picture ends early'
   grep -qx "converted: $scratch/in/L2.RAW: $remark" "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
+  expect_line "Remark: $scratch/in/L2.RAW: $remark"
+}
+
+OfManyRemarksTheFirstTenAreTold() {
+  local number
+  for number in {10..21}; do
+    pair "in/L$number"
+  done
+  batch -o out in -- -s
+  expect_status 0
+  expect_text '12 of the converted with a remark: see '
+  [[ $(grep -c '^Remark: .*: Error #0014: No Sensor database found.$' printed) -eq 10 ]] || fail "not ten"
+  expect_line '... and 2 more'
 }
 
 NoPictureAtAllIsNoSuccess() {
