@@ -16,8 +16,6 @@ namespace {
 constexpr const char* kRaw = "RAW";
 constexpr const char* kDng = "DNG";
 
-/// Bytes of every DNG that the camera writes. A search of a folder takes no other: so it never finds our own.
-constexpr std::uint64_t kCameraDngSize = 10575296;
 /// Bytes up to which a DNG named by -i is taken for one of the camera's.
 constexpr std::uint64_t kLargestSingleDng = 15000000;
 

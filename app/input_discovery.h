@@ -9,6 +9,9 @@
 /// The characters that end a folder's part of a path.
 constexpr const char* kSeparators = "\\/";
 
+/// Bytes of every DNG that the camera writes. A search of a folder takes no other: so it never finds our own.
+constexpr std::uint64_t kCameraDngSize = 10575296;
+
 /// `folder` with a separator at its end; an empty text stays empty.
 std::string WithSeparator(std::string folder);
 

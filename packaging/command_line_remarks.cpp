@@ -2,6 +2,7 @@
 #include "packaging/command_line_remarks.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstddef>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <system_error>
 #include <utility>
 
+#include "packaging/path_remarks.h"
 #include "packaging/shell_word.h"
 
 namespace {
@@ -21,6 +23,18 @@ constexpr std::size_t kSingleLetter = 2;  ///< length of an option of a dash and
 /// A word by itself. The program takes a lone dash for one, too.
 bool IsWord(const Argument& argument) {
     return argument.option == nullptr && (!argument.text.starts_with('-') || argument.text == "-");
+}
+
+/// What a word begins with whose hyphen a word processor or a web page has made a longer dash: en dash, em
+/// dash, minus sign and the two hyphens of Unicode.
+constexpr std::array<std::string_view, 5> kLongDashes = {"\u2013", "\u2014", "\u2212", "\u2010", "\u2011"};
+
+/// `word` with a plain hyphen in place of the dash that it begins with; nothing when it begins with none.
+std::optional<std::string> WithPlainHyphen(std::string_view word) {
+    const auto* const dash =
+        std::ranges::find_if(kLongDashes, [&](std::string_view text) { return word.starts_with(text); });
+    return dash != kLongDashes.end() ? std::optional("-" + std::string(word.substr(dash->size())))
+                                     : std::nullopt;
 }
 
 std::string Lowercase(std::string_view text) {
@@ -102,20 +116,23 @@ std::string TakenApart(const OptionSpelling& option, std::string_view rest) {
     if (option.value != OptionValue::kNone && !ValueIn(rest, option.value).empty()) {
         return text + " " + ShellWord(ValueIn(rest, option.value));
     }
-    // After -i any argument is taken for the path; after -s a letter may be meant for another of its kind.
-    const bool ambiguous = option.value == OptionValue::kPath ||
-                           (text.starts_with("-s") && rest.find_first_of("bdt") != std::string_view::npos);
-    const auto options = ambiguous ? std::nullopt : SplitUp(rest);
+    // After -i any argument is taken for the path; after -s a letter may be meant for another of its kind, but
+    // not after a hyphen.
+    const bool has_hyphen = rest.starts_with('-');
+    const bool ambiguous =
+        option.value == OptionValue::kPath ||
+        (text.starts_with("-s") && !has_hyphen && rest.find_first_of("bdt") != std::string_view::npos);
+    const auto options = ambiguous ? std::nullopt : SplitUp(rest.substr(has_hyphen ? 1 : 0));
     return options ? text + *options : "";
 }
 
 /// Of an option that counts, with more characters than it needs. The option's name in full is no reason for a
 /// remark.
 std::string RemarkOnRest(const Argument& argument) {
-    const std::string_view rest = argument.text.substr(argument.option->text.size());
-    if (rest.empty() || argument.text.substr(1) == argument.option->word) {
+    if (!HasMoreThanOption(argument)) {
         return "";
     }
+    const std::string_view rest = argument.text.substr(argument.option->text.size());
     const std::string instead = TakenApart(*argument.option, rest);
     return ShellWord(argument.text) + ": read as " + std::string(argument.option->text) +
            ", the rest is passed over" + (instead.empty() ? "" : "; write " + instead);
@@ -125,8 +142,11 @@ std::string RemarkOnRest(const Argument& argument) {
 std::string RemarkOnNoPath(const Argument& argument) {
     const std::string instead =
         TakenApart(*argument.option, argument.text.substr(argument.option->text.size()));
-    return ShellWord(argument.text) + ": passed over: no path comes after it" +
-           (instead.empty() ? "" : "; write " + instead);
+    const std::string remark = ShellWord(argument.text) + ": passed over: no path comes after it";
+    if (!instead.empty()) {
+        return remark + "; write " + instead;
+    }
+    return argument.option->option == Option::kOutput ? remark + "; the DNGs go next to the input" : remark;
 }
 
 /// Of an option that is repeated with the value `value`.
@@ -140,10 +160,18 @@ bool Exists(std::string_view path) {
     return fs::exists(fs::path(path), error);
 }
 
+bool IsFolder(std::string_view path) {
+    std::error_code error;
+    return fs::is_directory(fs::path(path), error);
+}
+
 /// For a value that is a file or a folder, and taken for something else.
-std::string HintAtInput(std::string_view value, std::span<const Argument> arguments) {
-    const bool meant = FindOption(arguments, Option::kInput) == nullptr && Exists(value);
-    return meant ? "; to convert it write -i " + ShellWord(value) : "";
+std::string HintAtPath(std::string_view value, std::span<const Argument> arguments) {
+    if (FindOption(arguments, Option::kInput) == nullptr) {
+        return Exists(value) ? "; to convert it write -i " + ShellWord(value) : "";
+    }
+    const bool is_output = FindOption(arguments, Option::kOutput) == nullptr && IsFolder(value);
+    return is_output ? "; for an output folder write -o " + ShellWord(value) : "";
 }
 
 /// Whether `value` is just the number that it is read as. Zeros before it do no harm.
@@ -161,12 +189,7 @@ std::string RemarkOnBlackLevel(const Argument& argument, std::span<const Argumen
         return "";
     }
     return "-b " + ShellWord(value) + ": read as black level " + level +
-           "; it wants a whole number from 0 to 65535" + HintAtInput(value, arguments);
-}
-
-bool IsFolder(std::string_view path) {
-    std::error_code error;
-    return fs::is_directory(fs::path(path), error);
+           "; it wants a whole number from 0 to 65535" + HintAtPath(value, arguments);
 }
 
 std::string RemarkOnDarkExposure(std::span<const Argument> arguments) {
@@ -185,6 +208,11 @@ bool AreOfOneFolder(std::span<const std::string_view> paths) {
         return fs::path(path).has_extension() &&
                fs::path(path).parent_path() == fs::path(paths.front()).parent_path();
     });
+}
+
+/// Whether the program would find something to convert by this name, in which the extension may be left out.
+bool IsInput(const std::string& path) {
+    return Exists(path) || Exists(path + ".RAW") || Exists(path + ".DNG");
 }
 
 std::string FolderOf(std::string_view path) {
@@ -206,7 +234,7 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
         const bool one_folder = words.size() > 1 && AreOfOneFolder(words);
         const std::string meant = one_folder ? FolderOf(words.front()) : std::string(words.front());
         return remark + ": passed over: without -i the input is the current folder; write -i " +
-               (Exists(meant) ? ShellWord(meant) : "before what is to be converted");
+               (IsInput(meant) ? ShellWord(meant) : "before what is to be converted");
     }
     remark += ": passed over: -i takes one path, here " + ShellWord(*input->value);
     std::vector<std::string_view> paths(words.begin(), words.end());
@@ -220,6 +248,20 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
     return remark;
 }
 
+constexpr const char* kNegativeLevel = "; the black level is then 92, and cannot be negative";
+
+/// Whether `argument` is a number below 0 that was meant for -b, which `before` is.
+bool IsNegativeLevel(const Argument& argument, const Argument* before) {
+    return before != nullptr && before->counts && before->option->option == Option::kBlackLevel &&
+           !before->value && argument.text.size() > 1 && IsDigit(argument.text[1]);
+}
+
+/// Whether `word` is a number that stands after that of -b, which `before` is.
+bool IsSecondLevel(std::string_view word, const Argument* before) {
+    return before != nullptr && before->counts && before->option->option == Option::kBlackLevel &&
+           before->value && !word.empty() && std::ranges::all_of(word, IsDigit) && !IsInput(std::string(word));
+}
+
 /// Goes through the arguments once, and collects the remarks.
 class Remarks {
   public:
@@ -227,25 +269,45 @@ class Remarks {
 
     std::vector<std::string> Collect() {
         for (next_ = 0; next_ < arguments_.size();) {
-            LookAt(arguments_[next_++]);
+            const Argument* const before = next_ > 0 ? &arguments_[next_ - 1] : nullptr;
+            LookAt(arguments_[next_++], before);
         }
         Add(RemarkOnDarkExposure(arguments_));
-        Add(RemarkOnWords(words_, arguments_));
+        if (!words_are_explained_) {
+            Add(RemarkOnWords(words_, arguments_));
+        }
+        std::ranges::move(RemarksOnPaths(arguments_), std::back_inserter(remarks_));
         return remarks_;
     }
 
   private:
-    void LookAt(const Argument& argument) {
+    void LookAt(const Argument& argument, const Argument* before) {
         if (IsWord(argument)) {
-            words_.push_back(argument.text);
+            LookAtWord(argument.text, before);
         } else if (argument.option == nullptr) {
-            Add(RemarkOnUnknown(argument.text));
+            Add(RemarkOnUnknown(argument.text) + (IsNegativeLevel(argument, before) ? kNegativeLevel : ""));
         } else if (argument.counts) {
             Add(RemarkOnRest(argument));
+            // The path that was meant stands in the argument; the option has taken the next one, which then
+            // leaves its own value behind.
+            words_are_explained_ |=
+                argument.option->value == OptionValue::kPath && HasMoreThanOption(argument);
             Add(argument.option->option == Option::kBlackLevel ? RemarkOnBlackLevel(argument, arguments_)
                                                                : "");
         } else {
             LookAtPassedOver(argument);
+        }
+    }
+
+    void LookAtWord(std::string_view word, const Argument* before) {
+        if (const auto meant = WithPlainHyphen(word); meant) {
+            Add(ShellWord(word) + ": passed over: it begins with a longer dash; write " + ShellWord(*meant) +
+                " with a plain hyphen");
+            words_are_explained_ = true;  // what comes after it is its value
+        } else if (IsSecondLevel(word, before)) {
+            Add(ShellWord(word) + ": passed over: -b takes one value, here " + ShellWord(*before->value));
+        } else {
+            words_.push_back(word);
         }
     }
 
@@ -270,6 +332,7 @@ class Remarks {
     std::size_t next_ = 0;
     std::vector<std::string> remarks_;
     std::vector<std::string_view> words_;
+    bool words_are_explained_ = false;  ///< by another remark
 };
 
 bool IsSixBits(std::string_view code) {
@@ -296,7 +359,7 @@ std::string RemarkOnLensCode(const Argument& code, std::span<const Argument> arg
     }
     const std::string remark = "-l " + ShellWord(text) + ": this code adds no lens data: ";
     if (!IsSixBits(text)) {
-        return remark + "it must have six digits, each 0 or 1" + HintAtInput(text, arguments);
+        return remark + "it must have six digits, each 0 or 1" + HintAtPath(text, arguments);
     }
     return remark + "no lens has it in " + ShellWord(lenses.DatabaseFile);
 }

@@ -54,7 +54,8 @@ check_velmarcon_options() {
 # picture it does nothing else. Nobody would read that once for each picture.
 check_spelling() {
   local remarks
-  remarks=$("$program" -i /dev/null ${velmarcon_options[@]+"${velmarcon_options[@]}"} 2>&1 >/dev/null |
+  ((${#velmarcon_options[@]} > 0)) || return 0
+  remarks=$("$program" -i /dev/null "${velmarcon_options[@]}" 2>&1 >/dev/null |
     grep -E ': passed over|: read as |: this code adds no lens data') || return 0
   refuse "$status_usage" "what stands after -- is not as velmarcon wants it:"$'\n'"$remarks"
 }

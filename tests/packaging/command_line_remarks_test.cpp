@@ -82,6 +82,9 @@ const std::vector<RemarkCase> kRemarkCases = {
     {"AWordWithoutInput",
      {"card"},
      {"card: passed over: without -i the input is the current folder; write -i card"}},
+    {"APictureWithoutItsExtension",
+     {"card/L1", "-b"},
+     {"card/L1: passed over: without -i the input is the current folder; write -i card/L1"}},
     {"AWordThatIsNoFile",
      {"-v", "3"},
      {"3: passed over: without -i the input is the current folder; write -i before what is to be converted"}},
@@ -135,8 +138,12 @@ const std::vector<RemarkCase> kRemarkCases = {
     {"AnotherWord", {"-raw"}, {"-raw: read as -r, the rest is passed over"}},
     {"AGluedPath",
      {"-icard", "-i../card", "card"},
-     {"-icard: read as -i, the rest is passed over",
-      "card: passed over: -i takes one path, here -i../card; for an output folder write -o card"}},
+     {"-icard: read as -i, the rest is passed over"}},
+    {"AGluedPathThatTakesTheOutputOption",
+     {"-i../card", "-o", "../dng"},
+     {"-i../card: read as -i, the rest is passed over; write -i ../card"}},
+    {"OptionsGluedByAHyphen", {"-s-r"}, {"-s-r: read as -s, the rest is passed over; write -s -r"}},
+    {"SensorOptionsGluedByAHyphen", {"-s-b"}, {"-s-b: read as -s, the rest is passed over; write -s -b"}},
     {"AGluedPathThatTakesTheNextOption",
      {"-i../card", "-v"},
      {"-i../card: read as -i, the rest is passed over; write -i ../card"}},
@@ -146,6 +153,9 @@ const std::vector<RemarkCase> kRemarkCases = {
     {"AGluedValueOfAnOptionWithoutOne", {"-v3"}, {"-v3: read as -v, the rest is passed over"}},
 
     {"NoPath", {"-v", "-i"}, {"-i: passed over: no path comes after it"}},
+    {"NoOutputPath",
+     {"-i", "card", "-o"},
+     {"-o: passed over: no path comes after it; the DNGs go next to the input"}},
     {"ASecondPath", {"-i", "card", "-i", "dng"}, {"-i dng: passed over: only the first -i counts"}},
     {"ASecondCode", {"-l", "-l", "000001"}, {"-l 000001: passed over: only the first -l counts"}},
 
@@ -153,6 +163,21 @@ const std::vector<RemarkCase> kRemarkCases = {
      {"-b", "card"},
      {"-b card: read as black level 0; it wants a whole number from 0 to 65535; to convert it write -i "
       "card"}},
+    {"ASecondLevel", {"-b", "100", "200"}, {"200: passed over: -b takes one value, here 100"}},
+    {"ANegativeLevel",
+     {"-b", "-20"},
+     {"-20: passed over: there is no such option; the black level is then 92, and cannot be negative"}},
+    {"AnEnDash",
+     {"\u2013b", "100"},
+     {"\u2013b: passed over: it begins with a longer dash; write -b with a plain hyphen"}},
+    {"AnEmDashAndAMinus",
+     {"\u2014i", "card", "\u2212v"},
+     {"\u2014i: passed over: it begins with a longer dash; write -i with a plain hyphen",
+      "\u2212v: passed over: it begins with a longer dash; write -v with a plain hyphen"}},
+    {"ALevelThatIsTheOutputFolder",
+     {"-i", "card", "-b", "dng"},
+     {"-b dng: read as black level 0; it wants a whole number from 0 to 65535; for an output folder write "
+      "-o dng"}},
     {"ALevelOf17Bits",
      {"-b", "70000"},
      {"-b 70000: read as black level 4464; it wants a whole number from 0 to 65535"}},
@@ -171,6 +196,11 @@ const std::vector<RemarkCase> kRemarkCases = {
      {"-l", "card"},
      {"-l card: this code adds no lens data: it must have six digits, each 0 or 1; to convert it write -i "
       "card"}},
+
+    {"ACodeThatIsTheOutputFolder",
+     {"-i", "card", "-l", "dng"},
+     {"-l dng: this code adds no lens data: it must have six digits, each 0 or 1; for an output folder write "
+      "-o dng"}},
 
     {"ADarkExposureInAFolder",
      {"-i", "card", "-sd"},

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "packaging/path_remarks.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "app/input_discovery.h"
+#include "packaging/shell_word.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kCapitalLetters = "names must end in .RAW, in capital letters";
+
+std::string UpperCaseExtension(const std::string& name) {
+    std::string extension = name.substr(name.rfind('.') + 1);
+    std::ranges::transform(extension, extension.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return extension;
+}
+
+/// What one folder holds, as far as the program would look at it.
+struct FolderContent {
+    bool is_known = false;         ///< false when it can't be listed
+    bool has_raw = false;          ///< a name that ends in .RAW
+    bool has_camera_dng = false;   ///< a file as long as those of the camera
+    bool has_raw_in_small = false; ///< a name that ends in .raw
+};
+
+FolderContent ContentOf(const fs::path& folder) {
+    FolderContent content;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        const std::string extension = name.substr(name.rfind('.') + 1);
+        if (extension == "RAW") {
+            content.has_raw = true;
+        } else if (extension == "DNG") {
+            std::error_code no_size;
+            content.has_camera_dng |= entry->file_size(no_size) == kCameraDngSize && !no_size;
+        } else if (UpperCaseExtension(name) == "RAW") {
+            content.has_raw_in_small = true;
+        }
+    }
+    content.is_known = !error;
+    return content;
+}
+
+/// Whether nothing is at `path`. What can't be looked at may be there.
+bool IsMissing(const std::string& path) {
+    std::error_code error;
+    return fs::status(path, error).type() == fs::file_type::not_found;
+}
+
+/// Whether nothing is there that the program could find for the input `path`. It also puts back a DNG that a
+/// run has set aside.
+bool IsInputMissing(const std::string& path) {
+    return std::ranges::all_of(std::array{"", ".RAW", ".DNG", ".old", ".DNG.old"},
+                               [&](const char* ending) { return IsMissing(path + ending); });
+}
+
+bool IsFolder(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+std::string RemarkOnMissingInput(const std::string& path) {
+    return IsInputMissing(path) ? ShellWord(path) + ": there is no such file or folder" : "";
+}
+
+/// Of a file that is there under just this name, or of nothing.
+std::string RemarkOnInputFile(const std::string& path) {
+    if (IsMissing(path)) {
+        return RemarkOnMissingInput(path);
+    }
+    const std::string extension = UpperCaseExtension(path);
+    if (extension == "JPG" || extension == "JPEG") {
+        return ShellWord(path) + ": name the RAW file, not the JPEG";
+    }
+    return extension == "RAW" && !path.ends_with("RAW") ? ShellWord(path) + ": " + kCapitalLetters : "";
+}
+
+std::string RemarkOnInputFolder(const std::string& path) {
+    const FolderContent content = ContentOf(path);
+    const bool only_small = content.has_raw_in_small && !content.has_raw && !content.has_camera_dng;
+    return content.is_known && only_small ? ShellWord(path) + ": " + kCapitalLetters : "";
+}
+
+std::string RemarkOnInput(const std::string& path) {
+    return IsFolder(path) ? RemarkOnInputFolder(path) : RemarkOnInputFile(path);
+}
+
+/// Without -i: the program prints its usage, and does not say why.
+std::string RemarkOnCurrentFolder() {
+    const FolderContent content = ContentOf(".");
+    if (!content.is_known || content.has_raw) {
+        return "";
+    }
+    return content.has_raw_in_small
+               ? std::string("no picture in the current folder: ") + kCapitalLetters
+               : "no picture in the current folder: name one with -i, see velmarcon --help";
+}
+
+std::string RemarkOnOutput(const std::string& path) {
+    return IsMissing(path) ? ShellWord(path) + ": there is no such folder" : "";
+}
+
+/// Whether `path` stands for a camera DNG, or for a folder with one.
+bool IsCameraDng(const std::string& path) {
+    if (IsFolder(path)) {
+        return ContentOf(path).has_camera_dng;
+    }
+    const std::string file = IsMissing(path) && IsMissing(path + ".RAW") ? path + ".DNG" : path;
+    std::error_code error;
+    return file.ends_with(".DNG") && fs::file_size(file, error) == kCameraDngSize && !error;
+}
+
+}  // namespace
+
+bool HasMoreThanOption(const Argument& argument) {
+    return argument.option != nullptr && argument.text != argument.option->text &&
+           argument.text.substr(1) != argument.option->word;
+}
+
+std::vector<std::string> RemarksOnPaths(std::span<const Argument> arguments) {
+    const Argument* input = FindOption(arguments, Option::kInput);
+    const Argument* output = FindOption(arguments, Option::kOutput);
+    std::vector<std::string> remarks;
+    if (input == nullptr) {
+        remarks.push_back(RemarkOnCurrentFolder());
+    } else if (!HasMoreThanOption(*input)) {
+        const std::string path(*input->value);
+        remarks.push_back(RemarkOnInput(path));
+        const bool in_place = output == nullptr && FindOption(arguments, Option::kRefresh) == nullptr;
+        remarks.push_back(in_place && IsCameraDng(path) ? ShellWord(path) +
+                                                              ": DNGs are repaired into another folder with "
+                                                              "-o, or in place with -r"
+                                                        : "");
+    }
+    if (output != nullptr && !HasMoreThanOption(*output)) {
+        remarks.push_back(RemarkOnOutput(std::string(*output->value)));
+    }
+    std::erase(remarks, "");
+    return remarks;
+}
