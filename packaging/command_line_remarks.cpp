@@ -116,8 +116,8 @@ std::string TakenApart(const OptionSpelling& option, std::string_view rest) {
     if (option.value != OptionValue::kNone && !ValueIn(rest, option.value).empty()) {
         return text + " " + ShellWord(ValueIn(rest, option.value));
     }
-    // After -i any argument is taken for the path; after -s a letter may be meant for another of its kind, but
-    // not after a hyphen.
+    // After -i any argument is taken for the path; after -s a letter may be meant for another of its kind,
+    // but not after a hyphen.
     const bool has_hyphen = rest.starts_with('-');
     const bool ambiguous =
         option.value == OptionValue::kPath ||
@@ -259,7 +259,8 @@ bool IsNegativeLevel(const Argument& argument, const Argument* before) {
 /// Whether `word` is a number that stands after that of -b, which `before` is.
 bool IsSecondLevel(std::string_view word, const Argument* before) {
     return before != nullptr && before->counts && before->option->option == Option::kBlackLevel &&
-           before->value && !word.empty() && std::ranges::all_of(word, IsDigit) && !IsInput(std::string(word));
+           before->value && !word.empty() && std::ranges::all_of(word, IsDigit) &&
+           !IsInput(std::string(word));
 }
 
 /// Goes through the arguments once, and collects the remarks.

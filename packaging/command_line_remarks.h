@@ -11,8 +11,9 @@
 
 /// The program passes over what it does not know, without a message. These are the messages: one for each
 /// option that it passes over or reads in part, one for all words that belong to no option, one for a black
-/// level that is read as another number, one for -sd with a folder, and one for a path that cannot be used. Each is one line without its end, and
-/// tells what to write instead. Of a command line that says what it does there are none.
+/// level that is read as another number, one for -sd with a folder, and one for a path that cannot be used.
+/// Each is one line without its end, and tells what to write instead. Of a command line that says what it
+/// does there are none.
 std::vector<std::string> RemarksOn(std::span<const Argument> arguments);
 
 /// The code that -l is given; null when there is none.

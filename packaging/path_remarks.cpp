@@ -28,10 +28,10 @@ std::string UpperCaseExtension(const std::string& name) {
 
 /// What one folder holds, as far as the program would look at it.
 struct FolderContent {
-    bool is_known = false;         ///< false when it can't be listed
-    bool has_raw = false;          ///< a name that ends in .RAW
-    bool has_camera_dng = false;   ///< a file as long as those of the camera
-    bool has_raw_in_small = false; ///< a name that ends in .raw
+    bool is_known = false;          ///< false when it can't be listed
+    bool has_raw = false;           ///< a name that ends in .RAW
+    bool has_camera_dng = false;    ///< a file as long as those of the camera
+    bool has_raw_in_small = false;  ///< a name that ends in .raw
 };
 
 FolderContent ContentOf(const fs::path& folder) {

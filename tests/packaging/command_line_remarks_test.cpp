@@ -136,9 +136,7 @@ const std::vector<RemarkCase> kRemarkCases = {
     {"GluedToASensorOption", {"-stv"}, {"-stv: read as -st, the rest is passed over; write -st -v"}},
     {"GluedSensorOptions", {"-stb"}, {"-stb: read as -st, the rest is passed over"}},
     {"AnotherWord", {"-raw"}, {"-raw: read as -r, the rest is passed over"}},
-    {"AGluedPath",
-     {"-icard", "-i../card", "card"},
-     {"-icard: read as -i, the rest is passed over"}},
+    {"AGluedPath", {"-icard", "-i../card", "card"}, {"-icard: read as -i, the rest is passed over"}},
     {"AGluedPathThatTakesTheOutputOption",
      {"-i../card", "-o", "../dng"},
      {"-i../card: read as -i, the rest is passed over; write -i ../card"}},
@@ -212,13 +210,13 @@ INSTANTIATE_TEST_SUITE_P(Lines, RemarksOnCommandLine, testing::ValuesIn(kRemarkC
                          testing::PrintToStringParamName());
 
 TEST(RemarkOnLensCode, IsLeftToTheProgramWithoutADatabase) {
-    EXPECT_EQ(Remarks({"-l", "111110"}, lensdb("data/")), Texts());
+    EXPECT_EQ(Remarks({"-i", ".", "-l", "111110"}, lensdb("data/")), Texts());
 }
 
 TEST(RemarkOnLensCode, IsNoneForAnyNameInTheDatabase) {
     lensdb lenses("data/");
     lenses.Lenses["my lens"] = {};
-    EXPECT_EQ(Remarks({"-l", "my lens"}, lenses), Texts());
+    EXPECT_EQ(Remarks({"-i", ".", "-l", "my lens"}, lenses), Texts());
 }
 
 /// What the program makes of a command line, without the folders.

@@ -34,7 +34,8 @@ class RemarksOnPathsIn : public testing::Test {
         for (const char* name : {"card", "small", "camera", "own", "dng"}) {
             fs::create_directory(name);
         }
-        for (const char* name : {"card/L1.RAW", "card/L1.JPG", "small/L1.raw", "camera/L2.DNG", "own/L1.DNG"}) {
+        for (const char* name :
+             {"card/L1.RAW", "card/L1.JPG", "small/L1.raw", "camera/L2.DNG", "own/L1.DNG"}) {
             MakeFile(name);
         }
         fs::resize_file("camera/L2.DNG", kCameraDngSize);

@@ -20,9 +20,10 @@ TEST(GuideFolders, HoldWhatTheGuideNames) {
     const support::TempFolder scratch;
     const fs::path top = scratch.path() / "try";
     ASSERT_EQ(samples::WriteGuideFolders(top.string()), "");
-    for (const char* pair : {"DCIM/100LEICA/L1000123", "DCIM/100LEICA/L1000124", "card/L1000123", "card/L1000124",
-                             "dark/L1000200", "sky/L1000201", "uncoded/L1000140", "pictures/2026/08-02/L1000420",
-                             "pictures/2026/03-15 harbour/L1000310", "pictures/2026/03-15 harbour/L1000311"}) {
+    for (const char* pair :
+         {"DCIM/100LEICA/L1000123", "DCIM/100LEICA/L1000124", "card/L1000123", "card/L1000124",
+          "dark/L1000200", "sky/L1000201", "uncoded/L1000140", "pictures/2026/08-02/L1000420",
+          "pictures/2026/03-15 harbour/L1000310", "pictures/2026/03-15 harbour/L1000311"}) {
         EXPECT_EQ(fs::file_size((top / pair).string() + ".RAW"), kRawSize) << pair;
         EXPECT_TRUE(fs::is_regular_file((top / pair).string() + ".JPG")) << pair;
     }
@@ -35,7 +36,8 @@ TEST(GuideFolders, HoldWhatTheGuideNames) {
 
 TEST(GuideFolders, LeaveAFolderThatIsThereAlone) {
     const support::TempFolder scratch;
-    EXPECT_EQ(samples::WriteGuideFolders(scratch.path().string()), scratch.path().string() + " exists already");
+    EXPECT_EQ(samples::WriteGuideFolders(scratch.path().string()),
+              scratch.path().string() + " exists already");
     EXPECT_TRUE(fs::is_empty(scratch.path()));
 }
 
