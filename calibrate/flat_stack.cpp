@@ -17,7 +17,7 @@ constexpr float kMostLight = 0.70F;
 
 /// Median of the light in a row of blocks, of the columns of one colour.
 float RowLight(std::span<const float> row, std::span<const float> dark, std::size_t colour) {
-    constexpr std::size_t step = kColours * 4;
+    constexpr std::size_t step = std::size_t{kColours} * 4;
     std::vector<float> light;
     light.reserve(row.size() / step + 1);
     for (std::size_t x = colour; x < row.size(); x += step) {

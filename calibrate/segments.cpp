@@ -25,6 +25,12 @@ std::vector<float> PrefixSums(std::span<const float> values, float centre) {
     return sums;
 }
 
+/// Sum of the `length` values from `begin` on.
+float SumOf(std::span<const float> prefix_sums, int begin, int length) {
+    const auto first = static_cast<std::size_t>(begin);
+    return prefix_sums[first + static_cast<std::size_t>(length)] - prefix_sums[first];
+}
+
 struct Interval {
     int begin = 0;
     int end = 0;
@@ -42,8 +48,7 @@ Interval MostDifferent(std::span<const float> values) {
         const auto size = static_cast<float>(length);
         const float scale = 1 / std::sqrt(size * (1 - (size / static_cast<float>(count))));
         for (int begin = 0; begin + length <= count; ++begin) {
-            const float sum =
-                sums[static_cast<std::size_t>(begin + length)] - sums[static_cast<std::size_t>(begin)];
+            const float sum = SumOf(sums, begin, length);
             const float contrast = std::abs(sum - (size * mean)) * scale;
             if (contrast > best.contrast) {
                 best = {begin, begin + length, contrast};
@@ -53,22 +58,31 @@ Interval MostDifferent(std::span<const float> values) {
     return best;
 }
 
-void Split(std::span<const float> values, int first, std::vector<int>& ends) {
-    const int count = static_cast<int>(values.size());
-    const Interval cut = count > 1 ? MostDifferent(values) : Interval{};
-    if (cut.contrast < kSignificant) {
-        ends.push_back(first + count);
-        return;
-    }
-    const auto split = [&](int begin, int end) {
-        if (end > begin) {
-            Split(values.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin)),
-                  first + begin, ends);
+/// Where the segments of the values end, in ascending order.
+std::vector<int> EndsOf(std::span<const float> values) {
+    std::vector<int> ends;
+    std::vector<Interval> left = {
+        {0, static_cast<int>(values.size())}};  // to be looked at, the first one last
+    while (!left.empty()) {
+        const Interval part = left.back();
+        left.pop_back();
+        const int count = part.end - part.begin;
+        const Interval cut = count > 1 ? MostDifferent(values.subspan(static_cast<std::size_t>(part.begin),
+                                                                      static_cast<std::size_t>(count)))
+                                       : Interval{};
+        if (cut.contrast < kSignificant) {
+            ends.push_back(part.end);
+            continue;
         }
-    };
-    split(0, cut.begin);
-    split(cut.begin, cut.end);
-    split(cut.end, count);
+        const int begin = part.begin + cut.begin;
+        const int end = part.begin + cut.end;
+        for (const Interval piece : {Interval{end, part.end}, {begin, end}, {part.begin, begin}}) {
+            if (piece.end > piece.begin) {
+                left.push_back(piece);
+            }
+        }
+    }
+    return ends;
 }
 
 }  // namespace
@@ -84,8 +98,7 @@ bool MayChange(std::span<const float> values) {
     for (int length = 2; length < count; length *= 2) {
         const float limit = kWorthALook * std::sqrt(static_cast<float>(length));
         for (int begin = 0; begin + length <= count; ++begin) {
-            const float sum =
-                sums[static_cast<std::size_t>(begin + length)] - sums[static_cast<std::size_t>(begin)];
+            const float sum = SumOf(sums, begin, length);
             if (std::abs(sum) > limit) {
                 return true;
             }
@@ -95,11 +108,9 @@ bool MayChange(std::span<const float> values) {
 }
 
 std::vector<Segment> Find(std::span<const float> values) {
-    std::vector<int> ends;
-    Split(values, 0, ends);
     std::vector<Segment> found;
     int begin = 0;
-    for (const int end : ends) {
+    for (const int end : EndsOf(values)) {
         const auto part =
             values.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
         std::vector<float> copy(part.begin(), part.end());

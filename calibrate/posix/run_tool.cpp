@@ -12,6 +12,7 @@ bool RunTool(const std::string& folder, const std::string& name, const std::vect
     std::vector<std::string> texts = arguments;
     texts.insert(texts.begin(), name);
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
