@@ -187,7 +187,8 @@ void Frame::AddTracks() {
             i % 4 == 0 ? std::numbers::pi_v<float> / 2 : numbers.Between(0, std::numbers::pi_v<float>);
         const float length = numbers.Between(5, 90);
         const float strength = numbers.Between(20, 900) * gain_;
-        for (float way = 0; way < length; way += 1) {
+        for (int step = 0; static_cast<float>(step) < length; ++step) {
+            const auto way = static_cast<float>(step);
             AddAt(static_cast<int>(x + (way * std::cos(angle))),
                   static_cast<int>(y + (way * std::sin(angle))), strength);
         }
@@ -243,7 +244,7 @@ std::vector<std::uint16_t> Frame::Expose() {
     std::vector<std::uint16_t> image(kPixels);
     std::ranges::transform(pixels_, image.begin(), [](float value) {
         const float clipped = std::clamp(value, 0.0F, static_cast<float>(kSensorWhite));
-        return static_cast<std::uint16_t>(static_cast<std::int32_t>(clipped + 0.5F));
+        return static_cast<std::uint16_t>(std::lround(clipped));
     });
     StickDefects(image);
     return image;
