@@ -4,12 +4,17 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <optional>
 
 #include "exif/maker_note.h"
 #include "tiff/types.h"
 
 namespace {
+
+/// Where a value stands, counted from the note's base.
+struct Offset {
+    bool is_there = false;  ///< false: the note ends before it
+    std::uint32_t value = 0;
+};
 
 /// Steps from entry to entry and reads what stands in the value fields, whatever tag and type say.
 class EntryWalk {
@@ -25,11 +30,10 @@ class EntryWalk {
         return value;
     }
 
-    /// The next value field as an offset; nothing when the note ends before it.
-    std::optional<std::uint32_t> NextOffset() {
+    /// The next value field as an offset.
+    Offset NextOffset() {
         const bool is_there = note_.Holds(field_, sizeof(std::uint32_t));
-        const auto offset = Next<std::uint32_t>();
-        return is_there ? std::optional(offset) : std::nullopt;
+        return {is_there, Next<std::uint32_t>()};
     }
 
   private:
@@ -42,7 +46,7 @@ class EntryWalk {
     std::uint64_t field_ = maker_note::kHeaderSize + tiff::kCountSize + tiff::kValueInEntry;
 };
 
-using Offsets = std::array<std::optional<std::uint32_t>, 3>;
+using Offsets = std::array<Offset, 3>;
 
 /// The byte of the note from which `offsets` count: the first one in the camera's DNGs; byte 8 in its JPEGs,
 /// and a DNG may carry the note of a JPEG. Values stand after the table, so offsets that lead there from the
@@ -51,17 +55,17 @@ std::uint64_t BaseOf(const Offsets& offsets) {
     constexpr std::uint64_t entries = 15;  // of the camera's, whatever the count says
     constexpr std::uint64_t table_end =
         maker_note::kHeaderSize + tiff::kCountSize + entries * tiff::kEntrySize + tiff::kLinkSize;
-    const bool all_after_table =
-        std::ranges::all_of(offsets, [](const auto& offset) { return offset && *offset >= table_end; });
+    const bool all_after_table = std::ranges::all_of(
+        offsets, [](const Offset& offset) { return offset.is_there && offset.value >= table_end; });
     return all_after_table ? 0 : maker_note::kHeaderSize;
 }
 
 /// The two SLONGs at `offset` from `base`; both are 0 without an offset.
-std::vector<std::int32_t> PairAt(ByteView note, std::uint64_t base, std::optional<std::uint32_t> offset) {
-    if (!offset) {
+std::vector<std::int32_t> PairAt(ByteView note, std::uint64_t base, Offset offset) {
+    if (!offset.is_there) {
         return std::vector<std::int32_t>(2);
     }
-    const std::uint64_t position = base + *offset;
+    const std::uint64_t position = base + offset.value;
     const auto half = [&](std::uint64_t at) {
         return std::bit_cast<std::int32_t>(note.Get<std::uint32_t>(at, true));
     };
@@ -85,11 +89,11 @@ MakerNoteStruct DecodeMakerNote(ByteView note) {
     const Offsets offsets = {walk.NextOffset(), walk.NextOffset(), walk.NextOffset()};
     const auto& [external_brightness, measured_light, approximate_f_number] = offsets;
     const std::uint64_t base = BaseOf(offsets);
-    values.external_brightness_offset = external_brightness.value_or(0);
+    values.external_brightness_offset = external_brightness.value;
     values.external_brightness = PairAt(note, base, external_brightness);
-    values.measured_light_offset = measured_light.value_or(0);
+    values.measured_light_offset = measured_light.value;
     values.measured_light = PairAt(note, base, measured_light);
-    values.approximate_f_number_offset = approximate_f_number.value_or(0);
+    values.approximate_f_number_offset = approximate_f_number.value;
     values.approximate_f_number = PairAt(note, base, approximate_f_number);
     for (std::uint32_t& value : values.further) {
         value = walk.Next<std::uint32_t>();

@@ -73,11 +73,12 @@ void Trial::Record() {
         start_ = device.Requests();
         const std::string output = RunAll(scenario_.runs);
         for (const File& file : scenario_.replaced) {
-            Must(Read(kDisk + file.path, results_[file.path]) && results_[file.path] != file.bytes,
-                 file.path + " not replaced:\n" + output);
+            Bytes& result = results_[file.path];
+            Must(Read(kDisk + file.path, result) && result != file.bytes,
+                 std::string(file.path).append(" not replaced:\n").append(output));
         }
         for (const std::string& file : scenario_.made) {
-            Must(Read(kDisk + file, results_[file]), file + " not made:\n" + output);
+            Must(Read(kDisk + file, results_[file]), std::string(file).append(" not made:\n").append(output));
         }
         std::this_thread::sleep_for(kUntilAllIsWritten);
     }
@@ -134,9 +135,10 @@ void Trial::GoOn(const std::string& where, Tally& tally) const {
         const State state = StateOf(kDisk + file.path, &file.bytes, results_.at(file.path));
         ++tally.after_further_run[state];
         if (state != State::kOld && state != State::kNew) {
-            tally.violations.push_back(where + ": " + file.path + " is lost after a further run (" +
-                                       Name(state) + "):\n" + output +
-                                       Listing(fs::path(kDisk + file.path).parent_path()));
+            std::string violation = where;
+            violation.append(": ").append(file.path).append(" is lost after a further run (");
+            violation.append(Name(state)).append("):\n").append(output);
+            tally.violations.push_back(violation + Listing(fs::path(kDisk + file.path).parent_path()));
         }
     }
 }

@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 using Existing = ReplacementFile::Existing;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 TEST(ReplacementFile, TakesItsNameOnlyWhenItIsCommitted) {
     const support::TempFolder folder;
