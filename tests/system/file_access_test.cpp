@@ -21,7 +21,7 @@
 namespace {
 
 using Existing = ReplacementFile::Existing;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr const char* kAccessList = "system.posix_acl_access";
 constexpr const char* kFolderList = "system.posix_acl_default";
