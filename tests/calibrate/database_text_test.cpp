@@ -71,7 +71,7 @@ int LeftAfterRepair(const std::vector<ListedRows>& runs) {
     std::vector<std::uint16_t> pixels(std::size_t{3968} * rows, 100);
     for (const ListedRows& run : runs) {
         for (int row = run.first_row; row < run.end_row; ++row) {
-            pixels[static_cast<std::size_t>(row * 3968 + run.column)] = 16383;
+            pixels[(static_cast<std::size_t>(row) * 3968) + static_cast<std::size_t>(run.column)] = 16383;
         }
     }
     sensdb database("");

@@ -9,8 +9,10 @@ namespace {
 
 /// 441 values of noise, `step` higher from `begin` to `end` - 1.
 std::vector<float> Series(int begin, int end, float step, std::uint64_t seed = 7) {
+    constexpr int count = 441;
     std::vector<float> values;
-    for (int i = 0; i < 441; ++i) {
+    values.reserve(count);
+    for (int i = 0; i < count; ++i) {
         values.push_back(samples::NormalNoise(seed, static_cast<std::uint64_t>(i)) +
                          (i >= begin && i < end ? step : 0));
     }

@@ -70,8 +70,9 @@ TEST(SampleCameraExif, MayHaveLostItsMakerNoteToAnEditor) {
               nullptr);
     const Octets whole = samples::JpegMakerNote({});
     const auto edited = samples::EditedExif({}, samples::EditedNote::kValuesOutside);
+    constexpr std::ptrdiff_t table_end = 8 + 2 + 19 * 12 + 4;
     EXPECT_EQ(samples::Find(edited.exif, tag::kMakerNote)->value,
-              Octets(whole.begin(), whole.begin() + 8 + 2 + 19 * 12 + 4));
+              Octets(whole.begin(), whole.begin() + table_end));
 }
 
 TEST(SampleCameraExif, EntriesStandInTagOrder) {
