@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 using Existing = ReplacementFile::Existing;
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 mode_t ModeOf(const std::string& path) {
     struct stat status = {};
