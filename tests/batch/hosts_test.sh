@@ -136,6 +136,25 @@ MachinesShareTheWork() {
   [[ $hosts -eq 2 ]] || fail "not shared: $(cat "$(state_folder)/joblog")"
 }
 
+APictureThatDidNotArriveIsSentAgain() {
+  start_ssh_server
+  put_program_on_host
+  mkdir bin
+  cat >bin/rsync <<END
+#!/bin/sh
+case "\$*" in
+  *roots/./*) mkdir "$scratch/refused-once" 2>/dev/null && exit 23 ;;
+esac
+exec $(command -v rsync) "\$@"
+END
+  chmod +x bin/rsync
+  pair in/L1
+  PATH=$PWD/bin:$PATH batch -o out --hosts other in
+  [[ -d refused-once ]] || fail "everything arrived at once"
+  expect_status 0
+  expect_summary 1 1 0 0
+}
+
 WhatIsReplacedThroughAnotherMachine() {
   start_ssh_server
   put_program_on_host
