@@ -21,12 +21,15 @@ std::vector<float> RowShading(const BlockMeans& blocks, const std::vector<float>
                               int width) {
     constexpr int bands = 9;
     constexpr int rows = kBlocks / bands;
+    // Some hundred blocks are enough for a median.
+    constexpr int every_columns = 16;
+    constexpr int every_blocks = 3;
     std::vector<float> shading;
     for (int band = 0; band < bands; ++band) {
         std::vector<float> values;
-        for (int block = band * rows; block < (band + 1) * rows; block += 3) {
+        for (int block = band * rows; block < (band + 1) * rows; block += every_blocks) {
             const auto row = Row(blocks.means, block);
-            for (int x = first; x < first + width; x += 4) {
+            for (int x = first; x < first + width; x += every_columns) {
                 values.push_back(row[static_cast<std::size_t>(x)] - columns[static_cast<std::size_t>(x)]);
             }
         }
