@@ -63,6 +63,9 @@ void Print(const std::string& title, const Tally& tally) {
     if (!tally.made.empty()) {
         std::cout << " new:" << Counts(tally.made) << ";";
     }
+    if (tally.needed_check > 0) {
+        std::cout << " only after a check: " << tally.needed_check << ";";
+    }
     std::cout << " violations after " << tally.bad_points << " of them" << std::endl;
     constexpr std::size_t shown = 2;
     for (std::size_t i = 0; i < tally.violations.size() && i < shown; ++i) {

@@ -98,6 +98,23 @@ std::string Trial::RunAll(const std::vector<std::vector<std::string>>& runs) con
 }
 
 void Trial::Cut(const CrashPoint& point, bool checked, Tally& tally) const {
+    const std::size_t before = tally.violations.size();
+    Tally seen = tally;
+    LookAfter(point, checked, seen);
+    if (seen.violations.size() > before && !checked && !file_system_.check.empty()) {
+        Tally after_check = tally;
+        LookAfter(point, true, after_check);
+        if (after_check.violations.size() == before) {
+            seen = after_check;
+            ++seen.needed_check;
+        }
+    }
+    tally = seen;
+    ++tally.points;
+    tally.bad_points += tally.violations.size() > before ? 1U : 0U;
+}
+
+void Trial::LookAfter(const CrashPoint& point, bool checked, Tally& tally) const {
     const std::string where = point.Description() + (checked ? ", checked" : "");
     const auto bytes = disk_.Copy();
     point.Apply(log_, bytes->bytes());
@@ -110,8 +127,6 @@ void Trial::Cut(const CrashPoint& point, bool checked, Tally& tally) const {
     if (tally.violations.size() == before && scenario_.is_quick) {
         GoOn(where, tally);
     }
-    ++tally.points;
-    tally.bad_points += tally.violations.size() > before ? 1U : 0U;
 }
 
 void Trial::Look(const std::string& where, Tally& tally) const {

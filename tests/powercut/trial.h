@@ -23,6 +23,7 @@ struct Tally {
     std::map<State, std::size_t>
         replaced;  ///< with kAbsent: neither this nor an `.old` file has the old bytes
     std::map<State, std::size_t> made;
+    std::size_t needed_check = 0;  ///< could be read only when the file system's own check had repaired it
     std::size_t put_back = 0;  ///< replaced files whose old bytes only an `.old` file had, until the next run
     std::map<State, std::size_t> after_further_run;  ///< of the replaced files
     std::vector<std::string> violations;
@@ -40,13 +41,14 @@ class Trial {
     std::size_t Start() const { return start_; }
 
     /// Looks at the disk after a power cut, and counts what is there. With `checked` the file system's own
-    /// check repairs it before.
+    /// check repairs it before; otherwise only if something could not be read without that.
     void Cut(const CrashPoint& point, bool checked, Tally& tally) const;
 
   private:
     void Prepare() const;
     void Record();
     std::string RunAll(const std::vector<std::vector<std::string>>& runs) const;
+    void LookAfter(const CrashPoint& point, bool checked, Tally& tally) const;
     void Look(const std::string& where, Tally& tally) const;
     void GoOn(const std::string& where, Tally& tally) const;
     void Judge(const std::string& where, Tally& tally) const;
