@@ -37,7 +37,7 @@ void Renumber(support::TracedProgram& program, const support::SystemCall& call, 
 }  // namespace
 
 IoRun::IoRun(const Command& command)
-    : program_(VELMARCON_PROGRAM, command.arguments, {.folder = command.folder, .name = command.name}),
+    : program_(command.program, command.arguments, {.folder = command.folder, .name = command.name}),
       watched_(command.watched),
       on_fat_(command.on_fat),
       renumbers_(command.renumbers) {}

@@ -22,6 +22,7 @@ struct Command {
     std::string watched;     ///< path of the folder from whose first use on calls are counted
     bool on_fat = false;     ///< the program is told that its files are on a FAT file system
     bool renumbers = false;  ///< it is told another inode number each time that it asks
+    std::string program = VELMARCON_PROGRAM;
 };
 
 /// A run of the program that goes from one call on files to the next. What the dynamic loader does is not
