@@ -15,7 +15,7 @@ const char* const kCalibrateHelp =
     "--dry-run          say what was found, write no database\n"
     "--doubtful         write doubtful defects, too\n"
     "--check            measure whether the database still fits; write nothing\n"
-    "--help             this text\n"
+    "-h, --help         this text\n"
     "--version          the version\n"
     "\n"
     "Status: 0 done (or still good), 1 nothing could be measured or written (or make it anew),\n"
@@ -33,7 +33,7 @@ bool* FlagFor(std::string_view argument, CalibrateOptions& options) {
     if (argument == "--check") {
         return &options.check;
     }
-    if (argument == "--help") {
+    if (argument == "--help" || argument == "-h") {
         return &options.help;
     }
     return argument == "--version" ? &options.version : nullptr;

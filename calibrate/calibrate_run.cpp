@@ -70,6 +70,8 @@ int WriteDatabase(const Database& database, int serial, const Calibration& calib
         std::printf("\nThe old database is kept as %s.\n", kept.c_str());
     }
     std::printf("\n%s has the new values of camera %d.\n", database.path.c_str(), serial);
+    std::printf("With -s its black level is %ld: convert with -s -b %ld.\n",
+                calibration.levels().BlackAfterCorrection(), calibration.levels().BlackAfterCorrection());
     return kCalibrated;
 }
 

@@ -2,6 +2,7 @@
 #include "calibrate/dark_levels.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "calibrate/statistics.h"
@@ -71,6 +72,14 @@ void DefectMask::Add(int column, int first_row, int end_row) {
         sound_blocks_[static_cast<std::size_t>(column)] -= IsListed(column, block) ? 0 : 1;
         listed_[Index(column, block)] = true;
     }
+}
+
+long DarkLevels::BlackAfterCorrection() const {
+    double sum = 0;
+    for (std::size_t column = 0; column < absolute.size(); ++column) {
+        sum += static_cast<double>(absolute[column]) - static_cast<double>(above_darkest[column]);
+    }
+    return absolute.empty() ? 0 : std::lround(sum / static_cast<double>(absolute.size()));
 }
 
 DarkLevels ComputeLevels(const DarkStack& stack, const Grid& combined, const DefectMask& mask) {

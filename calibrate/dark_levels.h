@@ -37,6 +37,10 @@ struct DarkLevels {
     std::vector<float> absolute;  ///< of each column, the black level included, in raw units at the base ISO
     std::vector<float>
         above_darkest;  ///< what the database holds: above the darkest sound column, none negative
+
+    /// What is left of the dark when the levels are taken away, at the base ISO, in raw units: the value for
+    /// -b together with -s.
+    long BlackAfterCorrection() const;
 };
 
 /// Computes them from what `mask` does not list. A column without sound rows is repaired from its neighbours

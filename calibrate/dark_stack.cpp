@@ -31,8 +31,8 @@ constexpr std::size_t kLanes = 32;  // columns worked on at a time
 static_assert(kColumns % kLanes == 0);
 using Lane = std::array<float, kLanes>;
 
-/// For each lane the smaller value first. Through bare pointers: a check of each index would keep the compiler
-/// from vector instructions.
+/// For each lane the smaller value first. Through bare pointers: a check of each index would keep the
+/// compiler from vector instructions.
 void Order(Lane& first, Lane& second) {
     float* __restrict const low = first.data();
     float* __restrict const high = second.data();

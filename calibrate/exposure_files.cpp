@@ -7,6 +7,21 @@
 #include "app/input_discovery.h"
 #include "errors/error_handler.h"
 #include "input/read_input_data.h"
+#include "system/file_system.h"
+
+namespace {
+
+std::string WhyNothingIsThere(const std::string& path) {
+    auto kind = file_system::Kind::kNothing;
+    (void)file_system::KindOf(path, kind);
+    if (kind == file_system::Kind::kNothing) {
+        return ": there is no such file or folder";
+    }
+    return kind == file_system::Kind::kPlainFile ? ": this is not a RAW file"
+                                                 : ": there is no RAW file in this folder";
+}
+
+}  // namespace
 
 std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,
                                         std::vector<std::string>& problems) {
@@ -16,7 +31,7 @@ std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,
         const InputError error = ResolveInput(path, files);
         std::erase_if(files.names, [](const std::string& name) { return Extension(name) != "RAW"; });
         if (error.code != 0 || files.names.empty()) {
-            problems.push_back(path + ": there is no RAW file");
+            problems.push_back(path + WhyNothingIsThere(path));
             continue;
         }
         std::ranges::sort(files.names);

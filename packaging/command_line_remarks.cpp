@@ -100,13 +100,18 @@ bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
+bool Exists(std::string_view path) {
+    std::error_code error;
+    return fs::exists(fs::path(path), error);
+}
+
 /// What `rest`, glued to an option that takes a value, has of one; empty when it looks like none.
 std::string_view ValueIn(std::string_view rest, OptionValue value) {
     if (rest.empty() || rest.starts_with('=')) {
         return rest.substr(std::min<std::size_t>(rest.size(), 1));
     }
-    const bool is_value =
-        value == OptionValue::kPath ? !std::ranges::all_of(rest, IsLetter) : IsDigit(rest.front());
+    const bool is_value = value == OptionValue::kPath ? !std::ranges::all_of(rest, IsLetter) || Exists(rest)
+                                                      : IsDigit(rest.front());
     return is_value ? rest : "";
 }
 
@@ -153,11 +158,6 @@ std::string RemarkOnNoPath(const Argument& argument) {
 std::string RemarkOnRepeated(const Argument& argument, std::string_view value) {
     return ShellWord(argument.text) + " " + ShellWord(value) + ": passed over: only the first " +
            std::string(argument.option->text) + " counts";
-}
-
-bool Exists(std::string_view path) {
-    std::error_code error;
-    return fs::exists(fs::path(path), error);
 }
 
 bool IsFolder(std::string_view path) {
@@ -220,8 +220,10 @@ std::string FolderOf(std::string_view path) {
     return folder.empty() ? "." : folder.string();
 }
 
-/// Of all words that belong to no option: a whole card may stand there.
-std::string RemarkOnWords(std::span<const std::string_view> words, std::span<const Argument> arguments) {
+/// Of all words that belong to no option: a whole card may stand there. `quoted` is what the first of them
+/// may be a part of.
+std::string RemarkOnWords(std::span<const std::string_view> words, std::span<const Argument> arguments,
+                          const std::string& quoted) {
     if (words.empty()) {
         return "";
     }
@@ -245,7 +247,7 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
     if (words.size() == 1 && FindOption(arguments, Option::kOutput) == nullptr && IsFolder(words.front())) {
         return remark + "; for an output folder write -o " + ShellWord(words.front());
     }
-    return remark;
+    return quoted.empty() ? remark : remark + "; a name with a blank needs quotes: " + quoted;
 }
 
 constexpr const char* kNegativeLevel = "; the black level is then 92, and cannot be negative";
@@ -275,7 +277,7 @@ class Remarks {
         }
         Add(RemarkOnDarkExposure(arguments_));
         if (!words_are_explained_) {
-            Add(RemarkOnWords(words_, arguments_));
+            Add(RemarkOnWords(words_, arguments_, quoted_));
         }
         std::ranges::move(RemarksOnPaths(arguments_), std::back_inserter(remarks_));
         return remarks_;
@@ -308,6 +310,11 @@ class Remarks {
         } else if (IsSecondLevel(word, before)) {
             Add(ShellWord(word) + ": passed over: -b takes one value, here " + ShellWord(*before->value));
         } else {
+            if (words_.empty() && before != nullptr && before->counts && before->value &&
+                before->option->value == OptionValue::kPath && !Exists(*before->value)) {
+                quoted_ = std::string(before->option->text) + " " +
+                          ShellWord(std::string(*before->value) + " " + std::string(word));
+            }
             words_.push_back(word);
         }
     }
@@ -333,6 +340,7 @@ class Remarks {
     std::size_t next_ = 0;
     std::vector<std::string> remarks_;
     std::vector<std::string_view> words_;
+    std::string quoted_;  ///< the option and path that the first word may be a part of, after a blank
     bool words_are_explained_ = false;  ///< by another remark
 };
 

@@ -32,6 +32,7 @@ struct FolderContent {
     bool has_raw = false;           ///< a name that ends in .RAW
     bool has_camera_dng = false;    ///< a file as long as those of the camera
     bool has_raw_in_small = false;  ///< a name that ends in .raw
+    bool has_folder = false;
 };
 
 FolderContent ContentOf(const fs::path& folder) {
@@ -49,6 +50,8 @@ FolderContent ContentOf(const fs::path& folder) {
         } else if (UpperCaseExtension(name) == "RAW") {
             content.has_raw_in_small = true;
         }
+        std::error_code no_kind;
+        content.has_folder |= entry->is_directory(no_kind);
     }
     content.is_known = !error;
     return content;
@@ -73,7 +76,11 @@ bool IsFolder(const std::string& path) {
 }
 
 std::string RemarkOnMissingInput(const std::string& path) {
-    return IsInputMissing(path) ? ShellWord(path) + ": there is no such file or folder" : "";
+    if (!IsInputMissing(path)) {
+        return "";
+    }
+    return ShellWord(path) + ": " +
+           (IsMissing(path + ".raw") ? "there is no such file or folder" : kCapitalLetters);
 }
 
 /// Of a file that is there under just this name, or of nothing.
@@ -90,8 +97,15 @@ std::string RemarkOnInputFile(const std::string& path) {
 
 std::string RemarkOnInputFolder(const std::string& path) {
     const FolderContent content = ContentOf(path);
-    const bool only_small = content.has_raw_in_small && !content.has_raw && !content.has_camera_dng;
-    return content.is_known && only_small ? ShellWord(path) + ": " + kCapitalLetters : "";
+    if (!content.is_known || content.has_raw || content.has_camera_dng) {
+        return "";
+    }
+    if (content.has_raw_in_small) {
+        return ShellWord(path) + ": " + kCapitalLetters;
+    }
+    return content.has_folder
+               ? ShellWord(path) + ": there is no picture in it; for the folders below it use velmarcon-batch"
+               : "";
 }
 
 std::string RemarkOnInput(const std::string& path) {
@@ -110,7 +124,10 @@ std::string RemarkOnCurrentFolder() {
 }
 
 std::string RemarkOnOutput(const std::string& path) {
-    return IsMissing(path) ? ShellWord(path) + ": there is no such folder" : "";
+    if (IsMissing(path)) {
+        return ShellWord(path) + ": there is no such folder";
+    }
+    return IsFolder(path) ? "" : ShellWord(path) + ": this is not a folder; -o names the folder for the DNGs";
 }
 
 /// Whether `path` stands for a camera DNG, or for a folder with one.

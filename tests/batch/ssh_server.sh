@@ -19,6 +19,9 @@ start_ssh_server() {
   host_bin=$short_folder/bin
   mkdir -p -- "$server_folder" "$host_home" "$host_bin"
   ln -s -- "$(command -v rsync)" "$host_bin/rsync"
+  # What a machine has, but for a velmarcon that is installed here.
+  mkdir -- "$short_folder/tools"
+  find /bin/ /usr/bin/ -mindepth 1 -maxdepth 1 ! -name 'velmarcon*' -exec ln -sf -t "$short_folder/tools" -- {} +
   ssh-keygen -q -t ed25519 -N '' -f "$server_folder/host_key"
   ssh-keygen -q -t ed25519 -N '' -f "$server_folder/key"
   write_server_files
@@ -37,7 +40,7 @@ StrictModes no
 PermitRootLogin yes
 PasswordAuthentication no
 MaxStartups 100
-SetEnv PATH=$host_bin:/usr/bin:/bin
+SetEnv PATH=$host_bin:$short_folder/tools
 END
   printf 'photographer:x:%d:%d::%s:/bin/bash\nsshd:x:65534:65534::/run/sshd:/usr/sbin/nologin\n' \
     "$(id -u)" "$(id -g)" "$host_home" >"$server_folder/passwd"

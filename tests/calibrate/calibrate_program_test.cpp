@@ -148,7 +148,7 @@ TEST_F(CalibrateProgramTest, WhatCannotBeReadOrIsNotDarkIsNamedAndTheRestCounts)
     const Outcome outcome =
         Make({"alone", "short", "absent", Original("leak"), Original("flat"), Original("dark0")});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_TRUE(Holds(outcome.output, "absent: there is no RAW file.\n")) << outcome.output;
+    EXPECT_TRUE(Holds(outcome.output, "absent: there is no such file or folder.\n")) << outcome.output;
     EXPECT_TRUE(Holds(outcome.output, "alone.RAW: Error #0010: Unable to find JPG file.\n"))
         << outcome.output;
     EXPECT_TRUE(Holds(outcome.output, "short.RAW: Error #0008: Damaged RAW file.\n")) << outcome.output;
@@ -314,7 +314,7 @@ TEST_F(CalibrateProgramTest, TheReportNamesEveryFileThatItShows) {
     const std::string page = support::ReadText(Path("page/index.html"));
     EXPECT_TRUE(Holds(page, "<h1>Sensor of camera 3106091</h1>"));
     EXPECT_TRUE(Holds(page, "<td>1203</td>"));
-    EXPECT_TRUE(Holds(page, "<li>absent &lt;b&gt;: there is no RAW file</li>"));
+    EXPECT_TRUE(Holds(page, "<li>absent &lt;b&gt;: there is no such file or folder</li>"));
     EXPECT_TRUE(Holds(page, "velmarcon-calibrate --database sensdb.ini --dry-run --report page --flat "));
     std::size_t shown = 0;
     const std::string source = "<img src=\"";

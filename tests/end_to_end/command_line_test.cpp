@@ -154,16 +154,16 @@ TEST(CommandLine, BareFileNameIsConvertedBesideItself) {
 
 /// The databases lie in the folder that the program's name names: here the one found shows in LensMake.
 TEST(ProgramFolder, IsThatOfAnAbsoluteOrRelativeProgramName) {
-    const support::TempFolder folder;
-    const std::string program = Install(folder);
+    const support::TempFolder outer;
+    const std::filesystem::path folder = outer.path() / "programs";
+    std::filesystem::create_directory(folder);
+    std::filesystem::copy_file(VELMARCON_PROGRAM, folder / "velmarcon");
     support::WriteFile(folder / "lensdb.ini", kLensSection);
     const Card card;
-    const std::string name = folder.path().filename().string();
     // With a lens the run goes on to find that there is no image; without it would end with error 12.
-    EXPECT_EQ(RunProgram(program, {"-l"}, {.folder = card.folder()}).status, 1);
-    EXPECT_EQ(
-        RunProgram(name + "/velmarcon", {"-l"}, {.folder = folder.path().parent_path().string()}).status, 1);
-    EXPECT_EQ(RunProgram("./velmarcon", {"-l"}, {.folder = folder.path().string()}).status, 1);
+    EXPECT_EQ(RunProgram(folder / "velmarcon", {"-l"}, {.folder = card.folder()}).status, 1);
+    EXPECT_EQ(RunProgram("programs/velmarcon", {"-l"}, {.folder = outer.path().string()}).status, 1);
+    EXPECT_EQ(RunProgram("./velmarcon", {"-l"}, {.folder = folder.string()}).status, 1);
 }
 
 TEST(ProgramFolder, IsTheCurrentFolderForAProgramFoundInPath) {

@@ -111,6 +111,11 @@ const std::vector<RemarkCase> kRemarkCases = {
     {"AnOutputFolderWithoutItsOption",
      {"-i", "card", "dng"},
      {"dng: passed over: -i takes one path, here card; for an output folder write -o dng"}},
+    {"AFolderWithABlank",
+     {"-i", "card", "-o", "My", "Pictures"},
+     {"Pictures: passed over: -i takes one path, here card; a name with a blank needs quotes: -o 'My "
+      "Pictures'",
+      "My: there is no such folder"}},
     {"FilesOfSeveralFolders",
      {"-i", "card/L1.RAW", "dng/L2.RAW"},
      {"dng/L2.RAW: passed over: -i takes one path, here card/L1.RAW"}},
@@ -136,7 +141,9 @@ const std::vector<RemarkCase> kRemarkCases = {
     {"GluedToASensorOption", {"-stv"}, {"-stv: read as -st, the rest is passed over; write -st -v"}},
     {"GluedSensorOptions", {"-stb"}, {"-stb: read as -st, the rest is passed over"}},
     {"AnotherWord", {"-raw"}, {"-raw: read as -r, the rest is passed over"}},
-    {"AGluedPath", {"-icard", "-i../card", "card"}, {"-icard: read as -i, the rest is passed over"}},
+    {"AGluedPath",
+     {"-icard", "-i../card", "card"},
+     {"-icard: read as -i, the rest is passed over; write -i card"}},
     {"AGluedPathThatTakesTheOutputOption",
      {"-i../card", "-o", "../dng"},
      {"-i../card: read as -i, the rest is passed over; write -i ../card"}},
@@ -210,10 +217,14 @@ INSTANTIATE_TEST_SUITE_P(Lines, RemarksOnCommandLine, testing::ValuesIn(kRemarkC
                          testing::PrintToStringParamName());
 
 TEST(RemarkOnLensCode, IsLeftToTheProgramWithoutADatabase) {
+    const support::TempFolder folder;
+    const WorkingFolder working(folder.path());
     EXPECT_EQ(Remarks({"-i", ".", "-l", "111110"}, lensdb("data/")), Texts());
 }
 
 TEST(RemarkOnLensCode, IsNoneForAnyNameInTheDatabase) {
+    const support::TempFolder folder;
+    const WorkingFolder working(folder.path());
     lensdb lenses("data/");
     lenses.Lenses["my lens"] = {};
     EXPECT_EQ(Remarks({"-i", ".", "-l", "my lens"}, lenses), Texts());

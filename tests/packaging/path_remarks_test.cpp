@@ -46,7 +46,7 @@ class RemarksOnPathsIn : public testing::Test {
 };
 
 TEST_F(RemarksOnPathsIn, AreNoneOnPathsThatCanBeUsed) {
-    for (const char* input : {"card", "card/L1", "card/L1.RAW", "own/L1", "."}) {
+    for (const char* input : {"card", "card/L1", "card/L1.RAW", "own/L1", "dng/."}) {
         EXPECT_EQ(RemarksOnPathsOf({"-i", input, "-o", "dng"}), Texts()) << input;
     }
     EXPECT_EQ(RemarksOnPathsOf({"-i", "camera", "-o", "dng"}), Texts());
@@ -70,6 +70,17 @@ TEST_F(RemarksOnPathsIn, NameAnOutputFolderThatIsNotThere) {
     EXPECT_EQ(RemarksOnPathsOf({"-i", "card", "-o", "../dgn"}), Texts{"../dgn: there is no such folder"});
 }
 
+TEST_F(RemarksOnPathsIn, TellOfAFileInPlaceOfTheOutputFolder) {
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "card", "-o", "own/L1.DNG"}),
+              Texts{"own/L1.DNG: this is not a folder; -o names the folder for the DNGs"});
+}
+
+TEST_F(RemarksOnPathsIn, TellOfAFolderThatHasPicturesOnlyInFoldersBelow) {
+    fs::create_directories("DCIM/100LEICA");
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "DCIM"}),
+              Texts{"DCIM: there is no picture in it; for the folders below it use velmarcon-batch"});
+}
+
 TEST_F(RemarksOnPathsIn, TellOfAJpegInPlaceOfTheRawFile) {
     EXPECT_EQ(RemarksOnPathsOf({"-i", "card/L1.JPG"}), Texts{"card/L1.JPG: name the RAW file, not the JPEG"});
 }
@@ -78,6 +89,7 @@ TEST_F(RemarksOnPathsIn, TellOfSmallLetters) {
     const std::string rule = ": names must end in .RAW, in capital letters";
     EXPECT_EQ(RemarksOnPathsOf({"-i", "small"}), Texts{"small" + rule});
     EXPECT_EQ(RemarksOnPathsOf({"-i", "small/L1.raw"}), Texts{"small/L1.raw" + rule});
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "small/L1"}), Texts{"small/L1" + rule});
     MakeFile("small/L2.RAW");
     EXPECT_EQ(RemarksOnPathsOf({"-i", "small"}), Texts());
 }
