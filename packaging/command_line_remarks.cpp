@@ -25,7 +25,7 @@ bool IsWord(const Argument& argument) {
     return argument.option == nullptr && (!argument.text.starts_with('-') || argument.text == "-");
 }
 
-/// What a word begins with whose hyphen a word processor or a web page has made a longer dash: en dash, em
+/// What a word begins with whose hyphen a word processor or a web page has made a long dash: en dash, em
 /// dash, minus sign and the two hyphens of Unicode.
 constexpr std::array<std::string_view, 5> kLongDashes = {"\u2013", "\u2014", "\u2212", "\u2010", "\u2011"};
 
@@ -61,9 +61,9 @@ const OptionSpelling* MeantBy(const std::string& name) {
 std::string RemarkOnUnknown(std::string_view text) {
     const std::string shown = ShellWord(text);
     if (text == "--help" || text == "--version" || text == "--where") {
-        return shown + ": passed over: it counts only as the first word after velmarcon";
+        return shown + ": ignored: it counts only as the first word after velmarcon";
     }
-    std::string remark = shown + ": passed over: there is no such option";
+    std::string remark = shown + ": ignored: there is no such option";
     const std::string name = NameIn(text);
     if (name == "h" || name == "help" || name == "?") {
         return remark + "; for help write velmarcon --help";
@@ -140,14 +140,14 @@ std::string RemarkOnRest(const Argument& argument) {
     const std::string_view rest = argument.text.substr(argument.option->text.size());
     const std::string instead = TakenApart(*argument.option, rest);
     return ShellWord(argument.text) + ": read as " + std::string(argument.option->text) +
-           ", the rest is passed over" + (instead.empty() ? "" : "; write " + instead);
+           ", the rest is ignored" + (instead.empty() ? "" : "; write " + instead);
 }
 
 /// Of an option that needs a path, and is the last argument.
 std::string RemarkOnNoPath(const Argument& argument) {
     const std::string instead =
         TakenApart(*argument.option, argument.text.substr(argument.option->text.size()));
-    const std::string remark = ShellWord(argument.text) + ": passed over: no path comes after it";
+    const std::string remark = ShellWord(argument.text) + ": ignored: no path comes after it";
     if (!instead.empty()) {
         return remark + "; write " + instead;
     }
@@ -156,7 +156,7 @@ std::string RemarkOnNoPath(const Argument& argument) {
 
 /// Of an option that is repeated with the value `value`.
 std::string RemarkOnRepeated(const Argument& argument, std::string_view value) {
-    return ShellWord(argument.text) + " " + ShellWord(value) + ": passed over: only the first " +
+    return ShellWord(argument.text) + " " + ShellWord(value) + ": ignored: only the first " +
            std::string(argument.option->text) + " counts";
 }
 
@@ -189,7 +189,7 @@ std::string RemarkOnBlackLevel(const Argument& argument, std::span<const Argumen
         return "";
     }
     return "-b " + ShellWord(value) + ": read as black level " + level +
-           "; it wants a whole number from 0 to 65535" + HintAtPath(value, arguments);
+           "; it must be a whole number from 0 to 65535" + HintAtPath(value, arguments);
 }
 
 std::string RemarkOnDarkExposure(std::span<const Argument> arguments) {
@@ -235,10 +235,10 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
     if (input == nullptr) {
         const bool one_folder = words.size() > 1 && AreOfOneFolder(words);
         const std::string meant = one_folder ? FolderOf(words.front()) : std::string(words.front());
-        return remark + ": passed over: without -i the input is the current folder; write -i " +
-               (IsInput(meant) ? ShellWord(meant) : "before what is to be converted");
+        return remark + ": ignored: without -i the input is the current folder; write -i " +
+               (IsInput(meant) ? ShellWord(meant) : "before the input");
     }
-    remark += ": passed over: -i takes one path, here " + ShellWord(*input->value);
+    remark += ": ignored: -i takes one path, here " + ShellWord(*input->value);
     std::vector<std::string_view> paths(words.begin(), words.end());
     paths.push_back(*input->value);
     if (AreOfOneFolder(paths)) {
@@ -304,11 +304,11 @@ class Remarks {
 
     void LookAtWord(std::string_view word, const Argument* before) {
         if (const auto meant = WithPlainHyphen(word); meant) {
-            Add(ShellWord(word) + ": passed over: it begins with a longer dash; write " + ShellWord(*meant) +
+            Add(ShellWord(word) + ": ignored: it begins with a long dash; write " + ShellWord(*meant) +
                 " with a plain hyphen");
             words_are_explained_ = true;  // what comes after it is its value
         } else if (IsSecondLevel(word, before)) {
-            Add(ShellWord(word) + ": passed over: -b takes one value, here " + ShellWord(*before->value));
+            Add(ShellWord(word) + ": ignored: -b takes one value, here " + ShellWord(*before->value));
         } else {
             if (words_.empty() && before != nullptr && before->counts && before->value &&
                 before->option->value == OptionValue::kPath && !Exists(*before->value)) {

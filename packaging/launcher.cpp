@@ -75,7 +75,7 @@ Databases PrepareDatabases(const fs::path& installed) {
 
 void SayWhichFolder(const Databases& databases) {
     if (!databases.no_own_folder.empty()) {
-        Say("no data folder of your own (" + databases.no_own_folder + "): that of the package is used, " +
+        Say("no data folder of your own (" + databases.no_own_folder + "): using the one of the package, " +
             databases.folder.string());
     }
 }
@@ -119,11 +119,11 @@ void SayWhatIsPassedOver(std::span<const Argument> arguments, const fs::path& da
 int KeepDatabase(const Databases& databases) {
     const std::string database = (databases.folder / kSensorDatabase).string();
     if (!databases.no_own_folder.empty()) {
-        Say(database + ": cannot be made by -sd: set XDG_DATA_HOME to a folder of yours");
+        Say(database + ": cannot be written by -sd: set XDG_DATA_HOME to a folder of your own");
         return kNotKept;
     }
     if (const int error = KeepSensorDatabase(databases.folder); error != 0) {
-        Say(database + ": no copy could be kept, so nothing was run: " + Reason(error));
+        Say(database + ": no backup could be made, so nothing was run: " + Reason(error));
         return kNotKept;
     }
     return 0;

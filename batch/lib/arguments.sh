@@ -56,7 +56,7 @@ check_spelling() {
   local remarks
   ((${#velmarcon_options[@]} > 0)) || return 0
   remarks=$("$program" -i /dev/null "${velmarcon_options[@]}" 2>&1 >/dev/null |
-    grep -E ': passed over|: read as |: this code adds no lens data') || return 0
+    grep -E ': ignored|: read as |: this code adds no lens data') || return 0
   refuse "$status_usage" "what stands after -- is not as velmarcon wants it:"$'\n'"$remarks"
 }
 

@@ -15,18 +15,18 @@ function __velmarcon_is_first
 end
 
 complete -c velmarcon -f
-complete -c velmarcon -o i -r -F -d 'Folder or file to convert'
+complete -c velmarcon -o i -r -F -d 'Input: folder or file'
 complete -c velmarcon -o o -x -a '(__fish_complete_directories)' -d 'Folder for the DNGs'
-complete -c velmarcon -o v -d 'Name each step'
-complete -c velmarcon -o r -d 'Refresh: overwrite existing DNGs'
+complete -c velmarcon -o v -d 'Print each step'
+complete -c velmarcon -o r -d 'Refresh: replace existing DNGs'
 complete -c velmarcon -o p -d 'Put a preview into the DNG'
-complete -c velmarcon -o b -d 'Set the black level, or subtract the dark frame'
+complete -c velmarcon -o b -d 'Write the black level, or subtract the dark frame'
 complete -c velmarcon -o l -x -a '(__velmarcon_lens_codes)' -d 'Lens data from the lens database'
 complete -c velmarcon -o c -d 'Name the model "M8RAW Digital Camera"'
-complete -c velmarcon -o s -d 'Repair columns, remove the dark level of each'
-complete -c velmarcon -o sd -d "Make the sensor database's dark levels from one dark exposure"
-complete -c velmarcon -o st -d 'As -s, but paint the listed columns white'
-complete -c velmarcon -o sb -d 'As -s, with an offset estimated for each row'
+complete -c velmarcon -o s -d 'Repair defective columns, subtract dark levels'
+complete -c velmarcon -o sd -d 'Make the dark reference from one dark exposure'
+complete -c velmarcon -o st -d 'Like -s, but paint the listed rows white'
+complete -c velmarcon -o sb -d 'Like -s, but also estimate an offset for every row'
 complete -c velmarcon -n __velmarcon_is_first -l help -d 'Print the options'
 complete -c velmarcon -n __velmarcon_is_first -l version -d 'Print the version'
-complete -c velmarcon -n __velmarcon_is_first -l where -d 'Print the folder of lensdb.ini and sensdb.ini'
+complete -c velmarcon -n __velmarcon_is_first -l where -d 'Print the data folder'

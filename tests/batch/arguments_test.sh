@@ -53,11 +53,11 @@ remarking() {
 RefusesWhatTheInstalledCommandRemarksOn() {
   pair in/L1
   local -x VELMARCON=$scratch/remarking
-  remarking 'velmarcon: -vb: read as -v, the rest is passed over; write -v -b'
-  refused 'velmarcon: -vb: read as -v, the rest is passed over; write -v -b' -o out in -- -vb
+  remarking 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b'
+  refused 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b' -o out in -- -vb
   refused 'what stands after -- is not as velmarcon wants it:' -n -o out in -- -vb
-  remarking 'velmarcon: -x: passed over: there is no such option'
-  refused 'velmarcon: -x: passed over: there is no such option' -o out in -- -x
+  remarking 'velmarcon: -x: ignored: there is no such option'
+  refused 'velmarcon: -x: ignored: there is no such option' -o out in -- -x
   remarking 'velmarcon: -l 1: this code adds no lens data: it must have six digits, each 0 or 1'
   refused 'it must have six digits, each 0 or 1' -o out in -- -l 1
   remarking 'velmarcon: lensdb.ini: not copied to /home: Permission denied'
