@@ -15,7 +15,7 @@ function __velmarcon_is_first
 end
 
 complete -c velmarcon -f
-complete -c velmarcon -o i -r -F -d 'Input: folder or file'
+complete -c velmarcon -o i -r -F -d 'Folder or file to convert'
 complete -c velmarcon -o o -x -a '(__fish_complete_directories)' -d 'Folder for the DNGs'
 complete -c velmarcon -o v -d 'Print each step'
 complete -c velmarcon -o r -d 'Refresh: replace existing DNGs'
