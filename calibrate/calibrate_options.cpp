@@ -6,20 +6,20 @@
 const char* const kCalibrateHelp =
     "usage: velmarcon-calibrate [OPTION]... DARK...\n"
     "\n"
-    "Makes the sensor database (defective columns and dark levels) of a camera from exposures with\n"
-    "the cap on. DARK and PATH: a RAW file, its name without extension, or a folder of pairs.\n"
+    "Makes the sensor database of a camera (defective columns and dark levels) from exposures with\n"
+    "the body cap on. DARK and PATH: a RAW file, its name without extension, or a folder of pairs.\n"
     "\n"
-    "--flat PATH        an exposure of an even bright area; may be given several times\n"
-    "--database FILE    the database; default: sensdb.ini in the folder that velmarcon --where prints\n"
-    "--report FOLDER    write a page with pictures, index.html, into this folder\n"
-    "--dry-run          say what was found, write no database\n"
-    "--doubtful         write doubtful defects, too\n"
-    "--check            measure whether the database still fits; write nothing\n"
-    "-h, --help         this text\n"
+    "--flat PATH        a flat exposure, of an even bright area; may be repeated\n"
+    "--database FILE    the sensor database; default: sensdb.ini in the data folder (velmarcon --where)\n"
+    "--report FOLDER    write a report with pictures, index.html, into this folder\n"
+    "--dry-run          print what was found; do not write the database\n"
+    "--doubtful         also write doubtful defects\n"
+    "--check            check whether the database still fits; write nothing\n"
+    "--help, -h         this text\n"
     "--version          the version\n"
     "\n"
-    "Status: 0 done (or still good), 1 nothing could be measured or written (or make it anew),\n"
-    "2 wrong usage.\n";
+    "Exit status: 0 done (--check: the database still fits), 1 nothing could be measured or written\n"
+    "(--check: it no longer fits), 2 wrong usage.\n";
 
 namespace {
 
@@ -53,7 +53,7 @@ std::string SetValue(std::string_view name, const std::string& value, CalibrateO
     }
     std::string& single = name == "--database" ? options.database : options.report;
     if (!single.empty()) {
-        return std::string(name) + " is given twice";
+        return std::string(name) + " was given twice";
     }
     single = value;
     return "";
@@ -61,7 +61,7 @@ std::string SetValue(std::string_view name, const std::string& value, CalibrateO
 
 std::string CheckTogether(const CalibrateOptions& options) {
     if (options.darks.empty()) {
-        return "no dark exposure is named";
+        return "name at least one dark exposure";
     }
     if (options.check && (!options.flats.empty() || !options.report.empty() || options.doubtful)) {
         return "--check goes with --database only";

@@ -67,7 +67,7 @@ int WriteDatabase(const Database& database, int serial, const Calibration& calib
         return NotWritten(database.path, reason);
     }
     if (!kept.empty()) {
-        std::printf("\nThe old database is kept as %s.\n", kept.c_str());
+        std::printf("\nThe old database is backed up as %s.\n", kept.c_str());
     }
     std::printf("\n%s has the new values of camera %d.\n", database.path.c_str(), serial);
     std::printf("With -s its black level is %ld: convert with -s -b %ld.\n",
@@ -126,7 +126,7 @@ int Run(const CalibrateOptions& options, const std::string& command,
         std::printf("%s: report not written: %s\n", options.report.c_str(), reason.c_str());
         return kNotCalibrated;
     }
-    std::printf("%s shows it.\n", (WithSeparator(options.report) + "index.html").c_str());
+    std::printf("The report is %s.\n", (WithSeparator(options.report) + "index.html").c_str());
     return status;
 }
 

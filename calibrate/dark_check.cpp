@@ -75,7 +75,7 @@ std::string WhyNotDark(const BlockMeans& blocks, const std::vector<float>& colum
     }
     if (shading > kMostShading * gain) {
         return "not dark: some of its rows are brighter than others by " + Fixed(shading, 0) +
-               ", as light makes them";
+               ", which means light";
     }
     return "";
 }

@@ -70,6 +70,7 @@ CheckResult CheckDatabase(const Calibration& calibration, const database_text::V
         result.text += "\nDefects that are not listed:\n\n" +
                        findings_text::Table(findings_text::DefectHeading(), unlisted);
     }
-    result.text += result.good ? "\nThe database is still good.\n" : "\nMake the database anew.\n";
+    result.text +=
+        result.good ? "\nThe database is still good.\n" : "\nThe database no longer fits: make it again.\n";
     return result;
 }

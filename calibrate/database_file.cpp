@@ -92,7 +92,7 @@ std::string Read(const std::string& path, std::string& text) {
     }
     InputFile file;
     if (kind != file_system::Kind::kPlainFile || !file.Open(path)) {
-        return kind == file_system::Kind::kPlainFile ? "it cannot be opened" : "it is no plain file";
+        return kind == file_system::Kind::kPlainFile ? "it cannot be opened" : "it is not a regular file";
     }
     if (file.size() > ini_file::kLongestFile) {
         return "it is too long";
@@ -113,7 +113,7 @@ std::string Replace(const std::string& path, const std::string& old_text, const 
     if (!old_text.empty()) {
         std::string copy;
         if (const int error = Keep(path, old_text, copy); error != 0) {
-            return "the old one cannot be kept as " + copy + ": " + file_system::ErrorText(error);
+            return "it cannot be backed up as " + copy + ": " + file_system::ErrorText(error);
         }
         kept = copy;
     }

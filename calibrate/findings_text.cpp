@@ -21,7 +21,7 @@ const char* KindText(DefectKind kind) {
         case DefectKind::kStuck:
             return "stuck";
         case DefectKind::kUnsteady:
-            return "not as the ISO speed";
+            return "not with the ISO speed";
         case DefectKind::kBlind:
             return "blind to light";
         case DefectKind::kWeak:
@@ -108,8 +108,8 @@ std::string Findings(const Calibration& calibration) {
         stripes.push_back(StripesRow(calibration.darks().exposures()[i], calibration.StripesOf(i)));
     }
     std::string text = sure.empty() ? "\nNo defective columns.\n" : "";
-    text += Section("Defective columns (strength in raw units at ISO 160, or of the light):", DefectHeading(),
-                    sure);
+    text += Section("Defective columns (strength in raw units at ISO 160, or in per cent of the light):",
+                    DefectHeading(), sure);
     text += Section("Doubtful:", DefectHeading(), doubtful);
     text +=
         Section("Stripes, as the standard deviation of the columns in raw units:", StripesHeading(), stripes);

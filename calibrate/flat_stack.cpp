@@ -63,7 +63,7 @@ std::string FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::s
         }
     }
     if (brightest < kLeastLight * sensor_frame::kWhite || brightest > kMostLight * sensor_frame::kWhite) {
-        return "not a flat exposure: its middle is not between 10 and 70 % of the range";
+        return "not a flat exposure: the light in its middle is not between 10 and 70 % of the range";
     }
     if (!IsEven(even, dark) || !IsEven(odd, dark)) {
         return "not a flat exposure: its light is not even";

@@ -12,15 +12,16 @@ void Measuring::LeaveOut(const std::string& name, const std::string& reason) {
     std::printf("Left out %s: %s.\n", name.c_str(), reason.c_str());
 }
 
-/// The first exposure tells the camera.
+/// The first exposure decides which camera it is.
 bool Measuring::IsOfCamera(const ExposureFile& file) {
     serial_ = serial_.value_or(loader_.serial());
     if (loader_.serial() == *serial_) {
         return true;
     }
     progress::Clear();
-    std::printf("%s is of camera %u, the exposures before it of camera %u: name those of one camera.\n",
-                file.base.c_str(), loader_.serial(), *serial_);
+    std::printf(
+        "%s is from camera %u, the exposures before it are from camera %u: name exposures of one camera.\n",
+        file.base.c_str(), loader_.serial(), *serial_);
     mixed_ = true;
     return false;
 }
@@ -75,7 +76,7 @@ bool Measuring::ReadDarks() {
         std::vector<ExposureFile> others;
         std::set<std::string> without;
         for (const std::size_t i : far) {
-            LeaveOut(measured_[i].base, "its columns are far from those of the others");
+            LeaveOut(measured_[i].base, "its columns differ too much from those of the others");
             without.insert(measured_[i].folder + measured_[i].base);
         }
         for (const ExposureFile& file : measured_) {

@@ -144,7 +144,7 @@ void ShowDark(Exposure& exposure, const std::string& name, PictureWriter& writer
     const float range = scale.white - scale.black;
     if (writer.WritePng("dark-after.png",
                         Reduced(repaired, kReduction, {corrected.black, corrected.black + range}))) {
-        contents.exposures.push_back({"dark-after.png", name + ", brightened alike, corrected"});
+        contents.exposures.push_back({"dark-after.png", name + ", equally brightened, corrected"});
     }
 }
 

@@ -82,12 +82,14 @@ std::string Defects(const ReportContents& contents, const Calibration& calibrati
         (defect.doubtful ? doubtful : sure).push_back(findings_text::DefectRow(defect));
     }
     std::string text = "<h2>Defective columns</h2>\n";
-    text += sure.empty() ? "<p>There are none.</p>\n" : "";
-    text += Table("Strength in raw units at ISO 160, or of the light", findings_text::DefectHeading(), sure);
+    text += sure.empty() ? "<p>No defects were found.</p>\n" : "";
+    text += Table("Strength in raw units at ISO 160, or in per cent of the light",
+                  findings_text::DefectHeading(), sure);
     text += Table("Doubtful", findings_text::DefectHeading(), doubtful);
     if (!contents.defects.empty()) {
         text +=
-            "<p>Each three times enlarged: as recorded, marked, repaired.</p>\n<div class=\"defects\">\n" +
+            "<p>Each defect enlarged three times: as recorded, marked, repaired.</p>\n<div "
+            "class=\"defects\">\n" +
             Figures(contents.defects) + "</div>\n";
     }
     return text;

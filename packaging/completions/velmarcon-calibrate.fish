@@ -11,11 +11,11 @@ end
 
 complete -c velmarcon-calibrate -f
 complete -c velmarcon-calibrate -a '(__velmarcon_calibrate_exposures)'
-complete -c velmarcon-calibrate -l flat -x -a '(__velmarcon_calibrate_exposures)' -d 'An exposure of an even bright area'
+complete -c velmarcon-calibrate -l flat -x -a '(__velmarcon_calibrate_exposures)' -d 'Flat exposure, of an even bright area'
 complete -c velmarcon-calibrate -l database -r -F -d 'The sensor database'
 complete -c velmarcon-calibrate -l report -x -a '(__fish_complete_directories)' -d 'Write a report with pictures'
-complete -c velmarcon-calibrate -l dry-run -d 'Write no database'
-complete -c velmarcon-calibrate -l doubtful -d 'Write doubtful defects, too'
+complete -c velmarcon-calibrate -l dry-run -d 'Do not write the database'
+complete -c velmarcon-calibrate -l doubtful -d 'Also write doubtful defects'
 complete -c velmarcon-calibrate -l check -d 'Check whether the database still fits'
 complete -c velmarcon-calibrate -l help -d 'Print the options'
 complete -c velmarcon-calibrate -l version -d 'Print the version'

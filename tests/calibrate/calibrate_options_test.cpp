@@ -28,11 +28,11 @@ TEST(CalibrateOptionsTest, TakesEveryOption) {
 }
 
 TEST(CalibrateOptionsTest, SaysWhatIsWrong) {
-    EXPECT_EQ(Problem({}), "no dark exposure is named");
+    EXPECT_EQ(Problem({}), "name at least one dark exposure");
     EXPECT_EQ(Problem({"--dark", "x"}), "unknown option --dark");
     EXPECT_EQ(Problem({"x", "--flat"}), "--flat needs a value");
     EXPECT_EQ(Problem({"x", "--report="}), "--report needs a value");
-    EXPECT_EQ(Problem({"x", "--report", "a", "--report", "b"}), "--report is given twice");
+    EXPECT_EQ(Problem({"x", "--report", "a", "--report", "b"}), "--report was given twice");
     EXPECT_EQ(Problem({"x", "--check", "--flat", "y"}), "--check goes with --database only");
 }
 

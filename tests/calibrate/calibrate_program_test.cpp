@@ -137,7 +137,8 @@ TEST_F(CalibrateProgramTest, ExposuresOfTwoCamerasAreRefused) {
     const Outcome outcome = Make({Original("dark0"), Original("other")});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output,
-              "other is of camera 7, the exposures before it of camera 3106091: name those of one camera.\n");
+              "other is from camera 7, the exposures before it are from camera 3106091: name exposures of "
+              "one camera.\n");
     EXPECT_EQ(support::Names(folder_.path().string()), Texts());
 }
 
@@ -199,7 +200,8 @@ TEST_F(CalibrateProgramTest, ChecksADatabase) {
     const Outcome unlisted = Make({"--check", Original("high")});
     EXPECT_EQ(unlisted.status, 1);
     EXPECT_TRUE(Holds(unlisted.output, "\nDefects that are not listed:\n")) << unlisted.output;
-    EXPECT_TRUE(unlisted.output.ends_with("\nMake the database anew.\n")) << unlisted.output;
+    EXPECT_TRUE(unlisted.output.ends_with("\nThe database no longer fits: make it again.\n"))
+        << unlisted.output;
 
     std::string level = made.substr(0, made.find("LevelCorrection"));
     for (int x = 0; x < samples::kSensorWidth; ++x) {
