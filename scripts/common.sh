@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Shared by the scripts of this folder, which source it: strict mode, messages, and the handling of presets.
-# Sourcing it makes the repository root ($top) the current folder; $called_from keeps the caller's.
+# The scripts in this folder source this file for strict mode, messages and presets. Sourcing it makes the root of the
+# repository ($top) the current folder; $called_from keeps the caller's.
 
 set -euo pipefail
 unset CDPATH
@@ -11,21 +11,21 @@ called_from=$PWD
 top=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 cd -- "$top"
 
-# Set by the scripts that know -v: what compilers and ctest print is shown.
+# Set by the scripts that have -v, to show what compilers and ctest print.
 verbose=
 
 say() {
   printf '%s\n' "$*"
 }
 
-# fail MESSAGE...: print the message, prefixed with the script's name, and end with status 1.
+# fail MESSAGE...: print the message after the script's name, and exit with status 1.
 fail() {
   printf '%s: %s\n' "$(basename -- "$0")" "$*" >&2
   exit 1
 }
 
-# usage: how the script is called, from the remark at its head, in lines that fit a terminal. The remark begins with
-# "NAME ARGUMENTS: " on its third line; lines that begin with a blank stay as they are.
+# usage: print the comment at the head of the script as its usage text, in lines that fit a terminal. The comment begins
+# with "NAME ARGUMENTS: " on the third line; lines that begin with a blank stay as they are.
 usage() {
   awk -v width=79 -v folder="$(basename -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[-1]}")")")" '
     function end_line() { if (line != "") print line; line = "" }
@@ -49,7 +49,7 @@ usage() {
     END { end_line() }' "${BASH_SOURCE[-1]}"
 }
 
-# misused MESSAGE...: say what is wrong with the script's arguments, and how it is called; end with status 2.
+# misused MESSAGE...: print what is wrong with the arguments, and the usage text; exit with status 2.
 misused() {
   {
     printf '%s: %s\n\n' "$(basename -- "$0")" "$*"
@@ -58,7 +58,7 @@ misused() {
   exit 2
 }
 
-# at_most NUMBER [ARGUMENT...]: refuse arguments that look like options, and more than NUMBER of them.
+# at_most NUMBER [ARGUMENT...]: refuse arguments that look like options, and more than NUMBER arguments.
 at_most() {
   local most=$1 argument
   shift
@@ -68,7 +68,7 @@ at_most() {
   [[ $# -le $most ]] || misused "too many arguments: ${*:most + 1}"
 }
 
-# Every script knows -h and --help.
+# Every script has -h and --help.
 for argument; do
   case $argument in
     -h | --help) usage; exit 0 ;;
@@ -76,13 +76,13 @@ for argument; do
 done
 unset argument
 
-# cached VARIABLE BUILD_FOLDER: the value CMake keeps for an internal variable.
+# cached VARIABLE BUILD_FOLDER: print the value of an internal variable in CMake's cache.
 cached() {
   sed -n "s/^$1:INTERNAL=//p" "$2/CMakeCache.txt"
 }
 
-# CMake refuses a build folder whose cache belongs to another place, as after the checkout was moved or copied,
-# or to another generator. Such a folder holds nothing worth keeping.
+# CMake refuses a build folder whose cache belongs to another place, because the checkout was moved or copied, or to
+# another generator. Such a folder holds nothing worth keeping.
 drop_foreign_build() {
   local build=build/$1
   [[ -f $build/CMakeCache.txt ]] || return 0
@@ -93,8 +93,8 @@ drop_foreign_build() {
   rm -rf -- "$build"
 }
 
-# quietly TITLE COMMAND...: say the title and run the command. What it prints is shown only when it fails, or with
-# $verbose set; on a terminal the step that ninja is at ("[12/273]") is shown meanwhile.
+# quietly TITLE COMMAND...: print the title and run the command. Its output is shown only if it fails, or if $verbose is
+# set; on a terminal, ninja's current step ("[12/273]") is shown meanwhile.
 quietly() {
   local log status=0
   say "$1"
@@ -113,7 +113,7 @@ quietly() {
   return "$status"
 }
 
-# show_steps: of ninja's lines on stdin the number of the step only, always in the same place.
+# show_steps: show only the step number of ninja's lines on stdin, always in the same place.
 show_steps() {
   local line
   while IFS= read -r line; do
@@ -128,14 +128,14 @@ configure_preset() {
   cmake --preset "$1"
 }
 
-# build_preset PRESET [TARGET...]: configure build/PRESET and build the targets there (all without any).
+# build_preset PRESET [TARGET...]: configure build/PRESET and build the targets there (default: all).
 build_preset() {
   quietly "Configuring build/$1" configure_preset "$1"
   quietly "Building in build/$1" cmake --build --preset "$1" --parallel "$(nproc)" ${2+--target "${@:2}"}
 }
 
-# read_test_arguments [ARGUMENT...]: set $verbose, and $arguments to those that are ctest's. ctest itself passes over
-# what it does not know, and runs every test.
+# read_test_arguments [ARGUMENT...]: set $verbose, and $arguments to the options of ctest. ctest itself would ignore
+# unknown options and run every test.
 read_test_arguments() {
   while [[ $# -gt 0 ]]; do
     case $1 in
@@ -152,8 +152,8 @@ read_test_arguments() {
   done
 }
 
-# run_tests PRESET [CTEST ARGUMENT...]: run the preset's tests, each told in a line that fits a terminal, and say how
-# many were skipped and why. With $verbose set the lines are ctest's own. The status is ctest's.
+# run_tests PRESET [CTEST ARGUMENT...]: run the preset's tests, print one line for each that fits a terminal, and say
+# how many were skipped and why. With $verbose set, the lines are ctest's own. The exit status is ctest's.
 run_tests() {
   local status=0 records=build/$1/Testing
   mkdir -p -- "$records"
@@ -169,8 +169,8 @@ run_tests() {
   return "$status"
 }
 
-# short_lines: what ctest prints, from stdin, with the lines of single tests made short. What a failed test printed stays
-# as it is, and so does its name in the list at the end.
+# short_lines: print ctest's output, from stdin, with short lines for the single tests. The output of a failed test
+# stays as it is, and so does its name in the list at the end.
 short_lines() {
   local line name heading=
   local ended='^ *([0-9]+/[0-9]+) Test +#[0-9]+: (.*[^ .]) \.*(\*\*\*| +)([A-Z][A-Za-z: ]*[a-z]) +([0-9.]+) sec'
@@ -183,7 +183,7 @@ short_lines() {
       [[ ${#name} -le 50 ]] || name=${name:0:24}...${name: -23}
       printf '%9s %-8.8s %6.6s s  %s\n' "${BASH_REMATCH[1]}" "${BASH_REMATCH[4]%%:*}" "${BASH_REMATCH[5]}" "$name"
     elif [[ $line =~ $listed ]]; then
-      [[ ${BASH_REMATCH[2]} != Skipped ]] || continue # skipped_tests tells of them
+      [[ ${BASH_REMATCH[2]} != Skipped ]] || continue # skipped_tests prints them
       printf '%s  %s (%s)\n' "$heading" "${BASH_REMATCH[1]%%  #*}" "${BASH_REMATCH[2]}"
       heading=
     elif [[ $line == 'The following tests did not run:' ]]; then
@@ -194,8 +194,8 @@ short_lines() {
   done
 }
 
-# skipped_tests PRINTED LOG: how many tests were skipped, by what ctest printed, and for what reasons, by its log of what
-# the tests printed: GoogleTest has the reason after "Skipped", our scripts after "SKIPPED: ".
+# skipped_tests PRINTED LOG: print how many tests were skipped, from ctest's output, and why, from its log of the tests'
+# output: GoogleTest prints the reason after "Skipped", our scripts after "SKIPPED: ".
 skipped_tests() {
   awk '
     FNR == NR {
@@ -221,18 +221,18 @@ skipped_tests() {
     }' "$1" "$2"
 }
 
-# version: the version, which only CMakeLists.txt has.
+# version: print the version, which is only in CMakeLists.txt.
 version() {
   sed -n 's/^  VERSION \([0-9.]*\)$/\1/p' CMakeLists.txt
 }
 
-# has_git: whether this is a checkout, and git is there and willing to look at it.
+# has_git: whether this is a checkout, and git is installed and willing to read it.
 has_git() {
   [[ -e .git ]] && git rev-parse --quiet --verify HEAD >/dev/null 2>&1
 }
 
-# source_date: when these sources were last changed, in seconds since 1970; what the caller says, or the last commit, or,
-# in a copy without git, the newest file of it. Everything that is packed bears this time, so that it can be made again.
+# source_date: print when these sources were last changed, in seconds since 1970: as the caller says, or the time of the
+# last commit or, in a copy without git, of the newest file. All packed files get this time, so that builds repeat.
 source_date() {
   if [[ -n ${SOURCE_DATE_EPOCH-} ]]; then
     echo "$SOURCE_DATE_EPOCH"
@@ -243,8 +243,8 @@ source_date() {
   fi
 }
 
-# source_files: the files of the sources, each ending in a NUL: the tracked ones, or, in a copy without git, all outside
-# the folders that builds and the demo make.
+# source_files: print the files of the sources, each ending in a NUL: the tracked files or, in a copy without git, all
+# files outside the folders that builds and the demo make.
 source_files() {
   if has_git; then
     git ls-files -z

@@ -2,35 +2,35 @@
 rem SPDX-License-Identifier: MIT
 rem
 rem Drop folders, or single RAW files, of a Leica M8 on this file. Each picture's DNG appears next to its RAW file, with
-rem the black level in it. A DNG that is already there stays as it is. Sub-folders are not searched.
+rem the black level in it. Existing DNGs stay as they are. Sub-folders are not searched.
 rem
-rem To have it another way, set these variables, here or in Windows:
-rem   VELMARCON_OPTIONS    the options of velmarcon (README.txt lists them); -b when it is not set.
+rem To change this, set these variables, here or in Windows:
+rem   VELMARCON_OPTIONS    the options of velmarcon (README.txt lists them); default -b.
 rem                        For DNGs elsewhere:  set VELMARCON_OPTIONS=-b -o "D:\Pictures\DNG"
-rem   VELMARCON_NO_PAUSE   1: end at once, do not wait for a key.
+rem   VELMARCON_NO_PAUSE   1: end at once, without waiting for a key.
 rem
-rem Started with names, as  "Drop a folder here.cmd" D:\DCIM\100LEICA  it does the same, and ends with the status of
-rem the last one that velmarcon could not work on, or 0. In a command prompt, or in another .cmd file, put names with
-rem spaces or any of  & , ; = ^ ( )  in quotes: there it is cmd that takes them apart.
+rem Started with names, as in  "Drop a folder here.cmd" D:\DCIM\100LEICA  it does the same, and exits with the status
+rem of the last name that velmarcon could not work on, or 0. In a command prompt, or in another .cmd file, put names
+rem with spaces or any of  & , ; = ^ ( )  in quotes, because cmd splits them there.
 rem
-rem What cannot be had: with a dropped name like  R&&&D  or  R&(D  (no space, and an & where cmd can take it for no
-rem command line) this file is not even started: rename it. Nor is it with names of more than 8000 characters in all.
+rem Some dropped names cannot work: for a name like  R&&&D  or  R&(D  (no space, and an & that makes no valid command
+rem line) Windows does not even start this file: rename the folder. Nor does it for more than 8000 characters of names.
 setlocal DisableDelayedExpansion
 if not defined VELMARCON_OPTIONS set "VELMARCON_OPTIONS=-b"
 set "program=%~dp0velmarcon.exe"
 set "status=0"
 if not exist "%program%" goto no_program
 
-rem Explorer does not quote a dropped name without spaces. When it holds , ; or = the arguments have it in pieces, and
-rem what stands behind an & is not among them. So the names are taken from the command line of this cmd, which is
+rem Explorer does not quote a dropped name without spaces. A name with , ; or = arrives split into several arguments,
+rem and anything after an & does not arrive. So the names are taken from the command line of this cmd, which is
 rem   cmd.exe /c ""D:\velmarcon\Drop a folder here.cmd" D:\a,b "D:\one day" "
-rem and it is split at its quotes, and at spaces outside of them, only. Each quote becomes a * first, which no name
-rem holds: inside quotes of its own the line is then harmless, whatever the names are.
+rem and split only at its quotes, and at spaces outside them. First each quote becomes a * , which no name contains:
+rem in new quotes the line is then harmless, whatever the names are.
 rem wine 8 has no cmdcmdline, and leaves a part of this text.
 if not "%cmdcmdline:~0,0%"=="" goto arguments
 set "line=%cmdcmdline:"=*%"
-rem Long as it may be, it must not stand twice in one line of this file: cmd reads no more than 8191 characters.
-rem Redirections and pipes are in no name: someone wrote this line. Without them "eol=|" skips nothing below.
+rem The line may be long, so it must not occur twice in one line of this file: cmd reads at most 8191 characters.
+rem Names contain no redirections or pipes: if there are any, someone typed this line. Without them "eol=|" skips none.
 set "rest="
 for /f "eol=| tokens=1* delims=<>|" %%G in ("%line%") do set "rest=%%H"
 if defined rest goto arguments
@@ -41,7 +41,7 @@ for /f "eol=| tokens=1* delims=*" %%G in ("%started%") do (
   set "file=%%~fG"
   set "line=%%H"
 )
-rem When another file was started and has called this one, the names are what it gives.
+rem If another file was started and has called this one, the names are its arguments.
 if /i not "%file%"=="%~f0" goto arguments
 if not defined line goto no_names
 if not "%line:~-1%"=="*" goto arguments
@@ -70,7 +70,7 @@ goto next_dropped
 :all_dropped
 if not defined any goto no_names
 call :finish
-rem Not /b: the command line goes on behind an &, with the rest of a name that is no command.
+rem Not /b: the command line continues after an & with the rest of a name, which is not a command.
 exit %status%
 
 :arguments
@@ -84,22 +84,22 @@ if not "%~1"=="" goto next
 call :finish
 exit /b %status%
 
-rem convert: convert what stands at %item%.
+rem convert: convert %item%.
 :convert
-rem A drive is dropped as D:\ and the last character would take the quote behind it with it.
+rem A drive is dropped as D:\ and its last character would escape the quote after it.
 if "%item:~-1%"=="\" set "item=%item%."
 echo.
 echo === "%item%"
 "%program%" -i "%item%" %VELMARCON_OPTIONS%
 if "%errorlevel%"=="0" exit /b 0
 if errorlevel 1 exit /b %errorlevel%
-rem Windows ended it: the number is negative.
+rem A negative number means that Windows ended the program.
 exit /b 1
 
 :finish
 echo.
-if "%status%"=="0" echo Finished. What was wrong with a picture, if anything, stands above.
-if not "%status%"=="0" echo Not all could be converted: see the lines with Error above.
+if "%status%"=="0" echo Finished. If anything was wrong with a picture, a line above says so.
+if not "%status%"=="0" echo Not everything could be converted: see the lines with Error above.
 :wait
 if not "%VELMARCON_NO_PAUSE%"=="1" pause
 exit /b 0

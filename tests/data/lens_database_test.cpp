@@ -111,7 +111,7 @@ TEST(ShippedLensDatabase, TellsToLeaveOutTheOptionForLensesWithSeveralFocalLengt
         const std::size_t section = text.find("\n[" + code + "]\n");
         ASSERT_NE(section, std::string::npos) << code;
         const std::size_t remark =
-            text.find("; With -l every picture gets the focal length named here", section);
+            text.find("; With -l every picture gets this focal length", section);
         EXPECT_LT(remark, text.find("FocalLength = ", section)) << code;
     }
 }
@@ -121,7 +121,7 @@ TEST(ShippedLensDatabase, TellsWhichCodesBelongToTwoLenses) {
     EXPECT_NE(text.find("The codes 110011 (51) and 110101 (53) belong to two lenses each."),
               std::string::npos);
     for (const std::string code : {"110011", "110101"}) {
-        EXPECT_NE(text.find("\n[" + code + "]\n; Another lens has this code, too"), std::string::npos)
+        EXPECT_NE(text.find("\n[" + code + "]\n; Another lens has the same code"), std::string::npos)
             << code;
     }
 }
