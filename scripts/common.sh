@@ -89,7 +89,7 @@ drop_foreign_build() {
   [[ $(cached CMAKE_HOME_DIRECTORY "$build") -ef $top &&
     $(cached CMAKE_CACHEFILE_DIR "$build") -ef $build &&
     $(cached CMAKE_GENERATOR "$build") == Ninja ]] && return 0
-  say "$build was configured elsewhere or in another way; starting it afresh"
+  say "$build was configured elsewhere or differently; starting over"
   rm -rf -- "$build"
 }
 
