@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
-# One set of rules for every target: warnings are errors; hardening; sanitizers and clang-tidy by option.
+# The rules for every target: warnings are errors; hardening; sanitizers and clang-tidy by option.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 include(cmake/Hardening.cmake)
 
-# Files that come once for each kind of system stand in a folder of this name.
+# Files that differ by kind of system are in a folder of this name.
 set(VELMARCON_SYSTEM posix)
 if(WIN32)
   set(VELMARCON_SYSTEM windows)
@@ -16,13 +16,13 @@ target_compile_options(velmarcon_build_rules INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
   -Wcast-align -Wdouble-promotion -Wformat=2 -Wundef -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
-  # GCC 12 warns of overlaps in the library's own string concatenation that cannot happen (GCC bug 105651).
+  # GCC 12 warns of overlaps in the library's string concatenation that cannot happen (GCC bug 105651).
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
 
-# Also where a long has 32 bits: files of 2 GB and more can be opened, and be found too long.
+# If a long has 32 bits, this makes it possible to open files of 2 GB and more, and to find them too long.
 target_compile_definitions(velmarcon_build_rules INTERFACE _FILE_OFFSET_BITS=64)
 
-# Results are defined in single and double precision, which the x87 processor of 32-bit x86 machines does not keep to.
+# Results are defined in single and double precision, but the x87 unit of 32-bit x86 machines uses more bits.
 check_cxx_source_compiles("
   #include <cfloat>
   #if FLT_EVAL_METHOD > 0
@@ -65,11 +65,11 @@ function(velmarcon_pixel_sources)
   set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-O3>)
 endfunction()
 
-# velmarcon_test_code(TARGET): code that nobody ships. It is compiled quickly, not to run fast, and the headers that every
-# test includes are compiled once.
+# velmarcon_test_code(TARGET): code that is not shipped. It is compiled for short compile times, not for speed, and the
+# headers that every test includes are compiled once.
 function(velmarcon_test_code target)
   set_target_properties(${target} PROPERTIES VELMARCON_TEST_CODE ON)
-  # Without inlining GCC 12 takes some of the library's own string operations for accesses out of bounds.
+  # Without inlining, GCC 12 takes some of the library's string operations for accesses out of bounds.
   target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O1>
     "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-array-bounds;-Wno-stringop-overflow>")
   if(NOT VELMARCON_TIDY) # which looks at each file by itself
@@ -77,14 +77,14 @@ function(velmarcon_test_code target)
   endif()
 endfunction()
 
-# velmarcon_needs_only_the_c_library(TARGET): the program starts faster, and runs wherever that library is.
+# velmarcon_needs_only_the_c_library(TARGET): the program starts faster, and runs wherever the C library is installed.
 function(velmarcon_needs_only_the_c_library target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT VELMARCON_SANITIZE)
     target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc)
   endif()
 endfunction()
 
-# velmarcon_windows_resources(RESULT): the sources that give a program for Windows its manifest and its version.
+# velmarcon_windows_resources(RESULT): the sources of the manifest and the version of a Windows program.
 function(velmarcon_windows_resources result)
   enable_language(RC)
   configure_file("${CMAKE_SOURCE_DIR}/packaging/windows/velmarcon.rc.in" "${CMAKE_BINARY_DIR}/velmarcon.rc" @ONLY)

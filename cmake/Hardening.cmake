@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-# What compiler and linker can do so that a bug which a damaged file finds ends the program, and no more than that.
-# Each measure is taken where it is to be had. Not in builds without optimisation, which _FORTIFY_SOURCE needs, and not
-# under sanitizers, which see more.
+# Compiler and linker options that make a bug end the program, and nothing worse, when a damaged file triggers it. Each
+# is used where it is available, except in builds without optimisation, which _FORTIFY_SOURCE needs, and under
+# sanitizers, which find more.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 include(CheckLinkerFlag)
@@ -12,8 +12,8 @@ function(velmarcon_fortify_level result)
   set(${result} 0 PARENT_SCOPE)
   cmake_push_check_state(RESET)
   foreach(level 3 2)
-    # Some compilers set a level of their own, which is undone first. A C library without the level either warns or
-    # falls back to a lower one, which glibc tells.
+    # Some compilers set their own level, which is undone first. A C library without the level either warns or uses a
+    # lower one, which glibc reports.
     set(CMAKE_REQUIRED_FLAGS "-Werror -O2 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${level}")
     check_cxx_source_compiles("
       #include <cstdio>
@@ -31,24 +31,24 @@ function(velmarcon_fortify_level result)
   cmake_pop_check_state()
 endfunction()
 
-# velmarcon_harden(TARGET): adds the measures to what TARGET, an INTERFACE library, hands on.
+# velmarcon_harden(TARGET): adds the options to TARGET, an INTERFACE library, which passes them on.
 function(velmarcon_harden target)
   set(compile_options "")
-  # Checked jumps take effect only in a program whose every part is made for them. The start-up code of Debian's C library
-  # is not, so there they do nothing; elsewhere they may. Some compilers take the flag of another processor in silence.
+  # Checked jumps work only if every part of a program supports them. The start-up code of Debian's C library does not,
+  # so they do nothing there; elsewhere they may. Some compilers silently accept the flag of another processor.
   set(checked_jumps -fcf-protection)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)")
     set(checked_jumps -mbranch-protection=standard)
   endif()
-  # Windows loads every program at any address; how the linker says that there is another matter.
+  # Windows loads every program at any address; its linker has another option for that.
   set(any_address -fPIE)
   set(every_page -fstack-clash-protection)
   set(link_flags -pie LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
   if(WIN32)
     set(any_address "")
-    # Functions there touch every page of a large frame as it is; and GCC 12 fails at some functions with the flag.
+    # On Windows, functions touch every page of a large frame anyway, and GCC 12 fails on some functions with the flag.
     set(every_page "")
-    # The guard functions have a library of their own there, which this flag links.
+    # On Windows, this flag links the separate library that holds the guard functions.
     set(link_flags -fstack-protector-strong LINKER:--dynamicbase LINKER:--high-entropy-va LINKER:--nxcompat)
   endif()
   foreach(flag ${any_address} -fstack-protector-strong ${every_page} ${checked_jumps})
@@ -59,7 +59,7 @@ function(velmarcon_harden target)
     endif()
   endforeach()
 
-  # Calls that are checked take a third of a test's compilation; what the tests run keeps them.
+  # Checked calls take a third of the compile time of a test; the code under test keeps them.
   velmarcon_fortify_level(level)
   if(level)
     list(APPEND compile_options

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Builds for 64-bit Windows with Debian's g++-mingw-w64-x86-64 (cmake --preset windows). Nothing is looked for in this
-# machine's own folders, whose headers and libraries are Linux's.
+# Builds for 64-bit Windows with Debian's g++-mingw-w64-x86-64 (cmake --preset windows). CMake does not
+# search this machine's own folders, whose headers and libraries are for Linux.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-win32) # the threads of Windows: none are used, no library is needed

@@ -4,18 +4,18 @@
 
 #include <filesystem>
 
-/// Where the user's own lens and sensor databases stand: `velmarcon` in $XDG_DATA_HOME, or in ~/.local/share
-/// when that is not set or, against the XDG Base Directory Specification, not absolute. Empty when there is
-/// neither of them nor a home folder.
+/// The data folder with the user's lens and sensor databases: `velmarcon` in $XDG_DATA_HOME, or in
+/// ~/.local/share if that is not set or, against the XDG Base Directory Specification, not absolute. Empty if
+/// there is no home folder either.
 std::filesystem::path DataFolder();
 
-/// Makes the folder, for the user alone as that specification says, unless it is there. Returns 0 or the
+/// Makes the folder, for the user alone as that specification says, if it does not exist. Returns 0 or the
 /// system's error number, ENOENT for an empty path.
 [[nodiscard]] int MakeDataFolder(const std::filesystem::path& folder);
 
-/// Copies the lens database `source` into the folder, unless something stands there under the name lensdb.ini
-/// already. A copy takes that name only when it is whole. Returns 0 or the system's error number; the
-/// databases that are there are untouched either way.
+/// Copies the lens database `source` into the folder, unless the name lensdb.ini is taken there. The copy gets
+/// that name only when it is complete. Returns 0 or the system's error number; existing databases are never
+/// changed.
 [[nodiscard]] int CopyLensDatabase(const std::filesystem::path& source, const std::filesystem::path& folder);
 
 #endif  // VELMARCON_PACKAGING_DATA_FOLDER_H

@@ -6,11 +6,10 @@
 
 constexpr const char* kSensorDatabase = "sensdb.ini";
 
-/// Keeps the sensor database of `folder`, which a run with -sd is about to replace, as sensdb.ini.1 or, with
-/// such copies there, under the number after the highest. The copy is whole and on disk, and replaces
-/// nothing; there is none when the one of the highest number holds the same bytes already. A database that is
-/// not there, or is not a plain file, is not replaced by such a run and is not kept. Returns 0 or the
-/// system's error number.
+/// Backs up the sensor database in `folder`, which a run with -sd is about to replace, as sensdb.ini.1, or
+/// under the number after the highest one. The backup is complete and on disk, and replaces nothing; none is
+/// made if the backup with the highest number has the same bytes. A database that does not exist, or is not a
+/// regular file, is not replaced by such a run, and is not backed up. Returns 0 or the system's error number.
 [[nodiscard]] int KeepSensorDatabase(const std::filesystem::path& folder);
 
 #endif  // VELMARCON_PACKAGING_KEPT_SENSOR_DATABASE_H

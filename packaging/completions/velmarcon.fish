@@ -9,7 +9,7 @@ function __velmarcon_lens_codes
         /^Model *=/ { sub(/^Model *= */, ""); print code "\t" $0 }' "$database"
 end
 
-# Nothing but the command itself stands before the word that is completed.
+# Whether only the command itself comes before the word that is completed.
 function __velmarcon_is_first
     test (count (commandline -opc)) -eq 1
 end
