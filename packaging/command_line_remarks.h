@@ -18,8 +18,8 @@ std::vector<std::string> RemarksOn(std::span<const Argument> arguments);
 /// The option -l with its code; null if -l has no code.
 const Argument* LensCodeIn(std::span<const Argument> arguments);
 
-/// The remark on the code of -l, `code` as LensCodeIn found it in `arguments`: empty if `lenses` has the code,
-/// or if `lenses` is empty, because the program then prints an error.
+/// The remark on the code of -l, `code` as LensCodeIn found it in `arguments`: empty if `lenses` has the
+/// code, or if `lenses` is empty, because the program then prints an error.
 std::string RemarkOnLensCode(const Argument& code, std::span<const Argument> arguments, const lensdb& lenses);
 
 #endif  // VELMARCON_PACKAGING_COMMAND_LINE_REMARKS_H

@@ -13,9 +13,9 @@ std::filesystem::path DataFolder();
 /// system's error number, ENOENT for an empty path.
 [[nodiscard]] int MakeDataFolder(const std::filesystem::path& folder);
 
-/// Copies the lens database `source` into the folder, unless the name lensdb.ini is taken there. The copy gets
-/// that name only when it is complete. Returns 0 or the system's error number; existing databases are never
-/// changed.
+/// Copies the lens database `source` into the folder, unless the name lensdb.ini is taken there. The copy
+/// gets that name only when it is complete. Returns 0 or the system's error number; existing databases are
+/// never changed.
 [[nodiscard]] int CopyLensDatabase(const std::filesystem::path& source, const std::filesystem::path& folder);
 
 #endif  // VELMARCON_PACKAGING_DATA_FOLDER_H

@@ -13,8 +13,8 @@
 /// but cannot be examined, is left to the program.
 std::vector<std::string> RemarksOnPaths(std::span<const Argument> arguments);
 
-/// Whether an argument has more characters than its option, as in "-icard", and is not the option's full name.
-/// Then the option's value is not the one that was meant.
+/// Whether an argument has more characters than its option, as in "-icard", and is not the option's full
+/// name. Then the option's value is not the one that was meant.
 bool HasMoreThanOption(const Argument& argument);
 
 #endif  // VELMARCON_PACKAGING_PATH_REMARKS_H

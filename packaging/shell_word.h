@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// `text` as typed in a shell, in quotes if necessary. Control characters, which could end the line or control
-/// the terminal, are shown as "?".
+/// `text` as typed in a shell, in quotes if necessary. Control characters, which could end the line or
+/// control the terminal, are shown as "?".
 std::string ShellWord(std::string_view text);
 
 #endif  // VELMARCON_PACKAGING_SHELL_WORD_H
