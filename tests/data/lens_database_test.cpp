@@ -106,12 +106,11 @@ TEST(ShippedLensDatabase, TheOtherFocalLengthsAreThereToBeChosen) {
 // With -l the focal length of the file replaces the one that the camera noted.
 TEST(ShippedLensDatabase, TellsToLeaveOutTheOptionForLensesWithSeveralFocalLengths) {
     const std::string text = support::ReadText(kFolder + "lensdb.ini");
-    EXPECT_NE(text.find("leave -l away for pictures taken with these lenses"), std::string::npos);
+    EXPECT_NE(text.find("leave -l out for pictures taken with these lenses"), std::string::npos);
     for (const std::string code : {"010000", "101010"}) {
         const std::size_t section = text.find("\n[" + code + "]\n");
         ASSERT_NE(section, std::string::npos) << code;
-        const std::size_t remark =
-            text.find("; With -l every picture gets this focal length", section);
+        const std::size_t remark = text.find("; With -l every picture gets this focal length", section);
         EXPECT_LT(remark, text.find("FocalLength = ", section)) << code;
     }
 }
@@ -121,8 +120,7 @@ TEST(ShippedLensDatabase, TellsWhichCodesBelongToTwoLenses) {
     EXPECT_NE(text.find("The codes 110011 (51) and 110101 (53) belong to two lenses each."),
               std::string::npos);
     for (const std::string code : {"110011", "110101"}) {
-        EXPECT_NE(text.find("\n[" + code + "]\n; Another lens has the same code"), std::string::npos)
-            << code;
+        EXPECT_NE(text.find("\n[" + code + "]\n; Another lens has the same code"), std::string::npos) << code;
     }
 }
 
