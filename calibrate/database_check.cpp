@@ -71,6 +71,6 @@ CheckResult CheckDatabase(const Calibration& calibration, const database_text::V
                        findings_text::Table(findings_text::DefectHeading(), unlisted);
     }
     result.text +=
-        result.good ? "\nThe database is still good.\n" : "\nThe database no longer fits: make it again.\n";
+        result.good ? "\nThe database still fits.\n" : "\nThe database no longer fits: make it again.\n";
     return result;
 }
