@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// bench_conversion SCENARIO PROGRAM FOLDER [ROUNDS]: runs PROGRAM on the files in FOLDER in the way of the
-// scenario (see scenario.cpp) and, in turn with that, what it is measured against, ROUNDS times each (default
-// 15). Prints the cost as ratios, beside the target where there is one: no bare times, because they say more
-// about the machine than about the program.
+// bench_conversion SCENARIO PROGRAM FOLDER [ROUNDS]: runs PROGRAM on the files in FOLDER as the scenario says
+// (see scenario.cpp), alternating with the scenario's yardstick, ROUNDS times each (default 15). Prints the
+// cost as ratios, next to the target if there is one. It prints no bare times, because they say more about
+// the machine than about the program.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -33,8 +33,8 @@ void PrintTarget(double most) {
     std::printf("\n");
 }
 
-/// On a busy machine the median of the rounds' ratios wanders; the best run against the best run of the
-/// yardstick shows what the program itself costs.
+/// On a busy machine the median of the ratios is noisy; the ratio of the best runs shows what the program
+/// itself costs.
 void PrintTime(const char* what, const PairedCosts& costs, double RunCost::*time, double most) {
     std::vector<double> ratios;
     for (std::size_t i = 0; i < costs.scenario.size(); ++i) {
@@ -63,7 +63,7 @@ void Print(const Scenario& scenario, const std::string& folder, const PairedCost
 
     const double unit = scenario.memory_in_outputs ? costs.output_kilobytes : costs.input_kilobytes;
     const auto largest = std::ranges::max_element(costs.scenario, {}, &RunCost::peak_kilobytes);
-    std::printf("  %-12s %5.2f  times a file that it %s", "peak memory",
+    std::printf("  %-12s %5.2f  times a file it %s", "peak memory",
                 static_cast<double>(largest->peak_kilobytes) / unit,
                 scenario.memory_in_outputs ? "writes" : "reads");
     PrintTarget(scenario.most_memory);
@@ -80,7 +80,7 @@ int Rounds(const std::string& text) {
     constexpr int decimal = 10;
     const long rounds = std::strtol(text.c_str(), nullptr, decimal);
     if (rounds < 1 || rounds > std::numeric_limits<int>::max()) {
-        Fail("bad number of rounds: " + text);
+        Fail("invalid number of rounds: " + text);
     }
     return static_cast<int>(rounds);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The steps of one conversion, each for itself: how they compare with each other and from change to change.
+// Benchmarks each step of a conversion separately, to compare the steps with each other and across changes.
 #include <cstdint>
 #include <fstream>
 #include <vector>
@@ -18,7 +18,7 @@
 
 namespace {
 
-/// The measure for the pixel steps: copying the words of one dump.
+/// The yardstick for the pixel steps: copies the words of one dump.
 void CopyDump(benchmark::State& state) {
     const auto dump = samples::FlatWords(1000);
     std::vector<std::uint16_t> copy(dump.size());
@@ -54,7 +54,7 @@ void ParseExif(benchmark::State& state) {
 }
 BENCHMARK(ParseExif)->Unit(benchmark::kMicrosecond);
 
-/// Everything of a DNG but its image: built, laid out and written.
+/// Builds, lays out and writes everything in a DNG except its image.
 void WriteTagTree(benchmark::State& state) {
     const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
     ReadInputData record;

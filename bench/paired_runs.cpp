@@ -26,13 +26,14 @@ double Kilobytes(const std::string& file) {
     return static_cast<double>(fs::file_size(file)) / bytes;
 }
 
-/// Makes `folder` anew, empty.
+/// Deletes `folder` and creates it again, empty.
 void Clear(const fs::path& folder) {
     fs::remove_all(folder);
     fs::create_directory(folder);
 }
 
-/// The two sides of a round. The scenario's files stay until it runs again, so that they can be copied.
+/// The two sides of a round. The files that the scenario writes stay until its next run, so that the other
+/// side can copy them.
 class Sides {
   public:
     Sides(const Scenario& scenario, std::string program, const fs::path& folder)
@@ -64,7 +65,7 @@ class Sides {
         }
     }
 
-    /// One an image.
+    /// One file per image.
     std::vector<std::string> Images() const { return FilesOf(folder_, {scenario_.inputs.front()}); }
     std::vector<std::string> Outputs() const { return FilesOf(made_, {".DNG"}); }
 

@@ -9,7 +9,7 @@
 #include "bench/scenario.h"
 #include "bench/timed_run.h"
 
-/// What a scenario and its yardstick cost, round by round.
+/// What a scenario and its yardstick cost, one value per round.
 struct PairedCosts {
     std::vector<RunCost> scenario;
     std::vector<RunCost> yardstick;
@@ -18,9 +18,9 @@ struct PairedCosts {
     double output_kilobytes = 0;  ///< of one DNG written
 };
 
-/// Runs `program` on the files in `folder` as `scenario` says and, in turn with that, the yardstick, `rounds`
-/// times each after a round that warms the cache. All files are written below `folder` and removed again.
-/// Returns an empty text, or what went wrong.
+/// Runs `program` on the files in `folder` as `scenario` says, alternating with the yardstick, `rounds` times
+/// each after one round that warms the cache. All output goes below `folder` and is removed again. Returns an
+/// error message, empty on success.
 std::string RunPaired(const Scenario& scenario, const std::string& program, const std::string& folder,
                       int rounds, PairedCosts& costs);
 

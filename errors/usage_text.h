@@ -8,8 +8,8 @@ constexpr const char* kBanner =
     " #\n"
     "###################\n";
 
-/// Users know these lines by heart, so they stay as they are, although without -i it is the current folder
-/// that is searched, not the one of the executable. -c and -sb are not listed.
+/// Users know these lines by heart, so they stay unchanged, even though the default of -i is the current
+/// folder rather than the folder of the executable. -c and -sb are not listed.
 constexpr const char* kUsageText =
     "Program converts Leica M8 RAW+JPEG pairs to DNG.\n"
     "\n"

@@ -40,7 +40,7 @@ void ForgetUnknownCameras(sensdb& sensors) {
 
 sensdb AnyCamera(const ScratchFolder& folder) {
     std::string text = "[3106091]\n";
-    // At both edges and between them; those from row 6 on are in the cropped frame, too.
+    // Columns at both edges and between them; those from row 6 on also lie in the cropped frame.
     Append(text, "Line", {24, 6, 24, 5000, 124, 10, 124, 2646, 3943, 6, 3943, 65535});
     Append(text, "Line", {0, 0, 0, 9, 100, 1, 100, 3, 3966, 0, 3966, 9, 500, 0, 500, 65535});
     for (int column = 0; column < sensor_frame::kFullWidth; ++column) {

@@ -6,16 +6,16 @@
 #include "fuzz/scratch_folder.h"
 #include "sensor/sensdb.h"
 
-/// Lenses for nearly every code that a file may hold: one without apertures, one without a serial number,
-/// none for code 63 and for texts that are no code.
+/// Lenses for nearly every code that a file may hold. One has no apertures and one no serial number; there is
+/// none for code 63 or for texts that are not codes.
 lensdb AnyLens();
 
-/// Forgets the cameras without values, which looking for them has made. Whoever keeps a database from input
-/// to input, so that its file is not read anew each time, calls it between them.
+/// Removes the cameras without values, which lookups have added. A fuzzer that keeps one database for all
+/// inputs, to avoid reading its file again, calls this between inputs.
 void ForgetUnknownCameras(sensdb& sensors);
 
-/// Writes a sensdb.ini into `folder` for the cameras 3106091 (defects and levels) and 0 (defects whose groups
-/// are damaged, and too few levels), and reads it.
+/// Writes a sensdb.ini into `folder` for the cameras 3106091 (defects and levels) and 0 (damaged groups of
+/// defects, too few levels), and reads it.
 sensdb AnyCamera(const ScratchFolder& folder);
 
 #endif  // VELMARCON_FUZZ_ANY_CAMERA_H

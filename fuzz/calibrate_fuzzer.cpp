@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The text of sensdb.ini when a camera's new values are put into it.
+// Merging a camera's new values into the text of sensdb.ini.
 #include <algorithm>
 #include <cstdint>
 #include <span>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kSerial = 3106091;
 
-/// The lines of a text that hold neither Line nor LevelCorrection.
+/// The lines of `text` that do not contain Line or LevelCorrection.
 std::vector<std::string> OtherLines(const std::string& text) {
     std::vector<std::string> lines;
     std::string line;

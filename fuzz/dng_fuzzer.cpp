@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The repair of a DNG that the camera wrote, from its first byte on: refused as a whole, or written as a
-// whole file that is its own repair.
+// Repairs a DNG that the camera wrote, where every byte is input: it is either refused as a whole, or written
+// as a complete file that a second repair leaves unchanged.
 #include <algorithm>
 #include <cstdint>
 #include <span>
@@ -24,7 +24,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr const char* kName = "L1.DNG";
 
-/// What a repair is asked for; by default nothing but what every repair does.
+/// What the repair is asked to do; by default only what every repair does.
 struct Request {
     bool verbose = true;
     bool lens_fix = false;
@@ -38,7 +38,7 @@ struct Request {
     std::string lens_code;
 };
 
-/// The first two bytes of an input.
+/// Decodes the first two bytes of an input.
 Request RequestOf(std::uint8_t options, std::uint8_t more) {
     return {.verbose = !Bit(more, 0),
             .lens_fix = Bit(options, 0),
@@ -52,7 +52,7 @@ Request RequestOf(std::uint8_t options, std::uint8_t more) {
             .lens_code = Bit(options, 6) ? "100001" : ""};
 }
 
-/// The file, and with the option behind it rows of an image: so that a few bytes are enough for one that is
+/// The input as a file; `with_rows` appends the rows of an image, so that a few bytes are enough for an image
 /// as wide as the sensor.
 Bytes File(std::span<const std::uint8_t> input, bool with_rows) {
     constexpr std::size_t rows = std::size_t{3968} * 4;
@@ -65,15 +65,16 @@ Bytes File(std::span<const std::uint8_t> input, bool with_rows) {
     return file;
 }
 
-/// Repairs files of a scratch folder.
+/// Repairs files in a scratch folder.
 class Workshop {
   public:
     Workshop() : known_cameras_(AnyCamera(database_)), no_cameras_(input_.prefix()) {}
 
-    /// Repairs `file`. Returns the result; the output is read into `repaired`, which is empty without one.
+    /// Repairs `file` and returns the result. Reads the output into `repaired`, which is empty if there is
+    /// none.
     int Repair(const Bytes& file, const Request& request, Bytes& repaired) {
         input_.Write(kName, file);
-        output_.Remove(kName);  // what is new need not wait for the disk
+        output_.Remove(kName);  // a new file is not flushed to disk, a replaced one is
         const ScratchFolder& target = request.in_place ? input_ : output_;
         sensdb& sensors = request.with_database ? known_cameras_ : no_cameras_;
         ForgetUnknownCameras(sensors);
@@ -102,7 +103,7 @@ class Workshop {
     sensdb no_cameras_;
 };
 
-/// Overwrites the exposure bias, which each repair brings into thirds once more.
+/// Overwrites the exposure bias, which every repair rounds to thirds again.
 void ForgetExposureBias(const WrittenDng& dng, Bytes& bytes) {
     if (dng.exif_ifd().Has(tag::kExposureBiasValue)) {
         const auto& entry = dng.exif_ifd().At(tag::kExposureBiasValue);
@@ -110,15 +111,15 @@ void ForgetExposureBias(const WrittenDng& dng, Bytes& bytes) {
     }
 }
 
-/// A file that was repaired is one that can be repaired, and stays the same when nothing is asked for.
-void RequireItsOwnRepair(Workshop& workshop, Bytes written) {
+/// A repaired file can be repaired again, which leaves it unchanged if no option asks for more.
+void RequireRepairLeavesUnchanged(Workshop& workshop, Bytes written) {
     const WrittenDng dng(written, true);
     Require(dng.Strip(dng.ifd0()).size() == PreviewSampler::kSize, "the preview has its size");
     Bytes again;
     Require(workshop.Repair(written, {}, again) == kNoError, "a repaired file can be repaired");
     ForgetExposureBias(dng, written);
     ForgetExposureBias(WrittenDng(again, true), again);
-    Require(again == written, "a repaired file is its own repair");
+    Require(again == written, "repairing a repaired file changes nothing");
 }
 
 }  // namespace
@@ -132,8 +133,9 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     const int result =
         workshop.Repair(File(input.Rest(), Bit(options, 7)), RequestOf(options, more), written);
     if (result == kNoError) {
-        RequireItsOwnRepair(workshop, written);
+        RequireRepairLeavesUnchanged(workshop, written);
     } else {
-        Require(result == kDngDamaged || result == kNotACameraDng, "a file is refused as one of two kinds");
+        Require(result == kDngDamaged || result == kNotACameraDng,
+                "a refused file is either damaged or not from a camera");
     }
 }

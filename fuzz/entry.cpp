@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Between a fuzzer and its target: silence and a clock.
+// Runs a fuzz target without its output and measures the time of each input.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,14 +12,14 @@
 
 namespace {
 
-/// From now on, whatever this process prints to standard output is lost.
+/// Discards everything that this process prints to standard output from now on.
 void SilenceStdout() {
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     Require(nowhere >= 0 && ::dup2(nowhere, STDOUT_FILENO) >= 0, "standard output can be silenced");
     ::close(nowhere);
 }
 
-/// Keeps the longest time, and says it on standard error when the process ends.
+/// Keeps the longest time and prints it to standard error when the process ends.
 class SlowestInput {
   public:
     using Clock = std::chrono::steady_clock;
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static SlowestInput slowest;
     static const bool prepared = [] {
         SilenceStdout();
-        FuzzInput({});  // makes what it needs, out of the clock's sight
+        FuzzInput({});  // the first call sets up the target, outside the measured time
         return true;
     }();
     (void)prepared;

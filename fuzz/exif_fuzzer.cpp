@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A whole JPEG in memory, as the camera's card may hold it; or the payload of its APP1 segment alone.
+// Parses a whole JPEG in memory, as found on a card, or only the payload of its APP1 segment.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -19,7 +19,7 @@ using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::size_t kValueFieldBytes = 4;
 
-/// A value longer than an entry's field is a copy of bytes that stand in the file.
+/// A value longer than the value field of an entry is a copy of bytes in the file.
 void RequireCopyOf(Bytes file, Bytes value) {
     Require(value.size() <= kValueFieldBytes ||
                 std::search(file.begin(), file.end(), value.begin(), value.end()) != file.end(),
@@ -54,7 +54,7 @@ void RequireValuesOfTheFile(Bytes file, const EXIFInfo& exif) {
 void RequireDecodedNote(const EXIFInfo& exif) {
     Require(exif.LensCode < 64 && exif.FrameSelector < 4, "lens code and frame selector have their bits");
     Require(exif.LensCodeBits.empty() || exif.LensCodeBits == maker_note::LensCodeText(exif.LensCode),
-            "the lens code's text is that of its number");
+            "the text of the lens code matches its number");
 }
 
 bool IsResult(int result) {
@@ -64,7 +64,7 @@ bool IsResult(int result) {
 void ReadAsSegment(Bytes segment) {
     EXIFInfo exif;
     const int result = exif.parseFromEXIFSegment(segment.data(), static_cast<unsigned int>(segment.size()));
-    Require(IsResult(result) && result != EXIFInfo::kNotAJpeg, "the result is one that a segment can have");
+    Require(IsResult(result) && result != EXIFInfo::kNotAJpeg, "the result is one of those for a segment");
     RequireValuesOfTheFile(segment, exif);
 }
 
@@ -74,15 +74,15 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     ReadAsSegment(bytes);
     EXIFInfo exif;
     const int result = exif.parseFrom(bytes.data(), static_cast<unsigned int>(bytes.size()));
-    Require(IsResult(result), "the result is one that the parser has");
+    Require(IsResult(result), "the result is one of the parser's");
     if (result == EXIFInfo::kNotAJpeg) {
-        Require(SameRecord(exif, EXIFInfo()), "what is no JPEG leaves the record alone");
+        Require(SameRecord(exif, EXIFInfo()), "a file that is not a JPEG leaves the record unchanged");
         return;
     }
     RequireValuesOfTheFile(bytes, exif);
     RequireDecodedNote(exif);
     Require(exif.ExposureBiasValue.denominator == 3 || exif.ExposureBiasValue == kClearedSRational,
-            "an exposure bias is in thirds");
+            "the exposure bias is in thirds");
 
     EXIFInfo again;
     const std::string text(reinterpret_cast<const char*>(bytes.data()), bytes.size());

@@ -6,8 +6,9 @@
 #include <numeric>
 #include <span>
 
-/// What must stand in front of an EXIF block for the pair to be converted at full size. That takes a hundred
-/// times as long, so it must not be handed on to all inputs that the fuzzer makes of such a one.
+/// An input of the pair fuzzer starts with this mark if the pair is to be converted at full size. That takes
+/// a hundred times as long, so the mark depends on the EXIF block: inputs mutated from such a one must not
+/// inherit it.
 inline std::uint16_t FullSizeMark(std::span<const std::uint8_t> block) {
     constexpr unsigned int odd_start = 0xA5A5;
     return static_cast<std::uint16_t>(std::accumulate(block.begin(), block.end(), odd_start));

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <span>
 
-/// One input: a few bytes in front choose options, the rest is what the subject reads.
+/// One input: the first few bytes choose options, the rest is what the code under test reads.
 class InputBytes {
   public:
     explicit InputBytes(std::span<const std::uint8_t> bytes) : rest_(bytes) {}
 
-    /// Takes the next byte off the front; 0 when there is none.
+    /// Takes the first byte off the input; 0 if there is none.
     std::uint8_t NextByte() {
         if (rest_.empty()) {
             return 0;

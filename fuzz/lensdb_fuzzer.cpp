@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The text of lensdb.ini, and what the DNG tags make of its lenses.
+// Reads the text of lensdb.ini, and computes the DNG tags of its lenses.
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -16,8 +16,7 @@
 
 namespace {
 
-/// The aperture of a list that stands for the estimate, found by looking at all of them: the nearest, and of
-/// equally near ones the last.
+/// The aperture nearest to the estimate, found by looking at every one; among equally near ones the last.
 std::int32_t PlainNearest(const std::vector<std::int32_t>& apertures, std::int32_t estimate) {
     const auto distance = [&](std::int32_t aperture) {
         const std::int64_t difference = std::int64_t{aperture} - estimate;
@@ -33,7 +32,7 @@ std::int32_t PlainNearest(const std::vector<std::int32_t>& apertures, std::int32
 void UseApertures(const std::vector<std::int32_t>& apertures, std::int32_t estimate) {
     Require(std::ranges::is_sorted(apertures), "apertures ascend");
     const std::int32_t nearest = lens_tags::NearestAperture(apertures, estimate);
-    // Beyond this distance, f/1526, no estimate is taken for an engraved aperture.
+    // Farther away than this, f/1526, an estimate is not replaced by an engraved aperture.
     constexpr std::int64_t farthest = 100000000;
     const std::int32_t plain = PlainNearest(apertures, estimate);
     const std::int64_t first_distance = std::int64_t{apertures.front()} - estimate;
@@ -68,7 +67,7 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     folder.Write("lensdb.ini", bytes);
     lensdb lenses(folder.prefix());
     if (lenses.LoadLensData() != 0) {
-        Require(lenses.Lenses.empty(), "a file that can't be read has no lenses");
+        Require(lenses.Lenses.empty(), "an unreadable file yields no lenses");
         return;
     }
     std::size_t total = 0;
@@ -80,5 +79,5 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     Require(total <= bytes.size(), "the texts together are not longer than the file");
     const std::size_t count = lenses.Lenses.size();
     Require(lenses.LoadLensData() == 0 && lenses.Lenses.size() == count,
-            "reading twice gives the same lenses");
+            "reading again gives the same lenses");
 }

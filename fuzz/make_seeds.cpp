@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Writes what the fuzzers start from, made by the sample maker: a folder for each target below the one that
-// the only argument names. Exit status 1 when that fails.
+// Writes seed inputs for the fuzzers, made by the sample maker: one folder per target below the folder given
+// as the only argument. Exit status 1 on failure.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -26,7 +26,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// `bytes` with the options of an input in front.
+/// `bytes` preceded by the option bytes of an input.
 Bytes WithOptions(std::initializer_list<std::uint8_t> options, const Bytes& bytes) {
     Bytes input = options;
     input.insert(input.end(), bytes.begin(), bytes.end());
@@ -37,7 +37,7 @@ Bytes AsBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-/// Writes the seeds of all targets, and remembers whether one could not be written.
+/// Writes the seeds of all targets and records whether one could not be written.
 class SeedWriter {
   public:
     explicit SeedWriter(std::string folder) : folder_(std::move(folder)) {}
@@ -106,7 +106,7 @@ void WriteMakerNote(SeedWriter& seeds) {
     seeds.Write("maker_note", "fast", samples::DngMakerNote(FastShot()));
 }
 
-/// A camera's DNG of `width` x `height` pixels whose strips stand right behind its values, most of the
+/// A camera DNG of `width` x `height` pixels whose strips start right after its values, with most of the
 /// preview left out.
 Bytes ShortDng(std::uint32_t width, std::uint32_t height, const samples::Shot& shot) {
     constexpr std::uint32_t preview_bytes = 24;
@@ -124,7 +124,7 @@ Bytes ShortDng(std::uint32_t width, std::uint32_t height, const samples::Shot& s
 }
 
 void WriteDng(SeedWriter& seeds) {
-    constexpr std::uint8_t rows = 0x80;  // of an image behind the file
+    constexpr std::uint8_t rows = 0x80;  // option bit: rows of an image follow the file
     const Bytes cropped = ShortDng(samples::kCroppedWidth, 2, {});
     seeds.Write("dng", "plain", WithOptions({rows, 0}, ShortDng(40, 4, {})));
     seeds.Write("dng", "lens", WithOptions({rows | 0x01, 0}, ShortDng(40, 4, {})));

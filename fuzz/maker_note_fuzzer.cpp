@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The camera's maker note by both its readers: the one of JPEGs, which looks at the tags, and the one of the
-// camera's DNGs, which goes by position.
+// Parses the camera's maker note with both readers: the one for JPEGs, which looks at the tags, and the one
+// for the camera's DNGs, which goes by position.
 #include <algorithm>
 #include <bit>
 #include <cstdint>
@@ -22,17 +22,17 @@ void ReadByTag(Bytes note) {
     EXIFInfo exif;
     exif.MakerNote.assign(note.begin(), note.end());
     const std::vector<std::uint8_t> before = exif.MakerNote;
-    Require(exif.ParseMakerNote() == 0, "a note's decoding has one result");
-    Require(exif.MakerNote == before, "the note itself stays as it is");
+    Require(exif.ParseMakerNote() == 0, "decoding a note always succeeds");
+    Require(exif.MakerNote == before, "the note itself is unchanged");
     Require(exif.LensCodeBits.empty() ? exif.LensCode == 0 && exif.FrameSelector == 0
                                       : exif.LensCodeBits == maker_note::LensCodeText(exif.LensCode),
-            "the lens code's text is that of its number");
+            "the text of the lens code matches its number");
     EXIFInfo again = exif;
     Require(again.ParseMakerNote() == 0 && SameRecord(again, exif), "decoding twice changes nothing");
 }
 
-/// The `size` bytes at `position` as a number, low byte first, read the plainest way; 0 when they are not all
-/// there.
+/// The `size` bytes at `position` as a number, low byte first, read in the simplest way; 0 if they are not
+/// all there.
 std::uint32_t Plain(Bytes note, std::uint64_t position, std::uint64_t size) {
     if (position + size > note.size()) {
         return 0;
@@ -44,14 +44,14 @@ std::uint32_t Plain(Bytes note, std::uint64_t position, std::uint64_t size) {
     return value;
 }
 
-/// Where the value field of entry `index` stands.
+/// Offset of the value field of entry `index`.
 constexpr std::uint64_t Field(std::uint64_t index) {
     constexpr std::uint64_t first = 8 + 2 + 8;  // header, entry count, tag to count of an entry
     return first + 12 * index;
 }
 
-/// From where the offsets of entries 4 to 6 count: from byte 0 when all of them lead past the table of 15
-/// entries.
+/// The position from which the offsets of entries 4 to 6 count: byte 0 if all of them lead past the table of
+/// 15 entries.
 std::uint64_t Base(Bytes note) {
     constexpr std::uint32_t table_end = 8 + 2 + 15 * 12 + 4;
     const std::uint32_t smallest =
@@ -61,13 +61,13 @@ std::uint64_t Base(Bytes note) {
 
 void RequirePair(Bytes note, std::uint64_t index, std::uint32_t offset,
                  const std::vector<std::int32_t>& pair) {
-    Require(offset == Plain(note, Field(index), 4), "an offset is the one in its entry");
+    Require(offset == Plain(note, Field(index), 4), "an offset is taken from its entry");
     Require(pair.size() == 2, "a pair has two halves");
     if (Field(index) + 4 <= note.size()) {
         const std::uint64_t position = Base(note) + offset;
         Require(std::bit_cast<std::uint32_t>(pair[0]) == Plain(note, position, 4) &&
                     std::bit_cast<std::uint32_t>(pair[1]) == Plain(note, position + 4, 4),
-                "a pair is what stands at its offset");
+                "a pair is read at its offset");
     } else {
         Require(pair[0] == 0 && pair[1] == 0, "a pair without an entry is 0");
     }
@@ -75,7 +75,7 @@ void RequirePair(Bytes note, std::uint64_t index, std::uint32_t offset,
 
 void ReadByPosition(Bytes note) {
     const MakerNoteStruct values = DecodeMakerNote(ByteView(note));
-    Require(values.entry_count == Plain(note, 8, 2), "the count is the one in the note");
+    Require(values.entry_count == Plain(note, 8, 2), "the count is taken from the note");
     Require(values.user_profile == Plain(note, Field(0), 4), "entry 0 is the user profile");
     Require(values.serial_number == Plain(note, Field(1), 4), "entry 1 is the serial number");
     Require(values.white_balance == Plain(note, Field(2), 2), "entry 2 is the white balance");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The command line: arguments are the input's bytes up to each NUL. They can name files of a scratch folder
-// only, which must stay as it is.
+// Parses a command line whose arguments are the input's bytes, separated by NULs. They can only name files in
+// a scratch folder, which must not change.
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A card to look for images on. The large files take no room on the disk.
+/// A card with images to find. The large files are sparse and take no room on the disk.
 class Card {
   public:
     Card() {
@@ -45,7 +45,7 @@ class Card {
 
     std::string path() const { return folder_.prefix() + "card"; }
 
-    void RequireUntouched() const { Require(Listing() == before_, "no file is touched"); }
+    void RequireUntouched() const { Require(Listing() == before_, "no file is changed"); }
 
   private:
     void MakeFile(const std::string& name, std::uintmax_t size) const {
@@ -53,7 +53,7 @@ class Card {
         fs::resize_file(folder_.prefix() + name, size);
     }
 
-    /// Everything in the folder with its time of change.
+    /// Everything in the folder with its modification time.
     std::map<std::string, fs::file_time_type> Listing() const {
         std::map<std::string, fs::file_time_type> listing;
         for (const auto& entry : fs::recursive_directory_iterator(folder_.path())) {
@@ -66,7 +66,7 @@ class Card {
     std::map<std::string, fs::file_time_type> before_;
 };
 
-/// While it lives, the current folder is another one.
+/// Changes the current folder for the lifetime of the object.
 class CurrentFolderIs {
   public:
     explicit CurrentFolderIs(const std::string& folder) : before_(fs::current_path()) {
@@ -85,7 +85,7 @@ class CurrentFolderIs {
     fs::path before_;
 };
 
-/// `argument` as a path that stays below `card`: an absolute one is moved there, and no step up is left.
+/// `argument` as a path that stays below `card`: an absolute path is moved there, and steps up are removed.
 std::string Confined(std::string argument, const std::string& card) {
     for (auto up = argument.find(".."); up != std::string::npos; up = argument.find("..")) {
         argument.replace(up, 2, "._");
@@ -93,7 +93,7 @@ std::string Confined(std::string argument, const std::string& card) {
     return argument.starts_with('/') ? card + argument : argument;
 }
 
-/// The program's name and the arguments behind it. An argument vector has at least the name.
+/// The program's name and the arguments after it. An argument vector has at least the name.
 std::vector<std::string> Arguments(std::string_view bytes, const std::string& card) {
     std::vector<std::string> arguments;
     for (bool more = true; more;) {
@@ -116,19 +116,19 @@ bool Same(const RunSettings& a, const RunSettings& b) {
 }
 
 void RequireUsable(const RunSettings& settings, const lensdb& lenses) {
-    Require(!settings.input.names.empty(), "a run has images");
+    Require(!settings.input.names.empty(), "a run has at least one image");
     for (const std::string& name : settings.input.names) {
-        Require(isfile((settings.input.folder + name).c_str()), "every image is there");
+        Require(isfile((settings.input.folder + name).c_str()), "every image exists");
         Require(Extension(name) == "RAW" || Extension(name) == "DNG", "an image is a RAW file or a DNG");
         Require(name.find_first_of(kSeparators) == std::string::npos, "an image's name has no folder");
     }
     Require(settings.output_folder.empty() || isdir(settings.output_folder.c_str()),
-            "the output folder is there");
-    Require(!settings.lens_fix || !lenses.Lenses.empty(), "lenses are fixed with a database only");
+            "the output folder exists");
+    Require(!settings.lens_fix || !lenses.Lenses.empty(), "lenses are fixed only with a database");
     Require(settings.sensor_fix == settings.dark_field_fix, "-s asks for both corrections");
     Require(settings.sensor_fix || (!settings.dark_field_creation && !settings.pixel_line_test &&
                                     !settings.row_offset_estimation),
-            "the variants of -s include it");
+            "the variants of -s imply it");
 }
 
 bool IsExitStatus(int status) {
@@ -142,7 +142,7 @@ void RequireFolderOf(const std::string& program) {
     if (separator == std::string::npos) {
         Require(folder.empty(), "a bare name has no folder");
     } else if (separator == 0) {
-        Require(folder == "./", "a name behind one separator is in the current folder");
+        Require(folder == "./", "a name after a lone separator is in the current folder");
     } else {
         Require(folder == program.substr(0, folder.size()) && folder.size() == separator + 1,
                 "the folder is the name up to its last separator");
@@ -174,11 +174,11 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     if (status == 0) {
         RequireUsable(settings, lenses);
     } else {
-        Require(IsExitStatus(status), "the status is one that options can have");
+        Require(IsExitStatus(status), "the status is one of those for options");
     }
     RunSettings again;
     Require(ParseOptions(arguments, lenses, errors, again) == status && Same(again, settings),
-            "the same command line asks for the same");
-    Require(texts == before, "the command line stays as it is");
+            "the same command line gives the same settings");
+    Require(texts == before, "the command line is unchanged");
     card.RequireUntouched();
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The conversion of a pair whose JPEG holds any EXIF block. The pixels are always the same and read once;
-// most inputs convert the first rows of them only, which is what makes it fast.
+// Converts a pair whose JPEG holds any EXIF block. The pixels are always the same and are read once. For
+// speed, most inputs convert only the first rows.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -31,7 +31,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::int32_t kFewRows = 4;
-/// SOI, an APP1 segment of `block`, EOI.
+/// SOI, an APP1 segment with `block`, EOI.
 Bytes Jpeg(std::span<const std::uint8_t> block) {
     constexpr std::size_t longest_block = 0xFFFF - 2;
     block = block.first(std::min(block.size(), longest_block));
@@ -47,7 +47,7 @@ Bytes Jpeg(std::span<const std::uint8_t> block) {
     return jpeg;
 }
 
-/// A RAW file whose neighbouring pixels differ; some are dark.
+/// A RAW file in which neighbouring pixels differ and some are dark.
 Bytes RawFile() {
     Bytes bytes(raw_layout::kFileBytes);
     for (std::size_t i = 0; i < raw_layout::kFileWords; ++i) {
@@ -73,7 +73,7 @@ RunSettings SettingsOf(std::uint8_t options, std::uint8_t black_level) {
     return settings;
 }
 
-/// What must be in the file whatever was asked for.
+/// What must be in the file regardless of the options.
 void RequireShootingData(const WrittenDng& dng, const EXIFInfo& exif) {
     RequireText(dng.ifd0().At(tag::kMake), exif.Make);
     RequireText(dng.ifd0().At(tag::kSoftware), exif.Software);
@@ -90,7 +90,7 @@ bool SameBytes(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b)
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size()) == 0;
 }
 
-/// A card with one pair, whose JPEG changes.
+/// A card with one pair whose JPEG changes.
 class Studio {
   public:
     Studio() : sensors_(AnyCamera(database_)) {
@@ -124,13 +124,13 @@ class Studio {
     }
 
   private:
-    /// The run as main starts it. Returns whether it left a DNG.
+    /// Runs the conversion as main does. Returns whether it left a DNG.
     bool ConvertAll(const RunSettings& settings) {
         Require(ConversionRun(settings, lenses_, sensors_, errors_).Run() == 0, "the run ends well");
         return !output_.Names().empty();
     }
 
-    /// The same steps for a record whose image is short. Returns whether it left a DNG.
+    /// Performs the same steps for a record with a short image. Returns whether that left a DNG.
     bool ConvertFewRows(const RunSettings& settings) {
         ReadInputData record;
         record.Verbose = settings.verbose;
@@ -169,9 +169,9 @@ class Studio {
             static_cast<std::size_t>(raw_layout::kImageWidth * height) * sizeof(std::uint16_t);
         Require(raw.size() == raw_bytes, "the raw strip has its size");
         Require(settings.sensor_fix || SameBytes(raw, std::span(image_bytes_).first(raw_bytes)),
-                "without a correction the pixels are the sensor's own");
+                "without corrections the pixels are those of the sensor");
         Require(!settings.preview || SameBytes(dng.Strip(dng.ifd0()), preview_),
-                "the preview is that of the image");
+                "the preview matches the image");
     }
 
     ScratchFolder database_;
@@ -181,7 +181,7 @@ class Studio {
     sensdb sensors_;
     ErrorHandler errors_;
     std::vector<std::uint16_t> image_;  ///< at full size
-    Bytes image_bytes_;                 ///< the same, as a file holds it
+    Bytes image_bytes_;                 ///< the same pixels as a file holds them
     Bytes preview_;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Gives a fuzz target the files named on the command line, or all files of a folder: the same inputs as the
-// fuzzer's, with any compiler. Exit status 0 when all of them were taken; a failure ends the process.
+// Runs a fuzz target on the files named on the command line, or on all files of a folder, with any compiler.
+// Exit status 0 if all of them were processed; a failure ends the process.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The files that `path` stands for, sorted by name.
+/// The files at `path`: the file itself, or those of a folder sorted by name.
 std::vector<fs::path> Files(const fs::path& path) {
     if (!fs::is_directory(path)) {
         return {path};
@@ -31,7 +31,7 @@ std::vector<fs::path> Files(const fs::path& path) {
     return files;
 }
 
-/// Returns false when the file can't be read.
+/// Returns false if the file can't be read.
 bool Replay(const fs::path& path) {
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     if (!file) {
@@ -41,7 +41,7 @@ bool Replay(const fs::path& path) {
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::streamoff(file.tellg())));
     file.seekg(0);
     file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    // Said beforehand: of a crash, this line is what names the input.
+    // Printed first, because after a crash this line names the input.
     (void)std::fprintf(stderr, "%s\n", path.c_str());
     LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
     return true;

@@ -2,8 +2,8 @@
 #ifndef VELMARCON_FUZZ_REQUIRE_H
 #define VELMARCON_FUZZ_REQUIRE_H
 
-/// Ends the process by a signal, which the fuzzer takes for a crash, unless `holds`. `property` says on
-/// standard error what should have been so.
+/// Ends the process by a signal, which the fuzzer reports as a crash, unless `holds`. `property`, what should
+/// have been true, is printed to standard error.
 void Require(bool holds, const char* property);
 
 #endif  // VELMARCON_FUZZ_REQUIRE_H

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-/// A folder of this process's own in the folder for temporary files (TMPDIR); gone with all its contents at
-/// the end, unless that is a crash. A system call that fails ends the process.
+/// A temporary folder for this process (in TMPDIR). It is removed with its contents at the end, unless the
+/// process crashes. A system call that fails ends the process.
 class ScratchFolder {
   public:
     ScratchFolder();
@@ -20,15 +20,15 @@ class ScratchFolder {
     ScratchFolder& operator=(ScratchFolder&&) = delete;
 
     const std::string& path() const { return path_; }
-    /// With a separator behind it.
+    /// The path with a separator at the end.
     std::string prefix() const { return path_ + "/"; }
 
-    /// Writes the file `name` anew: what is new need not wait for the disk, unlike what replaces a file.
+    /// Removes the file `name` and writes it again: unlike a replaced file, a new one is not flushed to disk.
     void Write(const std::string& name, std::span<const std::uint8_t> bytes) const;
     void Write(const std::string& name, std::string_view text) const;
-    /// All bytes of the file `name`, which must be there.
+    /// All bytes of the file `name`, which must exist.
     std::vector<std::uint8_t> Read(const std::string& name) const;
-    /// Removes the file `name`, if it is there.
+    /// Removes the file `name` if it exists.
     void Remove(const std::string& name) const;
     /// The names in the folder, sorted.
     std::vector<std::string> Names() const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The text of sensdb.ini: read, applied to a small image, written and read back.
+// Reads the text of sensdb.ini, applies it to a small image, writes it and reads it back.
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -21,7 +21,7 @@ using Pixels = std::vector<unsigned short>;
 
 constexpr int kHeight = 6;
 
-/// How the database is applied, by the input's first two bytes.
+/// How to apply the database, from the input's first two bytes.
 struct Mode {
     int width;
     std::uint16_t iso;
@@ -45,7 +45,7 @@ struct Mode {
     }
 };
 
-/// Neighbours differ; the darkest pixels are around `brightness`.
+/// An image in which neighbouring pixels differ; the darkest are around `brightness`.
 Pixels Image(const Mode& mode) {
     Pixels pixels(static_cast<std::size_t>(mode.width) * kHeight);
     std::uint32_t step = 0;
@@ -60,8 +60,8 @@ std::uint32_t AnyCamera(const sensdb& sensors) {
     return sensors.Cameras.empty() ? 0 : static_cast<std::uint32_t>(sensors.Cameras.begin()->first);
 }
 
-/// Repeats the camera's levels over all columns of the sensor: four thousand lines are more than a fuzzer
-/// makes up.
+/// Repeats the camera's levels over all columns of the sensor, because a fuzzer does not come up with four
+/// thousand lines.
 void FillColumns(sensdb::Sensdbtype& camera) {
     auto& levels = camera.LevelCorrection;
     for (std::size_t i = 0; !levels.empty() && levels.size() < sensor_frame::kFullWidth; ++i) {
@@ -82,7 +82,7 @@ void Apply(const Mode& mode, std::uint32_t serial, sensdb& sensors) {
     Require(pixels.size() == before.size(), "an image keeps its size");
 }
 
-/// New levels from an image of the dark.
+/// Makes new levels from an image of the dark.
 void Create(const Mode& mode, std::uint32_t serial, sensdb& sensors) {
     ReadInputData record;
     record.Exif.SerialNumber = serial;
@@ -94,14 +94,14 @@ void Create(const Mode& mode, std::uint32_t serial, sensdb& sensors) {
             "each column has a level");
 }
 
-/// Whether `read` is what six decimals leave of `written`.
+/// Whether `read` is `written` rounded to six decimals.
 bool SameLevel(float written, float read) {
     if (std::isnan(written)) {
         return std::isnan(read);
     }
     constexpr double half_unit = 0.5000001e-6;
     const double difference = static_cast<double>(written) - static_cast<double>(read);
-    // Where single precision is coarser than six decimals, the number itself comes back.
+    // Where single precision is coarser than six decimals, the number comes back unchanged.
     return written == read ||
            std::abs(difference) <= half_unit + std::abs(static_cast<double>(written)) * 6e-8;
 }
@@ -115,9 +115,10 @@ void RequireSame(const sensdb::Sensdbtype& written, const sensdb::Sensdbtype& re
     }
 }
 
-/// Writes the cameras as a database of its own: one that could not be read completely is not written over.
+/// Writes the cameras as a new database, because a database that could not be read completely is never
+/// overwritten.
 void WriteAndReadBack(const ScratchFolder& folder, const sensdb& sensors) {
-    folder.Remove("sensdb.ini");  // what is new need not wait for the disk
+    folder.Remove("sensdb.ini");  // a new file is not flushed to disk, a replaced one is
     sensdb writer(folder.prefix());
     writer.Cameras = sensors.Cameras;
     Require(writer.WriteSensData() == 0, "every database can be written");
@@ -143,15 +144,15 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     folder.Write("sensdb.ini", input.Rest());
     sensdb sensors(folder.prefix());
     if (sensors.LoadSensData() != 0) {
-        Require(sensors.Cameras.empty(), "a file that can't be read has no cameras");
+        Require(sensors.Cameras.empty(), "an unreadable file yields no cameras");
         return;
     }
     const std::uint32_t serial = AnyCamera(sensors);
     if (mode.create) {
         Create(mode, serial, sensors);
     }
-    // Levels for a whole sensor take longer to write than everything else; they are as those of a small
-    // image.
+    // Levels for a whole sensor take longer to write than everything else, and differ from those of a small
+    // image only in number.
     if (!mode.create || mode.width < sensor_frame::kCroppedWidth) {
         WriteAndReadBack(folder, sensors);
     }

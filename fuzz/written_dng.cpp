@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::array<std::uint8_t, 8> kHeader = {'I', 'I', 42, 0, 8, 0, 0, 0};
 
-/// The only number of a LONG.
+/// The value of a tag that has one LONG.
 std::uint32_t Long(const support::TiffIFD& ifd, std::uint16_t tag) {
-    Require(ifd.Has(tag), "a tag that every image needs is there");
+    Require(ifd.Has(tag), "a tag that every image needs is present");
     const auto& entry = ifd.At(tag);
     Require(entry.type == tiff::kLong && entry.count == 1, "an offset or a size is one LONG");
     return entry.Number();
@@ -27,7 +27,7 @@ std::uint32_t Long(const support::TiffIFD& ifd, std::uint16_t tag) {
 WrittenDng::WrittenDng(std::vector<std::uint8_t> bytes, bool preview)
     : bytes_(std::move(bytes)), file_(bytes_) {
     Require(bytes_.size() > kHeader.size() && std::equal(kHeader.begin(), kHeader.end(), bytes_.begin()),
-            "the header names IFD0 right behind it");
+            "IFD0 follows right after the header");
     AddPlace(0, kHeader.size());
     ifd0_ = file_.FirstIFD();
     AddIFD(ifd0_);
@@ -83,5 +83,5 @@ void RequireText(const support::TiffEntry& entry, std::string text) {
     if (text.empty() || text.back() != '\0') {
         text += '\0';
     }
-    Require(entry.type == tiff::kAscii && entry.Text() == text, "a text is written as it was read");
+    Require(entry.type == tiff::kAscii && entry.Text() == text, "a text is written unchanged");
 }

@@ -9,24 +9,24 @@
 
 #include "tests/support/tiff_file.h"
 
-/// A DNG that the program wrote. Making one ends the process unless the file is whole: a little-endian TIFF
-/// whose IFDs are sorted, whose IFDs, values and strips lie in the file, at even offsets, none upon another,
-/// and which ends with the raw strip.
+/// A DNG that the program wrote. The constructor ends the process unless the file is complete: a
+/// little-endian TIFF with sorted IFDs, whose IFDs, values and strips lie in the file at even offsets and do
+/// not overlap, and which ends with the raw strip.
 class WrittenDng {
   public:
-    /// Checks `bytes`. With `preview`, IFD0 must hold the preview and a SubIFD the raw image.
+    /// Checks `bytes`. If `preview` is set, IFD0 must hold the preview and a SubIFD the raw image.
     WrittenDng(std::vector<std::uint8_t> bytes, bool preview);
 
     const support::TiffIFD& ifd0() const { return ifd0_; }
     const support::TiffIFD& raw_ifd() const { return raw_ifd_; }
     const support::TiffIFD& exif_ifd() const { return exif_ifd_; }
 
-    /// The bytes of the only strip of `ifd`, one of the three.
+    /// The bytes of the only strip of `ifd`, which must be one of the three.
     std::span<const std::uint8_t> Strip(const support::TiffIFD& ifd) const;
     std::span<const std::uint8_t> bytes() const { return bytes_; }
 
   private:
-    /// Where something stands in the file, in bytes.
+    /// A part of the file, in bytes.
     struct Place {
         std::uint64_t begin;
         std::uint64_t end;
@@ -45,7 +45,7 @@ class WrittenDng {
     std::vector<Place> places_;
 };
 
-/// Requires that `entry` is an ASCII value: `text`, closed by a NUL unless it ends in one.
+/// Requires that `entry` is an ASCII value: `text`, followed by a NUL unless it ends in one.
 void RequireText(const support::TiffEntry& entry, std::string text);
 
 #endif  // VELMARCON_FUZZ_WRITTEN_DNG_H

@@ -28,7 +28,7 @@ struct Strips {
     std::vector<std::uint32_t> byte_counts;
 };
 
-/// Strips one behind the other from `offset` on; the last one holds the rows that are left.
+/// Consecutive strips starting at `offset`; the last one holds the remaining rows.
 Strips StripsOf(std::uint32_t offset, std::uint32_t rows, std::uint32_t rows_per_strip,
                 std::uint32_t row_bytes) {
     Strips strips;
@@ -139,7 +139,7 @@ void Append(std::vector<std::uint8_t>& out, const std::vector<std::uint8_t>& byt
     out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
-/// The TIFF header, the directories and their values.
+/// The TIFF header, the IFDs and their values.
 std::vector<std::uint8_t> Head(const CameraDngFile& file) {
     const std::uint32_t raw_ifd = kDngIfd0Offset + TableSize(file.ifd0);
     const std::uint32_t exif_ifd = raw_ifd + TableSize(file.raw_ifd);

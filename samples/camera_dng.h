@@ -21,9 +21,8 @@ constexpr std::uint32_t kDngRawOffset = 234336;
 constexpr int kDngPreviewWidth = 320;
 constexpr int kDngPreviewHeight = 240;
 
-/// A DNG as the camera writes it: little-endian, the three directories one
-/// behind the other from byte 8 on, then their values, the preview strips
-/// at kDngPreviewOffset and the raw strips at kDngRawOffset, up to the end.
+/// A DNG as the camera writes it: little-endian, the three IFDs in a row from byte 8 on, then their values,
+/// the preview strips at kDngPreviewOffset, and the raw strips from kDngRawOffset to the end.
 struct CameraDngFile {
     std::vector<Entry> ifd0 = {};
     std::vector<Entry> raw_ifd = {};
@@ -32,18 +31,18 @@ struct CameraDngFile {
     std::vector<std::uint8_t> raw = {};      ///< see CroppedBytes
 };
 
-constexpr int kDngPreviewPictureHeight = 214;  ///< 3:2 on the preview's width; black above and below
+constexpr int kDngPreviewPictureHeight = 214;  ///< 3:2 at the preview's width; black above and below
 
-/// A scene of kDngPreviewWidth x kDngPreviewPictureHeight pixels as a preview: 230400 bytes.
+/// The preview of a scene of kDngPreviewWidth x kDngPreviewPictureHeight pixels: 230400 bytes.
 std::vector<std::uint8_t> PreviewOf(const Scene& scene);
 
-/// The file of `shot`; its entries, preview and raw pixels may be changed afterwards. The strip offsets stay
-/// as they are whatever is changed.
+/// The file of `shot`. Its entries, preview and raw pixels may be changed afterwards; the strip offsets do
+/// not follow such changes.
 CameraDngFile CameraDng(const Shot& shot, std::vector<std::uint8_t> preview, std::vector<std::uint8_t> raw);
 
-/// The bytes of the file; kCameraDngBytes with everything as CameraDng gives it. A SubIFDs or ExifIFD entry
-/// without a raw field is made to point at its directory, wherever more or fewer entries have moved it. A
-/// longer preview is cut where the raw strips begin. Empty when directories and values do not fit before
+/// The bytes of the file; kCameraDngBytes of them if it is as CameraDng returned it. A SubIFDs or ExifIFD
+/// entry without a raw field is set to the offset of its IFD, also after entries were added or removed. A
+/// preview that is too long is cut where the raw strips begin. Empty if IFDs and values do not fit before
 /// kDngPreviewOffset.
 std::vector<std::uint8_t> Serialize(const CameraDngFile& file);
 

@@ -11,7 +11,7 @@ namespace samples {
 
 namespace {
 
-// Exif 2.2 demands them of a JPEG; nothing here reads them.
+// Exif 2.2 requires this tag in a JPEG; velmarcon does not read it.
 constexpr std::uint16_t kFlashpixVersion = 40960;
 constexpr std::uint16_t kColorSpace = 40961;
 constexpr std::uint16_t kComponentsConfiguration = 37121;
@@ -61,7 +61,7 @@ ExifBlock CameraExif(const Shot& shot) {
     Set(block.exif, Rationals(tag::kExposureBiasValue, {AsUnsigned(shot.exposure_bias)}));
     Set(block.exif, Ascii(tag::kDateTimeOriginal, shot.date_time));
     Set(block.exif,
-        Undefined(kComponentsConfiguration, {'1', '2', '3', '0'}));  // digits, as the camera has it
+        Undefined(kComponentsConfiguration, {'1', '2', '3', '0'}));  // digits, as the camera writes it
     Set(block.exif, Undefined(kFlashpixVersion, {'0', '1', '0', '0'}));
     Set(block.exif, Short(kColorSpace, 1));
     Set(block.exif, Long(tag::kPixelXDimension, shot.pixel_x_dimension));

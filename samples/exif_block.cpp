@@ -16,7 +16,8 @@ TwoBytes MarkOf(ByteOrder order) {
     return order == ByteOrder::kLittle ? TwoBytes{'I', 'I'} : TwoBytes{'M', 'M'};
 }
 
-/// Directory and values, the first byte of which the file counts as `offset`. `next_ifd` is its link.
+/// IFD and values; the first byte has the offset `offset` in the file. `next_ifd` is the link to the next
+/// IFD.
 std::vector<std::uint8_t> IfdWithValues(const std::vector<Entry>& entries, ByteOrder order,
                                         std::uint32_t offset, std::optional<std::uint16_t> forced_count,
                                         std::uint32_t next_ifd = 0) {
@@ -37,7 +38,7 @@ std::uint32_t SizeWithValues(const std::vector<Entry>& entries, ByteOrder order)
     return static_cast<std::uint32_t>(IfdWithValues(entries, order, 0, std::nullopt).size());
 }
 
-/// IFD0 with the pointer to an EXIF IFD that follows it.
+/// IFD0 with the pointer to the EXIF IFD that follows it.
 std::vector<Entry> WithPointer(const ExifBlock& block) {
     std::vector<Entry> ifd0 = block.ifd0;
     if (!block.with_exif_ifd || Find(ifd0, tag::kExifIFD) != nullptr) {
@@ -53,7 +54,7 @@ void Append(std::vector<std::uint8_t>& out, const std::vector<std::uint8_t>& byt
     out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
-/// IFD1 at `offset`, its values and the thumbnail.
+/// IFD1 at `offset`, followed by its values and the thumbnail.
 std::vector<std::uint8_t> ThumbnailPart(const ExifBlock& block, std::uint32_t offset) {
     std::vector<Entry> ifd1 = block.ifd1;
     Set(ifd1, Short(kThumbnailOffset, 0));

@@ -11,31 +11,32 @@
 
 namespace samples {
 
-constexpr std::uint32_t kExifHeaderSize = 6;  ///< bytes of "Exif" and two NULs, before the TIFF header
+constexpr std::uint32_t kExifHeaderSize = 6;  ///< "Exif" and two NULs, before the TIFF header
 
-/// The payload of an APP1 segment (Exif 2.3, section 4.5):
-/// the Exif header, a TIFF header, IFD0, the EXIF IFD and, for a thumbnail, IFD1.
+/// The payload of an APP1 segment (Exif 2.3, section 4.5): the Exif header, a TIFF header, IFD0, the EXIF IFD
+/// and, for a thumbnail, IFD1.
 struct ExifBlock {
     ByteOrder order = ByteOrder::kLittle;
     std::vector<Entry> ifd0 = {};  ///< in file order; the ExifIFD entry is added when the block is serialised
     std::vector<Entry> exif = {};  ///< in file order
     bool with_exif_ifd = true;
-    std::vector<Entry> ifd1 = {};  ///< empty: no IFD1; the offset of `thumbnail` is added as a SHORT
-    std::vector<std::uint8_t> thumbnail = {};  ///< a JPEG file, the last bytes of the block
+    std::vector<Entry> ifd1 = {};  ///< empty: no IFD1; Serialize adds the offset of `thumbnail` as a SHORT
+    std::vector<std::uint8_t> thumbnail = {};  ///< a JPEG file, at the end of the block
 
-    // For damaged blocks: what the headers hold instead of the right values.
+    // For damaged blocks: header fields that replace the correct values.
     std::array<std::uint8_t, kExifHeaderSize> header = {'E', 'x', 'i', 'f', 0, 0};
     std::optional<std::array<std::uint8_t, 2>> byte_order_mark = std::nullopt;  ///< default "II" or "MM"
     std::uint16_t magic = 42;
     std::optional<std::uint32_t> first_ifd_offset = std::nullopt;  ///< default 8
-    std::optional<std::uint32_t> exif_ifd_offset = std::nullopt;   ///< default: where the EXIF IFD stands
-    std::optional<std::uint16_t> ifd0_count = std::nullopt;        ///< default: the number of entries
+    std::optional<std::uint32_t> exif_ifd_offset =
+        std::nullopt;                                        ///< default: the actual offset of the EXIF IFD
+    std::optional<std::uint16_t> ifd0_count = std::nullopt;  ///< default: the number of entries
     std::optional<std::uint16_t> exif_count = std::nullopt;
 };
 
 /// The block's bytes: header, TIFF header, IFD0, its values, EXIF IFD, its values, IFD1, its values,
-/// thumbnail. The ExifIFD pointer stands before the first IFD0 entry of a higher tag, unless `ifd0` has such
-/// an entry already: that one is then written unchanged.
+/// thumbnail. The ExifIFD pointer is inserted before the first IFD0 entry with a higher tag; if `ifd0`
+/// already has such a pointer, it is written unchanged instead.
 std::vector<std::uint8_t> Serialize(const ExifBlock& block);
 
 }  // namespace samples

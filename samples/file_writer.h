@@ -8,8 +8,8 @@
 
 namespace samples {
 
-/// Writes `bytes` as the file `path`. Returns an empty text, or what failed. An existing file is an error
-/// unless `overwrite`.
+/// Writes `bytes` to the file `path`. Returns an error message, empty on success. An existing file is an
+/// error unless `overwrite` is set.
 std::string WriteFile(const std::string& path, std::span<const std::uint8_t> bytes, bool overwrite = false);
 
 }  // namespace samples

@@ -15,12 +15,12 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Place {
-    const char* original;  ///< among what WriteOriginals writes
-    const char* file;      ///< below the folder of the guide
+    const char* original;  ///< path below the folder that WriteOriginals fills
+    const char* file;      ///< path below the folder of the guide
 };
 
-/// Pictures 1 to 3 have coded lenses; 4, the dark exposure, has none. Picture 2 is taken at ISO 640, as its
-/// dark frame is.
+/// Pictures 1 to 3 have coded lenses; number 4, the dark exposure, has none. Picture 2 and its dark frame are
+/// both taken at ISO 640.
 constexpr std::array<Place, 24> kPlaces = {{
     {"L1000001.RAW", "DCIM/100LEICA/L1000123.RAW"},
     {"L1000001.JPG", "DCIM/100LEICA/L1000123.JPG"},
@@ -64,7 +64,7 @@ std::string WriteOriginals(const fs::path& folder) {
     return problem.empty() ? WriteCard((folder / "dng").string(), camera_dng) : problem;
 }
 
-/// One file may have several names; where the file system has no links each is a copy.
+/// Makes `file` a hard link to `original`, or a copy if the file system has no links.
 void PutInPlace(const fs::path& original, const fs::path& file, std::error_code& failure) {
     fs::create_directories(file.parent_path(), failure);
     if (failure) {

@@ -6,9 +6,9 @@
 
 namespace samples {
 
-/// Makes the folders that the commands of the user guide work on, below `folder`: the card as DCIM/100LEICA,
-/// then card, dark, dark-frames, sky, uncoded, old-dngs and pictures/2026 with pictures in them, and dng and
-/// repaired without. `folder` must not exist. Returns an empty text, or what failed.
+/// Creates the folders that the commands of the user guide work on, below `folder`: the card as
+/// DCIM/100LEICA; card, dark, dark-frames, sky, uncoded, old-dngs and pictures/2026 with pictures in them;
+/// dng and repaired, empty. `folder` must not exist. Returns an error message, empty on success.
 std::string WriteGuideFolders(const std::string& folder);
 
 }  // namespace samples

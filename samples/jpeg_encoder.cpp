@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// EncodeJpeg by libjpeg.
+// EncodeJpeg with libjpeg.
 #include <algorithm>
 #include <array>
 #include <cstddef>

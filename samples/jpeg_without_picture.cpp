@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// EncodeJpeg where there is no libjpeg: nothing that velmarcon reads lies between the first and the last
-// marker.
+// EncodeJpeg for builds without libjpeg: velmarcon reads nothing between the first and the last marker.
 #include "samples/camera_jpeg.h"
 
 namespace samples {

@@ -9,7 +9,7 @@ namespace samples {
 
 namespace {
 
-/// 1 from a pitch of 4 pixels on, 0 at 2 pixels: finer bars would only alias.
+/// 1 from a pitch of 4 pixels up, 0 at 2 pixels: finer bars would only alias.
 float Contrast(float pitch) {
     return std::clamp((pitch - 2) / 2, 0.0F, 1.0F);
 }
@@ -23,7 +23,8 @@ float Faded(float coverage, float contrast) {
 float BarCoverage(const Bars& bars, float x, float y) {
     const float along = ((x * bars.across_x) + (y * bars.across_y)) / bars.pitch;
     const float phase = along - std::floor(along);
-    const float inside = (0.25F - std::abs(phase - 0.5F)) * bars.pitch;  // pixels from the nearest edge
+    const float inside =
+        (0.25F - std::abs(phase - 0.5F)) * bars.pitch;  // distance in pixels from the nearest edge
     return Faded(std::clamp(inside + 0.5F, 0.0F, 1.0F), Contrast(bars.pitch));
 }
 

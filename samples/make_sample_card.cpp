@@ -16,26 +16,26 @@ namespace {
 constexpr std::string_view kUsage =
     "Usage: make_sample_card FOLDER [options]\n"
     "       make_sample_card --guide FOLDER\n"
-    "Writes what a camera leaves on its card: L1000001.RAW and .JPG and so on.\n"
+    "Writes files as the camera writes them to its card: L1000001.RAW and .JPG and so on.\n"
     "  --pairs N     number of RAW+JPEG pairs, 0 to 9999 (default 3)\n"
-    "  --iso N       160, 320, 640, 1250 or 2500 for all pairs (default: changes from pair to pair)\n"
-    "  --no-noise    no photon and read noise\n"
-    "  --flat        pictures of an even grey sky in place of the test scene, to find defective columns in\n"
-    "  --dark        a dark frame (.BIA) for every pair, and a dark exposure as one more pair\n"
+    "  --iso N       160, 320, 640, 1250 or 2500 for all pairs (default: varies from pair to pair)\n"
+    "  --no-noise    no photon noise and no read noise\n"
+    "  --flat        pictures of an even grey sky instead of the test scene, for finding defective columns\n"
+    "  --dark        a dark frame (.BIA) for every pair, and one more pair that is a dark exposure\n"
     "  --dng         a DNG as the camera itself writes it\n"
     "  --databases   lensdb.ini and sensdb.ini for these lenses and this camera\n"
-    "  --force       overwrite files that exist\n"
-    "  --guide       make FOLDER, and in it the folders that the commands of the user guide work on\n"
+    "  --force       overwrite existing files\n"
+    "  --guide       create FOLDER with the folders that the commands of the user guide work on\n"
     "  -h, --help    this text\n";
 
 struct Request {
     std::string folder;
     samples::CardOptions card;
-    bool guide = false;   ///< the folders of the user guide in place of a card
-    std::string problem;  ///< empty when the arguments are understood
+    bool guide = false;   ///< write the folders of the user guide instead of a card
+    std::string problem;  ///< empty if the arguments are valid
 };
 
-/// The whole of `text` as a number of `Number`'s range and at most `largest`; false otherwise.
+/// Parses all of `text` as a number from the range of `Number`, at most `largest`; false if it is not one.
 template <typename Number>
 bool ReadNumber(std::string_view text, Number largest, Number& number) {
     Number value = 0;
@@ -85,7 +85,7 @@ Request ReadArguments(std::span<const std::string_view> arguments) {
             const bool is_good = argument == "--iso" ? ReadIso(value, request.card)
                                                      : ReadNumber(value, kMostPairs, request.card.pairs);
             if (!is_good) {
-                request.problem = "bad value for " + std::string(argument);
+                request.problem = "invalid value for " + std::string(argument);
                 return request;
             }
         } else if (argument == "--guide") {
@@ -98,12 +98,12 @@ Request ReadArguments(std::span<const std::string_view> arguments) {
         } else if (request.folder.empty()) {
             request.folder = argument;
         } else {
-            request.problem = "more than one folder";
+            request.problem = "more than one folder given";
             return request;
         }
     }
     if (request.guide && arguments.size() != 2) {
-        request.problem = "--guide takes a folder, and no other option";
+        request.problem = "--guide takes a folder and no other option";
     } else if (request.folder.empty()) {
         request.problem = "no folder given";
     }

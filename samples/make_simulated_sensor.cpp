@@ -15,12 +15,12 @@ constexpr std::string_view kUsage =
     "Writes exposures of a simulated sensor as pairs into FOLDER/dark and FOLDER/flat, and what is wrong "
     "with the\n"
     "sensor into FOLDER/truth.txt: column, first row, end row of each defect, a line each.\n"
-    "  --seed N       of the sensor (default 1)\n"
+    "  --seed N       seed of the sensor (default 1)\n"
     "  --low N        dark exposures at ISO 160 (default 4)\n"
     "  --high N       dark exposures at ISO 2500 (default 0)\n"
     "  --flat N       flat exposures (default 0)\n"
-    "  --strength N   raw units of the weakest defects at ISO 160 (default 6); 0: a sensor without defects\n"
-    "  --serial N     of the camera (default 3106091)\n";
+    "  --strength N   strength of the weakest defects in raw units at ISO 160 (default 6); 0: no defects\n"
+    "  --serial N     serial number of the camera (default 3106091)\n";
 
 int* Number(std::string_view option, samples::SensorExposures& request) {
     if (option == "--seed") {
@@ -41,7 +41,7 @@ int* Number(std::string_view option, samples::SensorExposures& request) {
     return option == "--strength" ? &request.strength : nullptr;
 }
 
-/// Returns what is wrong with the arguments, or an empty text.
+/// Returns an error message, empty if the arguments are valid.
 std::string ReadArguments(const std::vector<std::string_view>& arguments, samples::SensorExposures& request) {
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
@@ -49,7 +49,7 @@ std::string ReadArguments(const std::vector<std::string_view>& arguments, sample
             const std::string_view value = ++i < arguments.size() ? arguments[i] : "";
             const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), *number);
             if (error != std::errc() || end != value.data() + value.size() || *number < 0) {
-                return "bad value for " + std::string(argument);
+                return "invalid value for " + std::string(argument);
             }
         } else if (request.folder.empty() && !argument.starts_with('-')) {
             request.folder = argument;

@@ -10,12 +10,13 @@
 
 namespace samples {
 
-constexpr std::uint32_t kMakerNoteHeaderSize = 8;  ///< bytes of "LEICA" and three NULs
+constexpr std::uint32_t kMakerNoteHeaderSize = 8;  ///< "LEICA" and three NULs
 
-/// Where a note's values stand and what their offsets count from.
+/// Where the values of a note are and where their offsets count from.
 struct NoteLayout {
     std::uint32_t base = kMakerNoteHeaderSize;  ///< byte of the note from which offsets count
-    bool gap = true;  ///< the camera's two NULs between table and values; otherwise they follow the values
+    bool gap = true;  ///< two NULs between table and values, as the camera has them; without a gap they
+                      ///< follow the values
 };
 constexpr NoteLayout kJpegNoteLayout = {.base = kMakerNoteHeaderSize};
 constexpr NoteLayout kDngNoteLayout = {.base = 0};
@@ -43,19 +44,19 @@ constexpr std::uint16_t kM16cVersion = 0x0333;
 constexpr std::uint16_t kImageNumber = 0x0340;
 }  // namespace note
 
-/// The 19 entries of a JPEG's maker note. 0x0311 and 0x0312
-/// are RATIONAL there, though their values are signed.
+/// The 19 entries of a JPEG's maker note. 0x0311 and 0x0312 have the type RATIONAL, though their values are
+/// signed.
 std::vector<Entry> JpegMakerNoteEntries(const Shot& shot);
-/// The 15 entries of a DNG's maker note: no quality, no white-balance levels; 0x0311 and 0x0312 are
-/// SRATIONAL.
+/// The 15 entries of a DNG's maker note: no quality and no white-balance levels; 0x0311 and 0x0312 have the
+/// type SRATIONAL.
 std::vector<Entry> DngMakerNoteEntries(const Shot& shot);
 
-/// A maker note of `entries`, in their order: header, IFD, values, two NULs. Always little-endian.
+/// A maker note with `entries` in their order: header, IFD, values, two NULs. Always little-endian.
 std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries, NoteLayout layout = kJpegNoteLayout);
 
-/// 292 bytes.
+/// A JPEG's maker note, 292 bytes.
 std::vector<std::uint8_t> JpegMakerNote(const Shot& shot, NoteLayout layout = kJpegNoteLayout);
-/// 220 bytes.
+/// A DNG's maker note, 220 bytes.
 std::vector<std::uint8_t> DngMakerNote(const Shot& shot, NoteLayout layout = kDngNoteLayout);
 
 }  // namespace samples

@@ -8,11 +8,11 @@
 
 namespace samples {
 
-using Srgb = std::array<std::uint8_t, 3>;  ///< red, green, blue as sRGB (IEC 61966-2-1) encodes them
+using Srgb = std::array<std::uint8_t, 3>;  ///< red, green, blue in the sRGB encoding (IEC 61966-2-1)
 using LinearRgb = std::array<float, 3>;    ///< the same primaries, proportional to light, 0 to 1
 
 LinearRgb ToLinear(Srgb colour);
-/// Rounded to the nearest code; values outside 0 to 1 are clipped.
+/// Rounds to the nearest code; values outside 0 to 1 are clipped.
 Srgb ToSrgb(const LinearRgb& colour);
 
 /// 8-bit red, green, blue, row by row.

@@ -25,7 +25,7 @@ namespace {
 
 using FileBytes = std::vector<std::uint8_t>;
 
-/// Every fourth pair is taken with a lens that bears no code, the others with each of Lenses() in turn.
+/// Every fourth pair has a lens without a code; the others take the lenses of Lenses() in turn.
 const Lens* LensOf(int number) {
     constexpr int kTurn = 4;
     if (number % kTurn == 0) {
@@ -35,7 +35,7 @@ const Lens* LensOf(int number) {
     return &Lenses()[coded_before % Lenses().size()];
 }
 
-/// None, a whole step below and two thirds above, in turn.
+/// Cycles through no bias, a whole step below and two thirds above.
 SRational BiasOf(int number) {
     constexpr std::array<std::int32_t, 3> kBiases = {0, -65536, 43691};
     return {kBiases.at(static_cast<std::size_t>(number - 1) % kBiases.size()), 65536};
@@ -46,7 +46,7 @@ std::string Padded(std::uint64_t value, std::size_t digits) {
     return std::string(digits - std::min(digits, text.size()), '0') + text;
 }
 
-/// Exif 2.3's form of a date, `number` times 37 s after the first exposure of the card.
+/// The date in the form of Exif 2.3, `number` times 37 s after the first exposure of the card.
 std::string DateOf(int number) {
     using namespace std::chrono;
     const sys_seconds time = sys_days(2007y / August / 2) + 10h + 13min + seconds(37 * number);
@@ -59,13 +59,13 @@ std::string DateOf(int number) {
            two(clock.minutes().count()) + ":" + two(clock.seconds().count());
 }
 
-/// One file of the card; its bytes are made when it is written.
+/// One file of the card; its bytes are computed when it is written.
 struct CardFile {
     std::string name;
     std::function<FileBytes()> bytes;
 };
 
-/// What the card's files are made of; frames and pictures that several of them share are made once.
+/// The content of the card's files; frames and pictures that several files share are computed once.
 class CardContent {
   public:
     explicit CardContent(const CardOptions& options) : noise_(options.noise), flat_(options.flat) {}
@@ -125,7 +125,7 @@ class CardContent {
         return sensor;
     }
 
-    /// What stands before the camera.
+    /// What the camera sees.
     Scene View(int width, int height) const {
         return flat_ ? Scene::GreySky(width, height) : Scene(width, height);
     }
@@ -182,8 +182,7 @@ void AddDarkPair(std::vector<CardFile>& files, CardContent& content, const Shot&
     files.push_back({base + ".JPG", [shot] { return CardContent::DarkJpeg(shot); }});
 }
 
-/// The exposure for the sensor database: ISO 160 whatever the other pairs have, since the database is kept at
-/// that speed.
+/// The exposure for the sensor database: always ISO 160, the speed at which the database is kept.
 Shot DarkShot(int number, const CardOptions& options) {
     Shot shot = CardShot(number, options);
     shot.iso = 160;

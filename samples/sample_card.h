@@ -11,28 +11,29 @@
 
 namespace samples {
 
-/// What to write onto a card.
+/// What to write to a card.
 struct CardOptions {
-    int pairs = 3;  ///< .RAW and .JPG files, L1000001 and up
+    int pairs = 3;  ///< number of pairs (.RAW and .JPG), L1000001 and up
     std::optional<std::uint16_t> iso =
-        std::nullopt;  ///< of all pairs; default: from pair to pair 160, 640, 2500, ...
+        std::nullopt;  ///< of all pairs; default: varies from pair to pair, 160, 640, 2500, ...
     bool noise = true;
-    bool flat = false;       ///< an even grey sky in place of the test scene
-    bool dark = false;       ///< a .BIA beside every .RAW, and a dark exposure as a further pair
-    bool dng = false;        ///< a DNG as the camera writes it, as the last file
+    bool flat = false;  ///< an even grey sky instead of the test scene
+    bool dark = false;  ///< a dark frame (.BIA) for every .RAW, and one more pair that is a dark exposure
+    bool dng = false;   ///< a DNG as the camera writes it, as the last file
     bool databases = false;  ///< lensdb.ini and sensdb.ini for the pairs' lenses and camera
-    bool force = false;      ///< overwrite files that exist
+    bool force = false;      ///< overwrite existing files
 };
 
 /// "L1000001" for number 1.
 std::string BaseName(int number);
 
-/// The exposure of pair `number`, counted from 1: ISO, lens, exposure bias, time and image number change from
-/// pair to pair. Every fourth lens has no code.
+/// The exposure of pair `number`, counted from 1: ISO speed, lens, exposure bias, time and image number
+/// change from pair to pair. Every fourth lens has no code.
 Shot CardShot(int number, const CardOptions& options);
 
-/// Writes the files that `options` asks for into `folder`, which is made when it does not exist. Nothing is
-/// written when one of the files exists already and `force` is off. Returns an empty text, or what failed.
+/// Writes the files that `options` asks for into `folder`, which is created if it does not exist. If one of
+/// the files exists already and `force` is off, nothing is written. Returns an error message, empty on
+/// success.
 std::string WriteCard(const std::string& folder, const CardOptions& options);
 
 }  // namespace samples

@@ -11,7 +11,7 @@ namespace samples {
 
 namespace {
 
-// The layout is stated for the sensor's 3968 x 2646 pixels.
+// The layout is given for the sensor's 3968 x 2646 pixels.
 constexpr int kLayoutWidth = 3968;
 constexpr int kLayoutHeight = 2646;
 constexpr int kMargin = 130;
@@ -45,7 +45,7 @@ void DrawFlat(const std::vector<Patch>& patches, int y, std::span<LinearRgb> row
     }
 }
 
-/// `share` of `over`, the rest of `under`.
+/// Mixes `share` of `over` with the rest of `under`.
 LinearRgb Mix(const LinearRgb& under, const LinearRgb& over, float share) {
     LinearRgb mixed = {};
     for (std::size_t i = 0; i < mixed.size(); ++i) {
@@ -54,7 +54,7 @@ LinearRgb Mix(const LinearRgb& under, const LinearRgb& over, float share) {
     return mixed;
 }
 
-/// A muted colour of `hue`, 0 to 1 around the circle: red, yellow, green, cyan, blue, magenta, red.
+/// A muted colour. `hue` runs from 0 to 1 around the circle: red, yellow, green, cyan, blue, magenta, red.
 LinearRgb HueColour(float hue) {
     constexpr std::array<float, 3> kCentres = {0, 1 / 3.0F, 2 / 3.0F};
     constexpr float kMin = 45;
@@ -122,7 +122,7 @@ void Scene::PlaceBars() {
         float x;
         float y;
     };
-    // Upright, level, slanted by 5 degrees from the upright, diagonal.
+    // Vertical, horizontal, 5 degrees off the vertical, diagonal.
     constexpr std::array<Direction, 4> kDirections = {
         {{1, 0}, {0, 1}, {0.9962F, 0.0872F}, {0.7071F, 0.7071F}}};
     constexpr std::array<int, 7> kPitches = {48, 32, 24, 16, 12, 8, 6};
@@ -166,7 +166,7 @@ void Scene::PlaceGradients() {
     hue_ramp_ = Scaled(kMargin, kTop + kGreyHeight + kGap, kInnerWidth, kHueHeight, {});
     for (int i = 0; i < grey_ramp_.width; ++i) {
         const float share = (static_cast<float>(i) + 0.5F) / static_cast<float>(grey_ramp_.width);
-        const float light = share * share * (0.3F + (0.7F * share));  // near enough to even steps for the eye
+        const float light = share * share * (0.3F + (0.7F * share));  // roughly even steps to the eye
         grey_ramp_columns_.push_back({light, light, light});
         hue_ramp_columns_.push_back(HueColour(share));
     }

@@ -10,7 +10,7 @@
 
 namespace samples {
 
-/// A rectangle of one colour; all numbers in pixels, (x, y) is its upper left pixel.
+/// A rectangle of one colour, in pixels; (x, y) is its upper left pixel.
 struct Patch {
     int x = 0;
     int y = 0;
@@ -20,13 +20,13 @@ struct Patch {
 };
 
 /// The test scene: a chart of 24 colours, a grey wedge, smooth gradients, a star and resolution bars on a
-/// grey ground. It is drawn to any size; positions scale with it.
+/// grey ground. It can be drawn at any size; positions scale with it.
 class Scene {
   public:
     /// `width` and `height` in pixels, at least 1.
     Scene(int width, int height);
 
-    /// An even grey sky, a little darker towards the corners: without chart, wedge and all the rest.
+    /// An even grey sky, a little darker towards the corners, without anything else of the scene.
     static Scene GreySky(int width, int height);
 
     int Width() const { return width_; }
@@ -46,8 +46,8 @@ class Scene {
         Bars bars;
     };
 
-    /// The ground's light, proportional to it, 0 to 1: brightest at (x, y), falling with the square of the
-    /// distance, all in widths and heights of the scene.
+    /// The light of the ground, linear, 0 to 1: brightest at (x, y) and falling with the square of the
+    /// distance. Positions are fractions of the scene's width and height.
     struct Ground {
         float x;
         float y;

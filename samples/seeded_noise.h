@@ -6,8 +6,8 @@
 
 namespace samples {
 
-/// A well mixed value for every `index` of the sequence `seed` (the finaliser of SplitMix64). The same on
-/// every machine, and computed without the values before it.
+/// A well mixed value for every `index` of the sequence `seed` (the finaliser of SplitMix64). It is the same
+/// on every machine and does not need the values before it.
 constexpr std::uint64_t MixedBits(std::uint64_t seed, std::uint64_t index) {
     std::uint64_t z = (seed * 0xD1342543DE82EF95ULL) + ((index + 1) * 0x9E3779B97F4A7C15ULL);
     z = (z ^ z >> 30U) * 0xBF58476D1CE4E5B9ULL;
@@ -15,13 +15,13 @@ constexpr std::uint64_t MixedBits(std::uint64_t seed, std::uint64_t index) {
     return z ^ z >> 31U;
 }
 
-/// 0 to 1, evenly spread.
+/// Uniformly distributed from 0 to 1.
 constexpr float EvenNoise(std::uint64_t seed, std::uint64_t index) {
     constexpr float kSteps = 16777216;
     return static_cast<float>(MixedBits(seed, index) >> 40U) / kSteps;
 }
 
-/// Mean 0, standard deviation 1, near enough to a normal distribution: the sum of four evenly spread numbers.
+/// Approximately normal with mean 0 and standard deviation 1: the sum of four uniformly distributed numbers.
 constexpr float NormalNoise(std::uint64_t seed, std::uint64_t index) {
     constexpr std::uint64_t kLane = 0xFFFF;
     constexpr float kMean = 2 * 65535.0F;
@@ -31,15 +31,15 @@ constexpr float NormalNoise(std::uint64_t seed, std::uint64_t index) {
     return (static_cast<float>(static_cast<std::int32_t>(sum)) - kMean) / kDeviation;
 }
 
-/// The numbers of one sequence, one after the other.
+/// Successive numbers of one sequence.
 class NumberSequence {
   public:
     explicit NumberSequence(std::uint64_t seed) : seed_(seed) {}
 
-    /// A number from `least` to below `most`.
+    /// A number from `least` up to, but not including, `most`.
     float Between(float least, float most) { return least + ((most - least) * EvenNoise(seed_, index_++)); }
 
-    /// A whole number from `least` to `most`.
+    /// An integer from `least` to `most`, both included.
     int Whole(int least, int most) {
         return least +
                static_cast<int>(MixedBits(seed_, index_++) % static_cast<std::uint64_t>(most - least + 1));

@@ -14,7 +14,7 @@ namespace {
 
 using Matrix = std::array<std::array<double, 3>, 3>;
 
-// ColorMatrix2 of the camera's own DNGs (XYZ to camera, D65) and sRGB to XYZ (IEC 61966-2-1).
+// ColorMatrix2 from the camera's own DNGs (XYZ to camera, D65), and sRGB to XYZ (IEC 61966-2-1).
 constexpr Matrix kXyzToCamera = {
     {{0.7675, -0.2195, -0.0305}, {-0.5860, 1.4118, 0.1857}, {-0.2425, 0.4007, 0.6578}}};
 constexpr Matrix kSrgbToXyz = {
@@ -24,8 +24,8 @@ constexpr std::array<double, 3> kNeutral = {16384.0 / 34488, 1,
                                             16384.0 / 20567};  // raw white over green white
 constexpr double kWhiteSignal = 0.75 * kSensorWhite;           // green, without dark level
 
-/// Raw units per unit of linear sRGB: the camera's matrix with every row made to give white the sum 1 (a
-/// developer balances to white first), the balance taken out again, times the exposure.
+/// Converts linear sRGB to raw units: the camera's matrix, each row scaled so that white sums to 1 (as a
+/// developer balances to white first), divided by the balance again, times the exposure.
 Matrix RawFromSrgb() {
     Matrix raw = {};
     for (std::size_t row = 0; row < 3; ++row) {
@@ -42,18 +42,18 @@ Matrix RawFromSrgb() {
     return raw;
 }
 
-/// The filter over (x, y), as an index of red, green, blue: red at (0, 0), blue at (1, 1).
+/// The colour filter at (x, y) as an index into red, green, blue: red at (0, 0), blue at (1, 1).
 constexpr std::size_t FilterAt(std::size_t x, std::size_t y) {
     return (x & 1U) + (y & 1U);
 }
 
-/// -1 to 1, evenly spread.
+/// Uniformly distributed from -1 to 1.
 float Even(std::uint64_t seed, std::uint64_t index) {
     return (2 * EvenNoise(seed, index)) - 1;
 }
 
-/// The column pattern, -1 to 1: random values every 128
-/// columns joined smoothly, and a smaller one for each column.
+/// The column pattern, -1 to 1: random values every 128 columns joined smoothly, plus a smaller one for each
+/// column.
 float Pattern(std::uint64_t seed, std::uint64_t column) {
     constexpr std::uint64_t kSpacing = 128;
     constexpr std::uint64_t kSmoothSeed = 0x5EED;
@@ -68,7 +68,7 @@ float Pattern(std::uint64_t seed, std::uint64_t column) {
 std::uint16_t ToWord(float level) {
     const float clipped = std::clamp(level, 0.0F, static_cast<float>(kSensorWhite));
     constexpr float kHalf =
-        0.5F;  // added and truncated: unlike lround it vectorises, and no level is negative
+        0.5F;  // added and truncated: unlike lround this vectorises, and no level is negative
     return static_cast<std::uint16_t>(static_cast<std::int32_t>(clipped + kHalf));
 }
 
@@ -96,7 +96,8 @@ Readout ReadoutOf(const SensorOptions& options) {
             .seed = options.seed};
 }
 
-/// One half of a row: pixels `first` to `first` + size - 1 of the frame, `first_column` and up of the row.
+/// Reads out one half of a row: pixels `first` and up of the frame, which are columns `first_column` and up
+/// of the row.
 void ReadHalfRow(const Readout& readout, const float* light, std::size_t first, std::size_t first_column,
                  float offset, std::span<std::uint16_t> out) {
     for (std::size_t i = 0; i < out.size(); ++i) {

@@ -9,7 +9,7 @@
 
 namespace samples {
 
-/// Everything the camera notes about one exposure. The defaults are a daylight exposure, 1/250 s at f/5.6,
+/// Everything the camera records about one exposure. The defaults are a daylight exposure, 1/250 s at f/5.6,
 /// ISO 160, with a 6-bit coded 50 mm lens.
 struct Shot {
     std::string make = "Leica Camera AG";
@@ -42,9 +42,10 @@ struct Shot {
     std::uint32_t user_profile = 0;
     std::uint32_t serial_number = 3106091;
     std::uint16_t white_balance_setting = 0;
-    std::uint8_t lens_code = 33;                 ///< 6 bits; 0: no coded lens
-    std::uint8_t frame_selector = 3;             ///< 2 bits; 1: 28/90, 2: 24/35, 3: 50/75 mm frame lines
-    SRational external_light = {49152, 65536};   ///< 0x0311; this numerator - that of 0x0312 + 285082 = f/5.6
+    std::uint8_t lens_code = 33;      ///< 6 bits; 0: no coded lens
+    std::uint8_t frame_selector = 3;  ///< 2 bits; 1: 28/90, 2: 24/35, 3: 50/75 mm frame lines
+    SRational external_light = {
+        49152, 65536};  ///< 0x0311; the numerator minus that of 0x0312, plus 285082, gives f/5.6
     SRational measured_light = {-32768, 65536};  ///< 0x0312
     Rational approximate_f_number = {367002, 65536};
     std::int32_t temperature = 27;

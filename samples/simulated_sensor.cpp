@@ -13,7 +13,8 @@ namespace {
 
 constexpr int kHalfWidth = kSensorWidth / 2;
 
-// What is drawn from the sensor's seed and from the exposure's, each from a sequence of its own.
+// Each property of the sensor or of an exposure is drawn from a separate sequence; these tell the sequences
+// apart.
 constexpr std::uint64_t kLevelSeed = 0x1E7E1;
 constexpr std::uint64_t kBandSeed = 0xBA2D;
 constexpr std::uint64_t kRaisedSeed = 0x4A15;
@@ -25,7 +26,7 @@ constexpr std::uint64_t kModelSeed = 0x30DE1;
 constexpr std::uint64_t kRowSeed = 0x4035;
 constexpr std::uint64_t kTrackSeed = 0x74AC;
 
-/// -1 to 1, in bands some 128 columns wide.
+/// -1 to 1, in bands about 128 columns wide.
 float Band(std::uint64_t seed, int column) {
     constexpr int kSpacing = 128;
     const auto knot = static_cast<std::uint64_t>(column / kSpacing);
@@ -58,7 +59,7 @@ float IsoGainOf(const SimulatedExposure& exposure) {
     return static_cast<float>(IsoGain(exposure.iso));
 }
 
-/// The image while it is being made: raw units, before they are rounded and clipped.
+/// The image in the making: raw units, before rounding and clipping.
 class Frame {
   public:
     explicit Frame(const SimulatedSensor& sensor, const SimulatedExposure& exposure)
@@ -96,7 +97,8 @@ class Frame {
     std::vector<float> pixels_;
 };
 
-/// The light of a bright even area: less towards the corners, and through the filters red, green and blue.
+/// The light of a bright, even area: it falls off towards the corners and passes the red, green and blue
+/// filters.
 void Frame::AddLight(int y) {
     constexpr float kRed = 0.5F;
     constexpr float kBlue = 0.8F;
@@ -182,7 +184,7 @@ void Frame::AddTracks() {
     for (int i = 0; i < sensor_.tracks; ++i) {
         const float x = numbers.Between(0, kSensorWidth);
         const float y = numbers.Between(0, kSensorHeight);
-        // Every fourth runs along a column.
+        // Every fourth track runs along a column.
         const float angle =
             i % 4 == 0 ? std::numbers::pi_v<float> / 2 : numbers.Between(0, std::numbers::pi_v<float>);
         const float length = numbers.Between(5, 90);
@@ -250,7 +252,7 @@ std::vector<std::uint16_t> Frame::Expose() {
     return image;
 }
 
-/// Adds a defect, unless one of its columns or of its neighbours' is taken. Returns whether it was added.
+/// Adds a defect unless its columns or the columns next to them are taken. Returns whether it was added.
 bool AddDefect(SimulatedSensor& sensor, const SimulatedDefect& defect) {
     const bool taken = std::ranges::any_of(sensor.defects, [&](const SimulatedDefect& other) {
         return std::abs(other.column - defect.column) < 12;
@@ -278,7 +280,7 @@ void DrawModel(SimulatedSensor& sensor) {
     sensor.gain_spread = numbers.Between(0.001F, 0.005F);
 }
 
-/// Eight defects that show in the dark, of all extents and strengths, the two edges of the sensor included.
+/// Eight defects that show in the dark, of all extents and strengths, including both edges of the sensor.
 void AddDarkDefects(SimulatedSensor& sensor, NumberSequence& numbers, float weakest) {
     constexpr std::array<int, 4> kEdges = {0, 1, kSensorWidth - 2, kSensorWidth - 1};
     const int edge = numbers.Whole(0, 3);
@@ -296,7 +298,7 @@ void AddDarkDefects(SimulatedSensor& sensor, NumberSequence& numbers, float weak
         sensor, numbers,
         {.first_row = start, .end_row = start + numbers.Whole(100, 600), .dark = numbers.Between(20, 900)});
     AddSomewhere(sensor, numbers, {.dark = numbers.Between(60, 400)});
-    // Two next to each other, from different rows on.
+    // Two adjacent defects that start in different rows.
     AddSomewhere(sensor, numbers, {.first_row = numbers.Whole(300, 1500), .dark = weakest * 3});
     SimulatedDefect next = sensor.defects.back();
     next.column += next.column + 1 < kSensorWidth ? 1 : -1;

@@ -59,7 +59,7 @@ std::vector<std::uint8_t> InOrder(const Entry& entry, ByteOrder order) {
     return bytes;
 }
 
-/// The 4 bytes of the value field; a value too long for them goes to `values`.
+/// Appends the 4 bytes of the value field; a value that does not fit goes to `values`.
 void AppendValueField(const Entry& entry, ByteOrder order, std::uint32_t values_offset,
                       std::vector<std::uint8_t>& table, std::vector<std::uint8_t>& values) {
     if (entry.raw_field) {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// Files as the camera writes them, with every field open to change: for tests, benchmarks and
+/// Files as the camera writes them, with every field open to change, for tests, benchmarks and
 /// demonstrations.
 namespace samples {
 
@@ -23,23 +23,23 @@ struct SRational {
     std::int32_t denominator = 1;
 };
 
-/// The same 64 bits, as the camera stores some signed values in its JPEGs.
+/// The same 64 bits as a RATIONAL, as the camera stores some signed values in its JPEGs.
 Rational AsUnsigned(SRational value);
 
-/// One directory entry (TIFF 6.0, section 2). The value is kept low byte first and put into the file's byte
-/// order when the directory is serialised.
+/// One IFD entry (TIFF 6.0, section 2). The value is kept low byte first and converted to the file's byte
+/// order when the IFD is serialised.
 struct Entry {
     std::uint16_t tag = 0;
     std::uint16_t type = 0;
-    std::uint32_t count = 0;               ///< written as it is, so it may contradict `value`
-    std::vector<std::uint8_t> value = {};  ///< more than 4 bytes: stands outside the entry
-    std::uint32_t unit = 1;                ///< bytes that a change of byte order reverses together: 1, 2 or 4
-    /// For damaged files: what the 4-byte value field holds, in place of the value or of its offset. The
-    /// value is then not written anywhere.
+    std::uint32_t count = 0;               ///< written unchanged, so it may contradict `value`
+    std::vector<std::uint8_t> value = {};  ///< stored outside the entry if longer than 4 bytes
+    std::uint32_t unit = 1;  ///< size in bytes of the units that a change of byte order reverses: 1, 2 or 4
+    /// For damaged files: replaces the 4-byte value field, that is, the value or its offset. The value is
+    /// then not written anywhere.
     std::optional<std::uint32_t> raw_field = std::nullopt;
 };
 
-/// `text` is stored as given and, unless it already ends in a NUL, closed by one; the count includes the NUL.
+/// `text` followed by a NUL, unless it already ends in one; the count includes the NUL.
 Entry Ascii(std::uint16_t tag, std::string_view text);
 /// `text` as given, without an added NUL.
 Entry AsciiUnterminated(std::uint16_t tag, std::string_view text);
@@ -50,26 +50,27 @@ Entry Longs(std::uint16_t tag, const std::vector<std::uint32_t>& values);
 Entry SLongs(std::uint16_t tag, const std::vector<std::int32_t>& values);
 Entry Rationals(std::uint16_t tag, const std::vector<Rational>& values);
 Entry SRationals(std::uint16_t tag, const std::vector<SRational>& values);
-/// Any type and count with a raw value field: for damaged files.
+/// Any type and count with a raw value field, for damaged files.
 Entry RawEntry(std::uint16_t tag, std::uint16_t type, std::uint32_t count, std::uint32_t field);
 
 Entry Short(std::uint16_t tag, std::uint16_t value);
 Entry Long(std::uint16_t tag, std::uint32_t value);
 
-/// The first entry of `tag`, null when there is none. Valid until the list changes.
+/// The first entry of `tag`, or null if there is none. Valid until the list changes.
 Entry* Find(std::vector<Entry>& entries, std::uint16_t tag);
 const Entry* Find(const std::vector<Entry>& entries, std::uint16_t tag);
-/// Puts `entry` in place of the first entry of its tag or, when there is none, before the first higher tag.
+/// Replaces the first entry of the same tag with `entry`; if there is none, inserts it before the first
+/// higher tag.
 void Set(std::vector<Entry>& entries, Entry entry);
-/// Removes every entry of `tag`; false when there was none.
+/// Removes every entry of `tag`; returns whether there was one.
 bool Remove(std::vector<Entry>& entries, std::uint16_t tag);
 
-/// Size in bytes of a directory of `entries`: count, entries and link, without the values outside it.
+/// Size in bytes of an IFD with `entries`: count, entries and link, without the values outside the entries.
 std::uint32_t TableSize(const std::vector<Entry>& entries);
 
-/// Appends the directory of `entries`, in their order, to `table`, and the values that stand outside it to
-/// `values` (each padded to an even length, as TIFF 6.0 asks for). `values_offset` is what the file counts as
-/// the position of the start of `values`; `next_ifd` is the link to the next directory.
+/// Appends the IFD of `entries`, in their order, to `table`, and the values outside the entries to `values`
+/// (each padded to an even length, as TIFF 6.0 asks for). `values_offset` is the file offset of the start of
+/// `values`; `next_ifd` is the link to the next IFD.
 void AppendIfd(const std::vector<Entry>& entries, ByteOrder order, std::uint32_t values_offset,
                std::uint32_t next_ifd, std::vector<std::uint8_t>& table, std::vector<std::uint8_t>& values);
 

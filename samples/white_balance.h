@@ -10,7 +10,7 @@
 
 namespace samples {
 
-/// One of the camera's white balances: what red and blue are divided by, where green has 16384.
+/// One of the camera's white balances: the divisors of red and blue, relative to 16384 for green.
 struct WhiteBalance {
     std::string_view name;
     std::uint32_t red;
@@ -25,7 +25,7 @@ constexpr std::array<WhiteBalance, 5> kWhiteBalances = {{
     {"shade", 36008, 18204},
 }};
 
-/// Writes `balance` into the levels of `shot`, 16384 over each of its numbers.
+/// Sets the levels of `shot` to 16384 divided by each number of `balance`.
 inline void SetWhiteBalance(Shot& shot, const WhiteBalance& balance) {
     constexpr std::uint32_t kOne = 16384;
     shot.level_red = {kOne, balance.red};
