@@ -18,7 +18,7 @@ const OptionSpelling* FindSpelling(std::string_view argument) {
     return found != kOptionSpellings.end() ? found : nullptr;
 }
 
-/// Walks the arguments once, from left to right; each option takes its value from the walk.
+/// Walks the arguments once, from left to right; an option takes its value from the walk.
 class CommandLineWalk {
   public:
     explicit CommandLineWalk(std::span<char* const> arguments) : arguments_(arguments) {}
@@ -62,7 +62,7 @@ class CommandLineWalk {
 
     std::span<char* const> arguments_;
     std::vector<Argument> read_;
-    std::array<bool, kOptionSpellings.size()> given_ = {};  ///< by Option
+    std::array<bool, kOptionSpellings.size()> given_ = {};  ///< indexed by Option
     std::size_t next_ = 0;
 };
 

@@ -27,18 +27,18 @@ enum class Option : std::uint8_t {
 /// What an option does with the argument after it.
 enum class OptionValue : std::uint8_t {
     kNone,      ///< nothing
-    kPath,      ///< takes it, whatever it looks like; passed over when there is none
-    kOptional,  ///< takes it unless it begins with a dash
+    kPath,      ///< takes it as its value, even if it looks like an option; ignored as last argument
+    kOptional,  ///< takes it as its value unless it begins with a dash
 };
 
 struct OptionSpelling {
     Option option;
-    std::string_view text;  ///< what an argument that means this option begins with
-    std::string_view word;  ///< the option's name in one word
+    std::string_view text;  ///< an argument that begins with this is this option
+    std::string_view word;  ///< the option's name as one word
     OptionValue value;
 };
 
-/// Only the second character tells the option; of -s the third one, too. The first that fits is meant.
+/// Only the second character distinguishes the options, and for -s the third as well. The first match counts.
 constexpr std::array<OptionSpelling, 12> kOptionSpellings = {{
     {Option::kInput, "-i", "input", OptionValue::kPath},
     {Option::kOutput, "-o", "output", OptionValue::kPath},
@@ -54,24 +54,24 @@ constexpr std::array<OptionSpelling, 12> kOptionSpellings = {{
     {Option::kRawModelVariant, "-c", "c", OptionValue::kNone},
 }};
 
-/// An argument of the command line, with the one after it if that is its value.
+/// An argument of the command line, together with the next one if that is its value.
 struct Argument {
     std::string_view text;
-    const OptionSpelling* option = nullptr;  ///< the option that it means; null when it means none
-    std::optional<std::string_view> value;   ///< what the option takes
-    bool counts = false;  ///< false when it is passed over: it means no option, or of a repeated option with
-                          ///< a value it is not the first, or it is an option without the path that it needs
+    const OptionSpelling* option = nullptr;  ///< the option that it matches; null if none
+    std::optional<std::string_view> value;   ///< the value that the option takes
+    bool counts = false;  ///< false if it is ignored, because it matches no option, repeats an option that
+                          ///< takes a value, or lacks the path that its option requires
 };
 
-/// The arguments of a command line in their order. `arguments` is argv, the program's name included, and
-/// outlives what is returned.
+/// The arguments of a command line in order. `arguments` is argv, including the program's name, and must
+/// outlive the result.
 std::vector<Argument> ReadCommandLine(std::span<char* const> arguments);
 
-/// The first argument that means `option` and counts; null when there is none.
+/// The first argument that matches `option` and counts; null if there is none.
 const Argument* FindOption(std::span<const Argument> arguments, Option option);
 
-/// The black level that `value`, of -b, stands for: the low 16 bits of the number that it begins with; 0 when
-/// it begins with none.
+/// The black level for the value `value` of -b: the low 16 bits of the number at its start; 0 if it does not
+/// start with a number.
 std::uint16_t BlackLevelFrom(std::string_view value);
 
 #endif  // VELMARCON_APP_COMMAND_LINE_H

@@ -27,7 +27,7 @@ void PrintHeader(std::size_t position, std::size_t count, const std::string& nam
     }
 }
 
-/// The file name by which a loading error is reported: the RAW file's, the JPEG's, or none.
+/// The name to report with a loading error: the RAW file's, the JPEG's, or none.
 std::string FileConcerned(int error, const ReadInputData& record) {
     switch (error) {
         case kRawNotFound:
@@ -43,7 +43,7 @@ std::string FileConcerned(int error, const ReadInputData& record) {
     }
 }
 
-/// Whether the system says that nothing stands at `path`. When it cannot tell, something may.
+/// Whether the system says that nothing exists at `path`. If it cannot tell, the answer is no.
 bool IsMissing(const std::string& path) {
     return !StateOf(path) && (errno == ENOENT || errno == ENOTDIR);
 }
@@ -69,14 +69,14 @@ int ConversionRun::Run() {
                 return error;
             }
         } catch (const std::bad_alloc&) {
-            // All of the image's memory is free again here; another one may need less.
+            // All of the image's memory has been released by now, and the next image may need less.
             std::printf("%s: DNG not written: out of memory\n", name.c_str());
         }
     }
     return 0;
 }
 
-/// Returns 0, also when the image failed, or the code of an error that ends the run.
+/// Returns the code of an error that ends the run, else 0, even if this image failed.
 int ConversionRun::ConvertEntry(const std::string& name) {
     const std::string base = BaseName(name);
     const std::string dng = settings_.output_folder + base + ".DNG";
@@ -93,22 +93,22 @@ int ConversionRun::ConvertEntry(const std::string& name) {
     return 0;
 }
 
-/// Once a run: a folder may hold thousands of files.
+/// Done once per run, because a folder may hold thousands of files.
 void ConversionRun::CleanOutputFolder(const std::string& dng) {
     if (!std::exchange(output_is_clean_, true)) {
         part_files::RemoveStale(file_system::FolderOf(dng));
     }
 }
 
-/// Only with -r may a DNG take the place of anything.
+/// A DNG may replace an existing file only with -r.
 void ConversionRun::GuardExisting(DNGlib& dng) const {
     if (!settings_.refresh) {
         dng.KeepExisting();
     }
 }
 
-/// The repair has reported an error with the file's name; it is reported once more under the record's label,
-/// which a repair never sets.
+/// The repair itself has reported an error with the file's name. It is reported again with the record's
+/// label, which a repair never sets.
 void ConversionRun::RepairDng(const std::string& base) {
     const ReadInputData record;
     DNGlib dng(&lenses_, &sensors_);
@@ -130,7 +130,7 @@ int ConversionRun::ConvertPair(const std::string& base) {
     return error;
 }
 
-/// Returns 0, also when the image failed, or the code of an error that ends the run.
+/// Returns the code of an error that ends the run, else 0, even if this image failed.
 int ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record) {
     BeginDarkFrame(base);
     if (!LoadPair(base, record)) {
@@ -148,8 +148,8 @@ int ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record)
     return 0;
 }
 
-/// A dark frame takes the place of black level and dark-field fix: it already holds the sensor's dark level.
-/// One that is there and cannot be read fails the image: without it, it would be another picture.
+/// A dark frame replaces black level and dark-field fix, because it already contains the sensor's dark level.
+/// If there is one but it cannot be read, the image fails: without it the picture would look different.
 void ConversionRun::BeginDarkFrame(const std::string& base) {
     if (settings_.black_level_given && !IsMissing(settings_.input.folder + base + ".BIA")) {
         subtract_dark_frame_ = true;
@@ -181,7 +181,7 @@ bool ConversionRun::LoadPair(const std::string& base, ReadInputData& record) con
     return false;
 }
 
-/// The code given with -l stands in for one that the camera could not read; it never replaces one.
+/// The code given with -l substitutes for one that the camera could not read; it never overrides a code.
 void ConversionRun::FixLensCode(ReadInputData& record) const {
     constexpr std::uint8_t lens_code_present = 1;
     if (!settings_.lens_fix || record.Exif.LensCode != 0) {

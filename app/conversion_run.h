@@ -14,15 +14,14 @@
 class DNGlib;
 class ReadInputData;
 
-/// The loop over the images: each entry of the input list becomes one DNG, strictly in list order. What goes
-/// wrong with one image is printed and does not stop the others.
+/// The loop over the images: each entry of the input list becomes one DNG, strictly in list order. A failure
+/// is printed and does not stop the other images.
 class ConversionRun {
   public:
-    /// Everything is owned by the caller.
+    /// The caller owns all arguments.
     ConversionRun(const RunSettings& settings, lensdb& lenses, sensdb& sensors, const ErrorHandler& errors);
 
-    /// Goes through the list. Returns the exit status: 0 whatever
-    /// became of the images, unless an error ended the run.
+    /// Processes the list. Returns the exit status: 0 even if images failed, unless an error ended the run.
     int Run();
 
   private:
@@ -43,11 +42,12 @@ class ConversionRun {
     sensdb& sensors_;
     const ErrorHandler& errors_;
 
-    bool output_is_clean_ = false;      ///< what killed runs left in the output folder is removed
+    bool output_is_clean_ =
+        false;  ///< whether the leftovers of killed runs have been removed from the output folder
     std::vector<std::uint16_t> frame_;  ///< memory for the image, handed from record to record
 
-    // These three change when an image has a dark frame, and stay changed until one with a dark frame was
-    // written: when such an image fails to load, the next image inherits them.
+    // These three change when an image has a dark frame, and stay changed until such an image has been
+    // written: if it fails to load, the next image inherits them.
     bool subtract_dark_frame_ = false;
     bool dark_field_fix_;
     std::uint16_t black_level_;

@@ -16,10 +16,10 @@ namespace {
 constexpr const char* kRaw = "RAW";
 constexpr const char* kDng = "DNG";
 
-/// Bytes up to which a DNG named by -i is taken for one of the camera's.
+/// A DNG named with -i counts as one of the camera's up to this many bytes.
 constexpr std::uint64_t kLargestSingleDng = 15000000;
 
-/// Length in bytes; 0 when the file can't be opened.
+/// Length in bytes; 0 if the file can't be opened.
 std::uint64_t FileSize(const std::string& path) {
     InputFile file;
     return file.Open(path) ? file.size() : 0;
@@ -30,12 +30,12 @@ bool IsWanted(const std::string& name, const std::string& path) {
     return extension == kRaw || (extension == kDng && FileSize(path) == kCameraDngSize);
 }
 
-/// A name that a DNG has while another one takes its place.
+/// Whether `name` is one that a DNG temporarily gets while a new one replaces it.
 bool IsSetAside(const std::string& name) {
     return name.ends_with("." + std::string(kDng) + std::string(replacement_in_steps::kOldEnd));
 }
 
-/// Puts DNGs back that a run could not replace, and adds those that are wanted to `names`.
+/// Restores DNGs that a run set aside and then did not replace, and adds the wanted ones to `names`.
 void PutBack(const std::string& folder, const std::vector<std::string>& set_aside,
              std::vector<std::string>& names) {
     for (const std::string& old : set_aside) {
@@ -60,7 +60,7 @@ std::string FolderPart(const std::string& path) {
     return path.substr(0, path.find_last_of(kSeparators) + 1);
 }
 
-/// The file that `path` names, with its extension if that was left out; empty when there is none.
+/// The file at `path`, or at `path` with an extension appended; empty if there is none.
 std::string FindFile(const std::string& path) {
     for (const std::string extension : {"", ".RAW", ".DNG"}) {
         if (Extension(path + extension) == kDng) {
@@ -107,7 +107,7 @@ std::vector<std::string> GetFileList(const std::string& folder) {
     }
     PutBack(folder, set_aside, names);
     if (listing.error() != 0) {
-        // What was listed is converted all the same; but nobody should take it for all that there is.
+        // The listed files are still converted, but the user must know that the list is incomplete.
         std::printf("%s: folder not read to its end: %s\n", folder.c_str(),
                     file_system::ErrorText(listing.error()));
     }

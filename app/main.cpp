@@ -9,13 +9,13 @@
 
 namespace {
 
-/// A write that fails is reported, or does not matter, and is no reason to die half-way through a card.
+/// A failed write is either reported or unimportant; it must not kill the program half-way through a card.
 void IgnoreWriteSignals() {
 #if defined(SIGXFSZ)
-    (void)std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow
+    (void)std::signal(SIGXFSZ, SIG_IGN);  // the file has reached its size limit
 #endif
 #if defined(SIGPIPE)
-    (void)std::signal(SIGPIPE, SIG_IGN);  // nobody reads what is printed any more
+    (void)std::signal(SIGPIPE, SIG_IGN);  // nobody reads the output any more
 #endif
 }
 

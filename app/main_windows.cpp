@@ -11,13 +11,14 @@
 #include "system/standard_streams.h"
 #include "system/system_path.h"
 
-/// Tells the start-up code of the C library to leave `*` and `?` in the arguments alone.
+/// Tells the start-up code of the C library not to expand `*` and `?` in the arguments.
 extern "C" int _dowildcard;
 int _dowildcard = 0;
 
 namespace {
 
-/// Lets the console show the program's texts, which are UTF-8, until the program ends. It would stay so.
+/// Switches the console to UTF-8, in which the program prints, until the program ends; otherwise the console
+/// would stay switched.
 class Utf8Console {
   public:
     Utf8Console() : code_page_(::GetConsoleOutputCP()) { ::SetConsoleOutputCP(CP_UTF8); }
@@ -37,7 +38,7 @@ class Utf8Console {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    // A card reader without a card is an error like any other, and no reason to ask in a window.
+    // A card reader without a card is an ordinary error; the system must not show a dialog.
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     FillMissingStandardStreams();
     const Utf8Console console;

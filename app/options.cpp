@@ -9,12 +9,12 @@
 
 namespace {
 
-/// Turns the arguments of a command line into settings, one after the other.
+/// Turns the arguments of a command line into settings, one by one.
 class OptionReader {
   public:
     OptionReader(const ErrorHandler& errors, RunSettings& settings) : errors_(errors), settings_(settings) {}
 
-    /// Returns 0 or the code of an error that ends the run: what comes after it is not read.
+    /// Returns 0, or the code of an error that ends the run; the arguments after the error are not read.
     int Read(std::span<const Argument> arguments) {
         for (const Argument& argument : arguments) {
             if (const int error = argument.counts ? Apply(argument) : 0; error != 0) {
@@ -76,7 +76,7 @@ class OptionReader {
         return 0;
     }
 
-    /// The path is resolved at once, so that a wrong one ends the run before later options are read.
+    /// Resolves the path immediately, so that a wrong one ends the run before later options are read.
     int SetInput(const std::string& path) {
         input_given_ = true;
         const InputError error = ResolveInput(path, settings_.input);

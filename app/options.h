@@ -9,13 +9,13 @@
 #include "errors/error_handler.h"
 #include "exif/lensdb.h"
 
-/// The folder in which the databases are looked for: `program` (argv[0]) up to and including its last
-/// separator; "./" when that stands first, empty (the current folder) when there is none.
+/// The folder in which the databases are searched: `program` (argv[0]) up to and including its last
+/// separator; "./" if that is its first character; empty (the current folder) if there is none.
 std::string ExecutableFolder(const std::string& program);
 
-/// Turns the command line (argv, the program's name included) into `settings`, printing the error that ends
-/// the run if there is one. Returns 0, or that error's code: the exit status. Unknown options are ignored; of
-/// a repeated one the first counts.
+/// Turns the command line (argv, including the program's name) into `settings`, and prints the error that
+/// ends the run if there is one. Returns 0, or that error's code as the exit status. Unknown options are
+/// ignored; of a repeated option the first one counts.
 int ParseOptions(std::span<char* const> arguments, const lensdb& lenses, const ErrorHandler& errors,
                  RunSettings& settings);
 

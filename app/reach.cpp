@@ -10,19 +10,19 @@
 
 namespace {
 
-/// The folder of `file`; the current one by a name that can be opened.
+/// The folder of `file`; "./" instead of an empty name, which cannot be opened.
 std::string FolderOf(const std::string& file) {
     const std::string folder = file_system::FolderOf(file);
     return folder.empty() ? "./" : folder;
 }
 
-/// The folder of the files whose paths begin with `prefix`. That ends in a separator, but a backslash, which
-/// is one to the options, may be part of a file's name to the system.
+/// The folder of the files whose paths begin with `prefix`. `prefix` ends in a separator, but that may be a
+/// backslash: the options treat it as a separator, the system as a part of a file name.
 std::string FolderOfPrefix(const std::string& prefix) {
     return FolderOf(prefix + "name");
 }
 
-/// Adds `path`, unless it is certain that no link stands there.
+/// Adds `path`, unless it is certain that it is not a link.
 void AddLink(const std::string& path, std::vector<std::string>& links) {
     namespace fs = std::filesystem;
     std::error_code error;
@@ -44,7 +44,7 @@ Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
             AddLink(input + base + extension, reach.read_files);
         }
         if (output != input) {
-            AddLink(output + base + ".DNG", reach.read_files);  // looked at, to tell whether it exists
+            AddLink(output + base + ".DNG", reach.read_files);  // to tell whether the DNG exists
         }
     }
     if (settings.sensor_fix) {

@@ -7,8 +7,8 @@
 #include "app/run_settings.h"
 #include "system/sandbox.h"
 
-/// What a run with these settings needs; `sensor_database` is the path of sensdb.ini. Links are looked at as
-/// they stand now: a folder or file that one leads to later is out of reach.
+/// The files and folders that a run with these settings needs; `sensor_database` is the path of sensdb.ini.
+/// Links are resolved now: if one is changed later, its new target is out of reach.
 Reach ReachOf(const RunSettings& settings, const std::string& sensor_database);
 
 #endif  // VELMARCON_APP_REACH_H

@@ -17,7 +17,7 @@ namespace {
 int Run(std::span<char* const> arguments, Confinement confine) {
     const std::string folder = ExecutableFolder(arguments.empty() ? "" : arguments.front());
     lensdb lenses(folder);
-    // A missing database matters only to -l, and an empty one tells it then.
+    // A missing database matters only to -l, which reports an empty one.
     (void)lenses.LoadLensData();
     sensdb sensors(folder);
     const ErrorHandler errors;
@@ -27,7 +27,7 @@ int Run(std::span<char* const> arguments, Confinement confine) {
         return error;
     }
     if (confine != nullptr) {
-        // Where it is not to be had, the run goes on without.
+        // The run continues without a sandbox if the system has none.
         (void)confine(ReachOf(settings, sensors.DatabaseFile));
     }
     return ConversionRun(settings, lenses, sensors, errors).Run();

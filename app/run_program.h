@@ -6,16 +6,16 @@
 
 #include "app/reach.h"
 
-/// The exit status of a run that ended for want of memory, apart from any image: EX_OSERR of sysexits.h, no
-/// code of the error table.
+/// The exit status of a run that ran out of memory outside of any image: EX_OSERR of sysexits.h, not a code
+/// of the error table.
 constexpr int kOutOfMemory = 71;
 
 /// Confines the process to a run's reach; see EnterSandbox.
 using Confinement = bool (*)(const Reach& reach);
 
 /// The whole program: reads the options, finds the images and converts or repairs them. `arguments` is argv,
-/// the program's name included. `confine` is called between the options and the images, unless it is null.
-/// Prints to standard output. Returns the exit status.
+/// including the program's name. `confine`, unless null, is called after the options are read and before the
+/// first image. Prints to standard output. Returns the exit status.
 int RunProgram(std::span<char* const> arguments, Confinement confine = nullptr);
 
 #endif  // VELMARCON_APP_RUN_PROGRAM_H

@@ -7,17 +7,17 @@
 
 #include "app/input_discovery.h"
 
-/// What the command line asks for.
+/// The settings given on the command line.
 struct RunSettings {
     InputFiles input;
-    std::string output_folder;  ///< with its separator; empty: beside a bare input file name
+    std::string output_folder;  ///< ends in a separator; empty: next to a bare input file name
     bool verbose = false;
     bool refresh = false;
     bool preview = false;
     bool black_level_given = false;
     std::uint16_t black_level = 92;  ///< at the base ISO
     bool lens_fix = false;
-    std::string lens_code;  ///< six "0"/"1" characters, unchecked; empty: none given
+    std::string lens_code;  ///< six "0"/"1" characters, unchecked; empty: not given
     bool sensor_fix = false;
     bool dark_field_fix = false;
     bool dark_field_creation = false;

@@ -40,7 +40,7 @@ int SensorStage::CreateDarkReference(const std::string& base, bool loaded, ReadI
     std::printf("Calculating new sensor level correction values for Camera %d from image %s.RAW.\n",
                 static_cast<std::int32_t>(serial), base.c_str());
     sensors_.CalcSensLevel(&record);
-    // A failure is reported; the image still gets the new values.
+    // WriteSensData reports a failure; the image is still corrected with the new values.
     sensors_.WriteSensData();
     return 0;
 }

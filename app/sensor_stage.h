@@ -9,16 +9,16 @@
 #include "input/read_input_data.h"
 #include "sensor/sensdb.h"
 
-/// The sensor corrections of a pair, between its loading and the building of its DNG: defective columns, a
-/// new dark reference if one is asked for, the dark field.
+/// Applies the sensor corrections to a pair after it is loaded and before its DNG is built: defective
+/// columns, a new dark reference if requested, the dark field.
 class SensorStage {
   public:
-    /// Everything is owned by the caller.
+    /// The caller owns all arguments.
     SensorStage(const RunSettings& settings, sensdb& sensors, const ErrorHandler& errors)
         : settings_(settings), sensors_(sensors), errors_(errors) {}
 
-    /// Corrects the record's image, which is called `base`. Returns 0, or the code of the error that ends the
-    /// run: a dark reference is made from a single image only.
+    /// Corrects the image of `record`, whose base name is `base`. Returns 0, or the code of the error that
+    /// ends the run: a dark reference can only be made from a single image.
     [[nodiscard]] int Run(const std::string& base, bool dark_field_fix, ReadInputData& record) const;
 
   private:

@@ -12,16 +12,17 @@ namespace {
 
 using namespace sensor_grid;
 
-constexpr std::size_t kLanes = 248;  // columns worked on at a time: their samples stay in the first cache
+constexpr std::size_t kLanes =
+    248;  // columns processed together: their samples stay in the first-level cache
 static_assert(kColumns % kLanes == 0);
 
 constexpr std::size_t kSamples = 9;
-/// Signed, which the oldest vector instructions can compare; no pixel has more than 14 bits.
+/// Signed, because the oldest vector instructions only compare signed values; no pixel has more than 14 bits.
 using Lane = std::array<std::int16_t, kLanes>;
 using Samples = std::array<Lane, kSamples>;
 
-/// One comparator of a sorting network, for all lanes. Through bare pointers, as the loops below: a check of
-/// each index would keep the compiler from vector instructions.
+/// One comparator of a sorting network, for all lanes. This loop and those below use bare pointers, because
+/// index checks would prevent vectorisation.
 void Order(Lane& first, Lane& second) {
     std::int16_t* __restrict const low = first.data();
     std::int16_t* __restrict const high = second.data();
@@ -30,7 +31,7 @@ void Order(Lane& first, Lane& second) {
         const std::int16_t b = high[i];
         const std::int16_t smaller = std::min(a, b);
         low[i] = smaller;
-        high[i] = static_cast<std::int16_t>(a ^ b ^ smaller);  // the other one, without a second comparison
+        high[i] = static_cast<std::int16_t>(a ^ b ^ smaller);  // the larger one, without a second comparison
     }
 }
 
@@ -46,29 +47,29 @@ void Sort(Samples& s) {
     }
 }
 
-/// The rows of a patch that are taken, and how.
+/// Selects the rows of a patch that are measured.
 struct PatchRows {
-    std::size_t first;       // row of the frame
-    std::size_t step;        // rows of the frame
+    std::size_t first;       // distance of the rows, in rows of the frame
+    std::size_t step;        // number of rows
     std::size_t count;       // rows taken
-    std::size_t block_rows;  // of them in a block
+    std::size_t block_rows;  // rows per block
 };
 
-/// A damaged file may hold more than 14 bits.
+/// Clips a pixel to 14 bits, because a damaged file may hold more.
 std::int16_t InRange(std::uint16_t pixel) {
     return static_cast<std::int16_t>(std::min<std::uint16_t>(pixel, sensor_frame::kWhite));
 }
 
 void TakeSamples(const std::uint16_t* pixels, const PatchRows& rows, Samples& samples) {
     for (std::size_t i = 0; i < kSamples; ++i) {
-        // Spread over the patch, the middle of each ninth.
+        // Spread over the patch: the middle of each ninth.
         const std::size_t row = rows.first + ((((2 * i) + 1) * rows.count / (2 * kSamples)) * rows.step);
         const std::uint16_t* const source = pixels + (row * kColumns);
         std::ranges::transform(source, source + kLanes, samples[i].begin(), InRange);
     }
 }
 
-/// Sums of what a row's pixels differ from `centre`, none counting as more than `reach`.
+/// Adds the differences of a row's pixels from `centre` to `sums`, each clipped to `reach`.
 void AddRow(const std::uint16_t* pixels, const std::int16_t* centre, std::int16_t reach, std::int16_t* sums) {
     for (std::size_t i = 0; i < kLanes; ++i) {
         const auto difference = static_cast<std::int16_t>(InRange(pixels[i]) - centre[i]);
@@ -77,7 +78,7 @@ void AddRow(const std::uint16_t* pixels, const std::int16_t* centre, std::int16_
     }
 }
 
-/// One patch of kLanes columns from `pixels` on.
+/// Measures one patch of kLanes columns, from `pixels` on.
 void MeasurePatch(const std::uint16_t* pixels, const PatchRows& rows, std::int16_t reach, float* means,
                   std::uint16_t* spread) {
     Samples samples;
@@ -106,7 +107,7 @@ void MeasurePatch(const std::uint16_t* pixels, const PatchRows& rows, std::int16
 }  // namespace
 
 void MeasureBlocks(std::span<const std::uint16_t> pixels, BlockRows rows, int reach, BlockMeans& result) {
-    // Six differences of this size, and no more, fit the sums.
+    // The sums have room for six differences of this size and no more.
     constexpr int most = 5400;
     const auto limit = static_cast<std::int16_t>(std::clamp(reach, 1, most));
     result.means.resize(kGridSize);

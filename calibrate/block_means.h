@@ -7,29 +7,30 @@
 
 #include "calibrate/sensor_grid.h"
 
-/// Which rows of a block are taken: in the dark all are alike, in the light every other one has the same
-/// colour.
+/// Which rows of a block to measure: in the dark all rows are alike, in the light every other row has the
+/// same colour.
 enum class BlockRows { kAll, kEven, kOdd };
 
-/// What one exposure shows.
+/// The measurements of one exposure.
 struct BlockMeans {
-    sensor_grid::Grid means;            ///< of each block, in raw units
-    std::vector<std::uint16_t> spread;  ///< of each patch: between its second and its eighth value of nine
+    sensor_grid::Grid means;  ///< mean of each block, in raw units
+    std::vector<std::uint16_t>
+        spread;  ///< spread of each patch: the difference of the second and the eighth of nine sorted values
 };
 
-/// The mean of each block, in which a pixel counts as no further than `reach` from the median of nine pixels
-/// of its patch (one step of Huber's M-estimator). `pixels` is a whole frame. Takes one pass; `result` keeps
-/// its memory.
+/// Measures the mean of each block. A pixel further than `reach` from the median of nine pixels of its patch
+/// counts as at that distance (one step of Huber's M-estimator). `pixels` is a whole frame. Takes one pass;
+/// `result` reuses its memory.
 void MeasureBlocks(std::span<const std::uint16_t> pixels, BlockRows rows, int reach, BlockMeans& result);
 
 /// Standard deviations of the pixels of an exposure, in raw units.
 struct PixelNoise {
-    float pixel = 0;      ///< of what each pixel has for itself
-    float with_rows = 0;  ///< with what the pixels of a row share
+    float pixel = 0;      ///< noise that is independent from pixel to pixel
+    float with_rows = 0;  ///< this plus the noise that the pixels of a row share
 };
 
-/// Measures them in differences between pixels of one colour, by their MAD: so neither the levels of columns
-/// nor defects nor shading count.
+/// Measures the noise as the MAD of differences between pixels of one colour, so that levels of columns,
+/// defects and shading have no effect.
 PixelNoise MeasureNoise(std::span<const std::uint16_t> pixels);
 
 #endif  // VELMARCON_CALIBRATE_BLOCK_MEANS_H

@@ -6,20 +6,20 @@
 #include <string>
 #include <vector>
 
-/// What a run is asked for.
+/// The settings given on the command line.
 struct CalibrateOptions {
     std::vector<std::string> darks;
     std::vector<std::string> flats;
     std::string database;  ///< empty: the default one
     std::string report;    ///< folder; empty: none
     bool dry_run = false;
-    bool doubtful = false;  ///< write what is doubtful, too
+    bool doubtful = false;  ///< write doubtful defects as well
     bool check = false;
     bool help = false;
     bool version = false;
 };
 
-/// Reads the arguments, the program's name not among them. Returns what is wrong with them, or an empty text.
+/// Reads the arguments, without the program's name. Returns an error message, empty on success.
 [[nodiscard]] std::string ReadOptions(std::span<const std::string> arguments, CalibrateOptions& options);
 
 /// What --help prints.

@@ -28,7 +28,7 @@ int NotWritten(const std::string& path, const std::string& reason) {
     return kNotCalibrated;
 }
 
-/// The database of a run and what it held when the run began.
+/// The database of a run and its content at the start of the run.
 struct Database {
     std::string path;
     std::string text;
@@ -130,7 +130,7 @@ int Run(const CalibrateOptions& options, const std::string& command,
     return status;
 }
 
-/// The command line as someone may give it to a shell once more.
+/// The command line with shell quoting, so that it can be run again.
 std::string CommandLine(std::span<const std::string> arguments) {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_./=:,+@%";
     std::string line = kName;

@@ -8,17 +8,18 @@
 
 /// Exit statuses.
 constexpr int kCalibrated = 0;
-constexpr int kNotCalibrated = 1;  ///< nothing could be measured or written; with --check: make it anew
+constexpr int kNotCalibrated =
+    1;  ///< nothing could be measured or written; with --check: the database must be made anew
 constexpr int kWrongUsage = 2;
 
-/// The database of a run that names none.
+/// The database of a run whose options name none.
 struct DefaultDatabase {
     std::string path;  ///< empty: there is none
     std::function<int()>
-        make_folder;  ///< called before it is written; returns 0 or the system's error number
+        make_folder;  ///< called before the database is written; returns 0 or the system's error number
 };
 
-/// The program: `arguments` without its own name. Returns the exit status.
+/// Runs the program; `arguments` is without the program's name. Returns the exit status.
 int RunCalibrate(std::span<const std::string> arguments, const DefaultDatabase& default_database);
 
 #endif  // VELMARCON_CALIBRATE_CALIBRATE_RUN_H

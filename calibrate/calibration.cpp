@@ -15,10 +15,11 @@ namespace {
 
 using namespace sensor_grid;
 
-constexpr float kReach = 3;         // deviations up to which a pixel counts in full
-constexpr float kReachInLight = 4;  // whose noise differs between colours and from middle to corner
+constexpr float kReach = 3;  // deviations up to which a pixel counts in full
+constexpr float kReachInLight =
+    4;  // larger, because noise in the light differs between colours and from middle to corner
 
-constexpr float kLeastNoise = 0.3F;  // below, whole numbers do not show it
+constexpr float kLeastNoise = 0.3F;  // weaker noise does not show in whole numbers
 
 int Reach(float reach, const PixelNoise& noise) {
     return static_cast<int>(std::lround(std::clamp(reach * noise.with_rows, 1.0F, 5000.0F)));

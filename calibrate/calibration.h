@@ -14,14 +14,14 @@
 #include "calibrate/defect.h"
 #include "calibrate/flat_stack.h"
 
-/// An exposure as it was read: a whole frame.
+/// An exposure as it was read, a whole frame.
 struct ExposureImage {
     std::string name;
     std::uint16_t iso = 0;
     std::span<const std::uint16_t> pixels;
 };
 
-/// Rows of a column that someone has listed, from `first_row` to `end_row` - 1.
+/// Rows `first_row` to `end_row` - 1 of a column that are already listed.
 struct ListedRows {
     int column = 0;
     int first_row = 0;
@@ -31,37 +31,38 @@ struct ListedRows {
 /// The stripes of one dark exposure: standard deviations of its columns' means, in raw units.
 struct Stripes {
     float before = 0;
-    float after = 0;  ///< of the correction, with levels to which this exposure has not contributed; less
-                      ///< than 0: all have
-    float noise = 0;  ///< what the exposure's own noise gives
+    float after = 0;  ///< after correction with levels that do not include this exposure; negative if there
+                      ///< are no such levels
+    float noise = 0;  ///< the part that the exposure's own noise causes
 };
 
-/// Measures a sensor: first every dark exposure, then Search, then every flat one, then Finish.
+/// Measures a sensor: call AddDark for every dark exposure, then Search, then AddFlat for every flat one,
+/// then Finish.
 class Calibration {
   public:
-    /// Rows that are listed already; they do not count. Called before Search.
+    /// Rows that are already listed; they are not measured. Call before Search.
     void SetListed(std::vector<ListedRows> listed) { listed_ = std::move(listed); }
 
-    /// Returns why the exposure was left out, or an empty text.
+    /// Returns why the exposure was left out, empty if it was not.
     [[nodiscard]] std::string AddDark(const ExposureImage& image);
 
-    /// Finds what the dark exposures, one at least, show.
+    /// Evaluates the dark exposures, of which there must be at least one.
     void Search();
 
-    /// Returns why the exposure was left out, or an empty text. Called after Search.
+    /// Returns why the exposure was left out, empty if it was not. Call after Search.
     [[nodiscard]] std::string AddFlat(const ExposureImage& image);
 
-    /// Finds what the flat exposures show, if there were any, and computes the levels. With `with_doubtful`
-    /// the rows of doubtful defects do not count either.
+    /// Evaluates the flat exposures, if there are any, and computes the levels. With `with_doubtful`, the
+    /// rows of doubtful defects are left out of the levels as well.
     void Finish(bool with_doubtful);
 
     const DarkStack& darks() const { return darks_; }
     int flats() const { return flats_.count(); }
-    const std::vector<Defect>& defects() const { return defects_; }  ///< by column and row
+    const std::vector<Defect>& defects() const { return defects_; }  ///< sorted by column and row
     const DarkLevels& levels() const { return levels_; }
     const DefectMask& mask() const { return mask_; }
 
-    /// How well the levels do for one of the dark exposures. With a single one that cannot be told.
+    /// How well the levels correct one of the dark exposures. This cannot be told from a single exposure.
     Stripes StripesOf(std::size_t dark) const;
 
   private:
@@ -74,12 +75,12 @@ class Calibration {
     std::vector<Defect> defects_;
     DefectMask mask_;
     DarkLevels levels_;
-    BlockMeans blocks_;  // of the exposure at hand; kept for their memory
+    BlockMeans blocks_;  // of the current exposure; a member so that its memory is reused
     BlockMeans odd_blocks_;
 };
 
-/// Standard deviation of `columns` around the median of each half, without the columns of `mask`. Far values,
-/// as an unlisted defect has, do not count.
+/// Standard deviation of `columns` around the median of each half, without the columns of `mask`. Outliers,
+/// such as an unlisted defect, do not count.
 float StripeSize(std::span<const float> columns, const DefectMask& mask);
 
 #endif  // VELMARCON_CALIBRATE_CALIBRATION_H

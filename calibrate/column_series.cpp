@@ -11,10 +11,10 @@ namespace {
 
 using namespace sensor_grid;
 
-constexpr int kTile = 62;  // columns that share what they have in common
+constexpr int kTile = 62;  // columns from which a shared offset is subtracted
 static_assert(kHalf % kTile == 0);
 
-/// The medians of all columns, through copies that lie together in memory.
+/// The medians of all columns. Works on copies that are contiguous in memory.
 std::vector<float> Medians(const Grid& grid) {
     constexpr int lanes = 32;
     static_assert(kColumns % lanes == 0);
@@ -35,7 +35,7 @@ std::vector<float> Medians(const Grid& grid) {
     return medians;
 }
 
-/// The noise of the blocks of `row`, by their MAD.
+/// The noise of the blocks of `row`, from their MAD.
 float RowNoise(std::span<const float> row) {
     std::vector<float> copy(row.begin(), row.end());
     return statistics::DeviationAround(0, copy);
@@ -47,7 +47,7 @@ ColumnSeries::ColumnSeries(const Grid& grid) : medians_(Medians(grid)), values_(
     constexpr int sampled = 20;
     std::vector<float> noises;
     std::vector<float> row(kColumns);
-    // With what the columns share, for a first idea.
+    // A first estimate, which still includes the noise that columns share.
     std::ranges::transform(Row(grid, kBlocks / 2), medians_, row.begin(), std::minus());
     noise_ = RowNoise(row);
     for (int block = 0; block < kBlocks; ++block) {
@@ -63,7 +63,7 @@ ColumnSeries::ColumnSeries(const Grid& grid) : medians_(Medians(grid)), values_(
     noise_ = std::max(statistics::Median(noises), std::numeric_limits<float>::min());
 }
 
-/// Takes the mean of each tile from it, far values clipped. Some values are enough for the centre.
+/// Subtracts the mean of each tile from it, with far values clipped. A few values are enough for the centre.
 void ColumnSeries::SubtractShared(std::span<float> row) const {
     constexpr std::size_t step = 4;
     constexpr float reach = 4;  // deviations

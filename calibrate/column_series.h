@@ -6,8 +6,8 @@
 
 #include "calibrate/sensor_grid.h"
 
-/// A grid column by column, as differences from each column's median, without what all columns around share
-/// in a row of blocks: noise of rows, shading.
+/// A grid column by column, as differences from each column's median. What neighbouring columns share in a
+/// row of blocks (row noise, shading) is subtracted.
 class ColumnSeries {
   public:
     explicit ColumnSeries(const sensor_grid::Grid& grid);
@@ -15,7 +15,7 @@ class ColumnSeries {
     /// The median of each column.
     const std::vector<float>& medians() const { return medians_; }
 
-    /// Standard deviation of a block of a sound column, measured.
+    /// Measured standard deviation of a block of a sound column.
     float noise() const { return noise_; }
 
     /// The blocks of a column, top to bottom.

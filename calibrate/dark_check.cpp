@@ -16,12 +16,12 @@ constexpr float kMostShading = 4;
 constexpr int kTile = 62;  // columns
 constexpr int kTiles = kColumns / kTile;
 
-/// The median over some columns and rows of blocks of how much they are above their column's median.
+/// For each band of rows the median of the blocks' differences from their columns' levels, over some columns.
 std::vector<float> RowShading(const BlockMeans& blocks, const std::vector<float>& columns, int first,
                               int width) {
     constexpr int bands = 9;
     constexpr int rows = kBlocks / bands;
-    // Some hundred blocks are enough for a median.
+    // A few hundred blocks are enough for a median.
     constexpr int every_columns = 16;
     constexpr int every_blocks = 3;
     std::vector<float> shading;
@@ -43,7 +43,7 @@ float Range(std::span<const float> values) {
     return most - least;
 }
 
-/// The level of each tile at the base ISO, less the median of all.
+/// The level of each tile at the base ISO, minus the median of all tiles.
 std::vector<float> TileLevels(const DarkExposure& exposure) {
     std::vector<float> tiles;
     for (int tile = 0; tile < kTiles; ++tile) {

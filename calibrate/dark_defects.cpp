@@ -17,27 +17,27 @@ namespace {
 using namespace sensor_grid;
 using segments::Segment;
 
-constexpr int kReach = 4;  // columns of the same colour on either side that a level is compared with
+constexpr int kReach = 4;  // columns of the same colour on either side with which a level is compared
 
-// What a level that differs from its neighbours' must reach to be listed; see the header.
+// Thresholds for the difference of a level from its neighbours'; see the header.
 constexpr float kLeastWhole = 5.5F;
 constexpr float kLeastWholeDeviations = 5;
 constexpr float kDoubtfulWholeDeviations = 4;
 
-// Of a part of a column, in raw units: listed from the first on, doubtful from the second on.
+// Thresholds for a part of a column, in raw units: listed from the first on, doubtful from the second on.
 constexpr float kLeastPart = 1.5F;
 constexpr float kDoubtfulPart = 0.75F;
 
 constexpr int kLeastBlocks = 3;
 constexpr float kLeastInNoise = 7;
 
-constexpr float kLeastUnsteady = 2.5F;  // raw units by which levels at two ISO speeds differ
+constexpr float kLeastUnsteady = 2.5F;  // difference of the levels at two ISO speeds, in raw units
 constexpr float kLeastUnsteadyDeviations = 7;
 
-constexpr float kStuckSpread = 0.3F;  // in units of the noise; a sound patch has 1.9
+constexpr float kStuckSpread = 0.3F;  // relative to the noise; a sound patch has 1.9
 constexpr int kLeastStuckPatches = 3;
 
-/// Rows up to which a run in a single exposure may be a particle's track.
+/// A defect of up to this many rows, seen in a single exposure, may be a particle's track.
 constexpr int kLongestTrack = 120;
 
 class Search {
@@ -74,13 +74,13 @@ class Search {
 
     const DarkStack& stack_;
     ColumnSeries series_;
-    std::vector<float> levels_;  // of each column, with the black level, in raw units at the base ISO
+    std::vector<float> levels_;  // of each column, including the black level, in raw units at the base ISO
     std::vector<StandOut> neighbours_;
-    float natural_ = 0;  // standard deviation of a column's level from its neighbours'
+    float natural_ = 0;  // standard deviation of the columns' levels from their neighbours'
     std::vector<Defect> found_;
 };
 
-/// What kind a run with `level`, `above` what is sound, is of.
+/// The kind of a defect with `level`, which is `above` the sound level.
 DefectKind Search::KindOf(int column, float level, float above) const {
     float highest_gain = 1;
     for (const DarkExposure& exposure : stack_.exposures()) {
@@ -93,9 +93,10 @@ DefectKind Search::KindOf(int column, float level, float above) const {
     return above > 0 ? DefectKind::kBright : DefectKind::kLow;
 }
 
-/// The level of the column's sound part, relative to its median: the one that needs the least explanation.
-/// Each part is tried. Being far from the neighbours is unlikely as in a normal distribution; a defect that
-/// makes a column darker is rarer than one that makes it brighter; and so is one of more rows.
+/// The level of the column's sound part, relative to its median. Each part is tried, and the least costly
+/// explanation wins. The cost grows with the distance from the neighbours, as in a normal distribution; with
+/// each defect that makes the column darker, since these are rarer than brighter ones; and with the number of
+/// defective rows.
 float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
     constexpr float rare_low = 2.5F;  // a factor of 12
     constexpr float whole_column = 0.7F;
@@ -107,7 +108,7 @@ float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
     float least = std::numeric_limits<float>::max();
     for (const Segment& candidate : parts) {
         const float far = std::abs(apart + candidate.level) / spread;
-        // A normal distribution's tail, but no worse than a defect of its own.
+        // The tail of a normal distribution, but no worse than a defect.
         float cost = far < 4 ? far * far / 2 : 8 + (4 * std::log2(far / 4));
         cost += candidate.end - candidate.begin < few_blocks ? rare_few : 0;
         for (const Segment& other : parts) {
@@ -122,7 +123,7 @@ float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
             best = candidate.level;
         }
     }
-    // The parts that have it, together.
+    // The mean of all parts with that level.
     float sum = 0;
     float count = 0;
     for (const Segment& part : parts) {
@@ -135,7 +136,7 @@ float Search::SoundLevel(int column, const std::vector<Segment>& parts) const {
     return sum / count;
 }
 
-/// In how many exposures the part is above, or below, the column's median.
+/// The number of exposures in which the part is above, or below, the column's median.
 int Search::SeenInPart(int column, const Segment& part, bool above) const {
     std::vector<float> counts;
     for (int patch = (part.begin + kPatchBlocks - 1) / kPatchBlocks;
@@ -160,8 +161,9 @@ int Search::SeenAsWhole(int column, float above) const {
     return seen;
 }
 
-/// The parts that differ from `sound`, those of the same sign next to each other as one. The blocks at either
-/// end reach as far as they are clearly not sound: there a part's rows are few enough to have been clipped.
+/// The parts that differ from `sound`; adjacent parts with the same sign are joined. Each end is then
+/// extended over blocks that clearly differ: a block that the defect only partly covers may have been
+/// clipped.
 std::vector<Segment> Search::DefectiveParts(int column, const std::vector<Segment>& parts,
                                             float sound) const {
     constexpr float clearly = 3.5F;
@@ -198,8 +200,8 @@ std::vector<Segment> Search::DefectiveParts(int column, const std::vector<Segmen
     return joined;
 }
 
-/// In how many exposures a part stands out from `sound`. Patches were compared with the column's median,
-/// which may be the level of the defect: then the sound parts stand out.
+/// The number of exposures in which a part differs from `sound`. Patches were compared with the column's
+/// median; if that is the level of the defect, the sound parts are the ones that differ.
 int Search::SeenIn(int column, const Segment& part, const std::vector<Segment>& parts, float sound) const {
     const float above = part.level - sound;
     if (std::abs(part.level) > std::abs(above) / 2) {
@@ -219,14 +221,14 @@ void Search::AddParts(int column, const std::vector<Segment>& parts, float sound
         const auto blocks = static_cast<float>(part.end - part.begin);
         const float in_noise = std::abs(above) * std::sqrt(blocks) / series_.noise();
         if (part.end - part.begin < kLeastBlocks || in_noise < kLeastInNoise) {
-            continue;  // what the cuts have left over
+            continue;  // a remainder of the segmentation
         }
         const int rows = (part.end - part.begin) * kBlockRows;
         const bool maybe_track = Exposures() == 1 && rows < kLongestTrack;
         const bool doubtful = std::abs(above) < kLeastPart || maybe_track;
         const int seen = SeenIn(column, part, parts, sound);
         if (doubtful && seen == 0) {
-            continue;  // what a track has left
+            continue;  // a remainder of a track
         }
         found_.push_back({.column = column,
                           .first_row = part.begin * kBlockRows,
@@ -274,7 +276,7 @@ void Search::LookAtColumn(int column) {
     if (std::abs(out.clearly + sound) >= kLeastWhole &&
         std::abs(out.clearly + sound) >= kLeastWholeDeviations * natural_ &&
         std::abs(out.clearly) > kLeastWhole) {
-        // None of it is as its neighbours are.
+        // No part of the column matches its neighbours.
         AddWhole(column, out.from_both, out.clearly);
         return;
     }
@@ -285,7 +287,7 @@ bool Search::IsListed(int column) const {
     return std::ranges::any_of(found_, [&](const Defect& defect) { return defect.column == column; });
 }
 
-/// Runs of patches that hardly vary.
+/// Adds runs of patches that hardly vary.
 void Search::AddStuck(int column) {
     int begin = 0;
     for (int patch = 0; patch <= kPatches; ++patch) {
@@ -316,9 +318,9 @@ void Search::AddStuck(int column) {
     }
 }
 
-/// Columns whose level, divided by the ISO gain, is not the same at two ISO speeds.
+/// Adds columns whose level, divided by the ISO gain, differs between two ISO speeds.
 void Search::AddUnsteady() {
-    std::map<float, std::vector<std::vector<float>>> apart;  // by gain: of each exposure, of each column
+    std::map<float, std::vector<std::vector<float>>> apart;  // by gain, exposure, column
     for (const DarkExposure& exposure : stack_.exposures()) {
         std::vector<float> values;
         for (const StandOut& out : CompareNeighbours(exposure.columns, kReach, true)) {

@@ -10,15 +10,13 @@
 
 /// Finds the columns that dark exposures show to be defective. `combined` is the stack's.
 ///
-/// What a level explains is no defect: it takes away any constant that grows with the ISO gain. So a column
-/// is listed
-///  - where a part of it differs from the rest of it (see segments.h). Which part is the sound one is decided
-///  by the
-///    neighbours' levels; when these allow both, the lower one is;
-///  - when it is as a whole further from its neighbours than columns of this sensor are by nature: 5 times
-///  their
-///    standard deviation, and 5.5 raw units, on both sides;
-///  - when its level does not grow with the ISO gain, or does not vary at all.
+/// A constant offset that grows with the ISO gain is not a defect, because the column's level removes it. A
+/// column is listed if
+///   - a part of it differs from the rest (see segments.h); the neighbours' levels decide which part is the
+///     sound one, and if they fit both, it is the lower one;
+///   - all of it differs from its neighbours on both sides by more than columns of this sensor normally do:
+///     by 5 times their standard deviation and by 5.5 raw units;
+///   - its level does not grow with the ISO gain, or does not vary at all.
 std::vector<Defect> FindDarkDefects(const DarkStack& stack, const sensor_grid::Grid& combined);
 
 #endif  // VELMARCON_CALIBRATE_DARK_DEFECTS_H

@@ -11,12 +11,12 @@ namespace {
 
 using namespace sensor_grid;
 
-/// Blocks that a column must have for a level of its own.
+/// Sound blocks that a column needs to get a level from its own rows.
 constexpr int kLeastBlocks = 8;
 
 constexpr float kReach = 4;  // deviations up to which a block counts in full
 
-/// The mean of a column's sound blocks, far ones clipped.
+/// The mean of a column's sound blocks, with far values clipped.
 float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, float reach) {
     std::vector<float> values;
     values.reserve(kBlocks);
@@ -30,7 +30,7 @@ float MeanOfSound(const Grid& combined, const DefectMask& mask, int column, floa
     return statistics::ClippedMean(values, statistics::Median(copy), reach);
 }
 
-/// The mean of the levels at `distance` on both sides, as far as they are sound.
+/// The mean of the levels of the sound columns at `distance` on either side; NaN if there are none.
 float MeanAtDistance(const std::vector<float>& levels, const std::vector<bool>& sound, int column,
                      int distance) {
     float sum = 0;
@@ -44,8 +44,8 @@ float MeanAtDistance(const std::vector<float>& levels, const std::vector<bool>& 
     return count > 0 ? sum / count : std::numeric_limits<float>::quiet_NaN();
 }
 
-/// What the repair of a whole column leaves of its neighbours' levels: in every other row the mean of the
-/// columns two away, else a fifth of it and four fifths of that of the next columns.
+/// The level of a column whose pixels are all repaired from its neighbours: in every other row the mean of
+/// the columns at distance 2, otherwise a fifth of that and four fifths of the mean at distance 1.
 float LevelOfRepair(const std::vector<float>& levels, const std::vector<bool>& sound, int column) {
     constexpr float share_of_next = 0.4F;
     constexpr int furthest = 16;

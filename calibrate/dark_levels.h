@@ -9,18 +9,18 @@
 #include "calibrate/defect.h"
 #include "calibrate/sensor_grid.h"
 
-/// The blocks of the sensor that are listed as defective, wholly or in part.
+/// The blocks of the sensor that are wholly or partly listed as defective.
 class DefectMask {
   public:
     DefectMask()
         : listed_(sensor_grid::kGridSize), sound_blocks_(sensor_grid::kColumns, sensor_grid::kBlocks) {}
 
-    /// Rows outside the sensor are passed over.
+    /// Lists these rows; rows outside the sensor are ignored.
     void Add(int column, int first_row, int end_row);
 
     bool IsListed(int column, int block) const { return listed_[Index(column, block)]; }
 
-    /// Blocks of the column that are not listed.
+    /// The number of blocks of the column that are not listed.
     int SoundBlocks(int column) const { return sound_blocks_[static_cast<std::size_t>(column)]; }
 
   private:
@@ -29,22 +29,22 @@ class DefectMask {
     }
 
     std::vector<bool> listed_;
-    std::vector<int> sound_blocks_;  // of each column
+    std::vector<int> sound_blocks_;  // per column
 };
 
 /// The dark levels of a sensor.
 struct DarkLevels {
-    std::vector<float> absolute;  ///< of each column, the black level included, in raw units at the base ISO
+    std::vector<float> absolute;  ///< per column, including the black level, in raw units at the base ISO
     std::vector<float>
-        above_darkest;  ///< what the database holds: above the darkest sound column, none negative
+        above_darkest;  ///< the values for the database: relative to the darkest sound column, none negative
 
-    /// What is left of the dark when the levels are taken away, at the base ISO, in raw units: the value for
-    /// -b together with -s.
+    /// What remains of the dark level after the levels are subtracted, in raw units at the base ISO: the value
+    /// for -b together with -s.
     long BlackAfterCorrection() const;
 };
 
-/// Computes them from what `mask` does not list. A column without sound rows is repaired from its neighbours
-/// before levels are subtracted, so it gets what such a repair leaves: their levels, in the repair's shares.
+/// Computes the levels from the blocks that `mask` does not list. A column without sound rows is repaired
+/// from its neighbours before levels are subtracted, so its level is the same mix of their levels.
 DarkLevels ComputeLevels(const DarkStack& stack, const sensor_grid::Grid& combined, const DefectMask& mask);
 
 #endif  // VELMARCON_CALIBRATE_DARK_LEVELS_H

@@ -14,7 +14,7 @@ using namespace sensor_grid;
 
 constexpr int kHalves = 2;
 
-/// Standard deviation of the mean of a block, when that of a pixel is `noise`.
+/// Standard deviation of the mean of a block whose pixels have the deviation `noise`.
 float OfBlock(float noise) {
     return noise / std::sqrt(static_cast<float>(kBlockRows));
 }
@@ -24,15 +24,14 @@ float BlockDeviation(const DarkExposure& exposure) {
     return OfBlock(exposure.noise.with_rows) / exposure.gain;
 }
 
-/// Below this a camera's noise can't be measured in whole numbers.
+/// Weaker noise cannot be measured in whole numbers.
 constexpr float kLeastNoise = 0.3F;
 
-constexpr std::size_t kLanes = 32;  // columns worked on at a time
+constexpr std::size_t kLanes = 32;  // columns processed together
 static_assert(kColumns % kLanes == 0);
 using Lane = std::array<float, kLanes>;
 
-/// For each lane the smaller value first. Through bare pointers: a check of each index would keep the
-/// compiler from vector instructions.
+/// Sorts two values per lane. Uses bare pointers, because index checks would prevent vectorisation.
 void Order(Lane& first, Lane& second) {
     float* __restrict const low = first.data();
     float* __restrict const high = second.data();
@@ -55,7 +54,7 @@ void Sort(std::span<Lane> values) {
 
 /// The median of each column's blocks.
 std::vector<float> ColumnMedians(const Grid& grid) {
-    constexpr int step = 29;  // some blocks are enough for a centre
+    constexpr int step = 29;  // a sample of the blocks is enough for a centre
     constexpr std::size_t count = kBlocks / step;
     static_assert(count % 2 == 1);
     std::vector<float> medians(kColumns);
@@ -113,7 +112,7 @@ void DarkStack::StartWith(const DarkExposure& exposure) {
     spread_.assign(above_.size(), 0);
 }
 
-/// How much higher each half of the exposure is than the reference.
+/// The offset of each half of the exposure from the reference.
 std::vector<float> DarkStack::Shifts(const DarkExposure& exposure) const {
     std::vector<float> shifts;
     for (const std::size_t begin : {std::size_t{0}, std::size_t{kHalf}}) {
@@ -174,7 +173,7 @@ void DarkStack::CountPatches(const BlockMeans& blocks, const DarkExposure& expos
                              std::span<const float> base) {
     constexpr float clearly = 2.5F;
     constexpr float most_spread = 4;
-    constexpr std::size_t next = kColumns;  // block of a column
+    constexpr std::size_t next = kColumns;  // from a block to the next one of its column
     const float share = 1 / (exposure.gain * kPatchBlocks);
     const float in_deviations = std::sqrt(static_cast<float>(kPatchBlocks)) / BlockDeviation(exposure);
     const float in_noise = 1 / exposure.noise.with_rows;
@@ -208,7 +207,7 @@ Grid DarkStack::Combined() const {
     for (std::size_t i = 0; i < combined.size(); ++i) {
         float sum = sum_[i];
         float weight = weight_;
-        // Leaves out `z` of exposure `number` when it is far from the mean of the others.
+        // Leaves out `z` of exposure `number` if it is far from the mean of the others.
         const auto leave_out = [&](float z, std::size_t number) {
             const float value = z * deviations[number];
             const float rest_weight = weight - weights[number];

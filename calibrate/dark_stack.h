@@ -9,22 +9,21 @@
 #include "calibrate/block_means.h"
 #include "calibrate/sensor_grid.h"
 
-/// What is kept of a dark exposure when the next one is read.
+/// The data of a dark exposure that are kept after the next one is read.
 struct DarkExposure {
     std::string name;
     std::uint16_t iso = 0;
-    float gain = 1;              ///< of the ISO speed
+    float gain = 1;              ///< of its ISO speed
     PixelNoise noise;            ///< in raw units
     std::vector<float> columns;  ///< level of each column, in raw units
 };
 
-/// Dark exposures on top of each other, in units of the base ISO: for each block the mean of all, weighted by
-/// the inverse of the variance, and enough to leave out the one that differs most from the others: a
-/// particle's track. The memory that this takes does not depend on their number, but for the levels of
-/// columns in DarkExposure.
+/// A stack of dark exposures, in units of the base ISO: for each block the mean weighted by inverse variance,
+/// and the data needed to leave out the exposure that differs most from the others, because of a particle's
+/// track. Memory does not grow with the number of exposures, except for the column levels in DarkExposure.
 class DarkStack {
   public:
-    /// Takes an exposure whose `columns` are those of ColumnLevels.
+    /// Adds an exposure; its `columns` must come from ColumnLevels.
     void Add(const BlockMeans& blocks, DarkExposure exposure);
 
     const std::vector<DarkExposure>& exposures() const { return exposures_; }
@@ -32,21 +31,20 @@ class DarkStack {
     /// Weight of an exposure in a mean: the inverse of its variance in units of the base ISO.
     static float Weight(const DarkExposure& exposure);
 
-    /// The level of each block above its column's reference, from all exposures.
+    /// The level of each block relative to its column's reference, averaged over all exposures.
     sensor_grid::Grid Combined() const;
 
-    /// What Combined is relative to, for each column: its level, in units of the base ISO, the black level
-    /// included.
+    /// The reference level of each column in Combined, in units of the base ISO, including the black level.
     std::vector<float> Reference() const;
 
-    /// Standard deviation of a block in Combined, as the pixels' noise has it.
+    /// Standard deviation of a block in Combined that follows from the noise of the pixels.
     float BlockNoise() const;
 
-    /// In how many exposures a patch is clearly above, or below, its column's reference.
+    /// The number of exposures in which a patch is clearly above, or below, its column's reference.
     int SeenAbove(int column, int patch) const { return static_cast<int>(above_[PatchIndex(column, patch)]); }
     int SeenBelow(int column, int patch) const { return static_cast<int>(below_[PatchIndex(column, patch)]); }
 
-    /// Mean spread of a patch in units of the noise; that of nine normally distributed values is about 1.9.
+    /// Mean spread of a patch relative to the noise; about 1.9 for nine normally distributed values.
     float Spread(int column, int patch) const;
 
   private:
@@ -60,21 +58,21 @@ class DarkStack {
 
     std::vector<DarkExposure> exposures_;
     std::vector<float> reference_;  // the levels of the first exposure
-    std::vector<float> shift_;      // of each half, weighted sum over the exposures
+    std::vector<float> shift_;      // per half, weighted sum over the exposures
     float weight_ = 0;              // sum
     sensor_grid::Grid sum_;         // weighted
-    sensor_grid::Grid highest_;     // in units of its exposure's noise
-    // Numbers as floats, so that a loop has one type of vector: of the exposure, of exposures.
+    sensor_grid::Grid highest_;     // relative to the noise of its exposure
+    // Exposure numbers and counts are floats, so that a loop has only one vector type.
     sensor_grid::Grid highest_from_;
     std::vector<float> above_;
     std::vector<float> below_;
     std::vector<float> spread_;
 };
 
-/// The mean of each column's blocks, those further than `reach` from the middle of the column clipped.
+/// The mean of each column's blocks; blocks further than `reach` from the centre of the column are clipped.
 std::vector<float> ClippedColumnMeans(const sensor_grid::Grid& grid, float reach);
 
-/// The level of each column of one exposure, in raw units; `noise` is that of its pixels.
+/// The level of each column of one exposure, in raw units; `noise` is the noise of its pixels.
 std::vector<float> ColumnLevels(const BlockMeans& blocks, float noise);
 
 #endif  // VELMARCON_CALIBRATE_DARK_STACK_H

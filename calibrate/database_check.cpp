@@ -12,9 +12,9 @@ namespace {
 
 using findings_text::Row;
 
-constexpr float kHidden = 0.1F;  // of a pixel's noise
+constexpr float kHidden = 0.1F;  // relative to the noise of a pixel
 
-/// Rows of the defect that the groups list.
+/// The number of rows of the defect that are listed.
 int ListedRowsOf(const Defect& defect, const std::vector<ListedRows>& listed) {
     std::vector<bool> rows(static_cast<std::size_t>(defect.end_row - defect.first_row));
     for (const ListedRows& group : listed) {

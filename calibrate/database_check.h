@@ -7,15 +7,15 @@
 #include "calibrate/calibration.h"
 #include "calibrate/database_text.h"
 
-/// What --check finds.
+/// The result of --check.
 struct CheckResult {
     bool good = false;
     std::string text;  ///< whole lines; the last one is the verdict
 };
 
-/// Compares dark exposures with what the database has for their camera. It is still good while the stripes
-/// that it leaves, beyond those of the exposure's own noise, stay below a tenth of the noise of a pixel,
-/// which hides them, and no defect shows that is not listed.
+/// Checks a database against dark exposures of its camera. The database is still good if no unlisted defect
+/// shows, and if the stripes that remain, beyond those of the exposure's own noise, are below a tenth of the
+/// noise of a pixel, which hides them.
 CheckResult CheckDatabase(const Calibration& calibration, const database_text::Values& values);
 
 #endif  // VELMARCON_CALIBRATE_DATABASE_CHECK_H

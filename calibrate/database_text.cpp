@@ -21,11 +21,11 @@ constexpr std::size_t kGroup = sensdb::Sensdbtype::kLineGroup;
 
 enum class Kind { kOther, kHeader, kLineValue, kLevelValue };
 
-/// A line of the file, with its end.
+/// A line of the file, including its line end.
 struct TextLine {
     std::string_view text;
     Kind kind = Kind::kOther;
-    bool of_camera = false;  ///< in a section of the camera
+    bool of_camera = false;  ///< whether it is in a section of the camera
     long long value = 0;
 };
 
@@ -38,13 +38,13 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The number that the text begins with, as the program takes it.
+/// The number at the start of the text, parsed as velmarcon does.
 long long Number(std::string_view text) {
     constexpr int decimal = 10;
     return std::strtoll(std::string(text).c_str(), nullptr, decimal);
 }
 
-/// Where the line that begins at `begin` ends, its line end included; as the INI library has it.
+/// The end of the line that begins at `begin`, after its line end, by the rules of the INI library.
 std::size_t LineEnd(std::string_view text, std::size_t begin) {
     const std::size_t end = text.find_first_of("\r\n", begin);
     if (end == std::string_view::npos) {
@@ -81,7 +81,7 @@ std::vector<TextLine> LinesOf(std::string_view text, int serial) {
     return lines;
 }
 
-/// The line end that the text uses first.
+/// The first line end in the text.
 std::string_view LineEndOf(std::string_view text) {
     const std::size_t end = text.find_first_of("\r\n");
     if (end == std::string_view::npos || text[end] == '\n') {
@@ -96,8 +96,8 @@ void AppendGroup(std::vector<std::uint16_t>& lines, int column, int first_row, i
     }
 }
 
-/// The groups of a run. The camera's own DNGs lack the first rows, and a group that begins in these does
-/// nothing for them: a run that does gets two.
+/// Appends the groups of a run. The camera's own DNGs lack the first rows, and a group that begins in these
+/// rows has no effect on them. A run that begins there and goes on below gets two groups.
 void AppendRun(std::vector<std::uint16_t>& lines, const ListedRows& run) {
     constexpr int split = sensor_frame::kCroppedDefectRow;
     if (run.first_row < split && run.end_row > split) {
@@ -108,12 +108,12 @@ void AppendRun(std::vector<std::uint16_t>& lines, const ListedRows& run) {
     }
 }
 
-/// Adds the groups by which the repair of runs next to each other, or with one column between them, is
-/// repeated. A pixel is repaired from these columns, and the first of the two is while the second is still
-/// defective; every repetition leaves a quarter of the error at most.
+/// Appends groups that repeat the repair of runs in adjacent columns, or in columns with one column between
+/// them. Such runs are repaired from each other, and when the first is repaired the second is still
+/// defective; every repetition leaves at most a quarter of the error.
 void AppendRepetitions(std::vector<std::uint16_t>& lines, std::span<const ListedRows> runs) {
     constexpr int near = 2;         // columns
-    constexpr int repetitions = 6;  // what is left of a saturated column is a few raw units
+    constexpr int repetitions = 6;  // leaves an error of a few raw units for a saturated column
     for (int i = 0; i < repetitions; ++i) {
         for (const ListedRows& run : runs) {
             for (const ListedRows& other : runs) {
@@ -129,7 +129,7 @@ void AppendRepetitions(std::vector<std::uint16_t>& lines, std::span<const Listed
     }
 }
 
-/// Whether `outer` covers `inner` but for a few rows.
+/// Whether `outer` covers `inner`, give or take a few rows.
 bool Covers(const ListedRows& outer, const ListedRows& inner) {
     constexpr int tolerance = 24;
     return outer.column == inner.column && outer.first_row - tolerance <= inner.first_row &&
@@ -137,11 +137,11 @@ bool Covers(const ListedRows& outer, const ListedRows& inner) {
            outer.first_row < inner.end_row;
 }
 
-/// What becomes of the camera's own groups.
+/// What to do with the camera's existing groups.
 struct Plan {
     std::vector<bool> keep_group;
     std::vector<std::uint16_t> added;  // Line values
-    std::vector<std::uint16_t> all;    // these, then the kept ones
+    std::vector<std::uint16_t> all;    // the added values, then the kept ones
 };
 
 Plan MakePlan(const std::vector<std::uint16_t>& own, std::vector<ListedRows> found) {
@@ -187,7 +187,7 @@ std::string LineTexts(const std::vector<std::uint16_t>& values, std::string_view
     return text;
 }
 
-/// With six decimals, as the INI library writes them.
+/// The levels with six decimals, in the format of the INI library.
 std::string LevelTexts(std::span<const float> levels, std::string_view end) {
     constexpr int decimals = 6;
     std::string text;
@@ -197,7 +197,8 @@ std::string LevelTexts(std::span<const float> levels, std::string_view end) {
     return text;
 }
 
-/// Puts the new text together: the added groups before the camera's own, levels where its levels were.
+/// Assembles the new text: the added groups go before the camera's existing ones, the levels where its old
+/// levels were.
 class Writer {
   public:
     Writer(const std::string& old, const std::vector<TextLine>& lines, std::string_view end)
@@ -212,7 +213,8 @@ class Writer {
         return std::ranges::any_of(lines_,
                                    [&](const TextLine& line) { return line.of_camera && line.kind == kind; });
     }
-    /// The last line of the camera's first section that is not blank; nothing is put after what follows it.
+    /// The last line of the camera's first section that is neither blank nor a comment; new lines go no
+    /// further down.
     std::size_t LastOfSection() const;
     void EndLine() {
         if (!text_.empty() && text_.back() != '\n' && text_.back() != '\r') {
@@ -234,7 +236,7 @@ std::size_t Writer::LastOfSection() const {
         }
         const std::string_view content = Trimmed(lines_[i].text);
         const bool comment = content.starts_with(';') || content.starts_with('#');
-        // Comments at the end may be the next section's.
+        // Comments at the end may belong to the next section.
         if (lines_[i].of_camera && !content.empty() && !comment) {
             last = i;
         }
@@ -312,7 +314,7 @@ Values Read(const std::string& text, int serial) {
             keys.empty()) {
             continue;
         }
-        values = {};  // of several sections of one number the last one counts
+        values = {};  // of several sections with one number the last one counts
         for (const auto& key : keys) {
             ini_file::File::TNamesDepend items;
             ini.GetAllValues(section.pItem, key.pItem, items);

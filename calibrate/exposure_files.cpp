@@ -37,7 +37,7 @@ std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,
         std::ranges::sort(files.names);
         for (const std::string& name : files.names) {
             const ExposureFile file = {files.folder, BaseName(name)};
-            // One that is named twice must not count twice.
+            // A file that is named twice must not count twice.
             if (std::ranges::find(found, file) == found.end()) {
                 found.push_back(file);
             }

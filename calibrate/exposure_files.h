@@ -9,24 +9,25 @@
 
 /// A pair: RAW and JPEG file.
 struct ExposureFile {
-    std::string folder;  ///< with its separator, or empty
+    std::string folder;  ///< ends in a separator, or is empty
     std::string base;    ///< without extension
 
     friend bool operator==(const ExposureFile&, const ExposureFile&) = default;
 };
 
-/// The pairs that the paths stand for: RAW files, their names without extension, or folders. Those of a
-/// folder by name. A path that stands for none is put into `problems`, a line each.
+/// The pairs at `paths`, which are RAW files, their names without extension, or folders. The pairs of a
+/// folder are sorted by name. A path without a pair adds a line to `problems`.
 std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,
                                         std::vector<std::string>& problems);
 
-/// One exposure after the other, in the same memory.
+/// Loads exposures one after another into the same memory.
 class ExposureLoader {
   public:
-    /// Loads a pair with the checks of a conversion. Returns 0 or an ErrorCode, whose line has been printed.
+    /// Loads a pair with the checks of a conversion. Returns 0, or an ErrorCode, whose message has been
+    /// printed.
     [[nodiscard]] int Load(const ExposureFile& file);
 
-    // Of the last one loaded:
+    // Of the last exposure loaded:
     std::uint32_t serial() const { return serial_; }
     std::uint16_t iso() const { return iso_; }
     std::span<const std::uint16_t> pixels() const { return pixels_; }

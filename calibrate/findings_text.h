@@ -7,13 +7,14 @@
 
 #include "calibrate/calibration.h"
 
-/// What was found, in words. Each text is whole lines.
+/// The findings in words. Each text consists of whole lines.
 namespace findings_text {
 
-/// A row of a table, of texts.
+/// The cells of a table row.
 using Row = std::vector<std::string>;
 
-/// Heading and rows of the table of defects: column, rows, kind, strength, in units of the noise, seen in.
+/// Heading and rows of the table of defects: column, rows, kind, strength, strength relative to the noise,
+/// exposures.
 Row DefectHeading();
 Row DefectRow(const Defect& defect);
 
@@ -21,11 +22,11 @@ Row DefectRow(const Defect& defect);
 Row StripesHeading();
 Row StripesRow(const DarkExposure& exposure, const Stripes& stripes);
 
-/// A table with its columns under each other; the first column of texts, the others right-aligned when they
-/// are numbers. No line ends in a blank.
+/// Formats a table with aligned columns: the first column is left-aligned, the others are right-aligned if
+/// they hold numbers. No line ends in a blank.
 std::string Table(const Row& heading, const std::vector<Row>& rows);
 
-/// Defects, doubtful ones, stripes.
+/// The sections on defects, doubtful defects and stripes.
 std::string Findings(const Calibration& calibration);
 
 }  // namespace findings_text

@@ -11,11 +11,11 @@ namespace {
 
 using namespace sensor_grid;
 
-constexpr int kColours = 2;           // in a row
-constexpr float kLeastLight = 0.10F;  // of the range
+constexpr int kColours = 2;           // per row
+constexpr float kLeastLight = 0.10F;  // fraction of the range
 constexpr float kMostLight = 0.70F;
 
-/// Median of the light in a row of blocks, of the columns of one colour.
+/// Median of the light in the columns of one colour, in a row of blocks.
 float RowLight(std::span<const float> row, std::span<const float> dark, std::size_t colour) {
     constexpr std::size_t step = std::size_t{kColours} * 4;
     std::vector<float> light;
@@ -26,12 +26,12 @@ float RowLight(std::span<const float> row, std::span<const float> dark, std::siz
     return statistics::Median(light);
 }
 
-/// Whether hardly any tiles next to each other differ by more than vignetting makes them. An edge through the
-/// picture is one line of tiles only.
+/// Whether hardly any adjacent tiles differ by more than vignetting explains. An edge in the picture affects
+/// only one line of tiles.
 bool IsEven(const BlockMeans& blocks, std::span<const float> dark) {
     constexpr std::size_t tile = 62;  // columns
     constexpr int every = 49;         // rows of blocks
-    constexpr float most = 0.1F;      // of the light
+    constexpr float most = 0.1F;      // fraction of the light
     constexpr int most_in_ten = 1;
     int pairs = 0;
     int uneven = 0;
@@ -55,7 +55,7 @@ bool IsEven(const BlockMeans& blocks, std::span<const float> dark) {
 }  // namespace
 
 std::string FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark) {
-    // Of the middle row of blocks; green is the brightest.
+    // In the middle row of blocks; green is the brightest colour.
     float brightest = 0;
     for (std::size_t colour = 0; colour < kColours; ++colour) {
         for (const BlockMeans* const blocks : {&even, &odd}) {

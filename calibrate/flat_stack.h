@@ -10,21 +10,21 @@
 #include "calibrate/block_means.h"
 #include "calibrate/sensor_grid.h"
 
-/// Flat exposures on top of each other: how each block answers light, as a part of what the row of blocks
-/// answers on average, each colour by itself. Memory does not depend on their number.
+/// A stack of flat exposures: how each block responds to light, relative to the average of its row of blocks,
+/// separately for each colour. Memory does not grow with the number of exposures.
 class FlatStack {
   public:
-    /// Takes the blocks of the even and of the odd rows of an exposure, and what each column gives in the
-    /// dark at its ISO speed. Returns why the exposure was left out, or an empty text: its light must be
-    /// even, and between 10 and 70 % of the range.
+    /// Adds an exposure, given the blocks of its even and of its odd rows and the dark level of each column
+    /// at its ISO speed. Returns why the exposure was left out, empty if it was not: its light must be even,
+    /// and between 10 and 70 % of the range.
     [[nodiscard]] std::string Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark);
 
     int count() const { return count_; }
 
-    /// The answers of all, weighted by their light.
+    /// The responses averaged over all exposures, weighted by their light.
     sensor_grid::Grid Combined() const;
 
-    /// Of each block the answer nearest to 1: what is wrong in it is wrong in every exposure.
+    /// For each block the response nearest to 1: a block that deviates here deviates in every exposure.
     const sensor_grid::Grid& NearestToSound() const { return nearest_; }
 
   private:

@@ -21,9 +21,9 @@ constexpr float kDoubtfulWholeDeviations = 4;
 constexpr float kLeastPart = 0.02F;
 constexpr float kDoubtfulPart = 0.01F;
 constexpr int kLeastRows = 48;
-constexpr float kBlindFrom = 0.9F;  // of the signal that is missing
+constexpr float kBlindFrom = 0.9F;  // missing fraction of the signal
 
-/// How far every block stands out from the neighbours on both sides, column by column.
+/// How far every block differs from its neighbours on both sides, column by column.
 class Contrast {
   public:
     Contrast(const Grid& answers, const DefectMask& listed) : values_(kGridSize) {
@@ -53,8 +53,8 @@ class Contrast {
     float noise() const { return noise_; }
 
   private:
-    /// What CompareNeighbours computes, with three columns of the same colour on either side, for one row of
-    /// many. At an edge the columns of the one side stand for those of the other.
+    /// CompareNeighbours for three columns of the same colour on either side, optimised for many rows. Beyond
+    /// an edge, columns are mirrored.
     static void Compare(std::span<const float> row, std::vector<float>& clearly,
                         std::vector<float>& from_both) {
         constexpr std::size_t margin = std::size_t{2} * kReach;
@@ -62,7 +62,7 @@ class Contrast {
         std::ranges::copy(row, wide.begin() + margin);
         for (std::size_t i = 1; i <= margin; ++i) {
             const std::size_t mirrored =
-                i % 2 == 0 ? i : i + 2;  // of the same colour, and not the column itself
+                i % 2 == 0 ? i : i + 2;  // the same colour, but not the column itself
             wide[margin - i] = row[mirrored];
             wide[margin + row.size() - 1 + i] = row[row.size() - 1 - mirrored];
         }
@@ -74,7 +74,7 @@ class Contrast {
             const float left = *here - MedianOfThree(here[-2], here[-4], here[-6]);
             const float right = *here - MedianOfThree(here[2], here[4], here[6]);
             both[x] = (left + right) / 2;
-            // The nearer to 0 of two of the same sign, else 0.
+            // If both have the same sign, the one nearer to 0, else 0.
             out[x] = std::max(std::min(left, right), 0.0F) + std::min(std::max(left, right), 0.0F);
         }
     }
@@ -83,7 +83,8 @@ class Contrast {
         return std::max(std::min(a, b), std::min(std::max(a, b), c));
     }
 
-    /// A row of answers in which what is listed has the value of the column before it of the same colour.
+    /// Copies a row of responses, in which each listed block gets the value of the previous column of the
+    /// same colour.
     static void TakeRow(std::span<const float> answers, const DefectMask& listed, int block,
                         std::vector<float>& row) {
         std::ranges::copy(answers, row.begin());
@@ -99,7 +100,7 @@ class Contrast {
     float noise_ = 0;
 };
 
-/// The mean answer of each column over its rows that are not listed; that of its neighbour if there are none.
+/// The mean response of each column over its unlisted rows; its neighbour's if there are none.
 std::vector<float> ColumnAnswers(const Grid& answers, const DefectMask& listed) {
     std::vector<float> sums(kColumns);
     std::vector<float> counts(kColumns);
@@ -125,8 +126,8 @@ DefectKind KindOf(float strength) {
     return strength < -kBlindFrom ? DefectKind::kBlind : DefectKind::kWeak;
 }
 
-/// The parts that differ by at least `least`, those of the same sign with no more than a speck of dust
-/// between them as one.
+/// The parts that differ by at least `least`. Parts with the same sign are joined if at most a speck of dust
+/// lies between them.
 std::vector<Segment> Joined(const std::vector<Segment>& parts, float least) {
     constexpr int speck = 16;  // blocks
     std::vector<Segment> joined;
@@ -182,13 +183,13 @@ class Search {
     const DefectMask& listed_;
     Contrast all_;
     Contrast every_;
-    std::vector<float> answers_;   // the columns' mean
-    std::vector<StandOut> whole_;  // of these
-    float natural_;                // standard deviation of a column's answer from its neighbours'
+    std::vector<float> answers_;   // mean of each column
+    std::vector<StandOut> whole_;  // comparison of these means
+    float natural_;                // standard deviation of the columns' responses from their neighbours'
     std::vector<Defect> found_;
 };
 
-/// How far the blocks stand out in the exposure in which they do so least.
+/// How far the blocks differ in the exposure in which they differ least.
 float Search::InEvery(int column, int begin, int end) const {
     const auto part =
         every_.Column(column).subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
@@ -196,7 +197,7 @@ float Search::InEvery(int column, int begin, int end) const {
     return statistics::Median(copy);
 }
 
-/// The difference as a part of what the neighbours answer.
+/// The difference as a fraction of the neighbours' response.
 float Search::OfNeighbours(int column, float difference) const {
     const auto x = static_cast<std::size_t>(column);
     return difference / std::max(answers_[x] - whole_[x].from_both, 0.1F);
@@ -226,7 +227,7 @@ void Search::AddPart(int column, const Segment& part) {
     const int rows = (part.end - part.begin) * kBlockRows;
     const bool is_short = rows < 2 * kLeastRows;
     if (!in_every || (is_short && part.level > 0)) {
-        return;  // a track, a hot pixel
+        return;  // a track or a hot pixel
     }
     found_.push_back({.column = column,
                       .first_row = part.begin * kBlockRows,

@@ -11,7 +11,7 @@
 #include "system/standard_streams.h"
 #include "system/system_path.h"
 
-/// Tells the start-up code of the C library to leave `*` and `?` in the arguments alone.
+/// Tells the start-up code of the C library not to expand `*` and `?` in the arguments.
 extern "C" int _dowildcard;
 int _dowildcard = 0;
 
@@ -24,7 +24,7 @@ int wmain(int argc, wchar_t** argv) {
     for (const wchar_t* argument : std::span(argv, static_cast<std::size_t>(argc))) {
         arguments.push_back(system_path::FromWide(argument));
     }
-    // As for velmarcon.exe: the database stands next to the program.
+    // As with velmarcon.exe, the database is next to the program.
     std::string folder;
     if (!arguments.empty()) {
         folder = ExecutableFolder(arguments.front());

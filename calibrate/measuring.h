@@ -13,25 +13,27 @@
 #include "calibrate/calibration.h"
 #include "calibrate/exposure_files.h"
 
-/// Reads the exposures of a run and hands them to a Calibration. What is left out is printed, and kept for
-/// the report.
+/// Reads the exposures of a run and passes them to a Calibration. Exposures that are left out are printed and
+/// kept for the report.
 class Measuring {
   public:
     explicit Measuring(const CalibrateOptions& options) : options_(options) {}
 
-    /// Reads the dark exposures. Returns false, with a message, when there is nothing to go on with: not one
-    /// could be measured, or they are not of one camera.
+    /// Reads the dark exposures. Returns false, with a message, if the run cannot continue: none could be
+    /// measured, or they come from different cameras.
     [[nodiscard]] bool ReadDarks();
 
-    /// Searches, reads the flat exposures and finishes. `listed` are rows that are listed already. Returns
-    /// false, with a message, when a flat exposure is of another camera.
+    /// Searches, reads the flat exposures and finishes. `listed` are the rows that are already listed.
+    /// Returns false, with a message, if a flat exposure is from another camera.
     [[nodiscard]] bool Measure(std::vector<ListedRows> listed);
 
-    /// The camera.
+    /// The camera's serial number.
     std::uint32_t serial() const { return serial_.value_or(0); }
     const Calibration& calibration() const { return *calibration_; }
-    const std::vector<std::string>& left_out() const { return left_out_; }  ///< a line each
-    const std::vector<ExposureFile>& darks() const { return measured_; }    ///< as in Calibration::darks
+    const std::vector<std::string>& left_out() const { return left_out_; }  ///< one line each
+    const std::vector<ExposureFile>& darks() const {
+        return measured_;
+    }  ///< in the order of Calibration::darks
     const std::vector<ExposureFile>& flats() const { return measured_flats_; }
     ExposureLoader& loader() { return loader_; }
 

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int kSameColour = 2;
-constexpr std::size_t kMost = 8;  // on one side
+constexpr std::size_t kMost = 8;  // per side
 
 struct Side {
     std::array<float, 2 * kMost> values = {};

@@ -4,10 +4,10 @@
 
 #include <string>
 
-/// `value` with so many decimals.
+/// `value` with this many decimals.
 std::string Fixed(float value, int decimals);
 
-/// The same with its sign, + included.
+/// `value` with this many decimals and its sign, including +.
 std::string Signed(float value, int decimals);
 
 #endif  // VELMARCON_CALIBRATE_NUMBER_TEXT_H

@@ -94,8 +94,8 @@ GreyPicture SideBySide(std::span<const GreyPicture> pictures) {
     return joined;
 }
 
-/// gnuplot works in the folder, so that no path has to be quoted; what it writes takes its name when it is
-/// whole.
+/// gnuplot runs in the folder, so that no path has to be quoted. Its output gets its final name when it is
+/// complete.
 bool PictureWriter::RunScript(const std::string& script, const std::string& data, const std::string& name) {
     const bool done = WriteWhole(folder_ + kData, data) && WriteWhole(folder_ + kScript, script) &&
                       RunTool(folder_, "gnuplot", {kScript}) &&

@@ -8,14 +8,14 @@
 #include <utility>
 #include <vector>
 
-/// A grey picture of 8 bits.
+/// An 8-bit grey picture.
 struct GreyPicture {
     int width = 0;
     int height = 0;
     std::vector<std::uint8_t> pixels;
 };
 
-/// Turns raw units into grey: `black` and below become 0, `white` and above 255.
+/// Maps raw units to grey: `black` and below become 0, `white` and above 255.
 struct GreyScale {
     float black = 0;
     float white = 1;
@@ -26,27 +26,26 @@ struct GreyScale {
 /// A whole frame, each square of `reduction` x `reduction` pixels averaged.
 GreyPicture Reduced(std::span<const std::uint16_t> frame, int reduction, const GreyScale& scale);
 
-/// The part of a frame from `column`, `row` on, enlarged. What lies outside the frame is black.
+/// The part of a frame that begins at `column`, `row`, enlarged. Pixels outside the frame are black.
 GreyPicture Enlarged(std::span<const std::uint16_t> frame, int column, int row, int width, int height,
                      int enlargement, const GreyScale& scale);
 
-/// Pictures of one height next to each other, with a white gap.
+/// Pictures of equal height next to each other, with white gaps.
 GreyPicture SideBySide(std::span<const GreyPicture> pictures);
 
-/// Writes pictures and plots of a folder with gnuplot.
+/// Writes pictures and plots into a folder, using gnuplot.
 class PictureWriter {
   public:
     explicit PictureWriter(std::string folder) : folder_(std::move(folder)) {}
 
-    /// Both return whether the file is there; it is whole then, and else there is none of that name by this
-    /// run.
+    /// Both return whether the file was written. On failure the run leaves no file of that name.
     bool WritePng(const std::string& name, const GreyPicture& picture);
     bool WriteLevelPlot(const std::string& name, std::span<const float> levels);
 
   private:
     bool RunScript(const std::string& script, const std::string& data, const std::string& name);
 
-    std::string folder_;  // with its separator
+    std::string folder_;  // ends in a separator
 };
 
 #endif  // VELMARCON_CALIBRATE_PICTURES_H

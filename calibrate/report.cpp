@@ -28,7 +28,7 @@ constexpr int kCropWidth = 41;   // columns
 constexpr int kCropHeight = 61;  // rows
 constexpr int kEnlargement = 3;
 
-/// The pictures of one exposure: as recorded, marked, repaired.
+/// Provides the pictures of one exposure: as recorded, marked, repaired.
 class Exposure {
   public:
     Exposure(std::uint32_t serial, std::uint16_t iso, std::vector<std::uint16_t>& frame,
@@ -68,7 +68,7 @@ class Exposure {
     sensorfixtools tools_;
 };
 
-/// From 4 deviations below the median of some pixels to 6 above it.
+/// A scale from 4 deviations below the median of some pixels to 6 above it.
 GreyScale ScaleOf(const std::vector<std::uint16_t>& frame, std::size_t first, std::size_t count,
                   float shrink) {
     constexpr float below = 4;
@@ -84,7 +84,7 @@ GreyScale ScaleOf(const std::vector<std::uint16_t>& frame, std::size_t first, st
     return {median - (below * deviation), median + (above * deviation)};
 }
 
-/// The exposure at the highest ISO speed shows its stripes best.
+/// The exposure at the highest ISO speed, which shows the stripes best.
 std::size_t BestDark(const Calibration& calibration) {
     const auto& exposures = calibration.darks().exposures();
     return static_cast<std::size_t>(std::ranges::max_element(exposures, {}, &DarkExposure::gain) -
@@ -96,7 +96,8 @@ std::string KindAndPlace(const Defect& defect) {
            std::to_string(defect.end_row - 1) + (defect.doubtful ? " (doubtful)" : "");
 }
 
-/// The first row to show: where the defect begins, if that is inside the frame, else where it ends.
+/// The first row of the crop: around the start of the defect if that is inside the frame, else around its
+/// end.
 int FirstRowToShow(const Defect& defect) {
     const int edge = defect.first_row > 0 || defect.end_row == kRows ? defect.first_row : defect.end_row;
     return std::clamp(edge - (kCropHeight / 2), 0, kRows - kCropHeight);
@@ -134,7 +135,7 @@ void ShowDefects(Exposure& exposure, bool in_light, const Calibration& calibrati
 }
 
 void ShowDark(Exposure& exposure, const std::string& name, PictureWriter& writer, ReportContents& contents) {
-    // An average of 16 pixels has a quarter of their noise.
+    // The average of 16 pixels has a quarter of their noise.
     const GreyScale scale = ScaleOf(exposure.recorded(), 0, exposure.recorded().size(), 0.5F);
     if (writer.WritePng("dark-before.png", Reduced(exposure.recorded(), kReduction, scale))) {
         contents.exposures.push_back({"dark-before.png", name + ", brightened, as recorded"});

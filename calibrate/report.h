@@ -6,9 +6,9 @@
 
 #include "calibrate/measuring.h"
 
-/// Writes the page of what was measured, with its pictures, into `folder`, which is made unless it is there.
-/// `command` is the command line. Reads exposures once more for the pictures. Returns why there is no page,
-/// or an empty text; a picture that cannot be made is none, and the page says so.
+/// Writes the report, a page with pictures, into `folder`, which is created if needed. `command` is the
+/// command line. Reads exposures again for the pictures. Returns why there is no page, empty on success; if
+/// pictures cannot be made, the page says so instead.
 [[nodiscard]] std::string WriteReport(const std::string& folder, const std::string& command,
                                       Measuring& measuring);
 

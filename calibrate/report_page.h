@@ -11,10 +11,10 @@
 /// A picture on the page.
 struct ReportPicture {
     std::string file;
-    std::string caption;  ///< also what a screen reader says
+    std::string caption;  ///< also its text for screen readers
 };
 
-/// What the page shows.
+/// The content of the page.
 struct ReportContents {
     int serial = 0;
     std::string command;
@@ -22,13 +22,13 @@ struct ReportContents {
     std::vector<ReportPicture> exposures;  ///< before and after
     std::vector<ReportPicture> plots;
     std::vector<ReportPicture> defects;
-    std::string missing;  ///< what could not be shown, and why; empty: nothing
+    std::string missing;  ///< what could not be shown and why; empty if nothing is missing
 };
 
-/// The page as one HTML file without scripts, which shows its pictures by names next to it.
+/// The page as one HTML file without scripts; it refers to its pictures by file name.
 std::string ReportPage(const ReportContents& contents, const Calibration& calibration);
 
-/// `text` with the characters that HTML takes for its own written as it wants them.
+/// `text` with the special characters of HTML escaped.
 std::string EscapedHtml(const std::string& text);
 
 #endif  // VELMARCON_CALIBRATE_REPORT_PAGE_H

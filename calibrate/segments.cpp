@@ -10,12 +10,12 @@ namespace segments {
 
 namespace {
 
-constexpr float kMostOfOne = 4;       // what one value may count
-constexpr float kSignificant = 6.7F;  // one interval in a thousand million by chance
+constexpr float kMostOfOne = 4;       // limit for the weight of a single value
+constexpr float kSignificant = 6.7F;  // chance gives one such interval in a thousand million
 constexpr float kWorthALook =
     5.4F;  // for the quick look, whose windows are up to a third too long or too short
 
-/// Sums of the first 0, 1, 2 ... values above `centre`.
+/// Sums of the first 0, 1, 2 ... values, relative to `centre`.
 std::vector<float> PrefixSums(std::span<const float> values, float centre) {
     std::vector<float> sums = {0};
     sums.reserve(values.size() + 1);
@@ -58,11 +58,11 @@ Interval MostDifferent(std::span<const float> values) {
     return best;
 }
 
-/// Where the segments of the values end, in ascending order.
+/// The ends of the segments, in ascending order.
 std::vector<int> EndsOf(std::span<const float> values) {
     std::vector<int> ends;
     std::vector<Interval> left = {
-        {0, static_cast<int>(values.size())}};  // to be looked at, the first one last
+        {0, static_cast<int>(values.size())}};  // still to be examined, the last one first
     while (!left.empty()) {
         const Interval part = left.back();
         left.pop_back();

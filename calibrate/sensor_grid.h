@@ -8,19 +8,20 @@
 
 #include "input/raw_layout.h"
 
-/// The sensor in blocks of one column and a few rows. Fine enough to tell where a defect begins, coarse
-/// enough to take the noise out of it, and a sixth of the memory of an image of the same type.
+/// Divides the sensor into blocks of one column and a few rows. Blocks are small enough to tell where a
+/// defect begins and large enough to average out noise; a grid takes a sixth of the memory of an image of the
+/// same type.
 namespace sensor_grid {
 
 constexpr int kColumns = raw_layout::kImageWidth;
 constexpr int kRows = raw_layout::kImageHeight;
-constexpr int kHalf = kColumns / 2;  ///< the two halves are read out apart
+constexpr int kHalf = kColumns / 2;  ///< the two halves are read out separately
 
 constexpr int kBlockRows = 6;
-constexpr int kBlocks = kRows / kBlockRows;  ///< in a column
+constexpr int kBlocks = kRows / kBlockRows;  ///< per column
 static_assert(kBlocks * kBlockRows == kRows);
 
-/// Blocks that share one robust centre. The last patch takes what is left over as well.
+/// Blocks that share one robust centre. The last patch also takes the remaining ones.
 constexpr int kPatchBlocks = 4;
 constexpr int kPatches = kBlocks / kPatchBlocks;
 constexpr int kPatchRows = kPatchBlocks * kBlockRows;
@@ -36,7 +37,7 @@ inline std::span<const float> Row(const Grid& grid, int block) {
     return std::span(grid).subspan(static_cast<std::size_t>(block) * kColumns, kColumns);
 }
 
-/// The first and the end column of the half that `column` lies in.
+/// The first column and the end column of the half that contains `column`.
 constexpr int HalfBegin(int column) {
     return column < kHalf ? 0 : kHalf;
 }

@@ -9,7 +9,7 @@ namespace statistics {
 
 namespace {
 
-constexpr float kDeviationOfMad = 1.4826F;  // of a normal distribution
+constexpr float kDeviationOfMad = 1.4826F;  // for a normal distribution
 
 }  // namespace
 
@@ -55,7 +55,7 @@ float DifferenceHistogram::Deviation() const {
     for (std::size_t size = 0; size < kBins; ++size) {
         const double count = counts_[size];
         if (count > 0 && below + count >= half) {
-            // Bin 0 reaches from 0 to a half, bin n from n - 1/2 to n + 1/2.
+            // Bin 0 reaches from 0 to 1/2, bin n from n - 1/2 to n + 1/2.
             const double width = size == 0 ? 0.5 : 1;
             const double start = size == 0 ? 0 : static_cast<double>(size) - 0.5;
             return kDeviationOfMad * static_cast<float>(start + width * (half - below) / count);

@@ -6,26 +6,25 @@
 #include <span>
 #include <vector>
 
-/// Robust statistics: a few wild values do not change them. (P. J. Huber, Robust Statistics, 1981; F. R.
+/// Robust statistics, which a few outliers do not affect. (P. J. Huber, Robust Statistics, 1981; F. R.
 /// Hampel, The influence curve and its role in robust estimation, 1974.)
 namespace statistics {
 
-/// The median; the mean of the two in the middle when their number is even, 0 without values. Reorders
-/// `values`.
+/// The median; for an even number of values the mean of the middle two, 0 without values. Reorders `values`.
 float Median(std::span<float> values);
 
-/// Standard deviation of normally distributed values by their median absolute deviation around `centre` (MAD,
-/// Hampel 1974). Reorders `values`.
+/// Standard deviation of normally distributed values, from their median absolute deviation from `centre`
+/// (MAD, Hampel 1974). Reorders `values`.
 float DeviationAround(float centre, std::span<float> values);
 
-/// The same around their median.
+/// DeviationAround the median of the values.
 float Deviation(std::span<float> values);
 
-/// Mean of the values with those further than `reach` from `centre` taken as if at that distance (one step of
+/// Mean of the values, where values further than `reach` from `centre` count as at that distance (one step of
 /// Huber's M-estimator); `centre` without values.
 float ClippedMean(std::span<const float> values, float centre, float reach);
 
-/// How often each absolute difference of whole numbers occurred.
+/// Counts how often each absolute difference of whole numbers occurs.
 class DifferenceHistogram {
   public:
     DifferenceHistogram() : counts_(kBins) {}
@@ -35,8 +34,8 @@ class DifferenceHistogram {
         ++counts_[size < kBins ? size : kBins - 1];
     }
 
-    /// Standard deviation of the differences by their MAD around 0. Within a bin they count as evenly spread,
-    /// so that it is no whole number.
+    /// Standard deviation of the differences, from their MAD around 0. Values are taken as evenly spread
+    /// within a bin, so the result is not limited to whole numbers.
     float Deviation() const;
 
   private:

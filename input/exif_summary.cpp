@@ -10,8 +10,7 @@
 
 namespace {
 
-/// The quotient in single precision; a zero denominator
-/// gives an infinity or not a number. Widened for printf.
+/// The quotient in single precision, widened for printf; a zero denominator gives infinity or NaN.
 double Quotient(SRational value) {
     return static_cast<double>(static_cast<float>(value.numerator) / static_cast<float>(value.denominator));
 }
@@ -20,8 +19,8 @@ double Quotient(Rational value) {
     return Quotient(AsSigned(value));
 }
 
-/// n of an exposure time of 1/n s, rounded. A numerator of 0 prints as the lowest integer, which is what
-/// processors make of an infinite value.
+/// n for an exposure time of 1/n s, rounded. A numerator of 0 prints as the lowest integer, which processors
+/// return when they convert an infinite value.
 std::int32_t ExposureTimeFraction(SRational seconds) {
     const double fraction = 1.0 / seconds.numerator * seconds.denominator + 0.5;
     return std::isfinite(fraction) ? Truncate<std::int32_t>(fraction)

@@ -15,8 +15,8 @@ int ReadInputData::LoadJPGExif() {
     if (!file.Open(Folder + JpgFileName)) {
         return kJpgNotFound;
     }
-    // The camera's are a tenth of this; a file many times
-    // as long is none of them, and is not read into memory.
+    // The camera's JPEGs have a tenth of this size; a much larger file is not one of them and is not read
+    // into memory.
     constexpr std::uint64_t longest_jpeg = 64ULL * 1024 * 1024;
     if (file.size() > longest_jpeg) {
         return kExifDamaged;

@@ -11,8 +11,9 @@ namespace {
 constexpr int kOdd = 1;
 constexpr int kEven = 0;
 
-/// Position of sample `index` on an axis sampled every `step` pixels: the pixel at or before it, else the one
-/// after, else the next, whichever first has the wanted parity. Single precision decides which pixel that is.
+/// Position of sample `index` on an axis sampled every `step` pixels: the first pixel with the wanted parity
+/// among the pixel at or before the exact position, the one after, and the next. The exact position is
+/// computed in single precision.
 std::int32_t SamplePosition(std::int32_t index, float step, int parity) {
     const float exact = static_cast<float>(index) * step;
     const auto before = static_cast<std::int32_t>(std::floor(exact));
@@ -23,7 +24,7 @@ std::int32_t SamplePosition(std::int32_t index, float step, int parity) {
     return after % 2 == parity ? after : after + 1;
 }
 
-/// The positions of `count` samples on an axis of `length` pixels; those beyond its end are left out.
+/// The positions of `count` samples on an axis of `length` pixels, without those beyond its end.
 std::vector<std::int32_t> SamplePositions(std::int32_t count, std::int32_t length, int parity) {
     const auto step = static_cast<float>(static_cast<double>(length) / count);
     std::vector<std::int32_t> positions;

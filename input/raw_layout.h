@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Layout of the camera's RAW and BIA files: a bare dump of
-/// little-endian 16-bit words, 14 of whose bits are used.
+/// Layout of the camera's RAW and BIA files: a bare dump of little-endian 16-bit words, of which 14 bits are
+/// used.
 namespace raw_layout {
 
 constexpr std::int32_t kImageWidth = 3968;   ///< pixels

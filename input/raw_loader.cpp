@@ -16,8 +16,8 @@
 
 namespace {
 
-/// Reads the words of a sensor dump from the first `size` bytes of `file`; those that the file does not hold
-/// are 0, what follows them is not read. Returns false when those that it does hold can't be read.
+/// Reads the words of a sensor dump from the first `size` bytes of `file`. Words beyond the end of the file
+/// are 0; bytes after `size` are ignored. Returns false if the file can't be read.
 [[nodiscard]] bool ReadWords(InputFile& file, std::uint64_t size, std::vector<std::uint16_t>& words) {
     pixel_memory::Resize(words, raw_layout::kFileWords);
     const std::span bytes(reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes);
@@ -26,7 +26,7 @@ namespace {
     return file.ReadStart(bytes.first(count));
 }
 
-/// Position of the first pixel of row `y` in a sensor dump, in words.
+/// Index of the first word of row `y` in a sensor dump.
 constexpr std::size_t RowStart(std::size_t y) {
     return raw_layout::kLeadingWords + y * raw_layout::kRowWords;
 }
@@ -47,19 +47,20 @@ int ReadInputData::LoadRawFile() {
     if (!raw.Open(Folder + RawFileName)) {
         return kRawNotFound;
     }
-    // A sensor dump is a hundredth of what ImageSize can hold: one beyond that is no dump.
+    // A sensor dump has a hundredth of the size that fits ImageSize, so a file that does not fit is not a
+    // dump.
     if (raw.size() > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
         return kRawDamaged;
     }
     ImageSize = static_cast<std::int32_t>(raw.size());
-    // A short file passes, see ExtractRawImage; a picture with a hole because the card failed must not.
+    // A short file is accepted, see ExtractRawImage; a picture with a hole due to a read error is not.
     if (!ReadWords(raw, raw.size(), ImageData)) {
         return kRawUnreadable;
     }
 
     if (SubtractBia) {
         InputFile bia;
-        // As much is read as of the RAW file, whatever its own size.
+        // Reads as many bytes as the RAW file has, regardless of the size of the BIA file.
         if (!bia.Open(Folder + BiaFileName) || !ReadWords(bia, raw.size(), BiaData)) {
             return kBiaDamaged;
         }
@@ -71,7 +72,7 @@ int ReadInputData::ExtractRawImage() {
     using raw_layout::kPixelCount;
     Width = raw_layout::kImageWidth;
     Height = raw_layout::kImageHeight;
-    // Compares bytes with pixels: half a dump still passes, and its missing words are black.
+    // Compares bytes with pixels on purpose: half a dump is accepted, and its missing words are black.
     if (ImageSize < kPixelCount) {
         return kRawDamaged;
     }
@@ -84,14 +85,14 @@ int ReadInputData::ExtractRawImage() {
     if (SubtractBia) {
         BiaData.resize(raw_layout::kFileWords);
     }
-    // Each row moves down over words that are no longer needed, so one buffer serves for dump and image.
+    // Each row moves down over words that are no longer needed, so one buffer serves both dump and image.
     const std::span words(ImageData);
     constexpr auto width = static_cast<std::size_t>(raw_layout::kImageWidth);
     for (std::int32_t y = 0; y < Height; ++y) {
         const auto source = RowStart(static_cast<std::size_t>(y));
         const auto row = words.subspan(static_cast<std::size_t>(y) * width, width);
         std::copy_n(words.begin() + static_cast<std::ptrdiff_t>(source), width, row.begin());
-        preview.AddRow(y, row);  // shows the sensor data as they were before the dark frame is subtracted
+        preview.AddRow(y, row);  // the preview shows the sensor data before the dark frame is subtracted
         if (SubtractBia) {
             SubtractDarkRow(row, std::span(BiaData).subspan(source, width));
         }

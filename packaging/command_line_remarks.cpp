@@ -18,9 +18,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kSingleLetter = 2;  ///< length of an option of a dash and one letter
+constexpr std::size_t kSingleLetter = 2;  ///< length of a dash and one letter
 
-/// A word by itself. The program takes a lone dash for one, too.
+/// Whether the argument is a bare word. A lone dash counts as one for the program.
 bool IsWord(const Argument& argument) {
     return argument.option == nullptr && (!argument.text.starts_with('-') || argument.text == "-");
 }
@@ -29,7 +29,8 @@ bool IsWord(const Argument& argument) {
 /// dash, minus sign and the two hyphens of Unicode.
 constexpr std::array<std::string_view, 5> kLongDashes = {"\u2013", "\u2014", "\u2212", "\u2010", "\u2011"};
 
-/// `word` with a plain hyphen in place of the dash that it begins with; nothing when it begins with none.
+/// `word` with a plain hyphen instead of the dash at its start; nothing if it does not start with such a
+/// dash.
 std::optional<std::string> WithPlainHyphen(std::string_view word) {
     const auto* const dash =
         std::ranges::find_if(kLongDashes, [&](std::string_view text) { return word.starts_with(text); });
@@ -44,13 +45,13 @@ std::string Lowercase(std::string_view text) {
     return lowercase;
 }
 
-/// An argument without its dashes, and without what comes after "=".
+/// The argument in lower case, without its dashes and without what comes after "=".
 std::string NameIn(std::string_view argument) {
     const std::string_view name = argument.substr(0, argument.find('='));
     return Lowercase(name.substr(std::min(name.find_first_not_of('-'), name.size())));
 }
 
-/// The option that was meant by one that the program does not know: it is in long form or a capital letter.
+/// The option that an unknown argument means: it is the option's long form or its letter in upper case.
 const OptionSpelling* MeantBy(const std::string& name) {
     const auto* const found = std::ranges::find_if(kOptionSpellings, [&](const OptionSpelling& spelling) {
         return name == spelling.word || name == spelling.text.substr(1);
@@ -77,7 +78,7 @@ std::string RemarkOnUnknown(std::string_view text) {
     return remark;
 }
 
-/// `letters` as options of their own; nothing when one of them is not an option that stands without a value.
+/// `letters` as separate options; nothing if one of them is not an option without a required value.
 std::optional<std::string> SplitUp(std::string_view letters) {
     std::string options;
     for (const char letter : letters) {
@@ -105,7 +106,8 @@ bool Exists(std::string_view path) {
     return fs::exists(fs::path(path), error);
 }
 
-/// What `rest`, glued to an option that takes a value, has of one; empty when it looks like none.
+/// The value in `rest`, the text attached to an option that takes a value; empty if it does not look like
+/// one.
 std::string_view ValueIn(std::string_view rest, OptionValue value) {
     if (rest.empty() || rest.starts_with('=')) {
         return rest.substr(std::min<std::size_t>(rest.size(), 1));
@@ -115,14 +117,14 @@ std::string_view ValueIn(std::string_view rest, OptionValue value) {
     return is_value ? rest : "";
 }
 
-/// What to write instead of an option with `rest` glued to it; empty when that can't be told.
+/// What to write instead of an option with `rest` attached; empty if that can't be told.
 std::string TakenApart(const OptionSpelling& option, std::string_view rest) {
     const std::string text(option.text);
     if (option.value != OptionValue::kNone && !ValueIn(rest, option.value).empty()) {
         return text + " " + ShellWord(ValueIn(rest, option.value));
     }
-    // After -i any argument is taken for the path; after -s a letter may be meant for another of its kind,
-    // but not after a hyphen.
+    // Any argument after -i counts as its path. A letter after -s may mean another of the -s options, but not
+    // after a hyphen.
     const bool has_hyphen = rest.starts_with('-');
     const bool ambiguous =
         option.value == OptionValue::kPath ||
@@ -131,7 +133,7 @@ std::string TakenApart(const OptionSpelling& option, std::string_view rest) {
     return options ? text + *options : "";
 }
 
-/// Of an option that counts, with more characters than it needs. The option's name in full is no reason for a
+/// The remark on an option that counts but has more characters than it needs. The option's full name needs no
 /// remark.
 std::string RemarkOnRest(const Argument& argument) {
     if (!HasMoreThanOption(argument)) {
@@ -143,7 +145,7 @@ std::string RemarkOnRest(const Argument& argument) {
            ", the rest is ignored" + (instead.empty() ? "" : "; write " + instead);
 }
 
-/// Of an option that needs a path, and is the last argument.
+/// The remark on an option that needs a path but is the last argument.
 std::string RemarkOnNoPath(const Argument& argument) {
     const std::string instead =
         TakenApart(*argument.option, argument.text.substr(argument.option->text.size()));
@@ -154,7 +156,7 @@ std::string RemarkOnNoPath(const Argument& argument) {
     return argument.option->option == Option::kOutput ? remark + "; the DNGs go next to the input" : remark;
 }
 
-/// Of an option that is repeated with the value `value`.
+/// The remark on an option that is repeated with the value `value`.
 std::string RemarkOnRepeated(const Argument& argument, std::string_view value) {
     return ShellWord(argument.text) + " " + ShellWord(value) + ": ignored: only the first " +
            std::string(argument.option->text) + " counts";
@@ -165,7 +167,7 @@ bool IsFolder(std::string_view path) {
     return fs::is_directory(fs::path(path), error);
 }
 
-/// For a value that is a file or a folder, and taken for something else.
+/// A hint for a value that is a file or a folder but was read as something else.
 std::string HintAtPath(std::string_view value, std::span<const Argument> arguments) {
     if (FindOption(arguments, Option::kInput) == nullptr) {
         return Exists(value) ? "; to convert it write -i " + ShellWord(value) : "";
@@ -174,7 +176,7 @@ std::string HintAtPath(std::string_view value, std::span<const Argument> argumen
     return is_output ? "; for an output folder write -o " + ShellWord(value) : "";
 }
 
-/// Whether `value` is just the number that it is read as. Zeros before it do no harm.
+/// Whether `value` is exactly the number that it is read as, apart from leading zeros.
 bool IsNumber(std::string_view value, const std::string& read_as) {
     if (value.empty() || !std::ranges::all_of(value, IsDigit)) {
         return false;
@@ -202,7 +204,7 @@ std::string RemarkOnDarkExposure(std::span<const Argument> arguments) {
            "dark/L1000200 -sd -r";
 }
 
-/// Whether all are files of one folder, as the shell makes them of card/*.RAW.
+/// Whether all paths are files in one folder, as after the shell expands card/*.RAW.
 bool AreOfOneFolder(std::span<const std::string_view> paths) {
     return std::ranges::all_of(paths, [&](std::string_view path) {
         return fs::path(path).has_extension() &&
@@ -210,7 +212,7 @@ bool AreOfOneFolder(std::span<const std::string_view> paths) {
     });
 }
 
-/// Whether the program would find something to convert by this name, in which the extension may be left out.
+/// Whether the program would find something to convert at `path`, where the extension may be left out.
 bool IsInput(const std::string& path) {
     return Exists(path) || Exists(path + ".RAW") || Exists(path + ".DNG");
 }
@@ -220,8 +222,8 @@ std::string FolderOf(std::string_view path) {
     return folder.empty() ? "." : folder.string();
 }
 
-/// Of all words that belong to no option: a whole card may stand there. `quoted` is what the first of them
-/// may be a part of.
+/// One remark on all words that belong to no option, because they may be all files of a card. `quoted` is the
+/// text that the first word may be a part of.
 std::string RemarkOnWords(std::span<const std::string_view> words, std::span<const Argument> arguments,
                           const std::string& quoted) {
     if (words.empty()) {
@@ -252,20 +254,20 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
 
 constexpr const char* kNegativeLevel = "; the black level is then 92, and cannot be negative";
 
-/// Whether `argument` is a number below 0 that was meant for -b, which `before` is.
+/// Whether `argument` is a negative number meant for -b, when `before` is -b.
 bool IsNegativeLevel(const Argument& argument, const Argument* before) {
     return before != nullptr && before->counts && before->option->option == Option::kBlackLevel &&
            !before->value && argument.text.size() > 1 && IsDigit(argument.text[1]);
 }
 
-/// Whether `word` is a number that stands after that of -b, which `before` is.
+/// Whether `word` is a second number after the value of -b, when `before` is -b.
 bool IsSecondLevel(std::string_view word, const Argument* before) {
     return before != nullptr && before->counts && before->option->option == Option::kBlackLevel &&
            before->value && !word.empty() && std::ranges::all_of(word, IsDigit) &&
            !IsInput(std::string(word));
 }
 
-/// Goes through the arguments once, and collects the remarks.
+/// Goes through the arguments once and collects the remarks.
 class Remarks {
   public:
     explicit Remarks(std::span<const Argument> arguments) : arguments_(arguments) {}
@@ -291,8 +293,8 @@ class Remarks {
             Add(RemarkOnUnknown(argument.text) + (IsNegativeLevel(argument, before) ? kNegativeLevel : ""));
         } else if (argument.counts) {
             Add(RemarkOnRest(argument));
-            // The path that was meant stands in the argument; the option has taken the next one, which then
-            // leaves its own value behind.
+            // The intended path is attached to the option, so the option has taken the next argument, and
+            // that argument's value becomes a stray word.
             words_are_explained_ |=
                 argument.option->value == OptionValue::kPath && HasMoreThanOption(argument);
             Add(argument.option->option == Option::kBlackLevel ? RemarkOnBlackLevel(argument, arguments_)
@@ -306,7 +308,7 @@ class Remarks {
         if (const auto meant = WithPlainHyphen(word); meant) {
             Add(ShellWord(word) + ": ignored: it begins with a long dash; write " + ShellWord(*meant) +
                 " with a plain hyphen");
-            words_are_explained_ = true;  // what comes after it is its value
+            words_are_explained_ = true;  // the word after it is its value
         } else if (IsSecondLevel(word, before)) {
             Add(ShellWord(word) + ": ignored: -b takes one value, here " + ShellWord(*before->value));
         } else {
@@ -319,7 +321,7 @@ class Remarks {
         }
     }
 
-    /// Repeated without a value, or with the same one, an option changes nothing, and needs no remark.
+    /// An option repeated without a value, or with the same value, changes nothing and needs no remark.
     void LookAtPassedOver(const Argument& argument) {
         const Argument* first = FindOption(arguments_, argument.option->option);
         if (first == nullptr) {
@@ -341,7 +343,7 @@ class Remarks {
     std::vector<std::string> remarks_;
     std::vector<std::string_view> words_;
     std::string quoted_;  ///< the option and path that the first word may be a part of, after a blank
-    bool words_are_explained_ = false;  ///< by another remark
+    bool words_are_explained_ = false;  ///< whether another remark explains the stray words
 };
 
 bool IsSixBits(std::string_view code) {

@@ -26,12 +26,12 @@ std::string UpperCaseExtension(const std::string& name) {
     return extension;
 }
 
-/// What one folder holds, as far as the program would look at it.
+/// What the program would find in a folder.
 struct FolderContent {
-    bool is_known = false;          ///< false when it can't be listed
-    bool has_raw = false;           ///< a name that ends in .RAW
-    bool has_camera_dng = false;    ///< a file as long as those of the camera
-    bool has_raw_in_small = false;  ///< a name that ends in .raw
+    bool is_known = false;          ///< false if it can't be listed
+    bool has_raw = false;           ///< whether a name ends in .RAW
+    bool has_camera_dng = false;    ///< whether a file has the size of the camera's DNGs
+    bool has_raw_in_small = false;  ///< whether a name ends in .raw
     bool has_folder = false;
 };
 
@@ -57,14 +57,14 @@ FolderContent ContentOf(const fs::path& folder) {
     return content;
 }
 
-/// Whether nothing is at `path`. What can't be looked at may be there.
+/// Whether nothing exists at `path`; if that can't be told, the answer is no.
 bool IsMissing(const std::string& path) {
     std::error_code error;
     return fs::status(path, error).type() == fs::file_type::not_found;
 }
 
-/// Whether nothing is there that the program could find for the input `path`. It also puts back a DNG that a
-/// run has set aside.
+/// Whether the program would find nothing for the input `path`. The program also restores a DNG that a run
+/// has set aside.
 bool IsInputMissing(const std::string& path) {
     return std::ranges::all_of(std::array{"", ".RAW", ".DNG", ".old", ".DNG.old"},
                                [&](const char* ending) { return IsMissing(path + ending); });
@@ -83,7 +83,7 @@ std::string RemarkOnMissingInput(const std::string& path) {
            (IsMissing(path + ".raw") ? "there is no such file or folder" : kCapitalLetters);
 }
 
-/// Of a file that is there under just this name, or of nothing.
+/// The remark on an input that is not a folder.
 std::string RemarkOnInputFile(const std::string& path) {
     if (IsMissing(path)) {
         return RemarkOnMissingInput(path);
@@ -112,7 +112,7 @@ std::string RemarkOnInput(const std::string& path) {
     return IsFolder(path) ? RemarkOnInputFolder(path) : RemarkOnInputFile(path);
 }
 
-/// Without -i: the program prints its usage, and does not say why.
+/// Explains why a run without -i only prints the usage.
 std::string RemarkOnCurrentFolder() {
     const FolderContent content = ContentOf(".");
     if (!content.is_known || content.has_raw) {
@@ -130,7 +130,7 @@ std::string RemarkOnOutput(const std::string& path) {
     return IsFolder(path) ? "" : ShellWord(path) + ": this is not a folder; -o names the folder for the DNGs";
 }
 
-/// Whether `path` stands for a camera DNG, or for a folder with one.
+/// Whether `path` is a camera DNG, or a folder that contains one.
 bool IsCameraDng(const std::string& path) {
     if (IsFolder(path)) {
         return ContentOf(path).has_camera_dng;

@@ -12,7 +12,7 @@ bool IsControl(char c) {
     return byte < first_printable || byte == deletion;
 }
 
-/// Letters of other languages, bytes from 0x80 on, need no quotes either.
+/// Bytes from 0x80 on, letters of other languages, need no quotes either.
 bool NeedsNoQuotes(char c) {
     constexpr std::string_view plain = "+,-./:=@_%";
     const bool is_digit = c >= '0' && c <= '9';
