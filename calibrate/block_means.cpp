@@ -49,9 +49,9 @@ void Sort(Samples& s) {
 
 /// Selects the rows of a patch that are measured.
 struct PatchRows {
-    std::size_t first;       // distance of the rows, in rows of the frame
-    std::size_t step;        // number of rows
-    std::size_t count;       // rows taken
+    std::size_t first;       // row of the frame
+    std::size_t step;        // distance of the rows
+    std::size_t count;       // number of rows
     std::size_t block_rows;  // rows per block
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// velmarcon-calibrate from outside: what it prints, how it ends, what it writes.
+// Runs velmarcon-calibrate and checks its output, its exit status and the files it writes.
 #include <sys/wait.h>
 
 #include <filesystem>
@@ -33,7 +33,7 @@ samples::SimulatedSensor Sensor() {
     return sensor;
 }
 
-/// Exposures are made once: those of one seed are the same.
+/// Exposures are made only once, because the same seed always gives the same exposure.
 class CalibrateProgramTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
@@ -68,7 +68,7 @@ class CalibrateProgramTest : public testing::Test {
     Outcome Run(const Texts& arguments) const {
         return support::RunProgram(VELMARCON_CALIBRATE, arguments, {.folder = folder_.path().string()});
     }
-    /// With the database in the test's folder.
+    /// Runs with the database in the test's folder.
     Outcome Make(Texts arguments) const {
         arguments.insert(arguments.begin(), {"--database", kDatabase});
         return Run(arguments);
@@ -114,13 +114,13 @@ TEST_F(CalibrateProgramTest, KeepsTheOldDatabaseUnderTheNextNumber) {
     EXPECT_EQ(support::ReadText(Path("sensdb.ini.4")), "older");
     const std::string made = support::ReadText(Path(kDatabase));
     EXPECT_TRUE(made.starts_with("; mine\n[7]\nLine = 1\n\n[3106091]\nLine = 1203\n"));
-    // The same once more changes nothing, and keeps nothing.
+    // A second identical run changes nothing and makes no further copy.
     ASSERT_EQ(Make({Original("dark0")}).status, 0);
     EXPECT_EQ(support::ReadText(Path(kDatabase)), made);
     EXPECT_EQ(support::Names(folder_.path().string()), (Texts{kDatabase, "sensdb.ini.4", "sensdb.ini.5"}));
 }
 
-TEST_F(CalibrateProgramTest, ASecondRunFindsWhatTheFirstOneHasListed) {
+TEST_F(CalibrateProgramTest, ASecondRunFindsTheSameDefects) {
     const Texts arguments = {"--flat", Original("flat"), Original("dark0"), Original("dark1")};
     const std::string first = Make(arguments).output;
     EXPECT_EQ(Make(arguments).output, first);
@@ -142,7 +142,7 @@ TEST_F(CalibrateProgramTest, ExposuresOfTwoCamerasAreRefused) {
     EXPECT_EQ(support::Names(folder_.path().string()), Texts());
 }
 
-TEST_F(CalibrateProgramTest, WhatCannotBeReadOrIsNotDarkIsNamedAndTheRestCounts) {
+TEST_F(CalibrateProgramTest, UnreadableAndBrightExposuresAreNamedAndLeftOut) {
     fs::copy_file(Original("dark1.RAW"), Path("alone.RAW"));
     support::WriteFile(Path("short.RAW"), std::string(1000, 'x'));
     fs::copy_file(Original("dark1.JPG"), Path("short.JPG"));
@@ -174,12 +174,12 @@ TEST_F(CalibrateProgramTest, WrongUsageIsStatusTwo) {
     EXPECT_EQ(Run({}).status, 2);
 }
 
-TEST_F(CalibrateProgramTest, TellsItsVersionAndItsOptions) {
+TEST_F(CalibrateProgramTest, PrintsItsVersionAndItsOptions) {
     EXPECT_EQ(Run({"--version"}).output, "velmarcon-calibrate " VELMARCON_VERSION "\n");
     EXPECT_TRUE(Holds(Run({"--help"}).output, "\nusage: velmarcon-calibrate [OPTION]... DARK...\n"));
 }
 
-TEST_F(CalibrateProgramTest, AnUnknownIsoSpeedHasTheGainOfTheBase) {
+TEST_F(CalibrateProgramTest, AnUnknownIsoSpeedHasTheBaseGain) {
     const Outcome outcome = Make({Original("dark0"), Original("odd")});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(Holds(outcome.output, "Camera 3106091: 2 dark")) << outcome.output;
@@ -193,7 +193,7 @@ TEST_F(CalibrateProgramTest, ChecksADatabase) {
     EXPECT_TRUE(good.output.ends_with("\nThe database still fits.\n")) << good.output;
     EXPECT_EQ(support::ReadText(Path(kDatabase)), made);
 
-    // One without the defect, one without the levels.
+    // A database without the defect, then one without the levels.
     std::string without = made;
     without.replace(without.find("Line = 1203"), 11, "Line = 1207");
     support::WriteFile(Path(kDatabase), without.replace(without.rfind("Line = 1203"), 11, "Line = 1207"));
@@ -216,7 +216,7 @@ TEST_F(CalibrateProgramTest, ChecksADatabase) {
     EXPECT_TRUE(Holds(none.output, "sensdb.ini has no dark levels of camera 3106091.\n")) << none.output;
 }
 
-TEST_F(CalibrateProgramTest, ADatabaseThatCannotBeWrittenIsSaid) {
+TEST_F(CalibrateProgramTest, ADatabaseThatCannotBeWrittenIsReported) {
     const Outcome outcome = Run({"--database", "nowhere/sensdb.ini", Original("dark0")});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(outcome.output.ends_with(
@@ -224,7 +224,7 @@ TEST_F(CalibrateProgramTest, ADatabaseThatCannotBeWrittenIsSaid) {
         << outcome.output;
 }
 
-TEST_F(CalibrateProgramTest, AFolderIsTakenWithAllItsPairsEachOnce) {
+TEST_F(CalibrateProgramTest, AFolderStandsForItsPairsEachCountedOnce) {
     for (const std::string base : {"dark0", "dark1"}) {
         for (const std::string extension : {".RAW", ".JPG"}) {
             fs::create_hard_link(Original(base + extension), Path(base + extension));
@@ -237,7 +237,7 @@ TEST_F(CalibrateProgramTest, AFolderIsTakenWithAllItsPairsEachOnce) {
 
 TEST_F(CalibrateProgramTest, MemoryDoesNotGrowWithTheNumberOfExposures) {
 #if defined(__SANITIZE_ADDRESS__)
-    GTEST_SKIP() << "AddressSanitizer keeps what is freed, and memory of its own";
+    GTEST_SKIP() << "AddressSanitizer keeps freed memory and needs memory for itself";
 #endif
     const auto peak_of = [&](int count) {
         Texts arguments = {"--dry-run"};
@@ -256,13 +256,13 @@ TEST_F(CalibrateProgramTest, MemoryDoesNotGrowWithTheNumberOfExposures) {
         return outcome.peak_kilobytes;
     };
     constexpr long image = 20500;  // kB
-    constexpr long levels = 40;    // kB that are kept of an exposure: a number for each column, and then some
+    constexpr long levels = 40;    // kB kept per exposure: a number for each column, and a little more
     const long few = peak_of(3);
     EXPECT_LT(few, 6 * image);
     EXPECT_LT(peak_of(100), few + (97 * levels));
 }
 
-TEST_F(CalibrateProgramTest, KilledAtAnyMomentItLeavesTheOldDatabaseOrTheNewOne) {
+TEST_F(CalibrateProgramTest, KilledAtAnyMomentLeavesTheOldOrTheNewDatabase) {
     const std::string old_text = "[7]\nLine = 1\n";
     support::WriteFile(Path(kDatabase), old_text);
     ASSERT_EQ(Make({Original("dark0")}).status, 0);
@@ -290,7 +290,7 @@ TEST_F(CalibrateProgramTest, KilledAtAnyMomentItLeavesTheOldDatabaseOrTheNewOne)
     EXPECT_GT(old_ones, 10);
 }
 
-TEST_F(CalibrateProgramTest, TwoRunsAtOnceLeaveAWholeDatabaseAndACopyOfTheOldOne) {
+TEST_F(CalibrateProgramTest, TwoSimultaneousRunsLeaveACompleteDatabaseAndACopyOfTheOldOne) {
     const std::string old_text = "[7]\nLine = 1\n";
     support::WriteFile(Path(kDatabase), old_text);
     const Texts arguments = {"--database", kDatabase, Original("dark0")};
@@ -326,7 +326,7 @@ TEST_F(CalibrateProgramTest, TheReportNamesEveryFileThatItShows) {
         EXPECT_TRUE(fs::exists(Path("page/" + file))) << file;
         ++shown;
     }
-    // Without gnuplot it says so; with it, every file of the folder is shown.
+    // Without gnuplot the page says so; with it, the page shows every file of the folder.
     EXPECT_TRUE(shown >= 5 || Holds(page, "gnuplot is not installed")) << shown;
     EXPECT_EQ(support::Names(Path("page")).size(), shown + 1);
 }

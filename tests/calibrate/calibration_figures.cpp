@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// calibration_figures [SENSORS]: how much of simulated sensors' defects the calibration finds, and how good
-// its levels are. SENSORS (default 10) of each kind, none of which the tests know.
+// calibration_figures [SENSORS]: measures how many defects of simulated sensors the calibration finds, and
+// how good its levels are. Uses SENSORS (default 10) sensors of each kind, different from those in the tests.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -20,7 +20,7 @@ struct Totals {
     int missed = 0;
     int false_finds = 0;
     int doubtful = 0;
-    double worst = 0;  // stripes, in times the optimum
+    double worst = 0;  // stripes, relative to the optimum
 
     void Add(const Judgement& judgement) {
         defects += judgement.defects;
@@ -60,8 +60,7 @@ void MeasureSound(const ExposureCounts& counts, int sensors) {
 
 int main(int argc, char** argv) {
     constexpr int usual = 10;
-    const int sensors =
-        argc > 1 ? std::atoi(argv[1]) : usual;  // NOLINT(cert-err34-c): of the person at the desk
+    const int sensors = argc > 1 ? std::atoi(argv[1]) : usual;  // typed by a person
     std::printf("Weakest    160  2500  flat  defects   found  false  doubtful  stripes\n");
     for (const ExposureCounts& counts :
          {ExposureCounts{1, 0, 0}, ExposureCounts{2, 0, 0}, ExposureCounts{4, 0, 0}, ExposureCounts{4, 4, 0},

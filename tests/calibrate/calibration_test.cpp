@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Sensors whose truth is known: every defect is found, nothing else is, and the levels are near the best that
-// can be.
+// Calibrates sensors whose defects are known: every defect is found, nothing else is, and the levels are
+// close to the best possible.
 #include "calibrate/calibration.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ using Texts = std::vector<std::string>;
 constexpr float kWeakest = 6;
 constexpr double kMostStripes = 1.15;
 
-/// A sensor and the exposures that are taken of it.
+/// A sensor and the exposures that are taken with it.
 struct Case {
     std::uint64_t seed;
     ExposureCounts counts;
@@ -53,7 +53,7 @@ samples::SimulatedSensor QuietSensor() {
     return sensor;
 }
 
-/// The defects that four dark exposures of the sensor show.
+/// The defects found in four dark exposures of the sensor.
 std::vector<Defect> DefectsOf(const samples::SimulatedSensor& sensor, std::uint16_t second_iso = 160) {
     Calibration calibration;
     samples::SimulatedExposure exposure;
@@ -68,7 +68,7 @@ std::vector<Defect> DefectsOf(const samples::SimulatedSensor& sensor, std::uint1
     return calibration.defects();
 }
 
-TEST(CalibrationDefectTest, OneFromARowOnSaysWhereItBeginsHowStrongItIsAndWhoSawIt) {
+TEST(CalibrationDefectTest, APartOfAColumnIsFoundWithItsRowsStrengthAndExposures) {
     samples::SimulatedSensor sensor = QuietSensor();
     sensor.defects = {{.column = 1203, .first_row = 700, .dark = 20}};
     const std::vector<Defect> found = DefectsOf(sensor);
@@ -82,7 +82,7 @@ TEST(CalibrationDefectTest, OneFromARowOnSaysWhereItBeginsHowStrongItIsAndWhoSaw
     EXPECT_EQ(found[0].exposures, 4);
 }
 
-TEST(CalibrationDefectTest, ThePartThatIsLikeTheNeighboursIsTheSoundOneThoughItIsTheSmallerOne) {
+TEST(CalibrationDefectTest, ThePartThatMatchesTheNeighboursIsSoundEvenIfItIsSmaller) {
     samples::SimulatedSensor sensor = QuietSensor();
     sensor.defects = {{.column = 500, .first_row = 400, .dark = -30}};
     const std::vector<Defect> found = DefectsOf(sensor);
@@ -92,13 +92,13 @@ TEST(CalibrationDefectTest, ThePartThatIsLikeTheNeighboursIsTheSoundOneThoughItI
     EXPECT_EQ(found[0].kind, DefectKind::kLow);
 }
 
-TEST(CalibrationDefectTest, AColumnHigherByAConstantOfAFewUnitsIsNone) {
+TEST(CalibrationDefectTest, AColumnWithAConstantOffsetOfAFewUnitsIsNotADefect) {
     samples::SimulatedSensor sensor = QuietSensor();
     sensor.defects = {{.column = 1203, .dark = 4}, {.column = 2750, .dark = 5}};
     EXPECT_TRUE(DefectsOf(sensor).empty());
 }
 
-TEST(CalibrationDefectTest, AColumnThatAlwaysReadsTheSameIsStuckThoughItsValueIsAnOrdinaryOne) {
+TEST(CalibrationDefectTest, AColumnThatAlwaysReadsTheSameOrdinaryValueIsStuck) {
     samples::SimulatedSensor sensor = QuietSensor();
     sensor.defects = {{.column = 2750, .stuck = std::uint16_t{92}}};
     const std::vector<Defect> found = DefectsOf(sensor);
@@ -127,7 +127,7 @@ TEST(CalibrationDefectTest, AnExposureWithoutTheCapIsNotDark) {
               "not dark: half of its pixe");
 }
 
-/// What an exposure of vertical bands of light, `contrast` of it apart, is taken for.
+/// The verdict on an exposure of vertical bands of light that differ by `contrast`.
 std::string BandsAsFlat(float contrast) {
     Calibration calibration;
     const samples::SimulatedSensor sensor = QuietSensor();
@@ -145,12 +145,12 @@ std::string BandsAsFlat(float contrast) {
     return calibration.AddFlat({.name = "", .iso = 160, .pixels = pixels});
 }
 
-TEST(CalibrationDefectTest, APictureOfSomethingIsNotFlat) {
+TEST(CalibrationDefectTest, APictureWithContrastIsNotFlat) {
     EXPECT_EQ(BandsAsFlat(0.3F), "not a flat exposure: its light is not even");
     EXPECT_EQ(BandsAsFlat(0), "");
 }
 
-TEST(CalibrationDefectTest, LevelsAreAboveTheDarkestSoundColumnAndNoneIsNegative) {
+TEST(CalibrationDefectTest, LevelsAreRelativeToTheDarkestSoundColumnAndNeverNegative) {
     samples::SimulatedSensor sensor = QuietSensor();
     sensor.defects = {{.column = 2750, .stuck = std::uint16_t{0}}};
     Calibration calibration;

@@ -34,7 +34,7 @@ TEST(DatabaseTextTest, AnEmptyDatabaseGetsTheCamera) {
     EXPECT_EQ(Merged("", {{7, 100, 2646}}), "[42]\n" + Group(7, 100, 2646) + kLevelLines);
 }
 
-TEST(DatabaseTextTest, ADefectThatReachesTheTopRowsGetsASecondGroup) {
+TEST(DatabaseTextTest, ADefectThatBeginsInTheTopRowsGetsASecondGroup) {
     EXPECT_EQ(Merged("", {{7, 0, 300}}), "[42]\n" + Group(7, 0, 6) + Group(7, 6, 300) + kLevelLines);
     EXPECT_EQ(Merged("", {{7, 0, 6}}), "[42]\n" + Group(7, 0, 6) + kLevelLines);
 }
@@ -48,24 +48,24 @@ TEST(DatabaseTextTest, OtherCamerasCommentsAndUnknownKeysStayByteForByte) {
               before + "[42]\n" + Group(7, 100, 2646) + "Owner = Anna\n" + kLevelLines + "; end\n" + after);
 }
 
-TEST(DatabaseTextTest, OwnGroupsStayUnlessAFoundOneCoversThem) {
+TEST(DatabaseTextTest, ExistingGroupsStayUnlessAFoundDefectCoversThem) {
     const std::string own = Group(9, 50, 60) + "; bright\n" + Group(7, 110, 2000);
     EXPECT_EQ(Merged("[42]\n" + own, {{7, 120, 2646}}),
               "[42]\n" + Group(7, 110, 2646) + Group(9, 50, 60) + "; bright\n" + kLevelLines);
 }
 
-TEST(DatabaseTextTest, WhatAnOwnGroupCoversIsNotListedTwice) {
+TEST(DatabaseTextTest, ADefectThatAnExistingGroupCoversIsNotListedTwice) {
     const std::string own = Group(7, 100, 2646);
     EXPECT_EQ(Merged("[42]\n" + own, {{7, 900, 2000}}), "[42]\n" + own + kLevelLines);
 }
 
-TEST(DatabaseTextTest, MakingItTwiceChangesNothingMore) {
+TEST(DatabaseTextTest, MergingTwiceChangesNothingMore) {
     const std::string once = Merged("[42]\n\n[43]\nLine = 1\n", {{7, 0, 2646}, {18, 40, 50}, {19, 20, 50}});
     EXPECT_EQ(Merged(once, {{7, 0, 2646}, {18, 40, 50}, {19, 20, 50}}), once);
 }
 
-/// The largest difference from 100 in a frame of 100 whose defective columns, which read 16383, were
-/// repaired.
+/// Repairs a frame of 100 whose defective columns read 16383. Returns the largest remaining difference from
+/// 100.
 int LeftAfterRepair(const std::vector<ListedRows>& runs) {
     constexpr int rows = 40;
     std::vector<std::uint16_t> pixels(std::size_t{3968} * rows, 100);
@@ -81,42 +81,42 @@ int LeftAfterRepair(const std::vector<ListedRows>& runs) {
     return std::max(100 - least, most - 100);
 }
 
-TEST(DatabaseTextTest, DefectsNextToEachOtherAreRepairedThoughEachIsANeighbourOfTheOther) {
+TEST(DatabaseTextTest, AdjacentDefectsAreRepairedFromEachOther) {
     EXPECT_LE(LeftAfterRepair({{1285, 3, 40}, {1286, 10, 30}}), 1);
     EXPECT_LE(LeftAfterRepair({{1285, 0, 40}, {1287, 0, 40}}), 2);
     EXPECT_EQ(LeftAfterRepair({{1285, 0, 40}, {1288, 0, 40}}), 0);
 }
 
-TEST(DatabaseTextTest, LineEndsOfWindowsAreKept) {
+TEST(DatabaseTextTest, WindowsLineEndsAreKept) {
     EXPECT_EQ(Merged("[1]\r\nLine = 2\r\n", {{7, 100, 200}}),
               "[1]\r\nLine = 2\r\n\r\n[42]\r\nLine = 7\r\nLine = 100\r\nLine = 7\r\nLine = 200\r\n"
               "LevelCorrection = 0.500000\r\nLevelCorrection = 0.000000\r\nLevelCorrection = 1.250000\r\n");
 }
 
-TEST(DatabaseTextTest, ALastLineWithoutEndGetsOne) {
+TEST(DatabaseTextTest, ALastLineWithoutLineEndGetsOne) {
     EXPECT_EQ(Merged("[42]\nOwner = Anna", {}), std::string("[42]\nOwner = Anna\n") + kLevelLines);
 }
 
-TEST(DatabaseTextTest, ValuesThatDoNotComeInFoursAreLeftAlone) {
+TEST(DatabaseTextTest, ValuesThatDoNotComeInFoursAreNotChanged) {
     std::string text = "[42]\nLine = 1\n";
     EXPECT_EQ(Merge(text, 42, {}, kLevels), "the Line values of camera 42 do not come in fours");
     EXPECT_EQ(text, "[42]\nLine = 1\n");
 }
 
-TEST(DatabaseTextTest, ASectionThatTheProgramWouldReadOtherwiseIsLeftAlone) {
-    // Keys are the same for the library whatever their case, and the program goes by the first spelling.
+TEST(DatabaseTextTest, ASectionThatTheProgramWouldReadDifferentlyIsNotChanged) {
+    // The INI library ignores the case of keys, and the program goes by the first spelling.
     std::string text = "[42]\nlevelcorrection = 1\n";
     EXPECT_EQ(Merge(text, 42, {}, kLevels),
               "its section of camera 42 is written in a way that cannot be added to");
     EXPECT_EQ(text, "[42]\nlevelcorrection = 1\n");
 }
 
-TEST(DatabaseTextTest, SomethingThatIsNoTextIsLeftAlone) {
+TEST(DatabaseTextTest, AFileThatIsNotTextIsNotChanged) {
     std::string text("a\0b", 3);
     EXPECT_EQ(Merge(text, 42, {}, kLevels), "it is no text");
 }
 
-TEST(DatabaseTextTest, ACameraIsReadAsTheProgramReadsIt) {
+TEST(DatabaseTextTest, ACameraIsReadAsVelmarconReadsIt) {
     const auto values = Read("[0042 x]\nLine = 3 rows\nLine = -1\nline = 7\nLevelCorrection = 1.5 \n", 42);
     EXPECT_EQ(values.lines, (std::vector<std::uint16_t>{3, 65535, 7}));
     EXPECT_EQ(values.levels, std::vector<float>{1.5F});

@@ -16,7 +16,7 @@ std::string Text(int column, int first_row, int end_row) {
            std::to_string(end_row);
 }
 
-/// Rows of `defect` that are listed.
+/// The number of rows of `defect` that are listed.
 int ListedRowsOf(const samples::SimulatedDefect& defect, const std::vector<Defect>& found) {
     int rows = 0;
     for (const Defect& run : found) {
@@ -41,7 +41,8 @@ bool LiesAt(const Defect& run, const std::vector<samples::SimulatedDefect>& defe
     return true;
 }
 
-/// Defects are what `sensor` has, unless it is a sound one: its raised columns are none.
+/// `defects` are the sensor's true defects; for a sound sensor there are none, because its raised columns do
+/// not count as defects.
 void JudgeDefects(const std::vector<samples::SimulatedDefect>& defects, const std::vector<Defect>& found,
                   Judgement& judgement) {
     constexpr double enough = 0.9;
@@ -60,7 +61,7 @@ void JudgeDefects(const std::vector<samples::SimulatedDefect>& defects, const st
     }
 }
 
-/// Standard deviation of the levels from the truth, at ISO 160, over columns without defects.
+/// Standard deviation of the levels from the true ones, at ISO 160, over columns without defects.
 double LevelError(const samples::SimulatedSensor& sensor, const std::vector<float>& levels) {
     const std::vector<float> truth = samples::ColumnDarkLevels(sensor);
     double sum = 0;
@@ -121,7 +122,7 @@ Judgement Judge(const samples::SimulatedSensor& sensor, const ExposureCounts& co
     judgement.defects = static_cast<int>(defects.size());
     JudgeDefects(defects, calibration.defects(), judgement);
 
-    constexpr double rounding = 1.0 / 12;  // variance of whole numbers
+    constexpr double rounding = 1.0 / 12;  // variance of rounding to whole numbers
     const double low =
         (static_cast<double>(sensor.read_noise) * static_cast<double>(sensor.read_noise)) + rounding;
     const double high = (low - rounding) * kGain + rounding;

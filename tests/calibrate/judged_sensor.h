@@ -10,25 +10,27 @@
 
 namespace calibrate_tests {
 
-/// How many exposures are taken of a simulated sensor.
+/// The number of exposures of each kind taken with a simulated sensor.
 struct ExposureCounts {
     int low = 4;   ///< dark, ISO 160
     int high = 0;  ///< dark, ISO 2500
     int flat = 0;
 };
 
-/// What the measurement of a sensor with known truth came to.
+/// The result of calibrating a sensor whose defects are known.
 struct Judgement {
-    int defects = 0;                       ///< that the sensor has
-    std::vector<std::string> missed;       ///< with less than nine tenths of their rows, a line each
-    std::vector<std::string> false_finds;  ///< runs with a row further than 24 from any defect of the column
+    int defects = 0;  ///< number of defects of the sensor
+    std::vector<std::string>
+        missed;  ///< defects of which less than nine tenths of the rows were found, one line each
+    std::vector<std::string>
+        false_finds;  ///< found runs with a row further than 24 from any defect of the column
     std::vector<std::string> doubtful;
-    double stripes =
-        0;  ///< standard deviation of the columns of an exposure at ISO 2500 that was not measured
-    double optimum = 0;  ///< the same with means weighted by the inverse of the variance
+    double stripes = 0;  ///< standard deviation of the columns of a corrected exposure at ISO 2500 that was
+                         ///< not used in the calibration
+    double optimum = 0;  ///< the same with means weighted by inverse variance
 };
 
-/// Exposes `sensor` and measures it.
+/// Takes exposures with `sensor` and calibrates it.
 Judgement Judge(const samples::SimulatedSensor& sensor, const ExposureCounts& counts);
 
 }  // namespace calibrate_tests

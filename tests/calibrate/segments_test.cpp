@@ -7,7 +7,7 @@
 
 namespace {
 
-/// 441 values of noise, `step` higher from `begin` to `end` - 1.
+/// 441 values of noise, raised by `step` from `begin` to `end` - 1.
 std::vector<float> Series(int begin, int end, float step, std::uint64_t seed = 7) {
     constexpr int count = 441;
     std::vector<float> values;
@@ -45,11 +45,11 @@ TEST(SegmentsTest, AnIntervalIsThreeSegments) {
     EXPECT_EQ(found[1].end, 210);
 }
 
-TEST(SegmentsTest, TwoHotBlocksInARowAreNoSegmentHoweverHotTheyAre) {
+TEST(SegmentsTest, TwoHotBlocksInARowAreNotASegment) {
     EXPECT_EQ(segments::Find(Series(200, 202, 5000)).size(), 1U);
 }
 
-TEST(SegmentsTest, NoValuesOrOneAreAtMostOneSegment) {
+TEST(SegmentsTest, UpToOneValueGivesAtMostOneSegment) {
     EXPECT_FALSE(segments::MayChange({}));
     EXPECT_EQ(segments::Find(std::vector<float>{3}).size(), 1U);
 }

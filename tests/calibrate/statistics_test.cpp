@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(StatisticsTest, TheMedianIsTheMiddleValueOrTheMeanOfTwo) {
+TEST(StatisticsTest, TheMedianIsTheMiddleValueOrTheMeanOfTheMiddleTwo) {
     std::vector<float> odd = {9, 1, 5};
     EXPECT_EQ(statistics::Median(odd), 5);
     std::vector<float> even = {9, 1, 5, 7};
@@ -17,7 +17,7 @@ TEST(StatisticsTest, TheMedianIsTheMiddleValueOrTheMeanOfTwo) {
     EXPECT_EQ(statistics::Median({}), 0);
 }
 
-TEST(StatisticsTest, TheDeviationIsThatOfTheNoiseThoughATenthOfTheValuesIsWild) {
+TEST(StatisticsTest, TheDeviationIgnoresATenthOfOutliers) {
     std::vector<float> values;
     for (std::uint64_t i = 0; i < 30000; ++i) {
         values.push_back(i % 10 == 0 ? 1e6F : 100 + 3 * samples::NormalNoise(1, i));
@@ -25,13 +25,13 @@ TEST(StatisticsTest, TheDeviationIsThatOfTheNoiseThoughATenthOfTheValuesIsWild) 
     EXPECT_NEAR(statistics::Deviation(values), 3, 0.6);
 }
 
-TEST(StatisticsTest, TheClippedMeanTakesFarValuesForNearOnes) {
+TEST(StatisticsTest, TheClippedMeanLimitsFarValues) {
     const std::vector<float> values = {10, 11, 9, 1000};
     EXPECT_EQ(statistics::ClippedMean(values, 10, 4), 11);
     EXPECT_EQ(statistics::ClippedMean({}, 10, 4), 10);
 }
 
-TEST(StatisticsTest, TheDeviationOfWholeDifferencesIsNoWholeNumber) {
+TEST(StatisticsTest, TheDeviationOfWholeDifferencesIsNotLimitedToWholeNumbers) {
     statistics::DifferenceHistogram histogram;
     for (std::uint64_t i = 0; i < 100000; ++i) {
         const float value = 2.3F * samples::NormalNoise(2, i);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Nobody takes what the program prints: the pictures are written all the same.
+// Runs whose standard output cannot be written: the pictures are converted nevertheless.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -20,8 +20,8 @@ using support::StandardOutput;
 
 class UnprintedRun : public testing::TestWithParam<StandardOutput> {
   protected:
-    /// Twelve pairs whose names have such a length that the output, which waits in a buffer of 8 KiB, is
-    /// handed on while the eleventh picture is finished.
+    /// Makes twelve pairs. Their names are so long that the output, which is buffered in 8 KiB, is first
+    /// written while the eleventh picture is finished.
     UnprintedRun() {
         constexpr std::size_t name_length = 209;
         constexpr std::size_t pairs = 12;
@@ -41,7 +41,7 @@ class UnprintedRun : public testing::TestWithParam<StandardOutput> {
                                    {.folder = card_.folder(), .output = GetParam()});
     }
 
-    /// Expects that every pair has its DNG, byte for byte the same, and that nothing else was left.
+    /// Expects that every pair has its DNG, that all DNGs are identical, and that there are no other files.
     void ExpectWholeDngs() const {
         const auto good = support::ReadFile(card_ / (bases_.front() + ".DNG"));
         ASSERT_EQ(end_to_end::RawPixels(support::TiffFile(good)).size(), 3968U * 2646U);
@@ -55,7 +55,7 @@ class UnprintedRun : public testing::TestWithParam<StandardOutput> {
     std::vector<std::string> bases_;
 };
 
-TEST_P(UnprintedRun, WritesEveryDngWhole) {
+TEST_P(UnprintedRun, WritesEveryDngCompletely) {
     EXPECT_EQ(Run({"-v"}).status, 0);
     ExpectWholeDngs();
     EXPECT_EQ(Run({"-v", "-r"}).status, 0);

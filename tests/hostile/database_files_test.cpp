@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Databases that are long, or whose lines are: memory stays in proportion to the file, and a file beyond 8
+// Databases that are long or have long lines: memory is proportional to the file, and a file larger than 8
 // MiB is not read.
 #include <algorithm>
 #include <array>
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t kLongest = 8UL * 1024 * 1024;
 
-/// `text`, then `line` again and again up to `size` bytes.
+/// `text`, then `line` repeated up to `size` bytes.
 std::string Filled(std::string text, std::string_view line, std::size_t size) {
     while (text.size() + line.size() <= size) {
         text += line;
@@ -30,8 +30,8 @@ std::string Filled(std::string text, std::string_view line, std::size_t size) {
     return text;
 }
 
-/// `size` bytes of the shortest sections and keys that are all different.
-std::string DifferentNames(std::size_t size, std::string_view before, std::string_view behind) {
+/// `size` bytes of the shortest possible sections or keys with distinct names.
+std::string DifferentNames(std::size_t size, std::string_view before, std::string_view after) {
     constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuvwxyz!$%&'()*+,-./:<>?@^_`{|}~";
     constexpr std::size_t count = digits.size();
     std::string text;
@@ -41,7 +41,7 @@ std::string DifferentNames(std::size_t size, std::string_view before, std::strin
             text += digits.at(place % count);
         }
         text += i / count / count / count > 0 ? "x" : "";
-        text += behind;
+        text += after;
     }
     text.resize(size, '\n');
     return text;
@@ -61,8 +61,8 @@ class LongDatabase : public testing::Test {
         return outcome;
     }
 
-    /// Expects that both databases, when they are `text`, take at most a stated number of bytes of memory for
-    /// each byte, besides what a run takes anyway.
+    /// Runs with both databases set to `text`, and expects that their memory is at most a fixed number of
+    /// bytes per byte of text, in addition to that of an ordinary run.
     void ExpectProportion(const std::string& text) const {
         support::WriteFile(LensDatabase(), text);
         const long with_lenses = Run({"-r"}).peak_kilobytes;
@@ -72,7 +72,7 @@ class LongDatabase : public testing::Test {
         std::filesystem::remove(camera_.Database());
 #ifndef __SANITIZE_ADDRESS__
         constexpr long most_bytes_a_byte = 80;
-        constexpr long a_run = 8 * 21041100 / 1024;  // that of this process included
+        constexpr long a_run = 8 * 21041100 / 1024;  // includes the memory of this test process
         const auto longest = static_cast<long>(text.size() / 1024) * most_bytes_a_byte + a_run;
         EXPECT_LT(with_lenses, longest);
         EXPECT_LT(with_sensors.peak_kilobytes, longest);
@@ -88,7 +88,7 @@ const std::string kHeader = "\nImage: A.RAW\n\n";
 const std::string kNoLenses = "Error #0012: Missing lens database file lensdb.ini.\n";
 const std::string kNoSensors = kHeader + "Error #0014: No Sensor database found.\n";
 
-TEST_F(LongDatabase, OfLensesIsReadUpToItsLimitAndNotBeyond) {
+TEST_F(LongDatabase, LensDatabaseIsReadUpToItsSizeLimit) {
     support::WriteFile(LensDatabase(), Filled("[100001]\nMaker = Maker\n", "; a comment\n", kLongest));
     EXPECT_EQ(Run({"-l", "100001", "-r"}).output, kHeader);
     for (const std::size_t size : {kLongest + 1, std::size_t{100} * 1024 * 1024}) {
@@ -100,7 +100,7 @@ TEST_F(LongDatabase, OfLensesIsReadUpToItsLimitAndNotBeyond) {
     }
 }
 
-TEST_F(LongDatabase, OfSensorsIsReadUpToItsLimitAndNotBeyond) {
+TEST_F(LongDatabase, SensorDatabaseIsReadUpToItsSizeLimit) {
     const std::string camera = end_to_end::Section() + end_to_end::Levels(3);
     support::WriteFile(camera_.Database(), Filled(camera, "; a comment\n", kLongest));
     EXPECT_EQ(Run({"-s", "-r"}).output, kHeader);
@@ -114,8 +114,8 @@ TEST_F(LongDatabase, OfSensorsIsReadUpToItsLimitAndNotBeyond) {
     }
 }
 
-/// With as many other cameras as there is room for.
-TEST_F(LongDatabase, OfSensorsIsNotWrittenBeyondItsLimit) {
+/// The database holds as many other cameras as there is room for.
+TEST_F(LongDatabase, SensorDatabaseIsNotWrittenBeyondItsSizeLimit) {
     std::string text;
     for (int serial = 1; text.size() < kLongest - 50000; ++serial) {
         const auto camera = end_to_end::Section(std::to_string(serial)) + end_to_end::Levels(3);
@@ -132,7 +132,7 @@ TEST_F(LongDatabase, OfSensorsIsNotWrittenBeyondItsLimit) {
     EXPECT_TRUE(camera_.DatabaseText() == text);
 }
 
-TEST_F(LongDatabase, OfOneLineIsReadAsOneValue) {
+TEST_F(LongDatabase, OneLongLineIsReadAsOneValue) {
     const std::string maker(3000000, 'm');
     support::WriteFile(LensDatabase(), "[100001]\nModel = " + maker);
     EXPECT_EQ(Run({"-l", "100001", "-r"}).output, kHeader);
@@ -147,7 +147,7 @@ TEST_F(LongDatabase, OfOneLineIsReadAsOneValue) {
     EXPECT_EQ(Run({"-s", "-r"}).output, kHeader);
 }
 
-TEST_F(LongDatabase, OfManySectionsKeysOrValuesStaysInProportion) {
+TEST_F(LongDatabase, ManySectionsKeysOrValuesTakeProportionalMemory) {
     constexpr std::size_t size = 2UL * 1024 * 1024;
     ExpectProportion(DifferentNames(size, "[", "]\n"));
     ExpectProportion(DifferentNames(size, "[", "]\na=\n"));
@@ -160,8 +160,8 @@ TEST_F(LongDatabase, OfManySectionsKeysOrValuesStaysInProportion) {
     ExpectProportion(std::string(size, ' '));
 }
 
-TEST_F(LongDatabase, OfAMillionValuesOfOneKeyIsReadInTheirOrder) {
-    // The last four of them count: the others are not in the image.
+TEST_F(LongDatabase, AMillionValuesOfOneKeyAreReadInOrder) {
+    // Only the last four have an effect: the others lie outside the image.
     std::string text = Filled(end_to_end::Section(), "Line=\n", 6000000);
     text.resize(text.find_last_of('L'));
     const auto values = static_cast<std::size_t>(std::ranges::count(text, 'L'));
@@ -175,7 +175,7 @@ TEST_F(LongDatabase, OfAMillionValuesOfOneKeyIsReadInTheirOrder) {
     EXPECT_EQ(pixels.at(3968 * 1000 + 124), 16383);
 }
 
-TEST_F(LongDatabase, OfMoreDefectsThanTheSensorHasPixelsIsRefusedForEachPicture) {
+TEST_F(LongDatabase, MoreDefectsThanPixelsAreRefusedForEachPicture) {
     camera_.card.AddLinkedPair("B", "A");
     support::WriteFile(camera_.Database(),
                        Filled(end_to_end::Section(), "Line=9\nLine=0\nLine=9\nLine=9999\n", kLongest));
@@ -187,9 +187,9 @@ TEST_F(LongDatabase, OfMoreDefectsThanTheSensorHasPixelsIsRefusedForEachPicture)
     EXPECT_TRUE(std::filesystem::exists(camera_.card / "B.DNG"));
 }
 
-/// Of a text in another encoding, or one that a failing disk filled with zeros, the part before the first
-/// zero counts; the rest is not thrown away.
-TEST_F(LongDatabase, WithANulEndsThereAndIsNotReplaced) {
+/// A text in another encoding, or one that a failing disk filled with zeros, is read up to its first zero;
+/// the rest is not overwritten.
+TEST_F(LongDatabase, TextEndsAtANulAndIsNotReplaced) {
     using namespace std::string_literals;
     const std::string camera = end_to_end::Section() + end_to_end::Lines({124, 0, 124, 5000});
     const std::string text = camera + "\0\0\0\n[1]\nLine = 1\n"s;

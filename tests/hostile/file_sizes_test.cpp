@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Files without a byte, and files at and beyond what 31 and 32 bits can count. These are holes: they take no
-// room on the disk.
+// Empty files, and files at and beyond the limits of 31 and 32 bits. The files are sparse and take no room on
+// the disk.
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -24,19 +24,19 @@ constexpr std::uintmax_t kTwoTo32 = std::uintmax_t{1} << 32U;
 
 class FileSize : public testing::Test {
   protected:
-    /// Sizes around the limits of 31 and 32 bits; `good` is the file's right size, which is what is left of
-    /// the last one in 32 bits.
+    /// Sizes around the limits of 31 and 32 bits. `good` is the correct size of the file; the last size
+    /// equals it in 32 bits.
     static std::vector<std::uintmax_t> Huge(std::uintmax_t good) {
         return {kTwoTo31 - 1, kTwoTo31, kTwoTo31 + good, kTwoTo32 - 1, kTwoTo32, kTwoTo32 + good};
     }
 
-    /// Runs in little memory, to the end.
+    /// Runs to the end with little memory.
     std::string Run(const std::vector<std::string>& arguments, int status = 0) const {
         const auto outcome = camera_.Run(arguments);
         EXPECT_EQ(outcome.status, status);
         EXPECT_EQ(outcome.errors, "");
 #ifndef __SANITIZE_ADDRESS__
-        // This process, from which the program comes, counts as well.
+        // The memory of this test process counts as well.
         constexpr long some_raw_files = 8 * 21041100 / 1024;
         EXPECT_LT(outcome.peak_kilobytes, some_raw_files);
 #endif
@@ -53,7 +53,7 @@ class FileSize : public testing::Test {
 
 const std::string kHeader = "\nImage: A.RAW\n\n";
 
-TEST_F(FileSize, OfARawFileMayExceedADumpUpTo31Bits) {
+TEST_F(FileSize, RawFileMayBeLongerThanADumpUpTo31Bits) {
     card_.AddPair("A");
     EXPECT_EQ(Run({}), kHeader);
     const auto expected = support::ReadFile(card_ / "A.DNG");
@@ -73,7 +73,7 @@ TEST_F(FileSize, OfARawFileMayExceedADumpUpTo31Bits) {
     EXPECT_EQ(Run({}), kHeader + "A.RAW: Error #0008: Damaged RAW file.\n");
 }
 
-TEST_F(FileSize, OfAJpegIsLimited) {
+TEST_F(FileSize, JpegIsLimited) {
     card_.AddPair("A");
     auto sizes = Huge(fs::file_size(card_ / "A.JPG"));
     sizes.push_back(0);
@@ -84,7 +84,7 @@ TEST_F(FileSize, OfAJpegIsLimited) {
     }
 }
 
-TEST_F(FileSize, OfADarkFrameDoesNotMatter) {
+TEST_F(FileSize, DarkFrameMayHaveAnySize) {
     card_.AddPair("A");
     card_.AddDarkFrame("A", 100);
     EXPECT_EQ(Run({"-b"}), kHeader);
@@ -95,7 +95,7 @@ TEST_F(FileSize, OfADarkFrameDoesNotMatter) {
         EXPECT_EQ(Run({"-b"}), kHeader) << size;
         EXPECT_TRUE(support::ReadFile(card_ / "A.DNG") == expected) << size;
     }
-    // Without a byte it is as dark as can be.
+    // An empty dark frame is as dark as can be.
     fs::resize_file(card_ / "A.BIA", 0);
     EXPECT_EQ(Run({"-b", "-r"}), kHeader);
     const auto undarkened = end_to_end::RawPixels(card_.Dng("A"));
@@ -104,7 +104,7 @@ TEST_F(FileSize, OfADarkFrameDoesNotMatter) {
     EXPECT_TRUE(end_to_end::RawPixels(card_.Dng("A")) == undarkened);
 }
 
-TEST_F(FileSize, OfACamerasDngIsLimited) {
+TEST_F(FileSize, CameraDngIsLimited) {
     support::WriteFile(card_ / "A.DNG", samples::Serialize(support::FullCameraDng()));
     for (const std::uintmax_t size : Huge(samples::kCameraDngBytes)) {
         fs::resize_file(card_ / "A.DNG", size);
@@ -121,7 +121,7 @@ TEST_F(FileSize, OfACamerasDngIsLimited) {
     EXPECT_EQ(Run({"-i", card_.folder(), "-r"}, 5), "Error #0005: No RAW files found in folder.\n");
 }
 
-TEST_F(FileSize, OfTheLensDatabaseIsLimited) {
+TEST_F(FileSize, LensDatabaseIsLimited) {
     card_.AddPair("A");
     const std::string lens = "[100001]\nMaker = Maker\n";
     support::WriteFile(LensDatabase(), lens);
@@ -135,7 +135,7 @@ TEST_F(FileSize, OfTheLensDatabaseIsLimited) {
     }
 }
 
-TEST_F(FileSize, OfTheSensorDatabaseIsLimitedAndATooLongOneIsNotReplaced) {
+TEST_F(FileSize, SensorDatabaseIsLimitedAndNotReplacedIfTooLong) {
     card_.AddPair("A");
     const std::string camera = end_to_end::Section() + end_to_end::Lines({124, 0, 124, 5000});
     support::WriteFile(camera_.Database(), camera);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Directories that point at each other or at themselves, and tables that fill the file: each directory is
-// read once, and what overlaps is read as what it says.
+// IFDs that point at each other or at themselves, and tables that fill the file: each IFD is read once, and
+// overlapping data are taken literally.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,7 +27,7 @@ const char* const kDamaged = "L1.DNG: Error #0017: Damaged DNG file.\n";
 
 // --- EXIF block
 
-TEST(IFDLoop, OfAnExifIFDThatIsIFD0IsReadTwiceAndNoMore) {
+TEST(IFDLoop, ExifIFDThatIsIFD0IsReadOnlyTwice) {
     auto block = samples::CameraExif({});
     block.exif_ifd_offset = tiff::kHeaderSize;
     samples::Set(block.ifd0, samples::Short(tag::kISOSpeedRatings, 640));
@@ -35,10 +35,10 @@ TEST(IFDLoop, OfAnExifIFDThatIsIFD0IsReadTwiceAndNoMore) {
     EXPECT_EQ(ParseSegment(samples::Serialize(block), exif), 0);
     EXPECT_EQ(exif.Make, std::string("Leica Camera AG\0", 16));
     EXPECT_EQ(exif.ISOSpeedRatings, 640);
-    EXPECT_EQ(exif.ExposureProgram, 0) << "of the EXIF IFD that nothing points to";
+    EXPECT_EQ(exif.ExposureProgram, 0) << "belongs to the EXIF IFD that nothing points to";
 }
 
-TEST(IFDLoop, OfAnExifIFDThatPointsToItselfEndsThere) {
+TEST(IFDLoop, ExifIFDThatPointsToItselfIsNotFollowed) {
     auto block = samples::CameraExif({.iso = 640});
     for (const std::uint32_t offset : {8U, 26U, 0U, 0xFFFFFFFFU}) {
         samples::Set(block.exif, samples::Long(tag::kExifIFD, offset));
@@ -48,19 +48,20 @@ TEST(IFDLoop, OfAnExifIFDThatPointsToItselfEndsThere) {
     }
 }
 
-TEST(IFDLoop, OfIFD0OverTheHeaderIsCorrupt) {
+TEST(IFDLoop, IFD0OverTheHeaderIsCorrupt) {
     for (const std::uint32_t offset : {0U, 1U, 2U, 4U}) {
         auto block = samples::CameraExif({});
         block.first_ifd_offset = offset;
         EXIFInfo exif;
         const int result = ParseSegment(samples::Serialize(block), exif);
-        // "II" is the number of entries at offset 0; elsewhere the header is taken for few, or for too many.
+        // At offset 0 the number of entries is "II"; at other offsets the header gives too few or too many
+        // entries.
         EXPECT_TRUE(result == EXIFInfo::kCorruptExif || exif.Make.empty()) << offset;
         EXPECT_EQ(exif.ISOSpeedRatings, 0) << offset;
     }
 }
 
-TEST(IFDLoop, OfValuesThatAreTheirOwnEntriesGivesTheEntrysBytes) {
+TEST(IFDLoop, ValueThatIsItsOwnEntryHasTheBytesOfTheEntry) {
     // The text of the only entry is the entry: tag 271, type 2, count 12, offset 10.
     const auto block = samples::Serialize(
         {.ifd0 = {samples::RawEntry(tag::kMake, tiff::kAscii, 12, 10)}, .with_exif_ifd = false});
@@ -69,8 +70,8 @@ TEST(IFDLoop, OfValuesThatAreTheirOwnEntriesGivesTheEntrysBytes) {
     EXPECT_EQ(exif.Make, std::string("\x0F\x01\x02\0\x0C\0\0\0\x0A\0\0\0", 12));
 }
 
-TEST(IFDLoop, OfAMakerNoteWhoseValuesAreItsTableGivesTheTablesBytes) {
-    // Offsets count from behind the 8 bytes of the header, where the table stands: 2 is the first entry.
+TEST(IFDLoop, MakerNoteValuesInsideItsTableHaveTheBytesOfTheTable) {
+    // Offsets count from the end of the 8-byte header, where the table begins, so 2 is the first entry.
     const auto note =
         samples::MakerNote({samples::RawEntry(samples::note::kSerialNumber, tiff::kLong, 2, 2),
                             samples::RawEntry(samples::note::kApproximateFNumber, tiff::kRational, 1, 0)});
@@ -79,10 +80,11 @@ TEST(IFDLoop, OfAMakerNoteWhoseValuesAreItsTableGivesTheTablesBytes) {
     EXIFInfo exif;
     EXPECT_EQ(ParseSegment(samples::Serialize(block), exif), 0);
     EXPECT_EQ(exif.SerialNumber, 0x00040303U) << "tag 0x0303 and type 4";
-    EXPECT_EQ(exif.Mn0313, (Rational{0x03030002, 0x00020004})) << "two entries, the first one's tag and type";
+    EXPECT_EQ(exif.Mn0313, (Rational{0x03030002, 0x00020004}))
+        << "the count of 2, and tag and type of the first entry";
 }
 
-TEST(IFDLoop, OfAMakerNoteThatContainsTheDirectoriesEnds) {
+TEST(IFDLoop, MakerNoteThatContainsTheIFDsIsReadOnce) {
     auto block = samples::CameraExif({.iso = 640});
     constexpr std::uint32_t size = 400;
     samples::Set(block.exif, samples::RawEntry(tag::kMakerNote, tiff::kUndefined, size, 0));
@@ -94,7 +96,7 @@ TEST(IFDLoop, OfAMakerNoteThatContainsTheDirectoriesEnds) {
     EXPECT_EQ(exif.MakerNote, Bytes(start, start + size));
 }
 
-TEST(FullIFD, OfAsManyEntriesAsCanBeCountedIsReadTwice) {
+TEST(FullIFD, WithTheMostEntriesPossibleIsReadTwice) {
     samples::ExifBlock block;
     block.ifd0.assign(kMostEntries - 2, samples::Short(tag::kOrientation, 6));
     block.ifd0.push_back(samples::Long(tag::kExifIFD, tiff::kHeaderSize));
@@ -106,7 +108,7 @@ TEST(FullIFD, OfAsManyEntriesAsCanBeCountedIsReadTwice) {
     EXPECT_EQ(exif.ISOSpeedRatings, 640);
 }
 
-TEST(FullIFD, OfCountsBeyondAllReasonHasNoValues) {
+TEST(FullIFD, WithHugeCountsHasNoValues) {
     auto block = samples::CameraExif({.iso = 640});
     const std::vector<std::uint16_t> texts = {tag::kMake, tag::kModel, tag::kSoftware, tag::kDateTime};
     for (const std::uint16_t text : texts) {
@@ -124,7 +126,7 @@ TEST(FullIFD, OfCountsBeyondAllReasonHasNoValues) {
 
 // --- The camera's DNG
 
-/// A camera's DNG two of whose directories can be named by others.
+/// A camera DNG in which the pointers to IFDs can be exchanged.
 class LinkedDirectories : public testing::Test {
   protected:
     static constexpr std::uint32_t kIfd0 = samples::kDngIfd0Offset;
@@ -150,7 +152,7 @@ class LinkedDirectories : public testing::Test {
     RepairRun run_;
 };
 
-TEST_F(LinkedDirectories, WithoutTheRawImageAreRefused) {
+TEST_F(LinkedDirectories, DngWithoutTheRawImageIsRefused) {
     EXPECT_EQ(RepairWith(kRaw, kExif).code, 0);
     for (const std::uint32_t raw : {kIfd0, kExif, 0U, 1U, 0xFFFFFFFFU}) {
         ExpectRefused(raw, kExif);
@@ -158,7 +160,7 @@ TEST_F(LinkedDirectories, WithoutTheRawImageAreRefused) {
     }
 }
 
-TEST_F(LinkedDirectories, WhoseExifIFDIsAnotherOneAreRepairedWithItsTags) {
+TEST_F(LinkedDirectories, DngWhoseExifIFDIsAnotherIFDIsRepairedWithItsTags) {
     for (const std::uint32_t exif : {kIfd0, kRaw}) {
         ASSERT_EQ(RepairWith(kRaw, exif).code, 0);
         const RepairedFile file = run_.Output();
@@ -168,7 +170,7 @@ TEST_F(LinkedDirectories, WhoseExifIFDIsAnotherOneAreRepairedWithItsTags) {
     }
 }
 
-TEST_F(LinkedDirectories, BeyondOrAcrossTheEndAreRefused) {
+TEST_F(LinkedDirectories, IFDBeyondOrAcrossTheEndIsRefused) {
     const auto size = static_cast<std::uint32_t>(samples::Serialize(support::SmallCameraDng(64, 16)).size());
     for (const std::uint32_t offset : {size - 1, size - 2, size, size + 1}) {
         ExpectRefused(kRaw, offset);
@@ -176,8 +178,8 @@ TEST_F(LinkedDirectories, BeyondOrAcrossTheEndAreRefused) {
     }
 }
 
-/// A camera's DNG whose directories may be of any length: they stand behind each other from byte 8 on, then
-/// preview and raw image.
+/// Serialises a camera DNG whose IFDs may have any length: they follow each other from byte 8 on, before the
+/// preview and the raw image.
 Bytes SerializeLong(samples::CameraDngFile camera) {
     constexpr auto order = samples::ByteOrder::kLittle;
     const auto room = [](const std::vector<samples::Entry>& entries) {
@@ -206,7 +208,7 @@ Bytes SerializeLong(samples::CameraDngFile camera) {
     return file;
 }
 
-/// Fills a directory with entries of tags that it does not have, up to `count`.
+/// Adds entries with unused tags to an IFD until it has `count` entries.
 void Fill(std::vector<samples::Entry>& entries, std::size_t count) {
     std::vector<samples::Entry> all;
     for (std::uint32_t tag = 0; tag <= kMostEntries; ++tag) {
@@ -220,7 +222,7 @@ void Fill(std::vector<samples::Entry>& entries, std::size_t count) {
     entries = all;
 }
 
-TEST(FullDirectory, OfTheCamerasDngIsRepairedWithAllItsEntries) {
+TEST(FullDirectory, CameraDngIsRepairedWithAllItsEntries) {
     auto camera = support::SmallCameraDng(64, 16);
     for (auto* ifd : {&camera.ifd0, &camera.raw_ifd, &camera.exif}) {
         Fill(*ifd, 50000);
@@ -233,7 +235,7 @@ TEST(FullDirectory, OfTheCamerasDngIsRepairedWithAllItsEntries) {
     EXPECT_GE(file.ifd0.entries.size(), 50000U);
 }
 
-TEST(FullDirectory, OfEveryTagThatThereIsCanStillBeCounted) {
+TEST(FullDirectory, IFDWithAlmostEveryTagCanStillBeCounted) {
     auto camera = support::SmallCameraDng(64, 16);
     Fill(camera.ifd0, 100000);
     ASSERT_EQ(camera.ifd0.size(), kMostEntries);
@@ -244,7 +246,7 @@ TEST(FullDirectory, OfEveryTagThatThereIsCanStillBeCounted) {
     EXPECT_EQ(result.output, "");
     const RepairedFile file = run.Output();
     EXPECT_EQ(file.Pixels(), support::CameraLevels(64, 16));
-    EXPECT_EQ(file.ifd0.entries.size(), kMostEntries - 1);  // MakerNoteSafety more, two pointers less
+    EXPECT_EQ(file.ifd0.entries.size(), kMostEntries - 1);  // plus MakerNoteSafety, minus two pointers
 }
 
 }  // namespace

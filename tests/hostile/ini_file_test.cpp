@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// What loading a file of `text` gives.
+/// The result of loading a file of `text`.
 struct Loaded {
     int result = 1;
     bool complete = false;
@@ -32,20 +32,20 @@ Loaded Load(const std::string& text) {
     return loaded;
 }
 
-TEST(SimpleIni, TakesAllOfAText) {
+TEST(SimpleIni, ReadsAWholeText) {
     const Loaded loaded = Load("[section]\nKey = value");
     EXPECT_EQ(loaded.result, 0);
     EXPECT_TRUE(loaded.complete);
     EXPECT_EQ(loaded.value, "value");
 }
 
-TEST(SimpleIni, OfAnEmptyFileTakesAll) {
+TEST(SimpleIni, ReadsAnEmptyFile) {
     const Loaded loaded = Load("");
     EXPECT_EQ(loaded.result, 0);
     EXPECT_TRUE(loaded.complete);
 }
 
-TEST(SimpleIni, EndsAtANulAndSaysSo) {
+TEST(SimpleIni, StopsAtANulAndReportsIt) {
     const Loaded loaded = Load("[section]\n\0Key = value\n"s);
     EXPECT_EQ(loaded.result, 0);
     EXPECT_FALSE(loaded.complete);
@@ -53,11 +53,11 @@ TEST(SimpleIni, EndsAtANulAndSaysSo) {
     EXPECT_FALSE(Load("[section]\nKey = value\n\0"s).complete);
 }
 
-TEST(SimpleIni, PassesOverAByteOrderMark) {
+TEST(SimpleIni, SkipsAByteOrderMark) {
     EXPECT_EQ(Load("\xEF\xBB\xBF[section]\nKey = value\n").value, "value");
 }
 
-TEST(SimpleIni, IsLoadedUpToItsLongestSize) {
+TEST(SimpleIni, LoadsFilesUpToTheSizeLimit) {
     std::string text = "[section]\nKey = value\n";
     text.resize(ini_file::kLongestFile, '\n');
     EXPECT_EQ(Load(text).value, "value");
@@ -65,10 +65,10 @@ TEST(SimpleIni, IsLoadedUpToItsLongestSize) {
     EXPECT_EQ(Load(text + "\n").value, "none");
 }
 
-TEST(SimpleIni, ThatCannotBeReadWholeIsAnError) {
+TEST(SimpleIni, AFileThatCannotBeReadCompletelyIsAnError) {
     const std::string odd = support::kFileShorterThanItsLength;
     if (!std::filesystem::exists(odd)) {
-        GTEST_SKIP() << odd << " is not there";
+        GTEST_SKIP() << odd << " does not exist";
     }
     ini_file::File ini;
     EXPECT_LT(ini_file::Load(odd, ini), 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// JPEGs with other segments than the camera writes, or in another order. The first APP1 marker counts,
-// wherever it stands: such files are read, or refused, never misread.
+// JPEGs with different segments from the camera's, or in another order. The first APP1 marker counts wherever
+// it is: such files are read correctly or refused, but never misread.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,7 +28,7 @@ Bytes operator+(Bytes left, const Bytes& right) {
     return left;
 }
 
-/// A segment whose length field says `length`; by default the right one.
+/// A segment whose length field is `length`, by default the correct one.
 Bytes Segment(std::uint8_t marker, const Bytes& payload, std::size_t length) {
     return Bytes{0xFF, marker, static_cast<std::uint8_t>(length / 256),
                  static_cast<std::uint8_t>(length % 256)} +
@@ -54,14 +54,14 @@ Bytes Jpeg(const Bytes& segments) {
     return Bytes{0xFF, 0xD8} + segments + Bytes(image.begin() + 2, image.end());
 }
 
-/// The result of parsing, or the ISO speed read.
+/// The ISO speed, or the error of parsing.
 int IsoOrError(const Bytes& jpeg) {
     EXIFInfo exif;
     const int result = ParseJpeg(jpeg, exif);
     return result == 0 ? exif.ISOSpeedRatings : result;
 }
 
-TEST(JpegSegments, OfSeveralExifBlocksTheFirstCounts) {
+TEST(JpegSegments, TheFirstOfSeveralExifBlocksCounts) {
     EXPECT_EQ(IsoOrError(Jpeg(ExifSegment(640) + ExifSegment(320) + ExifSegment(1250))), 640);
 }
 
@@ -75,7 +75,7 @@ TEST(JpegSegments, TheExifBlockMayFillTheLargestSegment) {
     block.resize(kLongestPayload);
     EXPECT_EQ(IsoOrError(Jpeg(Segment(kApp1, block))), 640);
 
-    // A text that ends with the segment's last byte, without the padding.
+    // A text that ends with the last byte of the segment, without padding.
     const std::string text(kLongestPayload - samples::kExifHeaderSize - 8 - 18, 'x');
     auto filled =
         samples::Serialize({.ifd0 = {samples::AsciiUnterminated(tag::kMake, text)}, .with_exif_ifd = false});
@@ -85,14 +85,14 @@ TEST(JpegSegments, TheExifBlockMayFillTheLargestSegment) {
     EXPECT_EQ(exif.Make, text);
 }
 
-TEST(JpegSegments, MayHaveFillBytesBetweenThem) {
+TEST(JpegSegments, FillBytesBetweenSegmentsAreSkipped) {
     for (const std::size_t count : {std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{100000}}) {
         EXPECT_EQ(IsoOrError(Jpeg(Bytes(count, 0xFF) + ExifSegment(640))), 640) << count;
         EXPECT_EQ(IsoOrError(Jpeg(ExifSegment(640) + Bytes(count, 0xFF))), 640) << count;
     }
 }
 
-TEST(JpegSegments, TheExifBlockMayComeAfterALongRowOfOthers) {
+TEST(JpegSegments, TheExifBlockMayFollowManyOtherSegments) {
     Bytes others;
     for (int i = 0; i < 100; ++i) {
         for (std::uint8_t marker = kApp0; marker <= kApp15; ++marker) {
@@ -111,13 +111,13 @@ TEST(JpegSegments, AnExifSegmentShorterThanItsHeadersIsCorrupt) {
     for (const std::size_t length : {0U, 1U, 2U, 15U}) {
         EXPECT_EQ(IsoOrError(Jpeg(Segment(kApp1, block, length))), EXIFInfo::kCorruptExif) << length;
     }
-    // An earlier segment's length is not looked at.
+    // The lengths of segments before it are not checked.
     for (const std::size_t length : {0U, 1U, 2U, 65535U}) {
         EXPECT_EQ(IsoOrError(Jpeg(Segment(kApp0, {}, length) + ExifSegment(640))), 640) << length;
     }
 }
 
-TEST(JpegSegments, ASegmentThatReachesBeyondTheFileIsCorrupt) {
+TEST(JpegSegments, ASegmentThatRunsPastTheEndOfTheFileIsCorrupt) {
     const Bytes whole = ExifSegment(640);
     for (std::size_t length = 4; length < whole.size(); length += 7) {
         const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
@@ -127,7 +127,7 @@ TEST(JpegSegments, ASegmentThatReachesBeyondTheFileIsCorrupt) {
     }
 }
 
-TEST(JpegSegments, WithoutAnEndOfImageAreNoJpeg) {
+TEST(JpegSegments, AFileWithoutEndOfImageIsNotAJpeg) {
     Bytes jpeg = Jpeg(ExifSegment(640));
     jpeg.resize(jpeg.size() - 2);
     EXPECT_EQ(IsoOrError(jpeg), EXIFInfo::kNotAJpeg);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files under more than one name: what stands under the name that is written is replaced, and nothing else.
+// Output files that are links: a file is written under the output name, and nothing else changes.
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -22,7 +22,7 @@ using Names = std::vector<std::string>;
 
 const std::string kHeader = "\nImage: A.RAW\n\n";
 
-/// A card with a pair A, and the DNG that it gives.
+/// A card with a pair A, and its DNG.
 class LinkedOutput : public testing::Test {
   protected:
     void SetUp() override {
@@ -38,7 +38,7 @@ class LinkedOutput : public testing::Test {
     Bytes expected_;
 };
 
-TEST_F(LinkedOutput, ThatIsASymbolicLinkIsReplacedAndItsTargetStays) {
+TEST_F(LinkedOutput, SymbolicLinkIsReplacedAndItsTargetKept) {
     fs::create_directory(card_ / "store");
     support::WriteFile(card_ / "store/picture", "old");
     fs::create_symlink("store/picture", card_ / "A.DNG");
@@ -51,7 +51,7 @@ TEST_F(LinkedOutput, ThatIsASymbolicLinkIsReplacedAndItsTargetStays) {
     EXPECT_EQ(support::Names(card_ / "store"), Names{"picture"});
 }
 
-TEST_F(LinkedOutput, ThatPointsNowhereIsNotFollowed) {
+TEST_F(LinkedOutput, DanglingLinkIsNotFollowed) {
     fs::create_symlink("picture", card_ / "A.DNG");
     EXPECT_EQ(card_.Run({}).output, kHeader + "./A.DNG: DNG not written: File exists\n");
     EXPECT_TRUE(fs::is_symlink(card_ / "A.DNG"));
@@ -62,8 +62,8 @@ TEST_F(LinkedOutput, ThatPointsNowhereIsNotFollowed) {
     EXPECT_FALSE(fs::exists(card_ / "picture"));
 }
 
-/// As somebody may pack it who wants a file written elsewhere.
-TEST_F(LinkedOutput, OutOfAnArchiveDoesNotReachOutsideTheFolder) {
+/// An attacker may pack such an archive to write a file outside of the folder.
+TEST_F(LinkedOutput, LinkFromAnArchiveDoesNotReachOutsideTheFolder) {
     fs::create_directories(card_ / "made/evil");
     fs::create_directories(card_ / "home/.ssh");
     fs::create_directories(card_ / "home/downloads");
@@ -85,7 +85,7 @@ TEST_F(LinkedOutput, OutOfAnArchiveDoesNotReachOutsideTheFolder) {
     }
 }
 
-TEST_F(LinkedOutput, ThatIsAHardLinkLeavesTheOtherNameItsBytes) {
+TEST_F(LinkedOutput, HardLinkIsReplacedAndItsOtherNameKept) {
     support::WriteFile(card_ / "other", "old");
     fs::create_hard_link(card_ / "other", card_ / "A.DNG");
     EXPECT_EQ(card_.Run({"-r"}).output, kHeader);
@@ -93,8 +93,8 @@ TEST_F(LinkedOutput, ThatIsAHardLinkLeavesTheOtherNameItsBytes) {
     EXPECT_TRUE(Content("A.DNG") == expected_);
 }
 
-/// The camera's files are only ever read.
-TEST_F(LinkedOutput, ThatLeadsToAFileOfTheCameraLeavesThatFile) {
+/// The camera's files are never written to.
+TEST_F(LinkedOutput, LinkToAFileOfTheCameraLeavesThatFileUnchanged) {
     card_.AddDarkFrame("A", 100);
     card_.AddLinkedPair("B", "A");
     const Bytes raw = Content("A.RAW");
@@ -123,7 +123,7 @@ TEST_F(LinkedOutput, ThatLeadsToAFileOfTheCameraLeavesThatFile) {
     }
 }
 
-/// A card with the camera's A.DNG, and what its repair gives.
+/// A card with a camera DNG A.DNG, and its repaired version.
 class LinkedRepair : public testing::Test {
   protected:
     void SetUp() override {
@@ -136,7 +136,7 @@ class LinkedRepair : public testing::Test {
         ASSERT_TRUE(fs::remove(card_ / "OUT/A.DNG"));
     }
 
-    /// What a repair of A.DNG into OUT prints.
+    /// Repairs A.DNG into OUT. Returns what the run prints.
     std::string Run(const std::vector<std::string>& arguments = {}) const {
         Names all = {"-i", "A.DNG", "-o", "OUT"};
         all.insert(all.end(), arguments.begin(), arguments.end());
@@ -174,7 +174,7 @@ TEST_F(LinkedRepair, OverASymbolicLinkToTheInputNeedsRefresh) {
     EXPECT_TRUE(Content("A.DNG") == camera_);
 }
 
-TEST_F(LinkedRepair, OverAHardLinkToTheInputLeavesTheInput) {
+TEST_F(LinkedRepair, OverAHardLinkToTheInputLeavesTheInputUnchanged) {
     fs::create_hard_link(card_ / "A.DNG", card_ / "OUT/A.DNG");
     EXPECT_EQ(Run(), kKept);
     EXPECT_EQ(Run({"-r"}), kRepaired);
@@ -182,7 +182,7 @@ TEST_F(LinkedRepair, OverAHardLinkToTheInputLeavesTheInput) {
     EXPECT_TRUE(Content("OUT/A.DNG") == repaired_);
 }
 
-TEST_F(LinkedRepair, OfALinkWritesBesideTheLink) {
+TEST_F(LinkedRepair, OfALinkLeavesTheLinkTargetUnchanged) {
     fs::create_directory(card_ / "links");
     fs::create_symlink("../A.DNG", card_ / "links/B.DNG");
     EXPECT_EQ(card_.Run({"-i", "links/B", "-o", "OUT"}).output, "\nImage: B.DNG\n\n");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The largest files that are read, with values that name as many bytes as they may: the memory taken stays a
-// small multiple of the file.
+// The largest files that are accepted, with the largest possible values: memory stays a small multiple of the
+// file size.
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -17,8 +17,8 @@
 
 namespace {
 
-/// Expects that a run took at most `times` a file of `bytes`, besides what a run, and this process, from
-/// which the program comes, take anyway.
+/// Expects that a run took at most `times` `bytes` of memory, in addition to that of an ordinary run and of
+/// this test process.
 void ExpectProportion([[maybe_unused]] const support::Outcome& outcome, [[maybe_unused]] std::size_t bytes,
                       [[maybe_unused]] long times) {
 #ifndef __SANITIZE_ADDRESS__
@@ -27,7 +27,7 @@ void ExpectProportion([[maybe_unused]] const support::Outcome& outcome, [[maybe_
 #endif
 }
 
-TEST(Proportion, OfMemoryToAJpegIsFourToOne) {
+TEST(Proportion, MemoryIsAtMostFourTimesTheJpeg) {
     constexpr std::size_t largest = 64UL * 1024 * 1024;
     constexpr std::uint32_t third = largest / 3 - 1000;
     const end_to_end::Card card;
@@ -43,11 +43,12 @@ TEST(Proportion, OfMemoryToAJpegIsFourToOne) {
     const auto outcome = card.Run({});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "\nImage: A.RAW\n\n");
-    EXPECT_GT(std::filesystem::file_size(card / "A.DNG"), 21000000U + 3 * third) << "all three are in it";
+    EXPECT_GT(std::filesystem::file_size(card / "A.DNG"), 21000000U + 3 * third)
+        << "all three values are in it";
     ExpectProportion(outcome, largest, 4);
 }
 
-TEST(Proportion, OfMemoryToACamerasDngIsFourToOne) {
+TEST(Proportion, MemoryIsAtMostFourTimesTheCameraDng) {
     constexpr std::size_t largest = 15000000;
     const end_to_end::Card card;
     std::filesystem::create_directory(card / "OUT");
@@ -62,7 +63,8 @@ TEST(Proportion, OfMemoryToACamerasDngIsFourToOne) {
     const auto outcome = card.Run({"-i", "A.DNG", "-o", "OUT"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "\nImage: A.DNG\n\n");
-    EXPECT_GT(std::filesystem::file_size(card / "OUT/A.DNG"), 20682000U + 3 * third) << "all three are in it";
+    EXPECT_GT(std::filesystem::file_size(card / "OUT/A.DNG"), 20682000U + 3 * third)
+        << "all three values are in it";
     ExpectProportion(outcome, largest, 4);
 }
 

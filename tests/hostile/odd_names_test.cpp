@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Names are bytes: whatever a pair, a camera's DNG or a folder is called, it is found, converted and named.
+// Names are byte strings: pairs, camera DNGs and folders with unusual names are found, converted and printed
+// correctly.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -17,7 +18,7 @@ namespace {
 using end_to_end::Card;
 using support::RunProgram;
 
-/// The length of a name that no common file system lets be longer, less the extension's.
+/// The length of the longest name that common file systems allow, minus the extension.
 constexpr std::size_t kLongestBase = 255 - 4;
 
 const std::vector<std::string>& OddNames() {
@@ -41,15 +42,15 @@ const std::vector<std::string>& OddNames() {
     return names;
 }
 
-/// Names with nothing before the extension, or nothing but dots, can only be told from those of folders when
-/// the extension is there.
+/// Names that are empty or only dots before the extension; as input they need the extension, or they would
+/// name folders.
 std::vector<std::string> OddBases() {
     std::vector<std::string> bases = OddNames();
     bases.insert(bases.end(), {"", ".", ".."});
     return bases;
 }
 
-TEST(OddName, OfAPairIsThatOfItsDngToo) {
+TEST(OddName, PairGetsADngOfTheSameName) {
     Card card;
     card.AddPair("A");
     for (const std::string& base : OddBases()) {
@@ -68,12 +69,12 @@ TEST(OddName, OfAPairIsThatOfItsDngToo) {
     EXPECT_EQ(support::Names(card.folder()).size(), 3 * (OddBases().size() + 1));
 }
 
-TEST(OddName, OfAPairCanBeGivenAsInput) {
+TEST(OddName, PairCanBeGivenAsInput) {
     Card card;
     card.AddPair("A");
     for (const std::string& base : OddNames()) {
         card.AddLinkedPair(base, "A");
-        // Behind a folder a backslash would end its part of the path, too.
+        // The program takes a backslash as a separator, so only the text after it is printed.
         const std::string shown = base == "back\\slash" ? "slash" : base;
         for (const std::string& input : {base, base + ".RAW"}) {
             const auto outcome = card.Run({"-i", input, "-r"});
@@ -83,7 +84,7 @@ TEST(OddName, OfAPairCanBeGivenAsInput) {
     }
 }
 
-TEST(OddName, OfACamerasDngIsThatOfTheRepairedOne) {
+TEST(OddName, RepairedDngHasTheSameName) {
     Card card;
     const auto dng = samples::Serialize(support::SmallCameraDng(64, 16));
     std::filesystem::create_directory(card / "OUT");
@@ -101,7 +102,7 @@ TEST(OddName, OfACamerasDngIsThatOfTheRepairedOne) {
     }
 }
 
-TEST(OddName, OfAFolderOfCameraDngsIsSearched) {
+TEST(OddName, FolderOfCameraDngsIsSearched) {
     Card card;
     support::WriteFile(card / "A.DNG", samples::Serialize(support::FullCameraDng()));
     for (const std::string& base : OddBases()) {
@@ -116,7 +117,7 @@ TEST(OddName, OfAFolderOfCameraDngsIsSearched) {
     }
 }
 
-TEST(OddName, OfFoldersIsTakenAsItIs) {
+TEST(OddName, InputAndOutputFoldersMayHaveOddNames) {
     Card card;
     card.AddPair("A");
     for (const std::string& name : OddNames()) {
@@ -136,7 +137,7 @@ TEST(OddName, OfFoldersIsTakenAsItIs) {
     }
 }
 
-TEST(OddName, OfTheProgramsFolderIsTakenAsItIs) {
+TEST(OddName, FolderOfTheProgramMayHaveAnOddName) {
     const Card card;
     for (const std::string& name : OddNames()) {
         const std::string folder = card / name;
@@ -145,7 +146,7 @@ TEST(OddName, OfTheProgramsFolderIsTakenAsItIs) {
         const auto run = [&](const std::string& program) {
             return RunProgram(VELMARCON_PROGRAM, {"-l"}, {.folder = card.folder(), .name = program}).status;
         };
-        // With a lens the run goes on to find that there is no image; without, it ends with error 12.
+        // With a lens database the run continues and finds no image; without one it ends with error 12.
         EXPECT_EQ(run(folder + "/velmarcon"), 1) << name;
         EXPECT_EQ(run(name + "/velmarcon"), 1) << name;
         std::filesystem::remove(folder + "/lensdb.ini");
@@ -153,7 +154,7 @@ TEST(OddName, OfTheProgramsFolderIsTakenAsItIs) {
     }
 }
 
-/// Expects each line that holds the name of a pair in a folder of `card`, both called `name`.
+/// Expects every message that contains a name, for a pair called `name` in a folder called `name` on `card`.
 void ExpectExactMessages(const Card& card, const std::string& name) {
     const std::string folder = card / name;
     const std::string path = folder + "/" + name;
@@ -181,7 +182,7 @@ void ExpectExactMessages(const Card& card, const std::string& name) {
     EXPECT_EQ(run({}), header + "File " + name + ".DNG already exists!\n");
 }
 
-TEST(OddName, IsPrintedAsItIsInEveryMessage) {
+TEST(OddName, IsPrintedUnchangedInEveryMessage) {
     Card card;
     card.AddPair("A");
     for (const std::string& base : OddNames()) {
@@ -190,11 +191,11 @@ TEST(OddName, IsPrintedAsItIsInEveryMessage) {
     }
 }
 
-TEST(OddName, OfAFolderThatLeavesNoRoomForTheOutputIsReported) {
+TEST(OddName, FolderPathTooLongForTheOutputIsReported) {
     Card card;
     card.AddPair("A");
     std::string deep = card.folder();
-    constexpr std::size_t longest_path = 4096;  // with its NUL
+    constexpr std::size_t longest_path = 4096;  // including its NUL
     while (deep.size() + 2 + 200 < longest_path - 30) {
         deep += '/';
         deep.append(200, 'd');
@@ -202,9 +203,9 @@ TEST(OddName, OfAFolderThatLeavesNoRoomForTheOutputIsReported) {
     deep += "/" + std::string(longest_path - 1 - deep.size() - 1 - 9, 'e');
     std::error_code error;
     if (!std::filesystem::create_directories(deep, error)) {
-        GTEST_SKIP() << "paths of this length are not possible: " << error.message();
+        GTEST_SKIP() << "the system does not allow paths of this length: " << error.message();
     }
-    // A.DNG fits there, the name under which it is written does not.
+    // The path of A.DNG fits, but that of its part file does not.
     const auto outcome = card.Run({"-o", deep});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "\nImage: A.RAW\n\n" + deep + "/A.DNG: DNG not written: File name too long\n");

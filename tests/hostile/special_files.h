@@ -8,18 +8,18 @@
 
 namespace hostile {
 
-/// Something that has a name in a folder and is no plain file.
+/// A directory entry that is not a plain file.
 struct SpecialFile {
     const char* name;
-    /// Makes it at `path`. Returns whether that worked.
+    /// Creates it at `path`. Returns whether that worked.
     bool (*make)(const std::string& path);
-    /// The device that it leads to, which a small system may lack; empty: none.
+    /// The device that it needs, which a small system may lack; empty: none.
     std::string device = {};
 
     friend void PrintTo(const SpecialFile& file, std::ostream* out) { *out << file.name; }
 };
 
-/// Pipes and devices that would never end or never begin, and links that lead nowhere.
+/// Pipes and devices that block or never end, and links that lead nowhere.
 const std::vector<SpecialFile>& SpecialFiles();
 
 }  // namespace hostile

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is no plain file is never waited for, in whatever place it stands; the rest of the run goes on.
+// Special files in place of the files of a run: the run never waits for one, and processes the rest.
 #include "tests/hostile/special_files.h"
 
 #include <filesystem>
@@ -20,10 +20,10 @@ using hostile::SpecialFile;
 
 class InPlaceOfAFile : public testing::TestWithParam<SpecialFile> {
   protected:
-    /// A card with a good pair A and a pair B that differs from it in nothing but its name.
+    /// Makes a card with a good pair A and a pair B that differs only in its name.
     void SetUp() override {
         if (!GetParam().device.empty() && !std::filesystem::exists(GetParam().device)) {
-            GTEST_SKIP() << "there is no " << GetParam().device;
+            GTEST_SKIP() << "this system has no " << GetParam().device;
         }
         card_.AddPair("A");
         card_.AddLinkedPair("B", "A");
@@ -34,7 +34,7 @@ class InPlaceOfAFile : public testing::TestWithParam<SpecialFile> {
         ASSERT_TRUE(GetParam().make(path)) << path;
     }
 
-    /// What the run prints, which goes through both pairs, A with success.
+    /// Runs through both pairs, expects that A is converted, and returns what the run prints.
     std::string Run(const std::vector<std::string>& arguments) const {
         std::filesystem::remove(card_ / "A.DNG");
         const auto outcome = camera_.Run(arguments);
@@ -48,7 +48,7 @@ class InPlaceOfAFile : public testing::TestWithParam<SpecialFile> {
         return ("\n" + output).find("\n" + line + "\n") != std::string::npos;
     }
 
-    /// Where a run leaves a name alone, it is still what it was: neither a plain file nor gone.
+    /// Expects that the run has neither replaced nor removed the special file.
     static void ExpectStillSpecial(const std::string& path) {
         std::error_code error;  // a link to itself has no status
         EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(path))) << path;
@@ -72,21 +72,21 @@ TEST_P(InPlaceOfAFile, NamedJpgIsNotFound) {
     EXPECT_FALSE(std::filesystem::exists(card_ / "B.DNG"));
 }
 
-TEST_P(InPlaceOfAFile, NamedBiaIsADamagedDarkFrameUnlessItLeadsToNothing) {
+TEST_P(InPlaceOfAFile, NamedBiaIsADamagedDarkFrameUnlessItIsADanglingLink) {
     PutInPlaceOf(card_ / "B.BIA");
     if (std::string(GetParam().name) == "LinkToNothing") {
         Run({"-b", "100"});
         EXPECT_TRUE(support::ReadFile(card_ / "B.DNG") == support::ReadFile(card_ / "A.DNG"));
         return;
     }
-    // By itself, because the picture after it would still expect a dark frame.
+    // Only this pair, because the next picture would still expect a dark frame.
     const auto outcome = camera_.Run({"-i", "B.RAW", "-b", "100"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "\nImage: B.RAW\n\nError #0016: Damaged BIA file.\n");
     EXPECT_FALSE(std::filesystem::exists(card_ / "B.DNG"));
 }
 
-TEST_P(InPlaceOfAFile, NamedDngIsNoImage) {
+TEST_P(InPlaceOfAFile, NamedDngIsNotAnImage) {
     PutInPlaceOf(card_ / "C.DNG");
     const std::string output = Run({"-i", card_.folder()});
     EXPECT_TRUE(HasLine(output, "Image 2 of 2: A.RAW") || HasLine(output, "Image 2 of 2: B.RAW")) << output;
@@ -97,7 +97,7 @@ TEST_P(InPlaceOfAFile, NamedDngIsNoImage) {
     }
 }
 
-TEST_P(InPlaceOfAFile, NamedLikeAFolderIsNone) {
+TEST_P(InPlaceOfAFile, NamedLikeAFolderIsNotAFolder) {
     PutInPlaceOf(card_ / "folder");
     EXPECT_EQ(camera_.Run({"-i", "folder"}).status, 2);
     EXPECT_EQ(camera_.Run({"-o", "folder"}).status, 4);
@@ -110,7 +110,7 @@ TEST_P(InPlaceOfAFile, NamedLikeTheOutputIsNotReplaced) {
     EXPECT_EQ(support::Names(card_.folder()).size(), 6U);
 }
 
-TEST_P(InPlaceOfAFile, NamedLensdbIniIsNoDatabase) {
+TEST_P(InPlaceOfAFile, NamedLensdbIniIsNotADatabase) {
     const std::string database = std::filesystem::path(camera_.Database()).replace_filename("lensdb.ini");
     PutInPlaceOf(database);
     Run({});
@@ -119,7 +119,7 @@ TEST_P(InPlaceOfAFile, NamedLensdbIniIsNoDatabase) {
     EXPECT_EQ(outcome.output, "Error #0012: Missing lens database file lensdb.ini.\n");
 }
 
-TEST_P(InPlaceOfAFile, NamedSensdbIniIsNoDatabaseAndIsNotReplaced) {
+TEST_P(InPlaceOfAFile, NamedSensdbIniIsNotADatabaseAndIsNotReplaced) {
     PutInPlaceOf(camera_.Database());
     EXPECT_TRUE(HasLine(Run({"-s"}), "Error #0014: No Sensor database found."));
     const std::string output = Run({"-i", "A", "-sd"});

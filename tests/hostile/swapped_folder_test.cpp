@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A folder of a run that is exchanged for a link to another one: the run stays in the folders that it was
-// given.
+// A folder of a run is replaced by a link to another folder: the run stays in the folders that it was given.
 #include <sys/syscall.h>
 
 #include <filesystem>
@@ -21,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-/// Folders "in", with a pair A, "out", and "elsewhere", with another pair A.
+/// Folders "in" with a pair A, "out", and "elsewhere" with another pair A.
 class SwappedFolder : public testing::Test {
   protected:
     void SetUp() override {
@@ -31,7 +30,7 @@ class SwappedFolder : public testing::Test {
         }
         constexpr unsigned int ask_version = 1;
         if (!VELMARCON_HAS_SANDBOX || ::syscall(SYS_landlock_create_ruleset, nullptr, 0, ask_version) < 1) {
-            GTEST_SKIP() << "this kernel, or this build, has no Landlock";
+            GTEST_SKIP() << "this kernel or this build has no Landlock";
         }
         for (const char* name : {"in", "out", "elsewhere"}) {
             fs::create_directory(folder_ / name);
@@ -40,7 +39,8 @@ class SwappedFolder : public testing::Test {
         support::WritePair(folder_ / "elsewhere/", "A");
     }
 
-    /// What a run prints during which, once it is confined, the folder `name` becomes a link to "elsewhere".
+    /// Starts a run and, once it is confined, replaces its folder `name` by a link to "elsewhere". Returns
+    /// what the run prints.
     std::string RunAndSwap(const std::string& name) const {
         support::TracedProgram program(VELMARCON_PROGRAM, {"-i", "in", "-o", "out"},
                                        {.folder = folder_.path().string()});
@@ -62,13 +62,13 @@ class SwappedFolder : public testing::Test {
     support::TempFolder folder_;
 };
 
-TEST_F(SwappedFolder, OfTheOutputGetsNothing) {
+TEST_F(SwappedFolder, OutputFolderIsNotWritten) {
     EXPECT_EQ(RunAndSwap("out"), "\nImage: A.RAW\n\nout/A.DNG: DNG not written: Permission denied\n");
     EXPECT_EQ(support::Names(folder_ / "elsewhere"), (Names{"A.JPG", "A.RAW"}));
     EXPECT_EQ(support::Names(folder_ / "before"), Names());
 }
 
-TEST_F(SwappedFolder, OfTheInputIsNotRead) {
+TEST_F(SwappedFolder, InputFolderIsNotRead) {
     EXPECT_EQ(RunAndSwap("in"), "\nImage: A.RAW\n\nA.JPG: Error #0010: Unable to find JPG file.\n");
     EXPECT_EQ(support::Names(folder_ / "out"), Names());
 }

@@ -40,7 +40,7 @@ std::uint32_t CountAt(const Octets& bytes, std::size_t offset) {
     return GetLittle<std::uint16_t>(std::span(bytes).subspan(offset, 2));
 }
 
-/// The value field of `tag` in the directory at `offset`; 0 when the directory has no such entry.
+/// The value field of `tag` in the IFD at `offset`; 0 if the IFD has no such entry.
 std::uint32_t FieldOf(const Octets& bytes, std::size_t offset, std::uint16_t tag) {
     for (std::size_t i = 0; i < CountAt(bytes, offset); ++i) {
         const auto entry = std::span(bytes).subspan(offset + 2 + (i * tiff::kEntrySize), tiff::kEntrySize);
@@ -93,7 +93,7 @@ TEST(SampleCameraDng, CarriesThe220ByteMakerNote) {
     EXPECT_EQ(Octets(note.begin(), note.end()), expected);
 }
 
-TEST(SampleCameraDng, LacksWhatTheCameraDoesNotWrite) {
+TEST(SampleCameraDng, LacksTagsThatTheCameraDoesNotWrite) {
     const samples::CameraDngFile file = FlatDng();
     EXPECT_EQ(samples::Find(file.ifd0, tag::kHostComputer), nullptr);
     EXPECT_EQ(samples::Find(file.ifd0, tag::kDateTime), nullptr);
@@ -101,7 +101,7 @@ TEST(SampleCameraDng, LacksWhatTheCameraDoesNotWrite) {
     EXPECT_EQ(samples::Find(file.exif, tag::kFNumber), nullptr);
 }
 
-TEST(SampleCameraDng, PointersFollowMovedDirectories) {
+TEST(SampleCameraDng, PointersFollowMovedIfds) {
     samples::CameraDngFile file = FlatDng();
     samples::Set(file.ifd0, samples::Ascii(tag::kHostComputer, "host"));
     samples::Remove(file.raw_ifd, tag::kBayerGreenSplit);
@@ -111,13 +111,13 @@ TEST(SampleCameraDng, PointersFollowMovedDirectories) {
     EXPECT_EQ(bytes.size(), samples::kCameraDngBytes);
 }
 
-TEST(SampleCameraDng, RawFieldsOfPointersStay) {
+TEST(SampleCameraDng, RawFieldsOfPointersAreKept) {
     samples::CameraDngFile file = FlatDng();
     samples::Find(file.ifd0, tag::kSubIFDs)->raw_field = 0xFFFFFFFF;
     EXPECT_EQ(FieldOf(samples::Serialize(file), 8, tag::kSubIFDs), 0xFFFFFFFFU);
 }
 
-TEST(SampleCameraDng, TooManyValuesGiveNoFile) {
+TEST(SampleCameraDng, TooManyValuesGiveAnEmptyFile) {
     samples::CameraDngFile file = FlatDng();
     samples::Set(file.ifd0, samples::Bytes(tag::kImageDescription, Octets(4000)));
     EXPECT_TRUE(samples::Serialize(file).empty());

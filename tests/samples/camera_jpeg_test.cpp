@@ -38,7 +38,7 @@ TEST(SampleCameraExif, HasTheCamerasTypes) {
     EXPECT_EQ(samples::Find(block.exif, tag::kFNumber), nullptr);
 }
 
-TEST(SampleCameraExif, HasTheBitsOfSignedValuesInItsRationals) {
+TEST(SampleCameraExif, StoresSignedValuesAsRationals) {
     samples::Shot shot;
     shot.shutter_speed = {-229376, 65536};
     shot.exposure_bias = {-65536, 65536};
@@ -55,7 +55,7 @@ TEST(SampleCameraExif, EndsWithTheThumbnailOfItsIfd1) {
     ASSERT_TRUE(std::ranges::is_sorted(block.ifd1, {}, &samples::Entry::tag));
     const Octets bytes = samples::Serialize(block);
     const auto tiff_file = std::span(bytes).subspan(samples::kExifHeaderSize);
-    // From IFD0's link to IFD1, and from the fifth entry there to the thumbnail.
+    // Follows IFD0's link to IFD1, and the fifth entry there to the thumbnail.
     const std::size_t ifd0_entries = byte_order::GetLittle<std::uint16_t>(tiff_file.subspan(8, 2));
     const auto ifd1 = byte_order::GetLittle<std::uint32_t>(tiff_file.subspan(10 + 12 * ifd0_entries, 4));
     const auto entry = tiff_file.subspan(ifd1 + 2 + 12UL * 4, 12);
@@ -75,7 +75,7 @@ TEST(SampleCameraExif, MayHaveLostItsMakerNoteToAnEditor) {
               Octets(whole.begin(), whole.begin() + table_end));
 }
 
-TEST(SampleCameraExif, EntriesStandInTagOrder) {
+TEST(SampleCameraExif, EntriesAreInTagOrder) {
     const samples::ExifBlock block = samples::CameraExif({});
     EXPECT_TRUE(std::ranges::is_sorted(block.ifd0, {}, &samples::Entry::tag));
     EXPECT_TRUE(std::ranges::is_sorted(block.exif, {}, &samples::Entry::tag));
@@ -88,7 +88,7 @@ TEST(SampleCameraExif, CarriesTheJpegMakerNote) {
               samples::JpegMakerNote(shot));
 }
 
-TEST(SampleCameraJpeg, PutsTheBlockRightBehindSoi) {
+TEST(SampleCameraJpeg, PutsTheBlockRightAfterSoi) {
     const Octets exif = samples::Serialize(samples::CameraExif({}));
     const Octets jpeg = samples::CameraJpeg(exif);
     EXPECT_EQ(Octets(jpeg.begin(), jpeg.begin() + 4), (Octets{0xFF, 0xD8, 0xFF, 0xE1}));

@@ -14,7 +14,7 @@ namespace {
 
 using Octets = std::vector<std::uint8_t>;
 
-TEST(SampleExifBlock, LaysOutIfd0ThenTheExifIfdBothWithTheirValues) {
+TEST(SampleExifBlock, LaysOutIfd0AndExifIfdEachFollowedByItsValues) {
     samples::ExifBlock block;
     block.ifd0 = {samples::Ascii(tag::kMake, "Leica"), samples::Short(tag::kOrientation, 6)};
     block.exif = {samples::Rationals(tag::kExposureTime, {{1, 250}})};
@@ -58,7 +58,7 @@ TEST(SampleExifBlock, OddValuesArePaddedToAnEvenLength) {
     EXPECT_EQ(bytes.size(), samples::kExifHeaderSize + 38 + 6 + 6);
 }
 
-TEST(SampleExifBlock, KnobsReplaceTheHeaderFields) {
+TEST(SampleExifBlock, MembersReplaceTheHeaderFields) {
     samples::ExifBlock block;
     block.byte_order_mark = {'M', 'I'};
     block.magic = 43;
@@ -72,7 +72,7 @@ TEST(SampleExifBlock, KnobsReplaceTheHeaderFields) {
     EXPECT_EQ(pointer, (Octets{0x0D, 0x0C, 0x0B, 0x0A}));
 }
 
-TEST(SampleEntry, RawFieldStandsInPlaceOfTheOffset) {
+TEST(SampleEntry, RawFieldReplacesTheOffset) {
     samples::Entry entry = samples::Rationals(tag::kFocalLength, {{50000, 1000}});
     entry.raw_field = 0xFFFFFFF0;
     Octets table;
@@ -82,14 +82,14 @@ TEST(SampleEntry, RawFieldStandsInPlaceOfTheOffset) {
     EXPECT_EQ(Octets(table.begin() + 10, table.begin() + 14), (Octets{0xF0, 0xFF, 0xFF, 0xFF}));
 }
 
-TEST(SampleEntry, AsciiClosesTextWithOneNul) {
+TEST(SampleEntry, AsciiTerminatesTextWithOneNul) {
     EXPECT_EQ(samples::Ascii(tag::kMake, "ab").value, (Octets{'a', 'b', 0}));
     EXPECT_EQ(samples::Ascii(tag::kMake, {"ab\0", 3}).count, 3U);
     EXPECT_EQ(samples::Ascii(tag::kMake, "").value, (Octets{0}));
     EXPECT_EQ(samples::AsciiUnterminated(tag::kMake, "ab").count, 2U);
 }
 
-TEST(SampleEntry, ListsAreChangedByTag) {
+TEST(SampleEntry, SetAndRemoveGoByTag) {
     std::vector<samples::Entry> entries = {samples::Short(10, 1), samples::Short(30, 3)};
     samples::Set(entries, samples::Short(20, 2));
     samples::Set(entries, samples::Short(30, 4));

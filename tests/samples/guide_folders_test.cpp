@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 constexpr std::uintmax_t kRawSize = 21041100;
 constexpr std::uintmax_t kCameraDngSize = 10575296;
 
-TEST(GuideFolders, HoldWhatTheGuideNames) {
+TEST(GuideFolders, HoldTheFilesThatTheGuideNames) {
     const support::TempFolder scratch;
     const fs::path top = scratch.path() / "try";
     ASSERT_EQ(samples::WriteGuideFolders(top.string()), "");
@@ -34,7 +34,7 @@ TEST(GuideFolders, HoldWhatTheGuideNames) {
     EXPECT_FALSE(fs::exists(top / "originals"));
 }
 
-TEST(GuideFolders, LeaveAFolderThatIsThereAlone) {
+TEST(GuideFolders, AreNotWrittenIntoAnExistingFolder) {
     const support::TempFolder scratch;
     EXPECT_EQ(samples::WriteGuideFolders(scratch.path().string()),
               scratch.path().string() + " exists already");

@@ -26,7 +26,7 @@ std::vector<std::uint16_t> TagsOf(const std::vector<samples::Entry>& entries) {
     return tags;
 }
 
-/// The value field of the entry at `place`.
+/// The value field of entry number `place`.
 std::uint32_t FieldAt(std::span<const std::uint8_t> note, std::size_t place) {
     const std::size_t entry = kMakerNoteHeaderSize + tiff::kCountSize + (tiff::kEntrySize * place);
     return GetLittle<std::uint32_t>(note.subspan(entry + tiff::kValueInEntry, tiff::kValueFieldSize));
@@ -75,7 +75,7 @@ TEST(SampleMakerNote, OffsetsInJpegsCountFromTheEndOfTheHeader) {
     EXPECT_EQ(SignedAt(note, 248), 7);
 }
 
-TEST(SampleMakerNote, TheGapMayStandAfterTheValues) {
+TEST(SampleMakerNote, TheGapMayFollowTheValues) {
     const std::vector<std::uint8_t> note = samples::DngMakerNote(Lit(), {.base = 8, .gap = false});
     EXPECT_EQ(note.size(), 220U);
     EXPECT_EQ(FieldAt(note, 4), 186U);
@@ -101,7 +101,7 @@ TEST(SampleMakerNote, LensEntryHoldsCodeAndFrameSelector) {
     EXPECT_EQ(FieldAt(samples::DngMakerNote(shot), 3), 0xA9U);
 }
 
-TEST(SampleMakerNote, DefaultLightValuesStandForTheApproximateFNumber) {
+TEST(SampleMakerNote, DefaultLightValuesGiveTheApproximateFNumber) {
     constexpr std::int32_t kLightOffset = 285082;
     const samples::Shot shot;
     const std::int32_t f_number =

@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder of its own for one test, removed at the end.
+/// Has a temporary folder for one test.
 class SampleCard : public testing::Test {
   public:
     SampleCard(const SampleCard&) = delete;
@@ -54,7 +54,7 @@ class SampleCard : public testing::Test {
     fs::path folder_;
 };
 
-TEST_F(SampleCard, HoldsEverythingThatIsAskedFor) {
+TEST_F(SampleCard, HoldsAllRequestedFiles) {
     const samples::CardOptions options = {
         .pairs = 1, .iso = 320, .noise = false, .dark = true, .dng = true, .databases = true};
     ASSERT_EQ(samples::WriteCard(Folder(), options), "");
@@ -66,7 +66,7 @@ TEST_F(SampleCard, HoldsEverythingThatIsAskedFor) {
     EXPECT_EQ(SizeOf("L1000003.DNG"), samples::kCameraDngBytes);
 }
 
-TEST_F(SampleCard, KeepsFilesThatExistUnlessForced) {
+TEST_F(SampleCard, KeepsExistingFilesUnlessForced) {
     samples::CardOptions options = {.pairs = 0, .databases = true};
     ASSERT_EQ(samples::WriteCard(Folder(), options), "");
     EXPECT_NE(samples::WriteCard(Folder(), options).find("exists already"), std::string::npos);
@@ -74,7 +74,7 @@ TEST_F(SampleCard, KeepsFilesThatExistUnlessForced) {
     EXPECT_EQ(samples::WriteCard(Folder(), options), "");
 }
 
-TEST_F(SampleCard, ReportsAFolderThatCannotBeMade) {
+TEST_F(SampleCard, ReportsAFolderThatCannotBeCreated) {
     ASSERT_EQ(samples::WriteCard(Folder(), {.pairs = 0, .databases = true}), "");
     EXPECT_NE(samples::WriteCard(Folder() + "/lensdb.ini/card", {.pairs = 0}), "");
 }
@@ -98,7 +98,7 @@ TEST(SampleCardShots, HaveBiasesBelowAndAboveZero) {
     EXPECT_EQ(samples::CardShot(4, {}).exposure_bias.numerator, 0);
 }
 
-/// The frame selector of a lens, or of a setting of a Tri-Elmar, of `focal_length` mm.
+/// The frame selector of a lens of `focal_length` mm, or of a Tri-Elmar set to it.
 int FrameLinesOf(std::uint32_t focal_length) {
     switch (focal_length) {
         case 16:
@@ -114,7 +114,7 @@ int FrameLinesOf(std::uint32_t focal_length) {
     }
 }
 
-TEST(SampleCardShots, TheFrameSelectorKeepsStepWithLensAndFocalLength) {
+TEST(SampleCardShots, TheFrameSelectorMatchesLensAndFocalLength) {
     std::set<std::pair<int, std::uint32_t>> seen;
     for (int number = 1; number <= 12; ++number) {
         const samples::Shot shot = samples::CardShot(number, {});
@@ -165,7 +165,7 @@ TEST(SampleDatabases, ListEachDefectOfTheSampleSensor) {
     }
 }
 
-TEST(SampleDatabases, SensorTextHoldsDefectsAndOneLevelPerColumn) {
+TEST(SampleDatabases, SensorDatabaseHoldsDefectsAndOneLevelPerColumn) {
     const std::string text = samples::SensorDatabase(42, {.defects = {{1203, 700, 2646, 9000}}});
     EXPECT_TRUE(
         text.starts_with("[42]\nLine = 1203\nLine = 700\nLine = 1203\nLine = 2646\nLevelCorrection = "));

@@ -41,7 +41,7 @@ TEST(SampleScene, TheWedgeRunsFromBlackToWhite) {
     EXPECT_EQ(scene.WedgePatches().back().colour, (samples::Srgb{255, 255, 255}));
 }
 
-TEST(SampleScene, CanBeDrawnToAnySize) {
+TEST(SampleScene, CanBeDrawnAtAnySize) {
     for (const int width : {1, 7, 320, 984}) {
         const samples::RgbImage image = samples::SrgbImage(samples::Scene(width, width));
         EXPECT_EQ(image.samples.size(),
@@ -49,7 +49,7 @@ TEST(SampleScene, CanBeDrawnToAnySize) {
     }
 }
 
-TEST(SampleScene, TheGreySkyIsEvenButForLightVignetting) {
+TEST(SampleScene, TheGreySkyIsEvenExceptForLightVignetting) {
     const samples::Scene sky = samples::Scene::GreySky(984, 658);
     std::vector<samples::LinearRgb> row(984);
     float before = 0;
@@ -66,7 +66,7 @@ TEST(SampleScene, TheGreySkyIsEvenButForLightVignetting) {
     }
 }
 
-TEST(SampleColour, SrgbSurvivesTheWayToLightAndBack) {
+TEST(SampleColour, SrgbSurvivesTheRoundTripThroughLight) {
     for (int code = 0; code < 256; ++code) {
         const auto byte = static_cast<std::uint8_t>(code);
         const samples::Srgb colour = {byte, byte, byte};

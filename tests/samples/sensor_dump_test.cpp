@@ -65,7 +65,7 @@ TEST(SampleDump, TheSameSeedGivesTheSameWords) {
     EXPECT_NE(first, samples::Words(SceneLight(), options));
 }
 
-TEST(SampleDump, WhiteIsThreeQuartersOfTheRangeInGreenAndNothingClips) {
+TEST(SampleDump, GreenWhiteIsThreeQuartersOfTheRangeAndNothingClips) {
     const samples::Scene scene(kSensorWidth, kSensorHeight);
     const samples::Patch& white = scene.WedgePatches().back();
     const std::vector<std::uint16_t> words = samples::Words(SceneLight(), Plain());
@@ -79,7 +79,7 @@ TEST(SampleDump, WhiteIsThreeQuartersOfTheRangeInGreenAndNothingClips) {
     EXPECT_LT(*std::ranges::max_element(noisy), samples::kSensorWhite);
 }
 
-/// What a developer makes of the 2 x 2 pixels at (x, y), both even: balances to white, goes to sRGB.
+/// Develops the 2 x 2 pixels at (x, y), both even: balances them to white and converts them to sRGB.
 samples::Srgb Developed(const std::vector<float>& light, int x, int y) {
     constexpr std::array<std::array<float, 3>, 3> kSrgbFromCamera = {
         {{1.8088F, -0.3836F, -0.4253F}, {-0.1524F, 1.4539F, -0.3014F}, {0.0758F, -0.6641F, 1.5883F}}};
@@ -95,7 +95,7 @@ samples::Srgb Developed(const std::vector<float>& light, int x, int y) {
     return samples::ToSrgb(linear);
 }
 
-TEST(SampleDump, TheLightDevelopsBackToTheColoursOfTheChart) {
+TEST(SampleDump, DevelopingTheLightGivesTheColoursOfTheChart) {
     const samples::Scene scene(kSensorWidth, kSensorHeight);
     for (const samples::Patch& patch : scene.ChartPatches()) {
         const int x = (patch.x + (patch.width / 2)) / 2 * 2;
@@ -182,7 +182,7 @@ TEST(SampleDump, WeakDefectsAddTheirLevelTimesTheIsoGain) {
     EXPECT_EQ(samples::DarkWords(options)[WordIndex(10, 5)], (92 + 40) * 4);
 }
 
-TEST(SampleDump, TheSampleSensorHasDefectsOfTensAndOfThousands) {
+TEST(SampleDump, TheSampleSensorHasWeakAndStrongDefects) {
     const std::vector<float> sky =
         samples::ExposeSensor(samples::Scene::GreySky(kSensorWidth, kSensorHeight));
     samples::SensorOptions options;
@@ -199,7 +199,7 @@ TEST(SampleDump, TheSampleSensorHasDefectsOfTensAndOfThousands) {
     EXPECT_NEAR(away(3310, 1800), 0, 6);
 }
 
-TEST(SampleDump, RowOffsetsLiftTheHalvesOfARow) {
+TEST(SampleDump, RowOffsetsRaiseTheHalvesOfARow) {
     samples::SensorOptions options = Plain();
     options.left_row_offsets = {0, 5};
     options.right_row_offsets = {0, 0, -3};

@@ -8,7 +8,7 @@ namespace support {
 
 namespace {
 
-/// What `value` gives for each column and row.
+/// An image with `value` computed for each column and row.
 template <typename Value>
 std::vector<Value> Image(int width, int height, Value (*value)(int x, int y)) {
     std::vector<Value> image;

@@ -10,26 +10,26 @@
 
 namespace support {
 
-/// The byte for pixel (x, y): every value occurs, and neighbours differ.
+/// The byte of pixel (x, y). Every value occurs, and neighbouring pixels differ.
 std::uint8_t CameraByte(int x, int y);
 
-/// What the camera's linearization table makes of a byte b: b * b / 4, rounded down.
+/// The entry of the camera's linearization table for a byte b: b * b / 4, rounded down.
 std::uint16_t CameraLevel(std::uint8_t byte);
 
-/// The raw image of a repaired file to which nothing was done: the CameraLevel of each CameraByte.
+/// The raw image of a file that was repaired without corrections: the CameraLevel of each CameraByte.
 std::vector<std::uint16_t> CameraLevels(int width, int height);
 
-/// Replaces column `column` of an image, at least two columns from its edges, from `first_row` (not 0) to the
-/// last row by what its neighbours of the same colour give.
+/// Replaces column `column` of an image, from `first_row` to the last row, by interpolating its neighbours of
+/// the same colour. The column must be at least two from the edges, and `first_row` must not be 0.
 void InterpolateColumn(std::vector<std::uint16_t>& pixels, int width, int column, int first_row);
 
-/// 230400 bytes of a preview; neighbours differ.
+/// A preview of 230400 bytes in which neighbouring bytes differ.
 std::vector<std::uint8_t> CameraPreview();
 
-/// A DNG of the camera whose raw image is `width` x `height` bytes, all in one strip.
+/// A camera DNG whose raw image is `width` x `height` bytes, all in one strip.
 samples::CameraDngFile SmallCameraDng(int width, int height, const samples::Shot& shot = {});
 
-/// The same at full size, in the camera's own strips: samples::kCameraDngBytes.
+/// A camera DNG of full size, samples::kCameraDngBytes, with the camera's own strips.
 samples::CameraDngFile FullCameraDng(const samples::Shot& shot = {});
 
 }  // namespace support

@@ -16,7 +16,7 @@ constexpr std::array<std::uint32_t, 12> kLimits = {
 
 std::vector<std::uint8_t> Damaged(std::vector<std::uint8_t> bytes, std::size_t begin, std::size_t end,
                                   std::uint32_t seed) {
-    // The engine's sequence is fixed by the standard, unlike that of the distributions.
+    // The standard fixes the sequence of the engine, but not that of the distributions.
     std::mt19937 engine(seed);
     const auto random = [&engine] { return static_cast<std::uint32_t>(engine()); };
     const std::uint32_t places = 1 + random() % 8;

@@ -8,8 +8,8 @@
 
 namespace support {
 
-/// `bytes` with one to eight places between `begin` and `end` overwritten: by single bytes, or by 16- or
-/// 32-bit numbers at the limits where sums and products go wrong. The same seed makes the same damage.
+/// `bytes` with one to eight places between `begin` and `end` overwritten, with single bytes or with 16- or
+/// 32-bit numbers at the limits where sums and products overflow. The same seed gives the same damage.
 std::vector<std::uint8_t> Damaged(std::vector<std::uint8_t> bytes, std::size_t begin, std::size_t end,
                                   std::uint32_t seed);
 

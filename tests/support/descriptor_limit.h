@@ -10,15 +10,16 @@
 
 namespace support {
 
-/// Whether a test may leave no file at all to be opened. The sanitizers look at an object's type through a
-/// pipe, and end the process when they can't make one.
+/// Whether a test may forbid opening any file. It must not under the sanitizers: they check an object's type
+/// through a pipe and end the process if they can't make one.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kNoFilesCanBeLeft = false;
 #else
 constexpr bool kNoFilesCanBeLeft = true;
 #endif
 
-/// While it lives, this process can open no more than `files` further files: the next fails with EMFILE.
+/// Limits this process to opening `files` further files, for the lifetime of the object; the next one fails
+/// with EMFILE.
 class DescriptorLimit {
   public:
     explicit DescriptorLimit(unsigned int files) {

@@ -9,7 +9,8 @@
 
 namespace support {
 
-/// While it lives, this process can write no file beyond `bytes`: the nearest thing to a full disk.
+/// Limits the files that this process writes to `bytes`, for the lifetime of the object: the closest thing to
+/// a full disk.
 class FileSizeLimit {
   public:
     explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {

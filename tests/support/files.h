@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// A folder of its own for one test; gone with all its contents at the end.
+/// A temporary folder for one test, removed with its contents at the end.
 class TempFolder {
   public:
     TempFolder();
@@ -22,9 +22,9 @@ class TempFolder {
     TempFolder& operator=(TempFolder&&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
-    /// The folder's path with a separator behind it, then `name`.
+    /// The path of `name` in the folder.
     std::string operator/(std::string_view name) const { return (path_ / name).string(); }
-    /// With a separator behind it.
+    /// The folder's path with a separator at the end.
     std::string prefix() const { return path_.string() + "/"; }
 
   private:
@@ -33,9 +33,9 @@ class TempFolder {
 
 void WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);
 void WriteFile(const std::string& path, std::string_view text);
-/// All bytes of a file; the test fails when it can't be read.
+/// All bytes of a file; the test fails if it can't be read.
 std::vector<std::uint8_t> ReadFile(const std::string& path);
-/// The same as text.
+/// All bytes of a file as text; the test fails if it can't be read.
 std::string ReadText(const std::string& path);
 
 /// The names in a folder, sorted.

@@ -45,7 +45,7 @@ void RedirectOutput(StandardOutput output) {
             if (::pipe(ends.data()) == 0) {
                 ::close(ends[0]);
                 TakePlace(ends[1], STDOUT_FILENO);
-                (void)std::signal(SIGPIPE, SIG_DFL);  // whatever this process does about it
+                (void)std::signal(SIGPIPE, SIG_DFL);  // regardless of how this process handles it
             }
             return;
     }
@@ -59,7 +59,7 @@ void Limit(Resource resource, std::uint64_t bytes) {
     }
 }
 
-/// In the child: never returns.
+/// Runs in the child and never returns.
 [[noreturn]] void Execute(const std::string& program, const std::vector<std::string>& arguments,
                           const Start& start, const Logs& logs) {
     std::vector<std::string> texts = {start.name.empty() ? program : start.name};

@@ -12,40 +12,41 @@ namespace support {
 
 /// How a program ended.
 struct Outcome {
-    int status = -1;          ///< exit status; 128 + signal number when a signal ended it
+    int status = -1;          ///< exit status; 128 + signal number if a signal ended it
     std::string output;       ///< standard output
     std::string errors;       ///< standard error
-    long peak_kilobytes = 0;  ///< largest resident set
+    long peak_kilobytes = 0;  ///< peak resident set size
 };
 
-/// Where a program's standard output goes. Only what is read is in the Outcome.
+/// Where a program's standard output goes. The Outcome has only output that was read.
 enum class StandardOutput : std::uint8_t {
     kRead,
-    kClosed,     ///< it has none
-    kAllClosed,  ///< nor standard input and error
-    kFull,       ///< a device that takes nothing
-    kDeserted    ///< a pipe that nobody reads any more
+    kClosed,     ///< standard output is closed
+    kAllClosed,  ///< standard input, output and error are closed
+    kFull,       ///< a device that is always full
+    kDeserted    ///< a pipe that nobody reads
 };
 
-/// How a program is started.
+/// How to start a program.
 struct Start {
-    std::string folder;                  ///< current folder; empty: the test's own
-    std::string name;                    ///< argv[0]; empty: the same as `program`
+    std::string folder;                  ///< current folder; empty: that of the test
+    std::string name;                    ///< argv[0]; empty: `program`
     bool through_path = false;           ///< look `program` up in PATH, as a shell does
     std::vector<std::string> variables;  ///< "NAME=value", added to the environment
-    std::uint64_t largest_file = 0;      ///< bytes that a file may grow to; 0: no limit
-    std::uint64_t address_space = 0;     ///< bytes of memory that the program may take; 0: no limit
+    std::uint64_t largest_file = 0;      ///< size limit for files in bytes; 0: no limit
+    std::uint64_t address_space = 0;     ///< limit for the program's memory in bytes; 0: no limit
     StandardOutput output = StandardOutput::kRead;
-    bool traced = false;  ///< it stops at its first instruction; see TracedProgram
+    bool traced = false;  ///< stop the program at its first instruction; see TracedProgram
 };
 
-/// The files that take what a program prints.
+/// The files that receive a program's output.
 struct Logs {
     std::string output;
     std::string errors;
 };
 
-/// Runs `program` to its end, without standard input. One that hangs is ended by SIGALRM after some minutes.
+/// Runs `program` to its end, without standard input. A program that hangs is ended by SIGALRM after some
+/// minutes.
 Outcome RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                    const Start& start = {});
 
@@ -53,7 +54,7 @@ Outcome RunProgram(const std::string& program, const std::vector<std::string>& a
 pid_t StartProgram(const std::string& program, const std::vector<std::string>& arguments, const Start& start,
                    const Logs& logs);
 
-/// What Outcome::status is for a status of waitpid.
+/// Converts a status from waitpid to Outcome::status.
 int ExitStatus(int status);
 
 }  // namespace support

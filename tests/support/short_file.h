@@ -4,7 +4,7 @@
 
 namespace support {
 
-/// A plain file of which the kernel says that it has 4096 bytes, and which gives fewer. Not on every system.
+/// A plain file for which the kernel reports 4096 bytes, but which holds fewer. Not all systems have it.
 constexpr const char* kFileShorterThanItsLength = "/sys/kernel/mm/transparent_hugepage/enabled";
 
 }  // namespace support

@@ -42,7 +42,7 @@ auto& Result(Registers& registers) {
 
 #if defined(__x86_64__) || defined(__aarch64__)
 
-/// Reads the registers, has `change` change them, and writes them back.
+/// Reads the registers, lets `change` modify them, and writes them back.
 template <typename Change>
 bool ChangeRegisters(pid_t process, Change change) {
     Registers registers = {};

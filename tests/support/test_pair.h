@@ -16,7 +16,7 @@ namespace support {
 void WritePair(const std::string& folder, const std::string& base, const samples::Shot& shot = {});
 void WritePair(const std::string& folder, const std::string& base, const samples::ExifBlock& block);
 
-/// A 14-bit value that differs between neighbours in both directions.
+/// A 14-bit value that differs between neighbouring pixels in both directions.
 std::uint16_t TestPixel(int x, int y);
 
 /// The words of a RAW file of TestPixel; leading and trailing words are 0xFFFF.

@@ -8,10 +8,10 @@ namespace support {
 
 namespace {
 
-/// Bytes of one value of each TIFF type from 0 to 10.
+/// Size in bytes of one value of each TIFF type from 0 to 10.
 constexpr std::array<std::size_t, 11> kElementSizes = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8};
 
-/// Bytes of one number of each type: a rational holds two.
+/// Size in bytes of one number of each type; a rational holds two.
 constexpr std::array<std::size_t, 11> kNumberSizes = {0, 1, 1, 2, 4, 4, 1, 1, 2, 4, 4};
 
 }  // namespace

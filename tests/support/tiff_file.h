@@ -9,41 +9,41 @@
 
 namespace support {
 
-/// One entry of an IFD as it stands in a file.
+/// One entry of an IFD as stored in a file.
 struct TiffEntry {
     std::uint16_t type = 0;
     std::uint32_t count = 0;
-    std::uint32_t offset = 0;         ///< of the value, in bytes; inside the entry when it fits there
+    std::uint32_t offset = 0;         ///< of the value, in bytes; inside the entry if it fits
     std::vector<std::uint8_t> value;  ///< count x element size bytes
 
-    /// The value as unsigned integers; the two halves of a rational one after the other.
+    /// The value as unsigned integers; a rational gives two.
     std::vector<std::uint32_t> Numbers() const;
-    /// The only number of a value.
+    /// The only number of the value.
     std::uint32_t Number() const { return Numbers().at(0); }
-    /// The bytes of a text, its NUL included.
+    /// The bytes of a text, including its NUL.
     std::string Text() const { return {value.begin(), value.end()}; }
 };
 
 /// One IFD.
 struct TiffIFD {
     std::uint32_t offset = 0;
-    std::uint32_t next = 0;            ///< link
-    std::vector<std::uint16_t> order;  ///< tags as they follow each other
+    std::uint32_t next = 0;            ///< link to the next IFD
+    std::vector<std::uint16_t> order;  ///< tags in file order
     std::map<std::uint16_t, TiffEntry> entries;
 
     bool Has(std::uint16_t tag) const { return entries.contains(tag); }
-    /// The entry of `tag`; the test ends with an exception when there is none.
+    /// The entry of `tag`; an exception ends the test if there is none.
     const TiffEntry& At(std::uint16_t tag) const { return entries.at(tag); }
 };
 
-/// A plain little-endian reader that shares no code with the program's writer. Throws std::out_of_range for
+/// A simple little-endian reader that shares no code with the program's writer. Throws std::out_of_range for
 /// anything that reaches outside the file.
 class TiffFile {
   public:
     explicit TiffFile(std::vector<std::uint8_t> bytes);
 
     TiffIFD ReadIFD(std::uint32_t offset) const;
-    /// The IFD that the header names.
+    /// The IFD that the header points to.
     TiffIFD FirstIFD() const;
     std::vector<std::uint8_t> Bytes(std::uint32_t offset, std::size_t count) const;
     std::size_t size() const { return bytes_.size(); }

@@ -17,7 +17,7 @@ namespace support {
 
 namespace {
 
-/// What waitpid tells of a stop at a system call.
+/// The signal that waitpid reports for a stop at a system call.
 constexpr int kCallStop = SIGTRAP | 0x80;
 
 bool StoppedAtCall(int status) {
@@ -41,7 +41,7 @@ class Descriptor {
 
 Start Traced(Start start) {
     start.traced = true;
-    // Leaks can't be looked for in a traced program; what else a sanitizer finds has a status of its own.
+    // Leaks can't be detected in a traced program; other findings of a sanitizer have a distinct exit status.
     start.variables.emplace_back("ASAN_OPTIONS=detect_leaks=0:exitcode=99");
     start.variables.emplace_back("UBSAN_OPTIONS=exitcode=99");
     return start;
@@ -52,10 +52,10 @@ Start Traced(Start start) {
 std::string TracedProgram::Obstacle() {
     TracedProgram program("/bin/true", {});
     if (!program.NextCall()) {
-        return "programs can't be traced here";
+        return "this system does not allow tracing";
     }
     return registers::SetArgument(program.process_, 0, 0) ? ""
-                                                          : "the registers of this machine are not known";
+                                                          : "the registers of this machine are not supported";
 }
 
 TracedProgram::TracedProgram(const std::string& program, const std::vector<std::string>& arguments,
@@ -79,14 +79,14 @@ void TracedProgram::WaitForStop() {
     }
 }
 
-/// Goes on, with the signal that it was stopped for.
+/// Continues, passing on the signal that the program was stopped for.
 void TracedProgram::Resume(int request) {
     const int signal = WSTOPSIG(status_);
     const bool its_own = signal != kCallStop && signal != SIGTRAP;
     ::ptrace(static_cast<__ptrace_request>(request), process_, nullptr, its_own ? signal : 0);
 }
 
-/// Runs on to the entry or the end of a call; false when it ended on the way.
+/// Continues to the entry or the exit of a call; false if the program ended.
 bool TracedProgram::AtCall() {
     while (process_ != 0) {
         Resume(PTRACE_SYSCALL);
@@ -144,7 +144,7 @@ void TracedProgram::Kill() {
     if (process_ != 0) {
         ::kill(process_, SIGKILL);
     }
-    while (process_ != 0) {  // one that has just stopped for something else stops once more
+    while (process_ != 0) {  // if it has just stopped for another reason, it stops again
         WaitForStop();
     }
 }

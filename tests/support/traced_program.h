@@ -23,50 +23,50 @@ struct SystemCall {
     std::array<std::uint64_t, 6> arguments = {};
 };
 
-/// A program that runs from one of its system calls to the next, and whose calls can be made to fail. One
-/// that does not end is ended by SIGALRM after some minutes.
+/// Runs a program from one system call to the next and can make its calls fail. A program that does not end
+/// is ended by SIGALRM after some minutes.
 class TracedProgram {
   public:
-    /// Why programs can't be traced here, or their calls not be changed; empty: they can.
+    /// Why programs can't be traced, or their calls changed, on this system; empty if they can.
     static std::string Obstacle();
 
-    /// Starts the program; it stands before its first instruction.
+    /// Starts the program and stops it before its first instruction.
     explicit TracedProgram(const std::string& program, const std::vector<std::string>& arguments,
                            const Start& start = {});
-    /// Kills it if it still runs.
+    /// Kills the program if it is still running.
     ~TracedProgram();
     TracedProgram(const TracedProgram&) = delete;
     TracedProgram& operator=(const TracedProgram&) = delete;
     TracedProgram(TracedProgram&&) = delete;
     TracedProgram& operator=(TracedProgram&&) = delete;
 
-    /// Runs on to the entry of its next call; nothing when it ended on the way. A call at whose entry it
-    /// stands is made.
+    /// Makes the call at whose entry the program is stopped, if any, and continues to the entry of the next
+    /// call; nothing if the program ended first.
     std::optional<SystemCall> NextCall();
 
     // At the entry of a call:
 
-    /// Runs to the end of the call. Returns whether there was one: some calls end the program.
+    /// Continues to the exit of the call. Returns whether there is one: some calls end the program.
     bool FinishCall();
-    /// The call fails with `error`, without being made.
+    /// Makes the call fail with `error` without executing it.
     void FailCall(int error);
-    /// The call is made, but tells that it has failed with `error`.
+    /// Executes the call, but makes it return the failure `error`.
     void FailFinishedCall(int error);
-    /// The call is made with another value of one of its arguments.
+    /// Executes the call with another value for one argument.
     void FinishCallWith(std::size_t index, std::uint64_t value);
 
-    /// Lets it run to its end.
+    /// Lets the program run to its end.
     void Finish();
     void Kill();
 
-    /// How it ended; without the peak of its memory.
+    /// How the program ended; the peak memory is not set.
     Outcome outcome() const;
-    /// Process number; 0 once it has ended.
+    /// Process number; 0 after the program has ended.
     pid_t process() const { return process_; }
 
-    /// The text at `address` in the program's memory, up to its NUL; as much as can be read.
+    /// The text at `address` in the program's memory, up to its NUL or as far as it can be read.
     std::string TextAt(std::uint64_t address) const;
-    /// Copies `bytes.size()` bytes from and to the program's memory. Returns whether all could be copied.
+    /// Copies `bytes.size()` bytes from or to the program's memory. Returns whether all were copied.
     bool ReadMemory(std::uint64_t address, std::span<std::uint8_t> bytes) const;
     bool WriteMemory(std::uint64_t address, std::span<const std::uint8_t> bytes) const;
 
@@ -77,7 +77,7 @@ class TracedProgram {
 
     TempFolder logs_;
     pid_t process_ = 0;
-    int status_ = 0;  ///< as waitpid gave it last
+    int status_ = 0;  ///< the last status from waitpid
 };
 
 }  // namespace support
