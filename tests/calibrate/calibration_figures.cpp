@@ -60,7 +60,7 @@ void MeasureSound(const ExposureCounts& counts, int sensors) {
 
 int main(int argc, char** argv) {
     constexpr int usual = 10;
-    const int sensors = argc > 1 ? std::atoi(argv[1]) : usual;  // typed by a person
+    const int sensors = argc > 1 ? std::atoi(argv[1]) : usual;  // NOLINT(cert-err34-c): typed by a person
     std::printf("Weakest    160  2500  flat  defects   found  false  doubtful  stripes\n");
     for (const ExposureCounts& counts :
          {ExposureCounts{1, 0, 0}, ExposureCounts{2, 0, 0}, ExposureCounts{4, 0, 0}, ExposureCounts{4, 4, 0},

@@ -18,8 +18,8 @@ namespace file_systems {
 
 namespace {
 
-/// The device that shows the file `image` as a disk, as long as it is mounted or `loop` is open; empty when
-/// there is none.
+/// The block device for the file `image`, which exists as long as it is mounted or `loop` is open; empty on
+/// failure.
 std::string LoopDevice(const std::string& image, int& loop) {
     const int control = ::open("/dev/loop-control", O_RDWR | O_CLOEXEC);
     const int number = ::ioctl(control, LOOP_CTL_GET_FREE);
@@ -42,7 +42,7 @@ std::string LoopDevice(const std::string& image, int& loop) {
 
 FailingDisk::FailingDisk(const std::string& backing, std::string folder)
     : backing_(backing), folder_(std::move(folder)), room_(backing, "16m") {
-    obstacle_ = room_.mounted() ? Attach() : "nothing can be mounted here";
+    obstacle_ = room_.mounted() ? Attach() : "this system does not allow mounting";
 }
 
 std::string FailingDisk::Attach() {
@@ -50,7 +50,8 @@ std::string FailingDisk::Attach() {
     const std::string image = backing_ + "/image";
     ::close(::open(image.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
     std::filesystem::resize_file(image, size);
-    // Without a journal, whose failure would stop all writing before the file's own does.
+    // Without a journal: if writing the journal failed, the file system would stop all writes before the
+    // file's own writes fail.
     const auto made = support::RunProgram("/sbin/mkfs.ext4", {"-q", "-O", "^has_journal", image});
     if (made.status != 0) {
         return "no mkfs.ext4";
@@ -60,7 +61,7 @@ std::string FailingDisk::Attach() {
     mounted_ = !device.empty() && ::mount(device.c_str(), folder_.c_str(), "ext4", 0, nullptr) == 0;
     ::close(loop);
     ::rmdir((folder_ + "/lost+found").c_str());
-    return mounted_ ? "" : "no loop device with ext4";
+    return mounted_ ? "" : "ext4 on a loop device is not available";
 }
 
 FailingDisk::~FailingDisk() {

@@ -9,11 +9,11 @@
 
 namespace file_systems {
 
-/// A disk in place of a folder that takes what is written, and only later finds that it cannot keep it: an
-/// ext4 file system in a file that may not grow. It takes root and the kernel's leave to mount.
+/// Mounts a disk over a folder that accepts writes and only later finds that it cannot store them: an ext4
+/// file system in a file that may not grow. Requires root and permission to mount.
 class FailingDisk {
   public:
-    /// `backing` is a folder for the file, which is hidden until the end.
+    /// `backing` is a folder for the file; it is hidden for the lifetime of the object.
     FailingDisk(const std::string& backing, std::string folder);
     ~FailingDisk();
     FailingDisk(const FailingDisk&) = delete;
@@ -21,12 +21,12 @@ class FailingDisk {
     FailingDisk(FailingDisk&&) = delete;
     FailingDisk& operator=(FailingDisk&&) = delete;
 
-    /// Why it can't be there on this machine; empty: it is there.
+    /// Why the disk is not available on this machine; empty if it is.
     const std::string& obstacle() const { return obstacle_; }
 
-    /// From now on nothing new can be kept.
+    /// From now on the disk cannot store anything new.
     void Fill() const;
-    /// All is well again.
+    /// Makes the disk work again.
     void Empty() const;
 
   private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A disk that takes what is written, and fails only when it is asked to keep it.
+// Tests a disk that accepts writes and fails only when they are flushed.
 #include "tests/file_systems/failing_disk.h"
 
 #include <string>
@@ -16,7 +16,7 @@ namespace {
 
 using Wrong = std::vector<std::string>;
 
-TEST(FailingDisk, NeverReplacesAPictureByOneThatItCannotKeep) {
+TEST(FailingDisk, NeverReplacesAPictureWithOneThatItCannotStore) {
     faults::Stage stage(faults::RepairOverItself());
     const faults::Scratch backing;
     const FailingDisk disk(backing.path(), stage.Path("card"));
@@ -26,7 +26,7 @@ TEST(FailingDisk, NeverReplacesAPictureByOneThatItCannotKeep) {
     stage.Restore();
     disk.Fill();
     const faults::Command run = stage.Run();
-    constexpr int times = 3;  // a failure that was told once is forgotten by the system
+    constexpr int times = 3;  // the system forgets a failure after reporting it once
     for (int i = 0; i < times; ++i) {
         const auto outcome =
             support::RunProgram(VELMARCON_PROGRAM, run.arguments, {.folder = run.folder, .name = run.name});

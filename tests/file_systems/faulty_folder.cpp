@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// faulty_folder FAULT SOURCE MOUNT_POINT: shows the plain files of the folder SOURCE at MOUNT_POINT, as a
-// file system with that fault would, until it gets SIGTERM. Locks that are set there are not seen by other
-// mounts of SOURCE.
+// faulty_folder FAULT SOURCE MOUNT_POINT: shows the plain files of the folder SOURCE at MOUNT_POINT as a file
+// system with that fault would, until it gets SIGTERM. Locks set there are not visible through other mounts
+// of SOURCE.
 #define FUSE_USE_VERSION 31
 
 #include <dirent.h>
@@ -27,7 +27,7 @@ namespace file_systems {
 
 namespace {
 
-/// What there is one of in this process.
+/// The state of this process.
 struct Shown {
     int folder = -1;
     FolderFault fault = FolderFault::kNone;
@@ -48,7 +48,7 @@ int Descriptor(const struct fuse_file_info* info) {
     return static_cast<int>(info->fh);
 }
 
-/// The name in the folder that `path` stands for.
+/// The name in the folder for `path`.
 std::string NameOf(const char* path) {
     std::string name = path + 1;
     if (name.empty()) {
@@ -69,9 +69,9 @@ std::string NameOf(const char* path) {
 }
 
 void* Init(struct fuse_conn_info* /*connection*/, struct fuse_config* config) {
-    // Each look at a file is answered anew.
+    // No caching: every query reaches this process.
     config->use_ino = 1;
-    config->hard_remove = 1;  // an open file that is removed is gone, not renamed
+    config->hard_remove = 1;  // an open file that is removed disappears instead of being renamed
     config->attr_timeout = 0;
     config->entry_timeout = 0;
     config->negative_timeout = 0;
@@ -105,7 +105,7 @@ int ReadFolder(const char* /*path*/, void* buffer, fuse_fill_dir_t fill, off_t /
     return 0;
 }
 
-/// The kernel does not stand between the program and what a write tells.
+/// Lets the program see the results of writes directly, without the kernel's cache.
 void TakeDescriptor(struct fuse_file_info* info, int descriptor) {
     info->fh = static_cast<std::uint64_t>(descriptor);
     info->direct_io = Has(FolderFault::kShortWrites) || Has(FolderFault::kZeroWrites) ? 1 : 0;

@@ -23,7 +23,7 @@ bool IsMounted(const std::string& folder) {
     return ::statfs(folder.c_str(), &volume) == 0 && volume.f_type == kFuse;
 }
 
-/// Why no file system of a program can be mounted; empty: it may work.
+/// Why FUSE file systems cannot be mounted; empty if they may work.
 std::string WhyNoFuse() {
     const int device = ::open("/dev/fuse", O_RDWR | O_CLOEXEC);
     ::close(device);
@@ -41,7 +41,7 @@ FaultyMount::FaultyMount(std::string_view fault, const std::string& source, cons
     }
 }
 
-/// Waits until it is mounted, or could not be.
+/// Waits until the file system is mounted or has failed.
 std::string FaultyMount::Obstacle(const std::string& mount_point) const {
     while (!IsMounted(mount_point)) {
         siginfo_t ended = {};
@@ -56,7 +56,7 @@ std::string FaultyMount::Obstacle(const std::string& mount_point) const {
 
 FaultyMount::~FaultyMount() {
     if (server_ > 0) {
-        ::kill(server_, SIGTERM);  // it unmounts before it ends
+        ::kill(server_, SIGTERM);  // faulty_folder unmounts before it ends
         ::waitpid(server_, nullptr, 0);
     }
 }

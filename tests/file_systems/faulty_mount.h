@@ -11,7 +11,7 @@
 
 namespace file_systems {
 
-/// A folder shown in another place, or in its own, by a file system with a fault.
+/// Mounts a folder with a fault, in another place or over itself.
 class FaultyMount {
   public:
     /// `fault` is a name of kFolderFaults.
@@ -22,7 +22,7 @@ class FaultyMount {
     FaultyMount(FaultyMount&&) = delete;
     FaultyMount& operator=(FaultyMount&&) = delete;
 
-    /// Why it can't be there on this machine; empty: it is there.
+    /// Why the mount is not available on this machine; empty if it is.
     const std::string& obstacle() const { return obstacle_; }
 
   private:

@@ -8,19 +8,19 @@
 
 namespace file_systems {
 
-/// What is odd about a file system.
+/// The fault of a file system.
 enum class FolderFault : std::uint8_t {
     kNone,
-    kShortSizes,        ///< each file's length is told one byte short
-    kLongSizes,         ///< each file's length is told one byte long
-    kShortWrites,       ///< a write takes half of what it is given
-    kZeroWrites,        ///< a write takes nothing, and gives no error
-    kFlushFails,        ///< closing a file that was written fails
-    kSyncFails,         ///< what was written can't be brought to the disk
-    kRenameFails,       ///< no name can be changed
-    kPlainRenameOnly,   ///< a rename replaces what has the name; there are no hard links
-    kUnstableInodes,    ///< each look at a file gives another inode number
-    kLettersOfAnyCase,  ///< "A" and "a" are one name
+    kShortSizes,        ///< reports each file's length one byte too short
+    kLongSizes,         ///< reports each file's length one byte too long
+    kShortWrites,       ///< a write accepts half of its data
+    kZeroWrites,        ///< a write accepts nothing and reports no error
+    kFlushFails,        ///< closing a written file fails
+    kSyncFails,         ///< flushing a file to the disk fails
+    kRenameFails,       ///< renaming fails
+    kPlainRenameOnly,   ///< a rename always replaces an existing file; there are no hard links
+    kUnstableInodes,    ///< every query for a file returns another inode number
+    kLettersOfAnyCase,  ///< file names ignore case
 };
 
 struct NamedFault {
@@ -28,7 +28,7 @@ struct NamedFault {
     FolderFault fault;
 };
 
-/// Each fault by the name that faulty_folder takes.
+/// The name of each fault, as faulty_folder takes it.
 constexpr auto kFolderFaults = std::to_array<NamedFault>({
     {"None", FolderFault::kNone},
     {"ShortSizes", FolderFault::kShortSizes},

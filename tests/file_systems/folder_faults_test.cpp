@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program where a file system has a fault, or lacks what others have.
+// Runs the program on file systems that have a fault or lack a feature.
 #include <filesystem>
 #include <string>
 #include <tuple>
@@ -18,7 +18,7 @@ namespace {
 
 using Wrong = std::vector<std::string>;
 
-/// A scenario, and which of its folders has the fault.
+/// A scenario, and the folder that has the fault.
 struct Place {
     const char* name;
     faults::Scenario (*scenario)();
@@ -34,7 +34,7 @@ class FaultyFileSystem : public testing::TestWithParam<std::tuple<Place, NamedFa
     const Place& place() const { return std::get<0>(GetParam()); }
     const NamedFault& fault() const { return std::get<1>(GetParam()); }
 
-    /// Whether the program can do all that it is asked in spite of the fault.
+    /// Whether the program can complete the scenario in spite of the fault.
     bool CanDoAll() const {
         switch (fault().fault) {
             case FolderFault::kNone:
@@ -51,7 +51,7 @@ class FaultyFileSystem : public testing::TestWithParam<std::tuple<Place, NamedFa
     faults::Stage stage_ = faults::Stage(place().scenario());
 };
 
-TEST_P(FaultyFileSystem, HasTheOldFileOrTheNewOneAndNoLitter) {
+TEST_P(FaultyFileSystem, KeepsTheOldOrTheNewFileAndNoLeftovers) {
     support::Outcome outcome;
     {
         const FaultyMount mount(fault().name, stage_.Path(place().folder), stage_.Path(place().folder));

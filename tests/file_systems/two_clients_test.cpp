@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Two runs in one folder that each reach it through a mount of their own, and so do not see each other's
-// locks: as on two computers.
+// Two runs in one folder. Each reaches it through a separate mount and so does not see the other's locks, as
+// if they ran on two computers.
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -24,10 +24,10 @@ namespace {
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
-/// A client repairs a picture of its own into the shared folder.
+/// A client repairs one picture into the shared folder.
 struct Client {
-    std::string name;     ///< of its mount, and of its card
-    std::string picture;  ///< name of the file
+    std::string name;     ///< of its mount and its card
+    std::string picture;  ///< file name
     Bytes repaired;
 };
 
@@ -45,7 +45,7 @@ class TwoClients : public testing::Test {
         }
     }
 
-    /// Makes the client's picture, and learns what it becomes.
+    /// Makes the client's picture, and records how it looks when repaired.
     void Prepare(Client& client, int brightness) {
         constexpr int width = 64;
         constexpr int height = 48;
@@ -71,20 +71,20 @@ class TwoClients : public testing::Test {
                 scratch_.path()};
     }
 
-    /// Each picture must be made, or its absence be told.
+    /// Expects that the picture was written or that the run reported the failure.
     void Judge(const Client& client, const support::Outcome& outcome, const std::string& when) {
         const fs::path made = scratch_.path() / "shared" / client.picture;
         if (fs::exists(made)) {
             EXPECT_TRUE(support::ReadFile(made) == client.repaired)
-                << when << ": " << client.picture << " is another picture, or not whole";
+                << when << ": " << client.picture << " is a different picture or incomplete";
         } else {
             EXPECT_NE(outcome.output.find("DNG not written: "), std::string::npos)
-                << when << ": " << client.picture << " is not made, and nothing tells why\n"
+                << when << ": " << client.picture << " was not written, and no message says why\n"
                 << outcome.output;
         }
     }
 
-    /// The calls, by number, at which runs are stopped: reading does not meet.
+    /// The numbers of the calls at which runs are stopped. Reads are left out, because they cannot conflict.
     std::vector<std::size_t> Stops() const {
         const auto calls = faults::RunCleanly(Run(first_)).calls;
         Clear();
@@ -103,7 +103,7 @@ class TwoClients : public testing::Test {
         }
     }
 
-    /// Each run stops at the entry of a call; then the first runs to its end, then the second.
+    /// Stops each run at the entry of a call, then lets the first run finish, then the second.
     void MeetAt(std::size_t first_stop, std::size_t second_stop) {
         faults::IoRun first(Run(first_));
         RunTo(first, first_stop);
@@ -116,7 +116,7 @@ class TwoClients : public testing::Test {
         Judge(first_, first.program().outcome(), when);
         Judge(second_, second.program().outcome(), when);
         const auto left = support::Names(scratch_.path() / "shared");
-        EXPECT_LE(left.size(), 2U) << when << ": " << left.front() << " is left";
+        EXPECT_LE(left.size(), 2U) << when << ": " << left.front() << " was left behind";
         Clear();
     }
 
@@ -138,7 +138,7 @@ TEST_F(TwoClients, EachGetsItsOwnPicture) {
         GTEST_SKIP() << first_mount.obstacle();
     }
     const auto stops = Stops();
-    constexpr std::size_t step = 3;  // what goes wrong does so at more than one pair
+    constexpr std::size_t step = 3;  // enough, because a conflict shows at more than one pair of calls
     int pairs = 0;
     for (const std::size_t first_stop : stops) {
         for (const std::size_t second_stop : stops) {

@@ -8,7 +8,7 @@ namespace matrix {
 
 namespace {
 
-/// A whole number above 0, or 0.
+/// `text` as a positive integer; 0 if it is not one.
 std::size_t Number(const std::string& text) {
     return text.find_first_not_of("0123456789") == std::string::npos
                ? static_cast<std::size_t>(std::strtoull(text.c_str(), nullptr, 10))
@@ -41,15 +41,15 @@ std::string Parse(const std::vector<std::string>& words, Arguments& arguments) {
         if (words[i] == "--list") {
             arguments.list = true;
         } else if (i + 1 == words.size() || !Take(words[i], words[i + 1], arguments)) {
-            return "cannot use " + words[i];
+            return "unknown or incomplete option " + words[i];
         } else {
             ++i;
         }
     }
     if (arguments.program.empty() || arguments.every == 0 || arguments.jobs == 0) {
-        return "a program and numbers above 0 are needed";
+        return "a program and positive numbers are required";
     }
-    return arguments.keep.empty() || !arguments.only.empty() ? "" : "--keep needs --case";
+    return arguments.keep.empty() || !arguments.only.empty() ? "" : "--keep requires --case";
 }
 
 }  // namespace matrix

@@ -30,7 +30,7 @@ void SetIfThere(std::vector<samples::Entry>& entries, std::uint16_t tag, std::si
     }
 }
 
-/// Directories, their values and the two images, one strip each, one behind the other.
+/// IFDs, their values and the two images, one strip each, in this order without gaps.
 Bytes LooseDng(samples::CameraDngFile file) {
     const std::size_t preview_bytes = file.preview.size();
     samples::Set(file.ifd0, samples::Long(tag::kStripByteCounts, static_cast<std::uint32_t>(preview_bytes)));
@@ -41,7 +41,7 @@ Bytes LooseDng(samples::CameraDngFile file) {
     SetIfThere(file.ifd0, tag::kSubIFDs, tiff::kHeaderSize + main_size);
     SetIfThere(file.ifd0, tag::kExifIFD, tiff::kHeaderSize + main_size + raw_size);
 
-    // Strips of one number stand in their entries: knowing them moves nothing.
+    // The strip offsets fit into their entries, so setting them in a second pass moves nothing.
     Bytes bytes;
     for (std::size_t values_size = 0, pass = 0; pass < 2; ++pass) {
         SetIfThere(file.ifd0, tag::kStripOffsets, tables_end + values_size);
@@ -135,7 +135,7 @@ Bytes EditedDng(Directory directory, const Edit& edit) {
 }
 
 Bytes RawFile() {
-    // Not from support::TestWords, which stay in memory, where every program started from here inherits them.
+    // Not support::TestWords, which stay in memory: every program started from here would inherit them.
     Bytes bytes(kShortestRaw, 0xFF);
     for (int y = 0; y < samples::kSensorHeight; ++y) {
         for (int x = 0; x < samples::kSensorWidth; ++x) {

@@ -14,36 +14,36 @@
 
 namespace matrix {
 
-constexpr int kDngWidth = 3920;  ///< of the raw image: the width that the sensor corrections know
+constexpr int kDngWidth = 3920;  ///< of the raw image: the width that sensor corrections require
 constexpr int kDngHeight = 4;
 
-/// The directories that a file of the camera holds.
+/// The IFDs in the camera's files.
 enum class Directory : std::uint8_t { kMain, kRaw, kExif, kNote };
 const char* NameOf(Directory directory);
 
-/// Changes the entries of a directory.
+/// Changes the entries of an IFD.
 using Edit = std::function<void(std::vector<samples::Entry>&)>;
 
-/// The JPEG of a pair. The picture is tiny.
+/// The JPEG of a pair, with a tiny picture.
 Bytes PairJpeg(samples::ByteOrder order, const samples::Shot& shot = {});
-/// The same, little-endian, with one directory changed; it has no kRaw. A block beyond 64 KiB is there whole,
-/// though its segment's length can't tell.
+/// A little-endian PairJpeg with one IFD changed, which cannot be kRaw. An EXIF block larger than 64 KiB is
+/// written completely, although the segment's length field cannot hold its size.
 Bytes EditedJpeg(Directory directory, const Edit& edit);
 
-/// A DNG of the camera with a small raw image, everything where the camera puts it.
+/// A camera DNG with a small raw image and otherwise the camera's layout.
 samples::CameraDngFile SmallDng(const samples::Shot& shot = {});
 Bytes CameraDng(const samples::Shot& shot = {});
-/// The same with 16-bit pixels, as a repair leaves it.
+/// A CameraDng with 16-bit pixels, as a repair leaves it.
 Bytes RepairedDng();
-/// A DNG of the camera with one directory changed, in which whatever is too long moves the rest behind it.
+/// A CameraDng with one IFD changed; data that become too long move the data after them.
 Bytes EditedDng(Directory directory, const Edit& edit);
 
-/// Half a sensor dump, the least that is converted: what is missing is black.
+/// Half a sensor dump, the shortest file that is converted; the missing pixels become black.
 Bytes RawFile();
 /// A dark frame of the same length.
 Bytes DarkFile();
 
-/// For the lenses and for the camera of these files.
+/// The databases for the lenses and the camera of these files.
 const std::string& LensDatabase();
 const std::string& SensorDatabase();
 

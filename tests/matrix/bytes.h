@@ -11,14 +11,14 @@ namespace matrix {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// How a number stands in a file.
+/// Where a number is in a file.
 struct Place {
     std::size_t offset = 0;
     std::size_t width = 4;  ///< bytes, 2 or 4
     bool big_endian = false;
 };
 
-/// The number at `place`, which lies in `bytes`.
+/// The number at `place`, which must lie in `bytes`.
 inline std::uint32_t Get(std::span<const std::uint8_t> bytes, Place place) {
     std::uint32_t number = 0;
     for (std::size_t i = 0; i < place.width; ++i) {
@@ -28,7 +28,7 @@ inline std::uint32_t Get(std::span<const std::uint8_t> bytes, Place place) {
     return number;
 }
 
-/// Puts the low bytes of `number` to `place`, which lies in `bytes`.
+/// Writes the low bytes of `number` to `place`, which must lie in `bytes`.
 inline void Put(std::span<std::uint8_t> bytes, Place place, std::uint32_t number) {
     for (std::size_t i = 0; i < place.width; ++i, number >>= 8U) {
         const std::size_t byte = place.big_endian ? place.width - 1 - i : i;

@@ -13,13 +13,14 @@
 
 namespace matrix {
 
-/// What a case is sure of about the raw image of a DNG that comes of it.
+/// What is known about the raw image of a case's DNG.
 enum class Pixels : std::uint8_t {
-    kKnown,  ///< that of the undamaged input, corrected for one of the camera's speeds or not at all
-    kAny,    ///< nothing: the damage may have changed it
+    kKnown,  ///< it equals that of the undamaged input, either uncorrected or corrected for one of the
+             ///< camera's ISO speeds
+    kAny,    ///< nothing, because the damage may have changed it
 };
 
-/// The files of a case that differ from case to case.
+/// The files that differ from case to case.
 struct Files {
     Bytes input;          ///< the JPEG of the pair, or the DNG
     std::string lenses;   ///< lensdb.ini
@@ -28,7 +29,7 @@ struct Files {
 
 struct Case {
     const char* group = "";
-    std::string name;  ///< no two cases have the same
+    std::string name;  ///< unique
     const OptionSet* options = nullptr;
     Pixels pixels = Pixels::kAny;
     std::function<Files()> files;
@@ -40,9 +41,9 @@ class CaseList {
     using MakeInput = std::function<Bytes()>;
     using MakeFiles = std::function<Files()>;
 
-    /// A damaged input with good databases. The options are those whose turn it is.
+    /// Adds a case with a damaged input and good databases. The option sets are used in turn.
     void Add(const char* group, const std::string& name, Kind kind, Pixels pixels, MakeInput input);
-    /// A damaged database and the options that use it.
+    /// Adds a case with a damaged database and options that use it.
     void Add(const char* group, const std::string& name, const OptionSet& options, Pixels pixels,
              MakeFiles files);
 

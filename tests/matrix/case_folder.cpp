@@ -55,7 +55,7 @@ struct stat StatusOf(const std::string& path) {
     return status;
 }
 
-/// The change of its status would tell of a second link, too: it is not looked at.
+/// Ignores the time of the status change, because that also changes with another hard link.
 bool IsUnchanged(const struct stat& before, const struct stat& now) {
     return before.st_ino == now.st_ino && before.st_size == now.st_size && before.st_mode == now.st_mode &&
            before.st_mtim.tv_sec == now.st_mtim.tv_sec && before.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
@@ -74,7 +74,7 @@ std::vector<std::string> NamesBelow(const std::string& folder) {
     return names;
 }
 
-/// What the program writes: sections of whole values, nothing else.
+/// Whether `bytes` is a database as the program writes it: complete sections and nothing else.
 bool IsSensorDatabase(std::span<const std::uint8_t> bytes) {
     std::istringstream lines(std::string(bytes.begin(), bytes.end()));
     for (std::string line; std::getline(lines, line);) {
@@ -162,7 +162,7 @@ std::string CaseFolder::FaultAfter(const OptionSet& options, const Files& files,
     const MappedFile sensors(path_ + "/bin/sensdb.ini");
     if (new_database ? !IsSensorDatabase(sensors.bytes())
                      : !std::ranges::equal(sensors.bytes(), AsBytes(files.sensors))) {
-        return new_database ? "the new sensor database is none" : "the sensor database was changed";
+        return new_database ? "the new sensor database is invalid" : "the sensor database was changed";
     }
     const bool pair = options.kind == Kind::kPair;
     if (!IsUnchanged(raw_before_, StatusOf(pair ? path_ + "/pair/L1.RAW" : shared_.raw)) ||

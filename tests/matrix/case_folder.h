@@ -12,37 +12,39 @@
 
 namespace matrix {
 
-/// Large files that all cases share: no case damages them.
+/// Large files that all cases share, because no case damages them.
 struct SharedFiles {
-    std::string raw;   ///< path; half a sensor dump
-    std::string dark;  ///< path; a dark frame of the same length
+    std::string raw;   ///< path of half a sensor dump
+    std::string dark;  ///< path of a dark frame of the same length
     std::uint64_t raw_hash = 0;
     std::uint64_t dark_hash = 0;
 };
 
-/// Writes them into `folder`. Returns an empty text, or what failed.
+/// Writes the shared files into `folder`. Returns an error message, empty on success.
 std::string WriteSharedFiles(const std::string& folder, SharedFiles& shared);
 
-/// The folder in which cases run, one after the other: bin/ holds the databases, pair/ or dng/ the input,
-/// out/ takes the result.
+/// The folder in which cases run one after another: bin/ holds the databases, pair/ or dng/ the input, and
+/// out/ receives the result.
 class CaseFolder {
   public:
-    /// Below `parent`, which is on the file system of the shared files.
+    /// Creates the folder below `parent`, which must be on the file system of the shared files.
     CaseFolder(const std::string& parent, const std::string& name, SharedFiles shared);
 
     const std::string& path() const { return path_; }
     std::string Result() const { return path_ + "/out/L1.DNG"; }
 
-    /// Lays out the files of a case afresh. Returns an empty text, or what failed.
+    /// Replaces the content of the folder with the files of a case. Returns an error message, empty on
+    /// success.
     std::string Prepare(const OptionSet& options, const Files& files);
-    /// The command line that follows the program's name.
+    /// The command line after the program's name.
     static std::vector<std::string> Arguments(const OptionSet& options);
 
-    /// What a run has changed that it may not change: an input, or the files that lie there. `result` tells
-    /// whether a new DNG must be there, `new_database` whether sensdb.ini may be another. Empty: nothing.
+    /// Checks that a run has not changed the inputs or other files. `result` says whether there must be a new
+    /// DNG, `new_database` whether sensdb.ini may have changed. Returns a description of the fault, empty if
+    /// there is none.
     std::string FaultAfter(const OptionSet& options, const Files& files, bool result,
                            bool new_database) const;
-    /// The same for the shared files, byte for byte.
+    /// Checks the shared files byte for byte, and returns a fault like FaultAfter.
     std::string FaultInSharedFiles() const;
 
   private:

@@ -17,7 +17,7 @@ namespace matrix {
 
 namespace {
 
-/// As execve takes them. Valid as long as `texts`.
+/// The argument vector for execve. Valid as long as `texts`.
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     std::ranges::transform(texts, std::back_inserter(pointers),
@@ -26,7 +26,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// This process's variables, with those that make the sanitizers strict, and sparing with memory.
+/// The environment of this process, plus variables that make the sanitizers strict and save memory.
 std::vector<std::string> Environment() {
     std::vector<std::string> variables;
     for (char** variable = ::environ; *variable != nullptr; ++variable) {
@@ -46,8 +46,8 @@ void LimitCpu() {
     ::setrlimit(RLIMIT_CPU, &limit);
 }
 
-/// Everything that a run needs, made before the fork: what follows it may not use memory of its own, as other
-/// threads may hold the locks for that.
+/// Everything that a run needs, prepared before the fork: the child must not allocate, because other threads
+/// may hold the allocator's locks.
 struct Launch {
     const char* program;
     const char* folder;
@@ -108,7 +108,7 @@ Ending Child::Run(const std::vector<std::string>& arguments) const {
     int status = 0;
     struct rusage usage = {};
     if (child < 0 || ::wait4(child, &status, 0, &usage) != child) {
-        ending.errors = "could not be started";
+        ending.errors = "the program could not be started";
         return ending;
     }
     ending.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -9,22 +9,22 @@ namespace matrix {
 
 /// How a run ended.
 struct Ending {
-    int status = -1;  ///< exit status; -1 when a signal ended it
+    int status = -1;  ///< exit status; -1 if a signal ended it
     int signal = 0;
-    double cpu_seconds = 0;   ///< of the process, in user and system mode
-    long peak_kilobytes = 0;  ///< largest resident set
+    double cpu_seconds = 0;   ///< user plus system time of the process
+    long peak_kilobytes = 0;  ///< peak resident set size
     std::string output;       ///< standard output
     std::string errors;       ///< standard error
 };
 
-/// Starts a program, again and again, with `folder` as its current folder. To be used by one thread.
+/// Starts a program repeatedly, with `folder` as its current folder. Must be used by one thread only.
 class Child {
   public:
-    /// `program` is an absolute path. The streams go to files beside `folder`.
+    /// `program` is an absolute path. The output streams go to files next to `folder`.
     Child(std::string program, std::string folder);
 
-    /// Runs the program under the name "bin/velmarcon", where its databases lie, until it ends by itself or
-    /// has used ten seconds of the processor or two minutes: then a signal ends it.
+    /// Runs the program under the name "bin/velmarcon", where its databases are. A signal ends a run after
+    /// ten seconds of CPU time or two minutes.
     Ending Run(const std::vector<std::string>& arguments) const;
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs the program on each of many thousand damaged inputs: it must end with a message that it is known to
-// print, or with a whole DNG, whatever it was given.
+// Runs the program on many thousands of damaged inputs: for each it must print a known message or write a
+// complete DNG.
 #include <malloc.h>
 #include <unistd.h>
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Sets where temporary files go: to memory, if there is enough for the larger files of a run.
+/// Puts temporary files into memory, if there is enough for the larger files of a run.
 void PreferMemory() {
     constexpr const char* memory = "/dev/shm";
     constexpr std::uintmax_t needed = 1024ULL * 1024 * 1024;
@@ -27,7 +27,8 @@ void PreferMemory() {
     }
 }
 
-/// Freed blocks go back to the system at once: what this process holds, those that it starts count as theirs.
+/// Returns freed blocks to the system at once, because memory that this process holds is counted as memory of
+/// the programs that it starts.
 void KeepMemoryLow() {
     constexpr int threshold = 128 * 1024;
     ::mallopt(M_MMAP_THRESHOLD, threshold);

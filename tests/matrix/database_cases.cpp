@@ -21,7 +21,7 @@ namespace {
 
 using MakeText = std::function<std::string()>;
 
-/// The undamaged input. With a lens code on the command line it is one without a code of its own.
+/// The undamaged input. If the options include a lens code, it has no code of its own.
 Bytes Input(const OptionSet& options) {
     samples::Shot shot;
     if (options.arguments.size() > 1) {
@@ -38,7 +38,8 @@ std::string NameOf(const OptionSet& options) {
     return name;
 }
 
-/// With each set of options for a DNG and, as the pictures of pairs are large, with one of those for a pair.
+/// Adds the case with each set of options for a DNG but, because pairs have large pictures, with only one set
+/// for a pair.
 void AddSets(CaseList& cases, const char* group, const std::string& name, const std::vector<OptionSet>& sets,
              Pixels pixels, const std::function<Files(const OptionSet&)>& files) {
     const auto pairs = static_cast<std::size_t>(std::ranges::count(sets, Kind::kPair, &OptionSet::kind));
@@ -65,7 +66,7 @@ void AddSensors(CaseList& cases, const std::string& name, const MakeText& text) 
             });
 }
 
-/// `text` with `value` in place of those of `key` from number `first` to `last`, counted from 0.
+/// `text` with `value` in place of the values of `key` from number `first` to `last`, counted from 0.
 std::string WithValue(const std::string& text, std::string_view key, std::size_t first, std::size_t last,
                       const std::string& value) {
     std::istringstream lines(text);
@@ -83,7 +84,7 @@ std::string WithValue(const std::string& text, std::string_view key, std::size_t
     return result;
 }
 
-/// `text` with `name` in place of the first section's.
+/// `text` with `name` as the name of the first section.
 std::string WithSection(const std::string& text, const std::string& name) {
     return "[" + name + "]" + text.substr(text.find(']') + 1);
 }
@@ -123,10 +124,10 @@ void AddSensorNumbers(CaseList& cases, const NamedText& number) {
                                                {"first-level", "LevelCorrection", 0, 0},
                                                {"last-level", "LevelCorrection", 3967, 3967},
                                                {"all-levels", "LevelCorrection", 0, kAll}}};
-    // A long text in place of each of 4000 numbers would be larger than any database.
-    constexpr std::size_t longest_manifold = 1000;
+    // Replacing each of 4000 numbers with a long text would exceed the size limit of a database.
+    constexpr std::size_t longest_repeated = 1000;
     for (const Values& place : places) {
-        if (place.last == kAll && number.text.size() > longest_manifold) {
+        if (place.last == kAll && number.text.size() > longest_repeated) {
             continue;
         }
         AddSensors(cases, std::string(place.name) + "/" + number.name, [place, &number] {

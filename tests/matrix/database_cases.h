@@ -6,7 +6,7 @@
 
 namespace matrix {
 
-/// lensdb.ini and sensdb.ini with numbers that are none, and written as nobody should write them.
+/// lensdb.ini and sensdb.ini with invalid numbers and in unusual formats.
 void AddDatabaseCases(CaseList& cases);
 
 }  // namespace matrix

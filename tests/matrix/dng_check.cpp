@@ -26,7 +26,7 @@ struct Extent {
     std::size_t size = 0;
 };
 
-/// Reads a file, keeps the first fault, and remembers which parts it has seen.
+/// Reads a file, keeps the first fault, and records which parts it has read.
 class Inspector {
   public:
     using Ifd = std::map<std::uint16_t, Value>;
@@ -41,10 +41,10 @@ class Inspector {
         }
     }
 
-    /// Notes the part, which must be in the file; whether it is.
+    /// Records a part of the file. Returns whether it lies in the file.
     bool See(std::size_t offset, std::uint64_t size, const std::string& what) {
         if (offset > file_.size() || size > file_.size() - offset) {
-            Blame(what + " outside the file");
+            Blame(what + " is outside the file");
             return false;
         }
         seen_.push_back({offset, static_cast<std::size_t>(size)});
@@ -72,41 +72,42 @@ class Inspector {
         return ifd;
     }
 
-    /// The first number of an integer tag that must be there.
+    /// The first number of an integer tag that must be present.
     std::uint32_t FirstOf(const Ifd& ifd, std::uint16_t tag) {
         const auto entry = ifd.find(tag);
         if (entry == ifd.end() || entry->second.count == 0 ||
             (entry->second.type != tiff::kShort && entry->second.type != tiff::kLong)) {
-            Blame("no number in tag " + std::to_string(tag));
+            Blame("no integer in tag " + std::to_string(tag));
             return 0;
         }
         return Number(entry->second.offset, entry->second.type == tiff::kShort ? 2 : 4);
     }
 
-    /// The only strip of an image of `bytes` bytes.
+    /// Records the only strip of an image of `bytes` bytes.
     std::size_t SeeStrip(const Ifd& ifd, std::uint64_t bytes, const std::string& name) {
         const std::uint32_t offset = FirstOf(ifd, tag::kStripOffsets);
         if (FirstOf(ifd, tag::kStripByteCounts) != bytes) {
-            Blame(name + " strip of the wrong length");
+            Blame(name + " strip has the wrong length");
         } else {
             See(offset, bytes, name + " strip");
         }
         return offset;
     }
 
-    /// Nothing may be seen twice, or not at all but for the byte that makes a value's length even.
+    /// Requires that the parts cover the file without overlaps or gaps, except for the byte that pads a value
+    /// to an even length.
     void CheckExtents() {
         std::ranges::sort(seen_, {}, &Extent::offset);
         std::size_t end = 0;
         for (const Extent& extent : seen_) {
             if (extent.offset != end && extent.offset != end + end % 2) {
                 Blame(extent.offset < end ? "parts overlap at " + std::to_string(extent.offset)
-                                          : "a gap before " + std::to_string(extent.offset));
+                                          : "there is a gap before " + std::to_string(extent.offset));
             }
             end = extent.offset + extent.size;
         }
         if (end != file_.size()) {
-            Blame("something behind the end");
+            Blame("there are bytes after the end");
         }
     }
 
@@ -117,16 +118,16 @@ class Inspector {
                        Number(offset + tiff::kCountInEntry, 4), offset + tiff::kValueInEntry};
         const std::string what = name + " tag " + std::to_string(tag);
         if (!ifd.empty() && ifd.rbegin()->first >= tag) {
-            Blame(what + " is not in order");
+            Blame(what + " is out of order");
         }
         const std::uint64_t size = std::uint64_t{tiff::ElementSize(value.type)} * value.count;
         if (tiff::ElementSize(value.type) == 0) {
-            Blame(what + " of no known type");
+            Blame(what + " has an unknown type");
         }
         if (size > tiff::kValueFieldSize) {
             value.offset = Number(value.offset, 4);
             if (value.offset % 2 != 0) {
-                Blame(what + " at an odd offset");
+                Blame(what + " is at an odd offset");
             }
             See(value.offset, size, what);
         }
@@ -154,7 +155,7 @@ std::string FaultOfDng(std::span<const std::uint8_t> file, RawStrip& raw) {
     raw.height = inspector.FirstOf(raw_ifd, tag::kImageLength);
     if (inspector.FirstOf(raw_ifd, tag::kBitsPerSample) != 16 ||
         inspector.FirstOf(raw_ifd, tag::kRowsPerStrip) != raw.height) {
-        inspector.Blame("not 16 bits in one strip");
+        inspector.Blame("the image does not have 16 bits in one strip");
     }
     if (!inspector.fault().empty()) {
         return inspector.fault();

@@ -9,7 +9,7 @@
 
 namespace matrix {
 
-/// Where the raw image of a DNG stands.
+/// Where the raw image of a DNG is.
 struct RawStrip {
     std::uint64_t width = 0;
     std::uint64_t height = 0;
@@ -17,10 +17,11 @@ struct RawStrip {
     std::size_t size = 0;  ///< bytes
 };
 
-/// What is wrong with a DNG of the program's; empty when nothing is. It must be a little-endian TIFF file of
-/// IFD0, EXIF IFD and, with a preview, a SubIFD: sorted entries of known types without a tag twice, every
-/// value inside the file, nothing overlapping, nothing left over but one byte behind a value of odd length,
-/// and each image in one strip of the length that its size asks for, the raw image as the last.
+/// Checks a DNG that the program wrote, and returns its first fault, empty if there is none. The DNG must be
+/// a little-endian TIFF file with IFD0, EXIF IFD and, with a preview, a SubIFD. Entries must be sorted, have
+/// known types and unique tags, and their values must lie in the file. Nothing may overlap, and no bytes may
+/// be unused except one after a value of odd length. Each image must be in one strip that matches its size,
+/// and the raw image must come last.
 std::string FaultOfDng(std::span<const std::uint8_t> file, RawStrip& raw);
 
 }  // namespace matrix

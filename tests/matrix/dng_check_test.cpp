@@ -24,7 +24,7 @@ using matrix::Bytes;
 using matrix::FaultOfDng;
 using matrix::RawStrip;
 
-/// A DNG as the program writes it, with an image of 8 x 6 pixels.
+/// A DNG in the program's format, with an image of 8 x 6 pixels.
 Bytes WrittenDng(bool preview) {
     const support::TempFolder folder;
     ReadInputData record;
@@ -50,7 +50,7 @@ class DngCheck : public testing::Test {
         return FaultOfDng(file_, raw);
     }
 
-    /// The place of the entry of `tag` in IFD0.
+    /// The offset of the entry of `tag` in IFD0.
     std::size_t Entry(std::uint16_t tag) const {
         const auto order = support::TiffFile(file_).FirstIFD().order;
         const auto index = std::ranges::find(order, tag) - order.begin();
@@ -84,30 +84,30 @@ TEST_F(DngCheck, RefusesEveryShorterFile) {
     }
 }
 
-TEST_F(DngCheck, RefusesWhatStandsBehindTheEnd) {
+TEST_F(DngCheck, RefusesBytesAfterTheEnd) {
     file_.push_back(0);
-    EXPECT_EQ(Fault(), "something behind the end");
+    EXPECT_EQ(Fault(), "there are bytes after the end");
 }
 
 TEST_F(DngCheck, RefusesAnUnknownType) {
     Put(Entry(tag::kMake) + 2, 2, 13);
-    EXPECT_EQ(Fault(), "IFD0 tag 271 of no known type");
+    EXPECT_EQ(Fault(), "IFD0 tag 271 has an unknown type");
 }
 
 TEST_F(DngCheck, RefusesUnsortedEntries) {
     Put(Entry(tag::kMake), 2, tag::kModel);
-    EXPECT_EQ(Fault(), "IFD0 tag 272 is not in order");
+    EXPECT_EQ(Fault(), "IFD0 tag 272 is out of order");
 }
 
 TEST_F(DngCheck, RefusesAValueOutsideTheFile) {
     Put(Entry(tag::kMake) + 8, 4, static_cast<std::uint32_t>(file_.size() - 2));
-    EXPECT_EQ(Fault(), "IFD0 tag 271 outside the file");
+    EXPECT_EQ(Fault(), "IFD0 tag 271 is outside the file");
 }
 
 TEST_F(DngCheck, RefusesAValueAtAnOddOffset) {
     const std::size_t field = Entry(tag::kMake) + 8;
     Put(field, 4, matrix::Get(file_, {field}) + 1);
-    EXPECT_EQ(Fault(), "IFD0 tag 271 at an odd offset");
+    EXPECT_EQ(Fault(), "IFD0 tag 271 is at an odd offset");
 }
 
 TEST_F(DngCheck, RefusesOverlappingValues) {
@@ -115,7 +115,7 @@ TEST_F(DngCheck, RefusesOverlappingValues) {
     EXPECT_TRUE(Fault().starts_with("parts overlap") || Fault().starts_with("a gap")) << Fault();
 }
 
-TEST_F(DngCheck, RefusesALinkToAFurtherDirectory) {
+TEST_F(DngCheck, RefusesALinkToAnotherIFD) {
     const std::size_t count = matrix::Get(file_, {8, 2});
     Put(10 + 12 * count, 4, 8);
     EXPECT_EQ(Fault(), "IFD0 is empty or not the last");
@@ -123,17 +123,17 @@ TEST_F(DngCheck, RefusesALinkToAFurtherDirectory) {
 
 TEST_F(DngCheck, RefusesAStripOfTheWrongLength) {
     Put(Entry(tag::kStripByteCounts) + 8, 4, 95);
-    EXPECT_EQ(Fault(), "raw strip of the wrong length");
+    EXPECT_EQ(Fault(), "raw strip has the wrong length");
 }
 
 TEST_F(DngCheck, RefusesAStripOutsideTheFile) {
     Put(Entry(tag::kStripOffsets) + 8, 4, static_cast<std::uint32_t>(file_.size() - 95));
-    EXPECT_EQ(Fault(), "raw strip outside the file");
+    EXPECT_EQ(Fault(), "raw strip is outside the file");
 }
 
-TEST_F(DngCheck, RefusesOtherSamples) {
+TEST_F(DngCheck, RefusesSamplesOfAnotherSize) {
     Put(Entry(tag::kBitsPerSample) + 8, 4, 8);
-    EXPECT_EQ(Fault(), "not 16 bits in one strip");
+    EXPECT_EQ(Fault(), "the image does not have 16 bits in one strip");
 }
 
 }  // namespace

@@ -11,20 +11,20 @@
 
 namespace matrix {
 
-/// A directory of one kind of input, with its entries as the camera writes them.
+/// An IFD of one kind of input, with its entries as the camera writes them.
 struct EditableDirectory {
     Kind kind;
     Directory directory;
     std::vector<samples::Entry> entries;
 
-    /// Such as "dng/exif".
+    /// For example "dng/exif".
     std::string Name() const;
 };
 
-/// Of the JPEG and of the DNG: seven.
+/// The seven IFDs of the JPEG and the DNG.
 const std::vector<EditableDirectory>& EditableDirectories();
 
-/// Adds the case that `edit` makes of a directory.
+/// Adds the case that results from applying `edit` to an IFD.
 void AddEdit(CaseList& cases, const char* group, const EditableDirectory& where, const std::string& name,
              Pixels pixels, const Edit& edit);
 

@@ -18,10 +18,10 @@ using samples::Entry;
 using Entries = std::vector<Entry>;
 
 constexpr std::size_t kMostEntries = 65535;
-/// Bytes of a value beyond which it is not repeated as often: the files would be larger than any camera's.
-constexpr std::size_t kLongestManifold = 100;
+/// A longer value is not repeated 65535 times, because the file would be larger than any of the camera's.
+constexpr std::size_t kLongestRepeated = 100;
 
-/// The same entry without its value, if that stands elsewhere.
+/// A copy of `entry` with another value field; a value outside the entry is left out.
 Entry WithField(const Entry& entry, std::uint32_t field) {
     return samples::RawEntry(entry.tag, entry.type, entry.count, field);
 }
@@ -30,7 +30,7 @@ Entry* Nth(Entries& entries, std::size_t index) {
     return &entries.at(index);
 }
 
-/// What can be done to the entry at `index` of a directory.
+/// Adds all changes to the entry at `index` of an IFD.
 void AddOneEntry(CaseList& cases, const EditableDirectory& where, std::size_t index) {
     const auto at = static_cast<std::ptrdiff_t>(index);
     const Entry& entry = where.entries.at(index);
@@ -52,7 +52,7 @@ void AddOneEntry(CaseList& cases, const EditableDirectory& where, std::size_t in
         entries.insert(entries.begin() + at + 1, WithField(*Nth(entries, index), 0xFFFFFFFFU));
     });
     add("alone", [index](Entries& entries) { entries = {*Nth(entries, index)}; });
-    if (entry.value.size() <= kLongestManifold) {
+    if (entry.value.size() <= kLongestRepeated) {
         add("65535-times", [index](Entries& entries) {
             const Entry copy = *Nth(entries, index);
             entries.resize(kMostEntries, copy);

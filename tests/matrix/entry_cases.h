@@ -6,11 +6,11 @@
 
 namespace matrix {
 
-/// Directories without entries, with missing, repeated, unsorted ones, and with as many as can be counted.
+/// IFDs without entries, with missing, repeated or unsorted entries, and with the maximum number of entries.
 void AddEntryCases(CaseList& cases);
-/// Fractions that can't be divided or whose quotient has no place, in every field that holds one.
+/// Fractions that can't be divided or whose quotient is out of range, in every field that holds a fraction.
 void AddRationalCases(CaseList& cases);
-/// Texts without an end, of no length, of 64 KiB, of odd bytes, in every field that holds one.
+/// Texts without an end, of length zero, of 64 KiB and of unusual bytes, in every field that holds a text.
 void AddTextCases(CaseList& cases);
 
 }  // namespace matrix

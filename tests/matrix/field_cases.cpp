@@ -14,7 +14,7 @@ namespace matrix {
 
 namespace {
 
-/// An undamaged input and its numbers.
+/// An undamaged input and the places of its numbers.
 struct Base {
     const char* name;
     Kind kind;
@@ -33,7 +33,7 @@ Base DngBase(const char* name, Bytes bytes) {
     return {name, Kind::kDng, std::move(bytes), std::move(places)};
 }
 
-// They live as long as the program: the cases refer to them.
+// Static, because the cases refer to them.
 const Base& Jpeg() {
     static const Base base = JpegBase("jpeg", samples::ByteOrder::kLittle);
     return base;
@@ -54,7 +54,7 @@ const Base& SixteenBitDng() {
     return base;
 }
 
-/// The limits that `place` can hold, counted from `base`, with `end` as the file's.
+/// The limit values that fit into `place`. Offsets count from `base`, and `end` is the end of the file.
 std::set<std::uint32_t> Limits(const Place& place, std::size_t base, std::size_t end) {
     const std::uint32_t most = place.width == 2 ? 0xFFFFU : 0xFFFFFFFFU;
     const auto own = static_cast<std::uint32_t>(place.offset - base);
@@ -88,7 +88,7 @@ void AddLimits(CaseList& cases, const char* group, const Base& base, const Numbe
     }
 }
 
-/// A field of an entry.
+/// Adds the limit values of one field of an entry.
 void AddLimits(CaseList& cases, const char* group, const Base& base, const EntryPlaces& entry,
                const NumberPlace& field) {
     AddLimits(cases, group, base,
@@ -96,7 +96,7 @@ void AddLimits(CaseList& cases, const char* group, const Base& base, const Entry
                MovesPixels(entry.directory, entry.number)});
 }
 
-/// The numbers in which byte order counts most: those of 32 bits, and those outside entries.
+/// The numbers for which byte order matters most: 32-bit numbers and numbers outside entries.
 void AddLongLimits(CaseList& cases, const char* group, const Base& base) {
     for (const auto& number : base.places.numbers) {
         AddLimits(cases, group, base, number);
@@ -121,7 +121,7 @@ struct TypeDamage {
     std::uint32_t count;
 };
 
-/// Puts type and count of `damage`.
+/// Adds a case with the type and the count of `damage`.
 void AddType(CaseList& cases, const char* group, const Base& base, const TypeDamage& damage) {
     const std::string name = std::string(base.name) + "/" + damage.entry.Name() +
                              "/type=" + std::to_string(damage.type) +
@@ -148,7 +148,7 @@ void AddTypes(CaseList& cases, const Base& base) {
     }
 }
 
-/// Counts at which the length of the value is just below 2^32 bytes, exactly that, and just above.
+/// Adds counts for which the length of the value is just below, exactly, or just above 2^32 bytes.
 void AddCounts(CaseList& cases, const Base& base) {
     constexpr std::uint64_t wrap = std::uint64_t{1} << 32U;
     struct Sized {

@@ -6,10 +6,11 @@
 
 namespace matrix {
 
-/// Every number that tells where something is or how much of it: directories' counts and links, headers,
-/// and each entry's tag, type, count and value, set to what lies at and beside every limit.
+/// Every number that is an offset or a size (counts and links of IFDs, headers, and tag, type, count and
+/// value of each entry), set to the values at and next to every limit.
 void AddFieldCases(CaseList& cases);
-/// Every entry with every type, and with counts whose values are as long as 32 bits can tell, or longer.
+/// Every entry with every type, and with counts whose values reach or exceed the length that 32 bits can
+/// hold.
 void AddTypeCases(CaseList& cases);
 
 }  // namespace matrix

@@ -25,7 +25,7 @@ constexpr std::uint32_t kFileBytes = kDngRawOffset + kRawBytes;
 constexpr std::uint32_t kPreviewBytes = kDngRawOffset - kDngPreviewOffset;
 constexpr std::uint32_t kLargest = 0xFFFFFFFF;
 
-/// Adds what `change` makes of a DNG of the camera.
+/// Adds a camera DNG modified by `change`.
 void Add(CaseList& cases, const std::string& name, Pixels pixels,
          const std::function<void(CameraDngFile&)>& change) {
     cases.Add("geometry", name, Kind::kDng, pixels, [change] {
@@ -35,7 +35,7 @@ void Add(CaseList& cases, const std::string& name, Pixels pixels,
     });
 }
 
-/// Each width with each height, as SHORT where they fit and as LONG.
+/// Adds each width with each height, as SHORT if they fit and as LONG.
 void AddSizes(CaseList& cases, bool raw) {
     constexpr std::array<std::uint32_t, 15> sides = {
         0, 1, 2, 3, 4, 5, 319, 320, 3919, 3920, 3968, 65535, 0x7FFFFFFF, 0x80000000, kLargest};
@@ -120,7 +120,7 @@ void AddStrips(CaseList& cases, bool raw) {
     }
 }
 
-/// Tables of any length, their bytes taken for any type.
+/// Adds linearization tables of any length, with their bytes declared as any type.
 void AddTables(CaseList& cases) {
     constexpr std::array<std::size_t, 10> lengths = {0, 1, 2, 3, 128, 255, 256, 257, 300, 700};
     constexpr std::uint16_t last_type = 13;
@@ -137,7 +137,7 @@ void AddTables(CaseList& cases) {
     }
 }
 
-/// `value` in a SHORT of the raw directory.
+/// Sets a SHORT in the raw IFD to `value`.
 void AddShort(CaseList& cases, const char* what, std::uint16_t tag, std::uint32_t value, Pixels pixels) {
     Add(cases, std::string(what) + "/" + std::to_string(value), pixels, [=](CameraDngFile& file) {
         samples::Set(file.raw_ifd, samples::Short(tag, static_cast<std::uint16_t>(value)));

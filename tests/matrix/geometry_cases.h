@@ -6,7 +6,7 @@
 
 namespace matrix {
 
-/// Sizes, strips, sample sizes and tables of the two images of a camera's DNG.
+/// Sizes, strips, sample sizes and tables of the two images in a camera DNG.
 void AddGeometryCases(CaseList& cases);
 
 }  // namespace matrix

@@ -17,16 +17,16 @@ std::string FaultOfEnding(const Ending& ending, const Said& said) {
         return "ended by signal " + std::to_string(ending.signal) + ": " + ending.errors;
     }
     if (!ending.errors.empty()) {
-        return "on standard error: " + ending.errors;
+        return "output on standard error: " + ending.errors;
     }
     if (!said.unknown.empty()) {
-        return "an unknown line: " + said.unknown;
+        return "unknown output line: " + said.unknown;
     }
     if (ending.status != said.status) {
         return "exit status " + std::to_string(ending.status) + " with \"" + said.message + "\"";
     }
     if (ending.cpu_seconds > kMostSeconds) {
-        return "took " + std::to_string(ending.cpu_seconds) + " s of the processor";
+        return "took " + std::to_string(ending.cpu_seconds) + " s of CPU time";
     }
     if (ending.peak_kilobytes > kMostKilobytes) {
         return "took " + std::to_string(ending.peak_kilobytes) + " KiB of memory";
@@ -42,7 +42,7 @@ std::string FaultOfResult(const Case& one, const CaseFolder& folder, const Known
     }
     if (one.pixels == Pixels::kKnown && !known.Include(one.options->kind, one.options->correction,
                                                        file.bytes().subspan(raw.offset, raw.size))) {
-        return "the DNG: its raw image is another one";
+        return "the DNG: unexpected raw image";
     }
     return "";
 }

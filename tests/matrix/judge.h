@@ -11,13 +11,13 @@
 
 namespace matrix {
 
-/// What came of a case.
+/// The result of a case.
 struct Verdict {
-    std::string fault;    ///< empty: as it should be
-    std::string outcome;  ///< "DNG", or the message that there is none
+    std::string fault;    ///< empty if the program behaved correctly
+    std::string outcome;  ///< "DNG", or the message that was printed instead
 };
 
-/// Looks at how a run ended and at what it left in `folder`.
+/// Judges how a run ended and what it left in `folder`.
 Verdict Judge(const Case& one, const Files& files, const Ending& ending, const CaseFolder& folder,
               const KnownPixels& known);
 

@@ -12,7 +12,7 @@ namespace matrix {
 namespace {
 
 enum class Effect : std::uint8_t {
-    kFatal,   ///< ends the run with its number
+    kFatal,   ///< ends the run with its number as the exit status
     kFailed,  ///< the picture is not converted
     kWarned,  ///< a correction is left out
 };
@@ -22,7 +22,7 @@ struct Error {
     Effect effect;
 };
 
-/// The errors that one picture, in a folder that is there, can lead to.
+/// The errors that a run on one picture can print if its folder exists.
 constexpr std::array<Error, 12> kErrors = {{
     {"Error #0002: Given input (-i) is not a folder or supported RAW file.", Effect::kFatal},
     {"Error #0012: Missing lens database file lensdb.ini.", Effect::kFatal},
@@ -51,13 +51,13 @@ bool IsNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Whether `line` is `before`, a whole number, and `after`.
+/// Whether `line` consists of `before`, an integer and `after`.
 bool IsNumbered(std::string_view line, std::string_view before, std::string_view after) {
     return line.size() > before.size() + after.size() && line.starts_with(before) && line.ends_with(after) &&
            IsNumber(line.substr(before.size(), line.size() - before.size() - after.size()));
 }
 
-/// What -v prints in front of the end of a step, or of what came in its way.
+/// The texts that -v prints before the end of a step, or before an error that interrupts it.
 constexpr std::array<std::string_view, 8> kSteps = {
     "Reading L1.JPG...",           "Reading L1.RAW...",     "Reading DNG Image...",  "Fixing pixel errors...",
     "Fixing sensor dark field...", "Writing DNG header...", "Writing image data...", ""};
@@ -93,7 +93,7 @@ class Listener {
     }
 
     bool IsError(std::string_view line) {
-        // A repair's error is reported twice, the second time without the file's name.
+        // A repair reports an error twice, the second time without the file's name.
         const auto* const error = std::ranges::find_if(kErrors, [line](const Error& known) {
             return known.text == line || (line.starts_with("Error #") && known.text.ends_with(line));
         });

@@ -8,19 +8,19 @@
 
 namespace matrix {
 
-/// What the program said in one run.
+/// What the program printed in one run.
 struct Said {
-    std::string unknown;        ///< the first line that is none of the program's; empty: all are
-    bool failed = false;        ///< a message that the picture could not be converted
-    int status = 0;             ///< the exit status that goes with it
-    bool new_database = false;  ///< it has made dark levels and did not say that they could not be written
-    std::string message;        ///< the last error, for the counts; empty without one
+    std::string unknown;        ///< the first line that the program should not print; empty if there is none
+    bool failed = false;        ///< whether a message says that the picture was not converted
+    int status = 0;             ///< the exit status that matches the output
+    bool new_database = false;  ///< whether it made dark levels and did not report a failure to write them
+    std::string message;        ///< the last error, used to count outcomes; empty if there is none
 };
 
-/// Sorts the lines of standard output. The picture is L1 in the folder that FolderOf names.
+/// Interprets the lines of standard output. The picture is L1 in the folder FolderOf(kind).
 Said Understand(const std::string& output, Kind kind);
 
-/// "pair" or "dng": where a case's input lies.
+/// The folder of the input: "pair" or "dng".
 const char* FolderOf(Kind kind);
 
 }  // namespace matrix

@@ -23,7 +23,7 @@ namespace {
 
 using Pixels8 = std::span<const std::uint8_t>;
 
-/// Whether no pixel differs by more than 1.
+/// Whether all pixels differ by at most 1.
 bool AreNear(Pixels8 a, Pixels8 b) {
     constexpr std::size_t block = 8192;
     for (std::size_t begin = 0; begin < a.size(); begin += block) {
@@ -46,7 +46,7 @@ Bytes UndamagedInput(Kind kind, std::uint16_t iso) {
     return kind == Kind::kPair ? PairJpeg(samples::ByteOrder::kLittle, shot) : CameraDng(shot);
 }
 
-/// The rows of the dump, black where it ends.
+/// Whether the pixels are the rows of the RAW file, with black where it ends.
 bool AreThoseOfRawFile(Pixels8 pixels) {
     Bytes dump = RawFile();
     dump.resize(samples::kDumpBytes);
@@ -93,19 +93,19 @@ std::string KnownPixels::MakeOne(const std::string& folder, const Child& child, 
     std::error_code error;
     std::filesystem::rename(cases.Result(), path, error);
     Known known = {options.kind, options.correction, std::make_unique<MappedFile>(path), {}};
-    fault += error ? ending.output + ending.errors + "no DNG of an undamaged input"
+    fault += error ? ending.output + ending.errors + "no DNG from an undamaged input"
                    : FaultOfDng(known.file->bytes(), known.strip);
     known_.push_back(std::move(known));
     return fault;
 }
 
-/// Everything else is held against these two.
+/// Checks the two uncorrected images, on which all other checks rely.
 std::string KnownPixels::FaultOfUncorrected() const {
     for (const Known& known : known_) {
         if (known.correction == Correction::kNone) {
             const auto pixels = known.Pixels();
             if (!(known.kind == Kind::kPair ? AreThoseOfRawFile(pixels) : AreThoseOfCameraDng(pixels))) {
-                return "an undamaged input does not keep its pixels";
+                return "the pixels of an undamaged input changed";
             }
         }
     }

@@ -16,22 +16,22 @@
 
 namespace matrix {
 
-/// The raw images that undamaged inputs give: without a correction, where they must be the input's own
-/// pixels, and with each correction at each of the camera's five speeds.
+/// The raw images that undamaged inputs give: without correction, which must be the input's own pixels, and
+/// with each correction at each of the camera's five ISO speeds.
 class KnownPixels {
   public:
-    /// Lets the program make them in `cases` and keeps them in `folder`. Returns an empty text, or what went
-    /// wrong.
+    /// Runs the program in `cases` to make the images, and keeps them in `folder`. Returns an error message,
+    /// empty on success.
     std::string Make(const std::string& folder, const Child& child, CaseFolder& cases);
 
-    /// Whether a raw image is one of them: the uncorrected one, or one of this correction.
+    /// Whether `pixels` is one of the known images: the uncorrected one, or one with this correction.
     bool Include(Kind kind, Correction correction, std::span<const std::uint8_t> pixels) const;
 
   private:
     struct Known {
         Kind kind;
         Correction correction;
-        std::unique_ptr<MappedFile> file;  ///< stays mapped: it is looked at in almost every case
+        std::unique_ptr<MappedFile> file;  ///< kept mapped, because almost every case uses it
         RawStrip strip;
 
         std::span<const std::uint8_t> Pixels() const {

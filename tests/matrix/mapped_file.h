@@ -9,8 +9,8 @@
 
 namespace matrix {
 
-/// A file's bytes, mapped: they don't count as memory of the processes that are started meanwhile, as those
-/// of a buffer would.
+/// The bytes of a file, mapped: unlike a buffer, they do not count as memory of the programs started
+/// meanwhile.
 class MappedFile {
   public:
     explicit MappedFile(const std::string& path);
@@ -22,7 +22,7 @@ class MappedFile {
 
     /// Whether the file could be opened.
     bool there() const { return there_; }
-    /// None of an empty file.
+    /// Empty if the file is empty.
     std::span<const std::uint8_t> bytes() const { return {static_cast<const std::uint8_t*>(bytes_), size_}; }
 
   private:

@@ -40,7 +40,7 @@ CaseList AllCases() {
     return cases;
 }
 
-/// The case of the given name or, when no case has just that name, those whose names begin so.
+/// The case with the given name; if there is none, all cases whose names begin with it.
 std::vector<const Case*> Wanted(const CaseList& list, const Arguments& arguments) {
     const auto named = std::ranges::find(list.cases(), arguments.only, &Case::name);
     if (named != list.cases().end()) {
@@ -55,7 +55,7 @@ std::vector<const Case*> Wanted(const CaseList& list, const Arguments& arguments
     return wanted;
 }
 
-/// What all threads of a run share.
+/// The data that all threads of a run share.
 struct Shared {
     const Arguments& arguments;
     const std::vector<const Case*>& cases;
@@ -66,7 +66,7 @@ struct Shared {
     Tally tally = {};
 };
 
-/// One of the threads that take cases in turn.
+/// A thread that takes one case after another.
 class Worker {
   public:
     Worker(Shared& shared, std::size_t number)
@@ -100,7 +100,7 @@ class Worker {
         const std::string outcome = RunOnce(one, files, release_, "release");
         shared_.tally.Count(one, outcome);
         if (!shared_.arguments.sanitized.empty() && RunOnce(one, files, sanitized_, "sanitized") != outcome) {
-            shared_.tally.Fail(one.name, "the sanitized program comes to another end");
+            shared_.tally.Fail(one.name, "the sanitized program ends differently");
         }
     }
 
@@ -144,8 +144,7 @@ std::size_t RunCases(const Arguments& arguments, const std::vector<const Case*>&
     return shared.tally.Print();
 }
 
-/// Makes `program` known as bin/`name` in the folder of a case, beside its databases, and prints how to run
-/// it.
+/// Links `program` as bin/`name` in the folder of a case, next to its databases, and prints how to run it.
 void PrintCommand(const CaseFolder& folder, const OptionSet& options, const std::string& program,
                   const std::string& name) {
     std::error_code error;
@@ -157,7 +156,7 @@ void PrintCommand(const CaseFolder& folder, const OptionSet& options, const std:
     std::printf("\n");
 }
 
-/// Everything is made anew: the folder must hold no case yet.
+/// Writes the files of a case. All files must be new: the folder must not hold a case yet.
 std::size_t Keep(const Arguments& arguments, const Case& one) {
     const std::string path = std::filesystem::absolute(arguments.keep).string();
     std::error_code error;
@@ -189,7 +188,7 @@ std::size_t Run(const Arguments& arguments, const std::string& folder) {
             std::printf("%s\n", one->name.c_str());
         }
         if (!names.insert(one->name).second) {
-            std::printf("FAILED: two cases of the name %s\n", one->name.c_str());
+            std::printf("FAILED: two cases named %s\n", one->name.c_str());
             return 1;
         }
     }

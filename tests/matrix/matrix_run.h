@@ -9,7 +9,8 @@
 
 namespace matrix {
 
-/// Does what `arguments` ask for, with `folder` for the files. Returns the number of failures.
+/// Runs, lists or keeps cases as `arguments` say, with `folder` for their files. Returns the number of
+/// failures.
 std::size_t Run(const Arguments& arguments, const std::string& folder);
 
 }  // namespace matrix

@@ -23,7 +23,7 @@ std::string Without(const std::string& text, char what) {
     return Replaced(text, what, "");
 }
 
-/// Two bytes a letter.
+/// Two bytes per character.
 std::string Utf16(const std::string& text, bool big_endian) {
     std::string wide = big_endian ? "\xFE\xFF" : "\xFF\xFE";
     for (const char c : text) {

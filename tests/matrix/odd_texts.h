@@ -13,7 +13,7 @@ struct NamedText {
     std::string text;
 };
 
-/// What may stand in a database in the place of a number.
+/// Texts that a database may hold in place of a number.
 const std::vector<NamedText>& OddNumbers();
 
 struct Rewriting {
@@ -21,7 +21,7 @@ struct Rewriting {
     std::function<std::string(const std::string& text)> rewrite;
 };
 
-/// What may become of a database's text on its way through editors.
+/// Changes that editors may make to the text of a database.
 const std::vector<Rewriting>& Rewritings();
 
 }  // namespace matrix

@@ -14,14 +14,14 @@ enum class Kind : std::uint8_t { kPair, kDng };
 /// What a set of options does to the raw image.
 enum class Correction : std::uint8_t {
     kNone,
-    kDarkFrame,  ///< -b with a BIA file
+    kDarkFrame,  ///< -b with a .BIA file
     kLevels,     ///< -s
     kRows,       ///< -sb
     kLineTest,   ///< -st
     kNewLevels,  ///< -sd
 };
 
-/// Whether equal runs may give pixels that differ by 1.
+/// Whether identical runs may give pixels that differ by 1.
 constexpr bool IsDithered(Correction correction) {
     return correction == Correction::kLevels || correction == Correction::kLineTest ||
            correction == Correction::kNewLevels;
@@ -31,15 +31,16 @@ struct OptionSet {
     Kind kind = Kind::kPair;
     Correction correction = Correction::kNone;
     std::vector<std::string> arguments = {};
-    bool older_dng = false;  ///< a file of the result's name is there already
+    bool older_dng = false;  ///< whether a file with the name of the result exists already
 };
 
-/// The sets that the damaged inputs take in turn; their numbers are primes, so that each field meets others.
+/// The option sets that the damaged inputs take in turn. Their numbers are prime, so that every field meets
+/// different sets.
 const std::vector<OptionSet>& OptionSets(Kind kind);
 
-/// The sets in which the lens database counts.
+/// The option sets that use the lens database.
 const std::vector<OptionSet>& LensOptionSets();
-/// The sets in which the sensor database counts.
+/// The option sets that use the sensor database.
 const std::vector<OptionSet>& SensorOptionSets();
 
 }  // namespace matrix

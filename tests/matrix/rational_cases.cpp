@@ -54,7 +54,7 @@ std::string Text(Rational fraction) {
     return std::to_string(fraction.numerator) + "-" + std::to_string(fraction.denominator);
 }
 
-/// As many fractions as there were, all the same.
+/// An entry with as many fractions as `entry`, all equal to `fraction`.
 Entry Filled(const Entry& entry, std::uint16_t type, Rational fraction) {
     Entry filled = samples::Rationals(entry.tag, std::vector(entry.value.size() / 8, fraction));
     filled.type = type;
@@ -74,7 +74,7 @@ void AddEveryFraction(CaseList& cases, const EditableDirectory& where, const Ent
     }
 }
 
-/// The f-number is estimated from the two of the maker note.
+/// Adds pairs of brightness values in the maker note, from which the f-number is estimated.
 void AddBrightnessPairs(CaseList& cases, const EditableDirectory& where) {
     constexpr std::array<std::uint32_t, 8> numerators = {
         0,     1, kLargest, kLargestSigned, kLowestSigned, kLowestSigned + 285082, kLargestSigned - 285082,
@@ -91,7 +91,7 @@ void AddBrightnessPairs(CaseList& cases, const EditableDirectory& where) {
     }
 }
 
-/// With those that the camera does not write but the program reads.
+/// The IFD's rational entries, plus those that the camera does not write but the program reads.
 Entries RationalEntries(const EditableDirectory& where) {
     Entries entries;
     std::ranges::copy_if(where.entries, std::back_inserter(entries), IsRational);

@@ -29,8 +29,8 @@ using Offsets = std::vector<std::uint32_t>;
 
 constexpr std::uint32_t kLargest = 0xFFFFFFFF;
 
-/// Draws the oddities of one file. The engine gives the same numbers everywhere, the library's distributions
-/// do not.
+/// Draws random changes for one file. Uses the engine directly, because it gives the same numbers everywhere;
+/// the library's distributions do not.
 class Draw {
   public:
     explicit Draw(std::uint32_t number) : engine_(number * 2654435761U + 1) {}
@@ -49,7 +49,7 @@ class Draw {
 
 // --- Entries
 
-/// Another type and another count, in the hope that they fit each other, the value, or neither.
+/// Sets another type and another count, which may or may not match each other and the value.
 void ChangeTypeAndCount(Draw& draw, Entry& entry) {
     constexpr std::uint32_t types = 15;
     static constexpr auto counts = std::to_array<std::uint32_t>(
@@ -67,7 +67,7 @@ void ChangeOrder(Draw& draw, Entries& entries) {
     }
 }
 
-/// What is done to a directory's entries, in some files.
+/// Makes random changes to the entries of an IFD.
 void ChangeEntries(Draw& draw, Entries& entries) {
     if (entries.empty()) {
         return;
@@ -92,7 +92,7 @@ void ChangeEntries(Draw& draw, Entries& entries) {
 
 // --- Maker note
 
-/// A note whose bytes are cut, moved or repeated, so that it no longer ends or begins where it should.
+/// Cuts, moves or repeats bytes of a note, so that it no longer begins or ends where it should.
 void ChangeNoteBytes(Draw& draw, Bytes& note) {
     constexpr std::size_t some = 40;
     switch (draw.Below(7)) {
@@ -105,7 +105,7 @@ void ChangeNoteBytes(Draw& draw, Bytes& note) {
         case 2:
             note.erase(note.begin(), note.begin() + draw.Below(std::min(some, note.size())));
             break;
-        case 3: {  // a note in the note, from the header's end on
+        case 3: {  // a note inside the note, after its header
             const Bytes inner = note;
             note.insert(note.begin() + samples::kMakerNoteHeaderSize, inner.begin(), inner.end());
             break;
@@ -113,7 +113,7 @@ void ChangeNoteBytes(Draw& draw, Bytes& note) {
         case 4:
             note.insert(note.end(), note.begin(), note.end());
             break;
-        case 5: {  // another number of entries than there are
+        case 5: {  // a wrong number of entries
             static constexpr auto counts = std::to_array<std::uint32_t>({0, 1, 14, 18, 20, 255, 65535});
             Put(note, {samples::kMakerNoteHeaderSize, tiff::kCountSize}, draw.OneOf(counts));
             break;
@@ -132,9 +132,9 @@ void ChangeNote(Draw& draw, Entries entries, Entries& exif) {
     samples::Set(exif, samples::Undefined(tag::kMakerNote, std::move(note)));
 }
 
-// --- Directories
+// --- IFDs
 
-/// An offset that may be one of `places`, a few bytes or entries next to it, or nowhere.
+/// An offset that is one of `places`, a few bytes or entries away from one, or far outside.
 std::uint32_t OddOffset(Draw& draw, const Offsets& places) {
     static constexpr auto distances = std::to_array<std::uint32_t>({0, 0, 1, 2, 4, 12, 14, 24});
     static constexpr auto nowhere =
@@ -147,7 +147,7 @@ std::uint32_t OddOffset(Draw& draw, const Offsets& places) {
     return draw.OneIn(2) ? place + distance : place - std::min(place, distance);
 }
 
-/// Lets the pointer `tag` lead somewhere else, or away.
+/// Makes the pointer `tag` lead somewhere else, or removes it.
 void ChangePointer(Draw& draw, std::uint16_t tag, const Offsets& places, Entries& entries) {
     constexpr std::uint16_t long_type = 4;
     switch (draw.Below(6)) {
@@ -158,7 +158,7 @@ void ChangePointer(Draw& draw, std::uint16_t tag, const Offsets& places, Entries
         case 2:
             samples::Set(entries, samples::RawEntry(tag, long_type, 1, OddOffset(draw, places)));
             break;
-        case 3:  // several, of which the first is read
+        case 3:  // several pointers, of which the first is read
             samples::Set(entries, samples::Longs(tag, {OddOffset(draw, places), OddOffset(draw, places)}));
             break;
         case 4:
@@ -170,7 +170,7 @@ void ChangePointer(Draw& draw, std::uint16_t tag, const Offsets& places, Entries
     }
 }
 
-/// Pointers to directories that the camera does not write, and that nobody reads.
+/// Adds pointers to IFDs that the camera does not write and the program does not read.
 void AddForeignPointers(Draw& draw, const Offsets& places, Entries& entries) {
     for (const std::uint16_t tag : {tag::kGPSIFD, tag::kInteroperabilityIFD}) {
         if (draw.OneIn(4)) {
@@ -181,7 +181,7 @@ void AddForeignPointers(Draw& draw, const Offsets& places, Entries& entries) {
 
 // --- DNG
 
-/// Strips of the image at `offset`: in any order, overlapping, with gaps, beyond the end.
+/// Gives the image at `offset` strips in any order, overlapping, with gaps, or beyond the end.
 void ChangeStrips(Draw& draw, std::uint32_t offset, std::uint32_t bytes, Entries& entries) {
     constexpr std::uint32_t most_strips = 6;
     const std::uint32_t count = 1 + draw.Below(most_strips);
@@ -214,7 +214,7 @@ Bytes OddDng(std::uint32_t number) {
     auto file = SmallDng();
     const std::uint32_t raw_ifd = samples::kDngIfd0Offset + samples::TableSize(file.ifd0);
     const std::uint32_t exif_ifd = raw_ifd + samples::TableSize(file.raw_ifd);
-    // A directory at the end is one that is there twice.
+    // The IFD at the end is a second copy.
     const auto end = static_cast<std::uint32_t>(samples::kDngRawOffset + file.raw.size());
     const Offsets places = {samples::kDngIfd0Offset, raw_ifd, exif_ifd, samples::kDngPreviewOffset,
                             samples::kDngRawOffset,  end};

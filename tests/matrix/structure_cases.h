@@ -6,9 +6,9 @@
 
 namespace matrix {
 
-/// Files with several oddities of structure at once, drawn by number: directories that are missing, there
-/// twice, cyclic, nested or overlapping; types and counts that do not belong together; maker notes of another
-/// layout; strips in any order and place. A number always gives the same file.
+/// Files with several structural faults at once, drawn by number: IFDs that are missing, duplicated, cyclic,
+/// nested or overlapping; types and counts that do not match; maker notes with another layout; strips in any
+/// order and place. The same number always gives the same file.
 void AddStructureCases(CaseList& cases);
 
 }  // namespace matrix

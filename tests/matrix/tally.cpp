@@ -49,7 +49,7 @@ std::size_t Tally::Print() const {
         }
     }
     for (const auto& [program, largest] : largest_) {
-        std::printf("%s: at most %.3f s of the processor (%s) and %ld KiB of memory (%s)\n", program.c_str(),
+        std::printf("%s: at most %.3f s of CPU time (%s) and %ld KiB of memory (%s)\n", program.c_str(),
                     largest.cpu_seconds, largest.slowest.c_str(), largest.peak_kilobytes,
                     largest.greediest.c_str());
     }

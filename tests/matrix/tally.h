@@ -13,17 +13,18 @@
 
 namespace matrix {
 
-/// Counts what came of the cases. May be used by several threads.
+/// Counts the results of the cases. Thread-safe.
 class Tally {
   public:
-    /// One case was run, with this outcome. Now and then prints how many were.
+    /// Counts one case with this outcome. Prints the total now and then.
     void Count(const Case& one, const std::string& outcome);
-    /// One run of `program` ("release", "sanitized") took this much.
+    /// Records what one run of `program` ("release", "sanitized") took.
     void Measure(const std::string& program, const Case& one, const Ending& ending);
-    /// Something is not as it should be. Printed at once.
+    /// Records a failure and prints it at once.
     void Fail(const std::string& name, const std::string& fault);
 
-    /// Cases for each group and outcome, largest figures, and the failures once more. Returns their number.
+    /// Prints the cases of each group and outcome, the largest figures and all failures. Returns the number
+    /// of failures.
     std::size_t Print() const;
 
   private:

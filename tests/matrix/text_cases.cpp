@@ -49,7 +49,7 @@ const std::vector<OddText>& OddTexts() {
     return texts;
 }
 
-/// A DNG is only repaired when its make and model are the camera's.
+/// The camera's own text for a tag; a DNG is only repaired if its make and model are the camera's.
 std::string CamerasOwn(std::uint16_t tag) {
     switch (tag) {
         case tag::kMake:
@@ -62,7 +62,7 @@ std::string CamerasOwn(std::uint16_t tag) {
 }
 
 void AddOddText(CaseList& cases, const EditableDirectory& where, std::uint16_t tag, const OddText& odd) {
-    // The texts are long and many: each case makes its own when it is its turn.
+    // The texts are long and numerous, so each case makes its text only when it runs.
     const auto add = [&](const char* what, const auto& make) {
         AddEdit(cases, "texts", where, std::to_string(tag) + "/" + odd.name + what, Pixels::kKnown,
                 [make, tag, &odd](Entries& entries) { samples::Set(entries, make(tag, odd.text)); });
@@ -93,7 +93,7 @@ void AddTexts(CaseList& cases, const EditableDirectory& where, std::uint16_t tag
     }
 }
 
-/// Those that the camera writes, and those that it does not but the program reads or copies.
+/// The text tags that the camera writes, plus those that it does not write but the program reads or copies.
 std::vector<std::uint16_t> TextTags(const EditableDirectory& where) {
     std::vector<std::uint16_t> tags;
     for (const Entry& entry : where.entries) {

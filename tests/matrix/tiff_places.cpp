@@ -13,9 +13,9 @@ namespace matrix {
 
 namespace {
 
-constexpr std::size_t kTiffInJpeg = 12;  // behind SOI, marker and length of APP1, "Exif" and two NULs
+constexpr std::size_t kTiffInJpeg = 12;  // after SOI, marker and length of APP1, "Exif" and two NULs
 
-/// Walks the directories of one file.
+/// Walks the IFDs of one file.
 class Walk {
   public:
     Walk(const Bytes& bytes, std::size_t base)
@@ -26,14 +26,14 @@ class Walk {
         places_.numbers.push_back({name, {offset, width, big_endian_}, base_, end_, moves_pixels});
     }
 
-    /// The 8 bytes that begin a TIFF file.
+    /// The 8 bytes at the start of a TIFF file.
     void AddHeader() {
         AddNumber("byte-order", base_, 2);
         AddNumber("magic", base_ + 2, 2);
         AddNumber("first-ifd", base_ + 4, 4);
     }
 
-    /// The directory at `offset` from the base.
+    /// The IFD at `offset` from the base.
     void AddDirectory(Directory directory, std::size_t offset) {
         const std::string name = NameOf(directory);
         const bool decides = directory == Directory::kMain || directory == Directory::kRaw;
@@ -47,14 +47,14 @@ class Walk {
         AddNumber(name + "/next-ifd", offset, tiff::kLinkSize);
     }
 
-    /// The last entry of `tag` so far.
+    /// The last entry of `tag` found so far.
     const EntryPlaces& Entry(std::uint16_t tag) const {
         return *std::find_if(places_.entries.rbegin(), places_.entries.rend(),
                              [tag](const EntryPlaces& entry) { return entry.number == tag; });
     }
     std::uint32_t Value(std::uint16_t tag) const { return Get(bytes_, Entry(tag).value); }
 
-    /// The maker note, a little world of its own: a directory at byte 8, and offsets that count from byte
+    /// The maker note, which has separate offsets: an IFD at byte 8, and offsets that count from byte
     /// `note_base`.
     void AddMakerNote(std::uint32_t note_base) {
         const std::size_t note = base_ + Value(tag::kMakerNote);

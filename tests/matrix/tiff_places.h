@@ -12,7 +12,7 @@
 
 namespace matrix {
 
-/// One entry of a directory in a file of the camera.
+/// One entry of an IFD in a file of the camera.
 struct EntryPlaces {
     Directory directory = Directory::kMain;
     std::uint16_t number = 0;  ///< the tag
@@ -20,19 +20,19 @@ struct EntryPlaces {
     Place type;
     Place count;
     Place value;
-    std::size_t base = 0;  ///< where the offsets of its directory count from
-    std::size_t end = 0;   ///< behind the last byte that such an offset may name
+    std::size_t base = 0;  ///< where the offsets of its IFD count from
+    std::size_t end = 0;   ///< the end of the bytes that such an offset can reach
 
     std::string Name() const;
 };
 
-/// A number that is no part of an entry.
+/// A number that is not part of an entry.
 struct NumberPlace {
     std::string name;
     Place place;
     std::size_t base = 0;
     std::size_t end = 0;
-    bool moves_pixels = false;  ///< another value may give another raw image
+    bool moves_pixels = false;  ///< whether another value may change the raw image
 };
 
 struct TiffPlaces {
@@ -40,11 +40,11 @@ struct TiffPlaces {
     std::vector<NumberPlace> numbers;
 };
 
-/// The places of an undamaged JPEG or DNG of the camera, its maker note among them.
+/// The places in an undamaged JPEG or DNG of the camera, including its maker note.
 TiffPlaces PlacesInJpeg(const Bytes& jpeg);
 TiffPlaces PlacesInDng(const Bytes& dng);
 
-/// Whether a DNG's raw image may be another one when this entry is damaged.
+/// Whether damage to this entry of a DNG may change its raw image.
 bool MovesPixels(Directory directory, std::uint16_t tag);
 
 }  // namespace matrix

@@ -80,8 +80,8 @@ BlockDevice::BlockDevice(std::span<std::uint8_t> bytes)
     WaitUntilAttached();
 }
 
-/// The disk has its size as soon as it can be read. Then it takes as much at once as other disks do, so that
-/// there are not more writes than with them.
+/// Waits until the disk has a size, which it has as soon as it can be read. Then sets its request size to
+/// that of ordinary disks, so that it gets no more writes than they do.
 void BlockDevice::WaitUntilAttached() const {
     for (std::uint64_t size = 0; size == 0;) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -113,7 +113,8 @@ void BlockDevice::Note(DiskWrite write) {
     log_.push_back(std::move(write));
 }
 
-/// One request after the other: what is answered before a flush is asked for is what the flush holds for.
+/// Answers one request after another: when a flush is requested, all writes before it have been answered and
+/// are covered by it.
 void BlockDevice::Serve(int connection) {
     struct nbd_request request = {};
     Bytes data;
@@ -138,7 +139,7 @@ void BlockDevice::Serve(int connection) {
     ::close(connection);
 }
 
-/// Returns the error number that the kernel is told, 0 for success.
+/// Returns the error number for the kernel, 0 for success.
 std::uint32_t BlockDevice::Answer(std::uint32_t command, std::uint64_t offset, Bytes& data) {
     if (offset > bytes_.size() || data.size() > bytes_.size() - offset) {
         return EINVAL;

@@ -13,13 +13,13 @@
 
 namespace powercut {
 
-/// A disk of this machine whose bytes are in this process (a network block device without a network). It has
-/// a write cache, as real ones do, and notes what it is asked to write.
+/// A disk of this machine whose bytes are in this process (a network block device without a network). Like a
+/// real disk it has a write cache; it records all write requests.
 class BlockDevice {
   public:
-    /// Attaches /dev/nbd0. Ends the process when that can't be done.
+    /// Attaches /dev/nbd0. Ends the process on failure.
     explicit BlockDevice(std::span<std::uint8_t> bytes);
-    /// Detaches it. Nothing may be mounted from it.
+    /// Detaches the disk, which must not be mounted.
     ~BlockDevice();
     BlockDevice(const BlockDevice&) = delete;
     BlockDevice& operator=(const BlockDevice&) = delete;
@@ -28,9 +28,9 @@ class BlockDevice {
 
     static std::string Path() { return "/dev/nbd0"; }
 
-    /// How many writes and flushes there were so far.
+    /// The number of writes and flushes so far.
     std::size_t Requests();
-    /// All of them, in the order in which they were done.
+    /// All writes and flushes, in the order in which they were executed.
     WriteLog Log();
 
   private:

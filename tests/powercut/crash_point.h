@@ -11,13 +11,13 @@
 
 namespace powercut {
 
-/// A moment at which the power goes.
+/// A moment at which the power fails.
 struct CrashPoint {
-    std::size_t requests = 0;  ///< how many writes and flushes came before
-    double lost = 0;           ///< share of the writes since the last flush that the disk had not made yet
-    std::uint32_t seed = 0;    ///< decides which ones
+    std::size_t requests = 0;  ///< number of writes and flushes before it
+    double lost = 0;  ///< fraction of the writes since the last flush that were still in the disk's cache
+    std::uint32_t seed = 0;  ///< selects the lost writes
 
-    /// Does to `disk` what reached the medium by then.
+    /// Applies the writes to `disk` that have reached the medium by then.
     void Apply(const WriteLog& log, std::span<std::uint8_t> disk) const;
 
     std::string Description() const;

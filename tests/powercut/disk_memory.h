@@ -8,11 +8,11 @@
 
 namespace powercut {
 
-/// The bytes of a disk, mapped from a file in memory that they share or only start from.
+/// The bytes of a disk, mapped from a file in memory, either shared with the file or as a private copy.
 class DiskBytes {
   public:
-    /// Maps `size` bytes of `file`. What is written is in the file, too, if it is `shared`. Ends the process
-    /// when there is no memory.
+    /// Maps `size` bytes of `file`. Writes go to the file if `shared` is set. Ends the process if there is
+    /// not enough memory.
     DiskBytes(int file, std::uint64_t size, bool shared);
     ~DiskBytes();
     DiskBytes(const DiskBytes&) = delete;
@@ -26,7 +26,7 @@ class DiskBytes {
     std::span<std::uint8_t> bytes_;
 };
 
-/// A disk in memory: its state before the run that is cut short, and any number of states that start from it.
+/// A disk in memory: its state before the run that is cut short, and any number of copies of that state.
 class DiskMemory {
   public:
     /// A disk of zeros.
@@ -37,9 +37,9 @@ class DiskMemory {
     DiskMemory(DiskMemory&&) = delete;
     DiskMemory& operator=(DiskMemory&&) = delete;
 
-    /// The state before the run, which can be changed.
+    /// The state before the run, which can be modified.
     std::unique_ptr<DiskBytes> Before() const { return std::make_unique<DiskBytes>(file_, size_, true); }
-    /// A copy of it; what is written to the copy is gone with it.
+    /// A private copy of that state; changes are lost with the copy.
     std::unique_ptr<DiskBytes> Copy() const { return std::make_unique<DiskBytes>(file_, size_, false); }
 
   private:

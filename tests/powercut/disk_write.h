@@ -9,13 +9,14 @@ namespace powercut {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// What a file system asked of its disk: to write these bytes, or, with `is_flush`, to make all that it wrote
-/// before survive a power cut.
+/// A request of a file system to its disk: to write these bytes or, with `is_flush`, to make all earlier
+/// writes survive a power cut.
 struct DiskWrite {
     std::uint64_t offset = 0;
     Bytes bytes = {};
     bool is_flush = false;
-    bool survives = false;  ///< it was to be on the medium, not only in the disk's memory, when it was done
+    bool survives = false;  ///< whether the write had to reach the medium, not only the disk's cache, before
+                            ///< it was answered
 };
 
 using WriteLog = std::vector<DiskWrite>;

@@ -15,7 +15,7 @@ const std::vector<FileSystem>& FileSystems() {
     constexpr std::uint64_t megabyte = 1ULL << 20U;
     static const std::vector<FileSystem> all = {
         {"vfat", "vfat", "", {"/sbin/mkfs.vfat", "-F", "32"}, {"/sbin/fsck.vfat", "-a"}, 128 * megabyte},
-        // As desktops mount a card.
+        // The options with which desktops mount a card.
         {"vfat-flush",
          "vfat",
          "flush",

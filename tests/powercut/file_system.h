@@ -8,24 +8,24 @@
 
 namespace powercut {
 
-/// A kind of file system, and the commands for it; the device comes last.
+/// A kind of file system and its commands; the device is appended to them.
 struct FileSystem {
     std::string name;
-    std::string type;     ///< as mount(2) wants it
-    std::string options;  ///< the same
+    std::string type;     ///< for mount(2)
+    std::string options;  ///< for mount(2)
     std::vector<std::string> make;
     std::vector<std::string>
         check;  ///< repairs without questions; empty: the file system repairs itself when mounted
     std::uint64_t size = 0;  ///< of the disk, in bytes
 };
 
-/// All that can be tested.
+/// All file systems that can be tested.
 const std::vector<FileSystem>& FileSystems();
 
 /// Runs `command` on the block device. Returns its exit status.
 int RunOnDevice(const std::vector<std::string>& command);
 
-/// The block device mounted at kDisk, as long as this lives.
+/// Mounts the block device at kDisk for the lifetime of the object.
 class Mount {
   public:
     explicit Mount(const FileSystem& file_system);
@@ -41,7 +41,7 @@ class Mount {
     bool mounted_;
 };
 
-/// Where it is mounted.
+/// The mount point.
 inline const std::string kDisk = "/tmp/disk/";
 
 }  // namespace powercut

@@ -6,7 +6,7 @@
 
 namespace powercut {
 
-/// Ends the process with a message when something that has nothing to do with the tested program failed.
+/// Ends the process with a message if a step failed that is not part of the tested program.
 void Must(bool worked, std::string_view what);
 
 }  // namespace powercut

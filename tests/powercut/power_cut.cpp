@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// power_cut PROGRAM TRIALS FILE_SYSTEM...: runs PROGRAM on disks of each kind, and looks at each as it is
-// after a power cut: after every prefix of the writes, and TRIALS times with some of the unflushed writes
-// lost. Prints what was found. Needs root and a kernel with network block devices; meant for a machine of its
-// own.
+// power_cut PROGRAM TRIALS FILE_SYSTEM...: runs PROGRAM on disks of each kind and examines their states after
+// a power cut: after every prefix of the writes, and TRIALS times with some of the unflushed writes lost.
+// Prints the results. Requires root and a kernel with network block devices; meant to run in a separate
+// machine.
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -19,7 +19,7 @@ namespace powercut {
 
 namespace {
 
-/// The system writes by itself what is older than a second, not half a minute.
+/// Makes the kernel write back data after one second instead of half a minute.
 void WriteBackSoon() {
     std::ofstream("/proc/sys/vm/dirty_expire_centisecs") << 100;
     std::ofstream("/proc/sys/vm/dirty_writeback_centisecs") << 20;
@@ -90,7 +90,7 @@ std::size_t Run(const FileSystem& file_system, const std::string& program, std::
             violations += tally.violations.size();
         };
         cut(", every prefix", Prefixes(trial), false);
-        // Whole pictures take their time, and what happens to them between two writes is all the same.
+        // Complete pictures take long, and the exact moment between two writes makes no difference to them.
         constexpr std::uint32_t fewer = 4;
         cut(", writes lost", Losses(trial, scenario.is_quick ? losses : losses / fewer), false);
         if (scenario.is_quick && !file_system.check.empty()) {

@@ -13,7 +13,7 @@ namespace powercut {
 
 namespace {
 
-/// Bytes up to the last row that has to be there.
+/// Bytes up to the last required row.
 constexpr std::size_t kShortestDump = 10499328;
 
 Bytes Text(std::string_view text) {
@@ -33,8 +33,8 @@ void AddPair(Scenario& scenario, int picture) {
     scenario.made.push_back("out/" + Number(picture) + ".DNG");
 }
 
-/// A small one, so that the writes which keep the file system in order are not lost among those of pixels.
-/// Each picture is another.
+/// A small picture, so that pixel data do not outweigh the writes that maintain the file system. Each number
+/// gives a different picture.
 Bytes CameraDng(int picture) {
     constexpr int width = 640;
     constexpr int height = 480;

@@ -9,32 +9,31 @@
 
 namespace powercut {
 
-/// A file by its path on the disk.
+/// A file and its path on the disk.
 struct File {
     std::string path;
     Bytes bytes;
 };
 
-/// What the program does on the disk while the power goes.
+/// What the program does on the disk when the power fails.
 struct Scenario {
     std::string name;
-    std::vector<File> inputs;       ///< are only read
-    std::vector<File> replaced;     ///< with what they hold before the runs
-    std::vector<std::string> made;  ///< are not there before the runs
+    std::vector<File> inputs;       ///< only read by the program
+    std::vector<File> replaced;     ///< with their content before the runs
+    std::vector<std::string> made;  ///< do not exist before the runs
     std::vector<std::vector<std::string>>
-        runs;  ///< arguments of the program, whose current folder is the disk's
-    std::vector<std::vector<std::string>> again =
-        {};                 ///< runs after the power cut, which put right what it left
-    bool is_quick = false;  ///< takes so little time that it can be looked at as often as one likes
+        runs;  ///< arguments of the program, whose current folder is that of the disk
+    std::vector<std::vector<std::string>> again = {};  ///< runs after the power cut, which repair its effects
+    bool is_quick = false;                             ///< fast enough to examine any number of times
 };
 
-/// Cameras' DNGs are repaired in their own folder.
+/// Repairs camera DNGs in their own folder.
 Scenario RepairInPlace();
 
-/// A RAW and a JPEG file become a DNG.
+/// Converts a RAW and a JPEG file to a DNG.
 Scenario NewDng();
 
-/// The sensor database is written anew.
+/// Writes a new sensor database.
 Scenario DarkReference();
 
 }  // namespace powercut

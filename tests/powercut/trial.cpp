@@ -18,10 +18,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Long enough for the system to write by itself what it holds back: see `dirty_expire_centisecs`.
+/// Long enough for the kernel to write back all data; see `dirty_expire_centisecs`.
 constexpr auto kUntilAllIsWritten = std::chrono::seconds(3);
 
-/// What is in a folder, for messages.
+/// The files in a folder, for messages.
 std::string Listing(const std::string& folder) {
     std::string text;
     std::error_code error;
@@ -45,7 +45,7 @@ Trial::Trial(const FileSystem& file_system, Scenario scenario, std::string progr
     Record();
 }
 
-/// Makes the file system, and on it what is there before the runs.
+/// Makes the file system and the files that exist before the runs.
 void Trial::Prepare() const {
     const auto bytes = disk_.Before();
     BlockDevice device(bytes->bytes());
@@ -63,7 +63,7 @@ void Trial::Prepare() const {
     ::sync();
 }
 
-/// Runs the program, and notes what the disk was asked for until long after.
+/// Runs the program and records the requests to the disk until all data are written back.
 void Trial::Record() {
     const auto bytes = disk_.Copy();
     BlockDevice device(bytes->bytes());
@@ -89,7 +89,7 @@ void Trial::Record() {
 std::string Trial::RunAll(const std::vector<std::vector<std::string>>& runs) const {
     std::string output;
     for (const auto& arguments : runs) {
-        // By this name it looks for its databases on the disk.
+        // With this name the program looks for its databases on the disk.
         const auto outcome =
             support::RunProgram(program_, arguments, {.folder = kDisk, .name = kDisk + "bin/velmarcon"});
         output += outcome.output;
@@ -138,8 +138,8 @@ void Trial::Look(const std::string& where, Tally& tally) const {
     }
 }
 
-/// A further run must not harm what the power cut left, such as a file that has two names; and the disk tells
-/// only when it is mounted anew.
+/// A further run must not damage what the power cut left, such as a file that has two names. Mounts the disk
+/// again before checking, because only then are the results read from it.
 void Trial::GoOn(const std::string& where, Tally& tally) const {
     std::string output;
     if (const Mount mount(file_system_); mount.mounted()) {
@@ -172,7 +172,7 @@ void Trial::Judge(const std::string& where, Tally& tally) const {
     }
 }
 
-/// The old bytes or the new ones must be there, or a further run must put the old ones back.
+/// Either the old or the new bytes must be there, or a further run must put the old ones back.
 void Trial::JudgeReplaced(const File& file, const std::string& where, Tally& tally) const {
     const std::string path = kDisk + file.path;
     const Bytes& made = results_.at(file.path);

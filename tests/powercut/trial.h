@@ -16,32 +16,31 @@
 
 namespace powercut {
 
-/// How often the files of a scenario were found in which state, each file at each crash point counted once.
+/// Counts the states in which the files of a scenario were found, once per file and crash point.
 struct Tally {
     std::size_t points = 0;
-    std::size_t bad_points = 0;  ///< with a violation
-    std::map<State, std::size_t>
-        replaced;  ///< with kAbsent: neither this nor an `.old` file has the old bytes
+    std::size_t bad_points = 0;             ///< with a violation
+    std::map<State, std::size_t> replaced;  ///< kAbsent means that no `.old` file has the old bytes either
     std::map<State, std::size_t> made;
-    std::size_t needed_check = 0;  ///< could be read only when the file system's own check had repaired it
-    std::size_t put_back = 0;  ///< replaced files whose old bytes only an `.old` file had, until the next run
+    std::size_t needed_check = 0;  ///< readable only after a repair by the file system's own check
+    std::size_t put_back =
+        0;  ///< replaced files whose old bytes were only in an `.old` file until the next run
     std::map<State, std::size_t> after_further_run;  ///< of the replaced files
     std::vector<std::string> violations;
 };
 
-/// One scenario on one file system: run once while all writes are noted, then looked at as power cuts leave
-/// it.
+/// One scenario on one file system: runs it once and records all writes, then examines what power cuts leave.
 class Trial {
   public:
     Trial(const FileSystem& file_system, Scenario scenario, std::string program);
 
-    /// How many writes and flushes there were from the start of the runs until the disk was unmounted.
+    /// The number of writes and flushes from the start of the runs until the disk was unmounted.
     std::size_t Requests() const { return log_.size() - start_; }
-    /// Those before the runs.
+    /// The number of writes and flushes before the runs.
     std::size_t Start() const { return start_; }
 
-    /// Looks at the disk after a power cut, and counts what is there. With `checked` the file system's own
-    /// check repairs it before; otherwise only if something could not be read without that.
+    /// Examines the disk after a power cut and counts the states of its files. With `checked`, the file
+    /// system's own check repairs the disk first; otherwise only if something cannot be read without it.
     void Cut(const CrashPoint& point, bool checked, Tally& tally) const;
 
   private:
@@ -60,7 +59,7 @@ class Trial {
     DiskMemory disk_;
     WriteLog log_;
     std::size_t start_ = 0;
-    std::map<std::string, Bytes> results_;  ///< what the runs left in the files that they write
+    std::map<std::string, Bytes> results_;  ///< the files that the runs wrote
 };
 
 }  // namespace powercut

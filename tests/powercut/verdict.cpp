@@ -15,7 +15,7 @@ bool Read(const std::string& path, Bytes& bytes) {
     std::error_code error;
     const auto size = fs::file_size(path, error);
     std::ifstream file(path, std::ios::binary);
-    constexpr std::uintmax_t most = 1ULL << 28U;  // a damaged file system may tell any size
+    constexpr std::uintmax_t most = 1ULL << 28U;  // a damaged file system may report any size
     if (error || !file || size > most) {
         return false;
     }

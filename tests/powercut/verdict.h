@@ -9,14 +9,14 @@
 
 namespace powercut {
 
-/// What a file holds after a power cut.
+/// The state of a file after a power cut.
 enum class State : std::uint8_t {
-    kOld,      ///< what it held before the run
-    kNew,      ///< what the run wrote
-    kAbsent,   ///< it is not there
-    kEmpty,    ///< no bytes
-    kShort,    ///< only the beginning of what the run wrote
-    kDamaged,  ///< something else, or it can't be read
+    kOld,      ///< the content from before the run
+    kNew,      ///< the content that the run wrote
+    kAbsent,   ///< the file does not exist
+    kEmpty,    ///< the file is empty
+    kShort,    ///< only the start of what the run wrote
+    kDamaged,  ///< anything else, or unreadable
 };
 
 /// The state of the file at `path`; `old` may be null.
@@ -24,7 +24,7 @@ State StateOf(const std::string& path, const Bytes* old, const Bytes& made);
 
 std::string Name(State state);
 
-/// All bytes of the file. Returns false when it can't be read.
+/// Reads all bytes of the file. Returns false if it can't be read.
 bool Read(const std::string& path, Bytes& bytes);
 
 }  // namespace powercut
