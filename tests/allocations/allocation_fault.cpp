@@ -7,14 +7,15 @@
 
 namespace {
 
-/// What the next calls of operator new do. There is one thread.
+/// Controls the next calls of operator new. The program has only one thread.
 struct Plan {
     bool armed = false;
     bool lasting = false;
-    long until_failure = 0;  ///< calls; at 0 a call fails
+    long until_failure = 0;  ///< calls; the call fails at 0
     long failed = 0;
 };
-Plan g_plan;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): operator new has no other way
+Plan g_plan;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): operator new can only reach a
+              // global
 
 bool MustFail() {
     if (!g_plan.armed) {
@@ -28,7 +29,7 @@ bool MustFail() {
 
 }  // namespace
 
-// Replaces the library's for the whole test program; its other forms call these two.
+// Replaces the library's operator new in the whole test program; its other forms call these two.
 void* operator new(std::size_t size) {
     void* const memory = MustFail() ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) {
@@ -53,7 +54,7 @@ AllocationFault::~AllocationFault() {
     g_plan.armed = false;
 }
 
-// A member, so that it is asked of a fault that lives.
+// A member, so that it is only called while a fault is active.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 long AllocationFault::Failed() const {
     return g_plan.failed;

@@ -2,8 +2,8 @@
 #ifndef VELMARCON_TESTS_ALLOCATIONS_ALLOCATION_FAULT_H
 #define VELMARCON_TESTS_ALLOCATIONS_ALLOCATION_FAULT_H
 
-/// While it lives, the `which`th call of operator new, counted from 1, fails as it does when there is no
-/// memory; a lasting fault makes every later call fail, too. One at a time.
+/// While the object exists, the `which`th call of operator new, counted from 1, fails as if there were no
+/// memory left; if the fault is lasting, every later call fails as well. Only one object may exist at a time.
 class AllocationFault {
   public:
     AllocationFault(long which, bool lasting);
@@ -13,7 +13,7 @@ class AllocationFault {
     AllocationFault(AllocationFault&&) = delete;
     AllocationFault& operator=(AllocationFault&&) = delete;
 
-    /// The calls that have failed.
+    /// The number of calls that have failed.
     long Failed() const;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs in which the 1st, 2nd, 3rd ... allocation fails, alone or with all later ones: the images get their
-// messages, and every file is the old one or a whole new one.
+// Runs the program with the 1st, 2nd, 3rd ... allocation failing, alone or with all later ones. Images that
+// fail get a message, and every file is either the old one or a complete new one.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -21,7 +21,8 @@
 #include "tests/support/files.h"
 
 #if defined(__SANITIZE_ADDRESS__)
-/// The INI library does not free its copy of the file when it runs out of memory while parsing it.
+/// Suppresses leak reports: the INI library does not free its copy of the file if it runs out of memory while
+/// parsing.
 extern "C" const char* __asan_default_options();   // NOLINT
 extern "C" const char* __asan_default_options() {  // NOLINT
     return "detect_leaks=0";
@@ -32,7 +33,7 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-/// The shortest RAW file that is accepted: half a dump; the rest is black.
+/// The shortest RAW file that is accepted: half a dump; the rest becomes black.
 constexpr std::uintmax_t kHalfDump = 10499328;
 
 const char* const kSensors =
@@ -66,7 +67,7 @@ class AllocationSweep : public testing::Test {
 
     std::vector<std::string> OutputNames() const { return support::Names(folder_ / "out"); }
 
-    /// Contents of the input files, one after the other.
+    /// The contents of the input files, concatenated.
     std::string Inputs() const {
         std::string all;
         for (const std::string& name : support::Names(folder_ / "in")) {
@@ -76,7 +77,7 @@ class AllocationSweep : public testing::Test {
         return all;
     }
 
-    /// Lets the `which`th allocation of a run fail (none with 0).
+    /// Runs the program with the `which`th allocation failing (0: none).
     Result Run(const Arguments& arguments, long which, bool lasting) const {
         std::vector<std::string> texts = arguments;
         texts.insert(texts.begin(), folder_ / "bin/velmarcon");
@@ -92,8 +93,8 @@ class AllocationSweep : public testing::Test {
         return result;
     }
 
-    /// Lets one allocation after the other fail. After each run `name`.DNG must be `whole` or missing; if it
-    /// is missing that was said. Without faults a run makes exactly `whole`.
+    /// Makes every allocation fail in turn. After each run `name`.DNG must either equal `whole` or be missing
+    /// with a message. A run without faults must produce exactly `whole`.
     void Sweep(const Arguments& arguments, const std::string& name, bool lasting) {
         ASSERT_EQ(Run(arguments, 0, false).status, 0);
         const auto whole = support::ReadFile(Out(name + ".DNG"));
@@ -111,7 +112,7 @@ class AllocationSweep : public testing::Test {
             lost += ExpectReportIfLost(name, result) ? 1 : 0;
             ASSERT_FALSE(HasFailure());
         }
-        EXPECT_EQ(support::ReadFile(Out(name + ".DNG")), whole) << "the run that met no fault";
+        EXPECT_EQ(support::ReadFile(Out(name + ".DNG")), whole) << "the run without a fault";
         EXPECT_GT(runs, 100);
         EXPECT_GT(lost, 50);
         EXPECT_TRUE(Inputs() == original_);
@@ -123,15 +124,15 @@ class AllocationSweep : public testing::Test {
     }
 
   private:
-    /// Each allocation of the first 700 fails, then those at steps that grow with their number: the
-    /// database's values are all treated alike.
+    /// Makes each of the first 700 allocations fail, then some at growing distances, because all values of
+    /// the database are handled alike.
     static long Step(long which) {
         constexpr long all_up_to = 700;
         constexpr long part = 10;
         return which < all_up_to ? 1 : which / part;
     }
 
-    /// As before the run, without the outputs.
+    /// Restores the files from before the run and removes the outputs.
     void Restore(const std::string& name) const {
         std::filesystem::remove(Out(name + ".DNG"));
         support::WriteFile(SensorDatabase(), kSensors);
@@ -150,7 +151,7 @@ class AllocationSweep : public testing::Test {
         EXPECT_EQ(support::Names(folder_ / "bin"), (std::vector<std::string>{"lensdb.ini", "sensdb.ini"}));
     }
 
-    /// Returns whether there is no DNG.
+    /// Returns whether the DNG is missing.
     bool ExpectReportIfLost(const std::string& name, const Result& result) const {
         EXPECT_TRUE(result.status == 0 || result.status == kOutOfMemory) << result.status;
         if (std::filesystem::exists(Out(name + ".DNG"))) {
@@ -171,19 +172,19 @@ class AllocationSweep : public testing::Test {
 
 class AllocationSweepOfKind : public AllocationSweep, public testing::WithParamInterface<bool> {};
 
-TEST_P(AllocationSweepOfKind, OfAConversionLosesNothingButItsImage) {
+TEST_P(AllocationSweepOfKind, ConversionLosesOnlyItsImage) {
     Sweep({"-i", In("A.RAW"), "-o", Out(""), "-v", "-p", "-b", "-l", "100001"}, "A", GetParam());
 }
 
-TEST_P(AllocationSweepOfKind, OfAConversionWithSensorFixLosesNothingButItsImage) {
+TEST_P(AllocationSweepOfKind, ConversionWithSensorFixLosesOnlyItsImage) {
     Sweep({"-i", In("A.RAW"), "-o", Out(""), "-s"}, "A", GetParam());
 }
 
-TEST_P(AllocationSweepOfKind, OfADarkReferenceLosesNeitherDatabase) {
+TEST_P(AllocationSweepOfKind, DarkReferenceKeepsTheOldOrTheNewDatabase) {
     Sweep({"-i", In("A.RAW"), "-o", Out(""), "-sd"}, "A", GetParam());
 }
 
-TEST_P(AllocationSweepOfKind, OfARepairLosesNothingButItsImage) {
+TEST_P(AllocationSweepOfKind, RepairLosesOnlyItsImage) {
     Sweep({"-i", In("D.DNG"), "-o", Out(""), "-v", "-s", "-l"}, "D", GetParam());
 }
 

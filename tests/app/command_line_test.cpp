@@ -16,7 +16,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// What the program makes of a command line, in one text.
+/// The result of running the program's option parser on a command line, as one text.
 std::string Outcome(const Texts& arguments) {
     const Parsed parsed = Parse(arguments);
     std::string outcome = std::to_string(parsed.status) + parsed.output + Changed(parsed.settings) + "<" +
@@ -27,7 +27,7 @@ std::string Outcome(const Texts& arguments) {
     return outcome;
 }
 
-/// A command line that lives as long as what was read of it.
+/// A command line that lives as long as the arguments parsed from it.
 class ReadLine {
   public:
     explicit ReadLine(Texts arguments) : texts_(std::move(arguments)) {
@@ -53,7 +53,7 @@ Texts Written(const Argument& argument) {
     return texts;
 }
 
-/// The current folder holds a.RAW, the folder "in" b.RAW, and "out" nothing.
+/// The current folder holds a.RAW, the folder "in" holds b.RAW, and "out" is empty.
 class CommandLine : public testing::Test {
   protected:
     void SetUp() override {
@@ -64,7 +64,8 @@ class CommandLine : public testing::Test {
         MakeFile("in/b.RAW");
     }
 
-    /// The program does the same without what is passed over, and something else without any of the rest.
+    /// Expects that the program does the same without the ignored arguments, and something else without any
+    /// one of the others.
     void ExpectThatOnlyWhatCountsDoesAnything(const Texts& line) {
         const ReadLine read(line);
         Texts rest;
@@ -92,7 +93,7 @@ class CommandLine : public testing::Test {
     std::map<Texts, std::string> outcomes_;
 };
 
-TEST_F(CommandLine, CountsWhatTheProgramActsUponInEveryLineOfThreeArguments) {
+TEST_F(CommandLine, CountsTheArgumentsThatHaveAnEffectForAllLinesOfThree) {
     const Texts pool = {"-i", "in",  "-o",  "out", "-v", "-r", "-p",  "-b",      "100",  "-l", "000001",
                         "-s", "-sd", "-st", "-sb", "-c", "-x", "-vb", "--input", "-iin", "-",  ""};
     for (const std::string& first : pool) {
@@ -104,7 +105,7 @@ TEST_F(CommandLine, CountsWhatTheProgramActsUponInEveryLineOfThreeArguments) {
     }
 }
 
-TEST_F(CommandLine, KnowsEachCharacterAfterTheDashAsTheProgramDoes) {
+TEST_F(CommandLine, KnowsTheSameCharactersAfterTheDashAsTheProgram) {
     constexpr int characters = 256;
     for (int character = 1; character < characters; ++character) {
         const std::string argument = {'-', static_cast<char>(character)};
@@ -114,7 +115,7 @@ TEST_F(CommandLine, KnowsEachCharacterAfterTheDashAsTheProgramDoes) {
     }
 }
 
-TEST_F(CommandLine, MeansTheOptionThatTheSpellingBegins) {
+TEST_F(CommandLine, MatchesAnOptionByTheStartOfAnArgument) {
     for (const OptionSpelling& spelling : kOptionSpellings) {
         for (const std::string& argument : {std::string(spelling.text), std::string(spelling.text) + "~"}) {
             const ReadLine read({argument, "in"});

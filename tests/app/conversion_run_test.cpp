@@ -32,7 +32,7 @@ void WriteJpg(const std::string& path, const samples::Shot& shot = {}) {
     support::WriteFile(path, samples::CameraJpeg(samples::CameraExif(shot)));
 }
 
-/// Pairs in a folder of their own, and the runs over them.
+/// Pairs in a temporary folder, and runs over them.
 class Conversion : public testing::Test {
   protected:
     /// Writes a pair whose image is black.
@@ -41,12 +41,12 @@ class Conversion : public testing::Test {
         MakeFile(folder_ / (base + ".RAW"), kRawSize);
     }
 
-    /// A RAW or BIA file whose pixels are all `value`.
+    /// Writes a RAW or BIA file in which every pixel is `value`.
     void MakeDump(const std::string& name, std::uint16_t value) const {
         support::WriteFile(folder_ / name, samples::DumpBytes(samples::FlatWords(value)));
     }
 
-    /// Converts the files `names`; returns what is printed. The status is 0 in any case.
+    /// Converts the files `names` and returns what is printed. The status is always 0.
     std::string Run(const Names& names) {
         settings_.input = {folder_.prefix(), names};
         settings_.output_folder = folder_.prefix();
@@ -70,7 +70,7 @@ class Conversion : public testing::Test {
         return file.ReadIFD(file.FirstIFD().At(kExifIFD).Number());
     }
 
-    /// "BlackLevel/first pixel" of a converted pair; "none" for no black level.
+    /// "BlackLevel/first pixel" of a converted pair, with "none" if there is no black level.
     std::string Levels(const std::string& base) const {
         const auto file = Dng(base);
         const auto ifd0 = file.FirstIFD();
@@ -104,7 +104,7 @@ TEST_F(Conversion, CountsSeveralImagesInTheOrderOfTheList) {
     EXPECT_TRUE(Exists("a.DNG"));
 }
 
-TEST_F(Conversion, TellsItsStepsWhenVerbose) {
+TEST_F(Conversion, NamesItsStepsWhenVerbose) {
     MakePair("a");
     settings_.verbose = true;
     settings_.black_level_given = true;
@@ -140,7 +140,7 @@ TEST_F(Conversion, LooksForAnExistingDngInTheOutputFolder) {
     EXPECT_EQ(support::Names(folder_ / "out"), Names{"a.DNG"});
 }
 
-TEST_F(Conversion, WritesBesideABareInputFile) {
+TEST_F(Conversion, WritesNextToABareInputFile) {
     const WorkingFolder working(folder_.path());
     MakePair("a");
     settings_.input = {"", {"a.RAW"}};
@@ -149,7 +149,7 @@ TEST_F(Conversion, WritesBesideABareInputFile) {
     EXPECT_EQ(support::Names(folder_.path()), (Names{"a.DNG", "a.JPG", "a.RAW"}));
 }
 
-TEST_F(Conversion, WritesBesideThePairWithoutAnOutputFolder) {
+TEST_F(Conversion, WritesNextToThePairWithoutAnOutputFolder) {
     const support::TempFolder elsewhere;
     const WorkingFolder working(elsewhere.path());
     MakePair("a");
@@ -160,7 +160,7 @@ TEST_F(Conversion, WritesBesideThePairWithoutAnOutputFolder) {
     EXPECT_EQ(support::Names(elsewhere.path()), Names{});
 }
 
-TEST_F(Conversion, GoesOnAfterADngThatCannotBeWritten) {
+TEST_F(Conversion, ContinuesAfterADngThatCannotBeWritten) {
     MakePair("a");
     MakePair("b");
     std::filesystem::create_directory(folder_ / "a.DNG");
@@ -170,7 +170,7 @@ TEST_F(Conversion, GoesOnAfterADngThatCannotBeWritten) {
     EXPECT_TRUE(Exists("b.DNG"));
 }
 
-TEST_F(Conversion, ReportsLoadingErrorsUnderTheFileConcerned) {
+TEST_F(Conversion, ReportsLoadingErrorsWithTheNameOfTheFile) {
     WriteJpg(folder_ / "noraw.JPG");
     MakePair("shortraw");
     std::filesystem::resize_file(folder_ / "shortraw.RAW", 10499327);
@@ -195,7 +195,7 @@ TEST_F(Conversion, ReportsLoadingErrorsUnderTheFileConcerned) {
     }
 }
 
-TEST_F(Conversion, HandsTheOptionsToTheDng) {
+TEST_F(Conversion, PassesTheOptionsToTheDng) {
     MakePair("a", {.iso = 2500});
     settings_.preview = true;
     settings_.raw_model_variant = true;
@@ -220,7 +220,7 @@ TEST_F(Conversion, SubtractsADarkFrameOnlyFromItsOwnImage) {
     EXPECT_EQ(Levels("b"), "240/1000");
 }
 
-TEST_F(Conversion, LeavesADarkFrameAsideWithoutABlackLevel) {
+TEST_F(Conversion, IgnoresADarkFrameWithoutABlackLevel) {
     MakePair("a");
     MakeDump("a.RAW", 1000);
     MakeDump("a.BIA", 90);
@@ -229,8 +229,8 @@ TEST_F(Conversion, LeavesADarkFrameAsideWithoutABlackLevel) {
 }
 
 TEST_F(Conversion, StaysInDarkFrameModeAfterAnImageWithOneFailed) {
-    // "bad" has a dark frame but no RAW file. The mode stays on: "b" lacks its dark frame then, and only "c",
-    // which has one and is written, ends it.
+    // "bad" has a dark frame but no RAW file, so the mode stays on: "b" then lacks a dark frame, and only
+    // "c", which has one and is written, ends the mode.
     WriteJpg(folder_ / "bad.JPG");
     MakeFile(folder_ / "bad.BIA");
     for (const char* base : {"b", "c", "d"}) {
@@ -250,7 +250,7 @@ TEST_F(Conversion, StaysInDarkFrameModeAfterAnImageWithOneFailed) {
     EXPECT_EQ(Levels("d"), "92/0");
 }
 
-TEST_F(Conversion, FailsWithADarkFrameThatIsThereAndCannotBeRead) {
+TEST_F(Conversion, FailsWithADarkFrameThatCannotBeRead) {
     MakePair("a");
     std::filesystem::create_directory(folder_ / "a.BIA");
     settings_.black_level_given = true;
@@ -258,7 +258,7 @@ TEST_F(Conversion, FailsWithADarkFrameThatIsThereAndCannotBeRead) {
     EXPECT_FALSE(Exists("a.DNG"));
 }
 
-/// Runs with -l over one pair; the database holds the lenses 000001 and 100001 (33).
+/// Runs over one pair with -l; the database holds the lenses 000001 and 100001 (33).
 class LensConversion : public Conversion {
   protected:
     LensConversion() {
@@ -267,7 +267,7 @@ class LensConversion : public Conversion {
         settings_.lens_fix = true;
     }
 
-    /// What is printed behind the header, then the model of the lens in the DNG.
+    /// What is printed after the header, followed by the model of the lens in the DNG.
     std::string Convert(const std::string& lens_code, std::uint8_t camera_code) {
         MakePair("a", {.lens_code = camera_code});
         settings_.lens_code = lens_code;
@@ -293,7 +293,7 @@ TEST_F(LensConversion, UsesTheCamerasCodeWhenNoneIsGiven) {
     EXPECT_EQ(Convert("", 33), std::string("coded\0", 6));
 }
 
-TEST_F(LensConversion, ReportsThatThereIsNoCodeAtAllAndConverts) {
+TEST_F(LensConversion, ReportsThatThereIsNoCodeAndConverts) {
     EXPECT_EQ(Convert("", 0), "Error #0013: Lens could not be detected.\nno lens");
 }
 
@@ -301,7 +301,7 @@ TEST_F(LensConversion, ConvertsWithACodeThatTheDatabaseLacks) {
     EXPECT_EQ(Convert("111111", 0), "no lens");
 }
 
-TEST_F(LensConversion, WithoutTheLensFixTouchesNothing) {
+TEST_F(LensConversion, WithoutTheLensFixChangesNothing) {
     settings_.lens_fix = false;
     EXPECT_EQ(Convert("000001", 0), "no lens");
 }

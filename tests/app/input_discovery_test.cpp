@@ -20,11 +20,11 @@ bool listing_tells_types = true;
 
 }  // namespace
 
-/// Stands in front of the C library's: a file system whose listing does not tell the types of its entries.
+/// Replaces the C library's readdir, to simulate a file system whose listing lacks the types of its entries.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library's are reserved names
 extern "C" dirent* readdir(DIR* folder) {
     using Readdir = dirent* (*)(DIR*);
-    // With file offsets of 64 bits the C library's readdir, and so this one, goes by the first name.
+    // With 64-bit file offsets, calls of readdir use the first of the two names, and so does this function.
     static void* const found = ::dlsym(RTLD_NEXT, "readdir64");
     static const auto next =
         reinterpret_cast<Readdir>(found != nullptr ? found : ::dlsym(RTLD_NEXT, "readdir"));
@@ -48,7 +48,7 @@ Names Sorted(Names names) {
     return names;
 }
 
-/// A folder with one entry of every sort.
+/// A folder with one entry of every kind.
 class FileList : public testing::TestWithParam<bool> {
   protected:
     void SetUp() override {
@@ -88,13 +88,13 @@ class FileList : public testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(TypesOfTheListing, FileList, testing::Bool(),
                          [](const auto& test) { return test.param ? "Told" : "Untold"; });
 
-TEST_P(FileList, HoldsRawFilesAndDngsOfTheCamerasLength) {
+TEST_P(FileList, HoldsRawFilesAndDngsOfTheCameraSize) {
     EXPECT_EQ(Sorted(GetFileList(folder_.prefix())),
               (Names{".RAW", "RAW", "a.RAW", "d.DNG", "g.RAW", "g2.RAW", "g3.DNG", "h.x.RAW"}));
 }
 
-TEST_P(FileList, LooksForDngsUnderTheFoldersTextAsItStands) {
-    // Without a separator: "." and "d.DNG" make ".d.DNG", which has another length, or none.
+TEST_P(FileList, AppendsNamesToTheFolderWithoutASeparator) {
+    // Without a separator, "." and "d.DNG" give ".d.DNG", which has another size or does not exist.
     const WorkingFolder working(folder_.path());
     MakeFile(".e.DNG", kCameraDngSize);
     EXPECT_EQ(Sorted(GetFileList(".")),
@@ -123,7 +123,7 @@ TEST(GetFileList, KeepsTheOrderOfTheListing) {
     EXPECT_EQ(GetFileList(folder.prefix()), listed);
 }
 
-TEST(CurrentFolder, IsSearchedUnderItsShortName) {
+TEST(CurrentFolder, IsSearchedByItsShortName) {
     const support::TempFolder folder;
     const WorkingFolder working(folder.path());
     MakeFile("a.RAW");
@@ -132,7 +132,7 @@ TEST(CurrentFolder, IsSearchedUnderItsShortName) {
     EXPECT_EQ(input.names, Names{"a.RAW"});
 }
 
-/// "code name | folder | names": what resolving `path` in the current folder gives.
+/// Resolves `path` in the current folder. Returns "code name | folder | names".
 std::string Resolve(const std::string& path) {
     InputFiles input;
     const InputError error = ResolveInput(path, input);
@@ -243,7 +243,7 @@ TEST(FileSystemTests, TellFoldersFromFiles) {
     }
 }
 
-TEST(Name, IsDividedAtItsLastDot) {
+TEST(Name, IsSplitAtItsLastDot) {
     struct Case {
         const char* name;
         const char* base;
@@ -258,7 +258,7 @@ TEST(Name, IsDividedAtItsLastDot) {
     }
 }
 
-TEST(WithSeparator, AddsOneOnlyWhereItLacks) {
+TEST(WithSeparator, AddsOneOnlyIfItIsMissing) {
     EXPECT_EQ(WithSeparator("/tmp"), "/tmp/");
     EXPECT_EQ(WithSeparator("/tmp/"), "/tmp/");
     EXPECT_EQ(WithSeparator("tmp\\"), "tmp\\");

@@ -40,7 +40,7 @@ TEST(ExecutableFolder, IsTheProgramsPathUpToItsLastSeparator) {
     }
 }
 
-/// The current folder holds a.RAW; the folder "in" holds b.RAW and c.RAW, "out" and "none" nothing.
+/// The current folder holds a.RAW; the folder "in" holds b.RAW and c.RAW; "out" and "none" are empty.
 class Options : public testing::Test {
   protected:
     void SetUp() override {
@@ -207,7 +207,7 @@ struct ErrorCase {
 
 class FatalErrors : public Options, public testing::WithParamInterface<ErrorCase> {};
 
-TEST_P(FatalErrors, EndTheRunWhereTheyArise) {
+TEST_P(FatalErrors, EndTheRunWhereTheyOccur) {
     const Parsed parsed = Parse(GetParam().arguments, false);
     EXPECT_EQ(parsed.status, GetParam().status);
     EXPECT_EQ(parsed.output, GetParam().output);
@@ -233,10 +233,10 @@ const std::vector<ErrorCase> kErrorCases = {
 INSTANTIATE_TEST_SUITE_P(CommandLines, FatalErrors, testing::ValuesIn(kErrorCases),
                          testing::PrintToStringParamName());
 
-/// Nothing to convert in the current folder.
+/// There is nothing to convert in the current folder.
 class EmptyFolder : public testing::Test {
   protected:
-    /// The status of a run that prints the usage; -1 when it printed something else.
+    /// The status of a run that prints the usage; -1 if it prints something else.
     static int UsageStatus(const Texts& arguments) {
         const Parsed parsed = Parse(arguments);
         const std::string usage = support::CaptureStdout([] { ErrorHandler().UsageText(); });
@@ -247,7 +247,7 @@ class EmptyFolder : public testing::Test {
     const WorkingFolder working_{folder_.path()};
 };
 
-TEST_F(EmptyFolder, GivesTheUsage) {
+TEST_F(EmptyFolder, PrintsTheUsage) {
     EXPECT_EQ(UsageStatus({}), 1);
     EXPECT_EQ(UsageStatus({"-v"}), 1);
     EXPECT_EQ(UsageStatus({"-i"}), 1);
@@ -255,7 +255,7 @@ TEST_F(EmptyFolder, GivesTheUsage) {
     EXPECT_EQ(UsageStatus({"-h"}), 1);
 }
 
-TEST_F(EmptyFolder, LacksLensesBeforeFiles) {
+TEST_F(EmptyFolder, ReportsMissingLensesFirst) {
     const Parsed parsed = Parse({"-l"}, false);
     EXPECT_EQ(parsed.status, 12);
     EXPECT_EQ(parsed.output, kNoLenses);

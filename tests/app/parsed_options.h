@@ -7,17 +7,17 @@
 
 #include "app/run_settings.h"
 
-/// What became of a command line.
+/// The result of parsing a command line.
 struct Parsed {
     int status = -1;
     std::string output;
     RunSettings settings;
 };
 
-/// Lets the program read `arguments`, which go without its name, with or without a lens in its database.
+/// Parses `arguments`, which do not include the program's name, with or without a lens in the lens database.
 Parsed Parse(std::vector<std::string> arguments, bool with_lenses = true);
 
-/// The settings, without the folders, that differ from the default ones.
+/// The settings that differ from their defaults, without the folders.
 std::string Changed(const RunSettings& settings);
 
 #endif  // VELMARCON_TESTS_APP_PARSED_OPTIONS_H

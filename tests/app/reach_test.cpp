@@ -31,7 +31,7 @@ class ReachTest : public testing::Test {
     RunSettings settings_;
 };
 
-TEST_F(ReachTest, IsTheInputForReadingAndTheOutputForWriting) {
+TEST_F(ReachTest, ReadsTheInputAndWritesTheOutputFolder) {
     const Reach reach = Find();
     EXPECT_EQ(reach.read_folders, Names{folder_ / "in/"});
     EXPECT_EQ(reach.written_folders, Names{folder_ / "out/"});
@@ -46,7 +46,7 @@ TEST_F(ReachTest, OfABareNameIsTheCurrentFolder) {
 }
 
 #if !defined(_WIN32)
-TEST_F(ReachTest, OfNamesWithABackslashIsTheFolderThatTheyAreIn) {
+TEST_F(ReachTest, OfNamesWithABackslashIsTheFolderThatContainsThem) {
     settings_.input.folder = "back\\";
     settings_.output_folder = folder_ / "out/back\\";
     const Reach reach = Find();
@@ -55,12 +55,12 @@ TEST_F(ReachTest, OfNamesWithABackslashIsTheFolderThatTheyAreIn) {
 }
 #endif
 
-TEST_F(ReachTest, WithoutAnOutputFolderIsTheInputForWriting) {
+TEST_F(ReachTest, WithoutAnOutputFolderWritesTheInputFolder) {
     settings_.output_folder = "";
     EXPECT_EQ(Find().written_folders, Names{folder_ / "in/"});
 }
 
-TEST_F(ReachTest, HoldsTheLinksOfThePicturesThatAreListed) {
+TEST_F(ReachTest, IncludesTheLinksOfTheListedPictures) {
     fs::remove(folder_ / "in/A.RAW");
     for (const char* name :
          {"in/A.RAW", "in/A.JPG", "in/A.BIA", "in/A.DNG", "in/B.RAW", "out/A.DNG", "out/B.DNG"}) {
@@ -70,12 +70,12 @@ TEST_F(ReachTest, HoldsTheLinksOfThePicturesThatAreListed) {
                                         folder_ / "in/A.DNG", folder_ / "out/A.DNG"}));
 }
 
-TEST_F(ReachTest, HoldsTheFolderOfTheSensorDatabaseIfThatIsAskedFor) {
+TEST_F(ReachTest, IncludesTheFolderOfTheSensorDatabaseIfNeeded) {
     settings_.sensor_fix = true;
     EXPECT_EQ(Find().written_folders, (Names{folder_ / "out/", folder_ / "bin/"}));
 }
 
-TEST_F(ReachTest, HoldsTheFolderThatALinkedSensorDatabaseIsIn) {
+TEST_F(ReachTest, IncludesTheFolderOfALinkedSensorDatabase) {
     fs::create_symlink("../store/mine.ini", folder_ / "bin/sensdb.ini");
     settings_.sensor_fix = true;
     const Names folders = Find().written_folders;

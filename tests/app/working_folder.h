@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-/// While it lives, the current folder is another one.
+/// Changes the current folder for the lifetime of the object.
 class WorkingFolder {
   public:
     explicit WorkingFolder(const std::filesystem::path& folder);
@@ -19,7 +19,7 @@ class WorkingFolder {
     std::filesystem::path before_;
 };
 
-/// Makes the file `path`, `size` zero bytes long; it takes no room on the disk.
+/// Makes the file `path` with `size` zero bytes, without using disk space.
 void MakeFile(const std::string& path, std::uintmax_t size = 0);
 
 #endif  // VELMARCON_TESTS_APP_WORKING_FOLDER_H

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Values as the camera's own JPEGs hold them, read from the converted DNG by exiftool.
+// Values as the camera's own JPEGs hold them, read from the converted DNG with exiftool.
 #include <cstdint>
 #include <ostream>
 #include <string>
@@ -19,7 +19,7 @@ namespace end_to_end {
 
 namespace {
 
-/// The tags of the DNG that is made of a pair with the metadata of `exif`.
+/// The tags of the DNG made from a pair with the metadata of `exif`.
 TagsOfFile Converted(const samples::ExifBlock& exif) {
     const support::TempFolder folder;
     support::WritePair(folder.path().string(), kBase, exif);
@@ -34,13 +34,13 @@ TEST(CameraValues, TheShutterSpeedOfTheJpegIsKept) {
     EXPECT_EQ(Converted(samples::CameraExif(shot))["ExifIFD"][shutter_speed], "rational64s[1] -229376/65536");
 }
 
-/// An exposure bias as the camera stores it, and in the DNG.
+/// An exposure bias as the camera stores it, and as the DNG holds it.
 struct Bias {
-    std::int32_t camera;  ///< over 65536
+    std::int32_t camera;  ///< in units of 1/65536
     const char* dng;
 };
 
-TEST(CameraValues, TheExposureBiasIsInThirdsAndANegativeOneAThirdNearerToZero) {
+TEST(CameraValues, TheExposureBiasIsInThirdsAndNegativeOnesAreAThirdNearerToZero) {
     constexpr std::uint16_t exposure_bias = 37380;
     for (const Bias& bias : {Bias{0, "0/3"},
                              {21845, "1/3"},
@@ -57,7 +57,7 @@ TEST(CameraValues, TheExposureBiasIsInThirdsAndANegativeOneAThirdNearerToZero) {
     }
 }
 
-TEST(CameraValues, EachWhiteBalanceBecomesTheNeutralOfItsLevels) {
+TEST(CameraValues, EachWhiteBalanceBecomesAsShotNeutral) {
     constexpr std::uint16_t as_shot_neutral = 50728;
     for (const samples::WhiteBalance& balance : samples::kWhiteBalances) {
         samples::Shot shot;
@@ -69,7 +69,7 @@ TEST(CameraValues, EachWhiteBalanceBecomesTheNeutralOfItsLevels) {
     }
 }
 
-/// What a DNG has of the values that only the maker note knows.
+/// The values in a DNG that come only from the maker note.
 struct NoteValues {
     std::string serial_number;
     std::string neutral;
@@ -89,7 +89,7 @@ NoteValues NoteValuesOf(const samples::ExifBlock& exif) {
             .f_number = tags["ExifIFD"][33437]};
 }
 
-// Nothing of it is an error: a JPEG without maker note is a JPEG without these values.
+// None of this is an error: a JPEG without a maker note simply lacks these values.
 TEST(EditedJpeg, WithoutMakerNoteLosesSerialNumberWhiteBalanceAndFNumber) {
     EXPECT_EQ(NoteValuesOf(samples::EditedExif({}, samples::EditedNote::kLost)),
               (NoteValues{.serial_number = "string[2] 0",
@@ -97,7 +97,7 @@ TEST(EditedJpeg, WithoutMakerNoteLosesSerialNumberWhiteBalanceAndFNumber) {
                           .f_number = "rational64u[1] 285082/0"}));
 }
 
-TEST(EditedJpeg, WithNoteValuesOutsideKeepsWhatStandsInTheNotesTable) {
+TEST(EditedJpeg, WithNoteValuesOutsideKeepsTheValuesInTheNotesTable) {
     EXPECT_EQ(NoteValuesOf(samples::EditedExif({}, samples::EditedNote::kValuesOutside)),
               (NoteValues{.serial_number = "string[8] 3106091",
                           .neutral = "rational64u[3] 0/0 0/0 0/0",

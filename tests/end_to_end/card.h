@@ -16,7 +16,7 @@
 
 namespace end_to_end {
 
-/// A folder with a card's files, and the program run on it.
+/// A folder with the files of a card, on which the program can be run.
 class Card {
   public:
     std::string folder() const { return files_.path().string(); }
@@ -24,10 +24,10 @@ class Card {
 
     /// Adds a full-size pair; see support::WritePair.
     void AddPair(const std::string& base, const samples::Shot& shot = {}) const;
-    /// Adds a pair whose RAW file is a link to that of another
-    /// pair: as good to the program, without the room.
+    /// Adds a pair whose RAW file is a link to another pair's, which the program treats alike but which takes
+    /// no room.
     void AddLinkedPair(const std::string& base, const std::string& other) const;
-    /// Adds a dark frame to `base`, all of whose words are `level`.
+    /// Adds a dark frame for `base` in which every word is `level`.
     void AddDarkFrame(const std::string& base, std::uint16_t level) const;
 
     /// Runs the program with the card as the current folder.
@@ -35,14 +35,14 @@ class Card {
 
     support::TiffFile Dng(const std::string& base) const;
 
-    /// The pairs' base names in the order in which the program takes them.
+    /// The pairs' base names in the order in which the program converts them.
     std::vector<std::string> ListingOrder() const;
 
   private:
     support::TempFolder files_;
 };
 
-/// The names and contents of all files in a folder; a link that leads nowhere is empty.
+/// The names and contents of all files in a folder; a dangling link counts as empty.
 using Contents = std::map<std::string, std::vector<std::uint8_t>>;
 Contents ContentsOf(const std::string& folder);
 
@@ -52,7 +52,7 @@ support::TiffIFD RawIFD(const support::TiffFile& file);
 /// The raw image of a written DNG, as words.
 std::vector<std::uint16_t> RawPixels(const support::TiffFile& file);
 
-/// What `pixel` gives for each column and row of a full-size image.
+/// A full-size image with `pixel` computed for each column and row.
 template <typename Pixel>
 std::vector<std::uint16_t> ExpectedPixels(Pixel pixel) {
     std::vector<std::uint16_t> pixels;

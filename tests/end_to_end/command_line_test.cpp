@@ -52,7 +52,7 @@ void ExpectOutcome(const support::Outcome& outcome, int status, const std::strin
     EXPECT_EQ(outcome.errors, "");
 }
 
-/// The program under its own name in a folder, where it looks for its databases.
+/// Puts the program under its usual name into a folder, where it looks for its databases.
 std::string Install(const support::TempFolder& folder) {
     std::filesystem::copy_file(VELMARCON_PROGRAM, folder / "velmarcon");
     return folder / "velmarcon";
@@ -145,22 +145,23 @@ TEST(CommandLine, PathsMayBeAbsoluteOrRelativeWithOrWithoutSeparatorAndExtension
     }
 }
 
-TEST(CommandLine, BareFileNameIsConvertedBesideItself) {
+TEST(CommandLine, BareFileNameIsConvertedInItsOwnFolder) {
     Card card;
     card.AddPair("L1000001");
     ExpectOutcome(card.Run({"-i", "L1000001.RAW"}), 0, "\nImage: L1000001.RAW\n\n");
     EXPECT_TRUE(std::filesystem::exists(card / "L1000001.DNG"));
 }
 
-/// The databases lie in the folder that the program's name names: here the one found shows in LensMake.
-TEST(ProgramFolder, IsThatOfAnAbsoluteOrRelativeProgramName) {
+/// The program looks for its databases in the folder part of its own name; LensMake shows which database was
+/// found.
+TEST(ProgramFolder, IsTheFolderInTheProgramName) {
     const support::TempFolder outer;
     const std::filesystem::path folder = outer.path() / "programs";
     std::filesystem::create_directory(folder);
     std::filesystem::copy_file(VELMARCON_PROGRAM, folder / "velmarcon");
     support::WriteFile(folder / "lensdb.ini", kLensSection);
     const Card card;
-    // With a lens the run goes on to find that there is no image; without it would end with error 12.
+    // With a lens database the run continues and finds no image; without one it would end with error 12.
     EXPECT_EQ(RunProgram(folder / "velmarcon", {"-l"}, {.folder = card.folder()}).status, 1);
     EXPECT_EQ(RunProgram("programs/velmarcon", {"-l"}, {.folder = outer.path().string()}).status, 1);
     EXPECT_EQ(RunProgram("./velmarcon", {"-l"}, {.folder = folder.string()}).status, 1);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pairs of full size through the whole program: messages, exit status, and what is in the files afterwards.
+// Converts full-size pairs with the whole program and checks messages, exit status and files.
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -52,7 +52,7 @@ TEST(Conversion, WritesTheCroppedSensorDataUnchanged) {
     EXPECT_FALSE(raw.Has(tag::kSubIFDs));
 }
 
-TEST(Conversion, WithPreviewPutsTheRawImageBehindIt) {
+TEST(Conversion, WithPreviewPutsTheRawImageAfterIt) {
     Card card;
     card.AddPair("L1000001");
     ASSERT_EQ(card.Run({"-p"}).status, 0);
@@ -78,7 +78,7 @@ TEST(Conversion, WithPreviewPutsTheRawImageBehindIt) {
     }
 }
 
-TEST(Conversion, RawModelVariantIsNamedSo) {
+TEST(Conversion, RawModelVariantHasItsOwnModelName) {
     Card card;
     card.AddPair("L1000001");
     ASSERT_EQ(card.Run({"-c"}).status, 0);
@@ -97,7 +97,7 @@ TEST(Conversion, BlackLevelGrowsWithTheIsoSpeed) {
     EXPECT_EQ(BlackLevel(card, "C2500"), 1920U);
 }
 
-TEST(Conversion, BlackLevelWithoutValueIs92AndAWrongOneIsKeptInSixteenBits) {
+TEST(Conversion, BlackLevelDefaultsTo92AndIsCutTo16Bits) {
     Card card;
     card.AddPair("L1000001");
     const std::vector<std::pair<std::vector<std::string>, std::uint32_t>> cases = {
@@ -126,7 +126,7 @@ TEST(Conversion, DarkFrameCountsOnlyWithBlackLevelOption) {
     EXPECT_TRUE(RawPixels(card.Dng("L1000001")) == ExpectedPixels(TestPixel));
 }
 
-TEST(DarkFrame, OfOneImageLeavesTheNextAlone) {
+TEST(DarkFrame, OfOneImageDoesNotAffectTheNext) {
     Card card;
     card.AddPair("A", ShotAtIso(320));
     card.AddPair("B", ShotAtIso(320));
@@ -138,9 +138,9 @@ TEST(DarkFrame, OfOneImageLeavesTheNextAlone) {
     EXPECT_TRUE(RawPixels(card.Dng(order[1])) == ExpectedPixels(TestPixel));
 }
 
-/// The state that a dark frame sets is reset only after a
-/// DNG was written. An image that fails to load hands it on.
-TEST(DarkFrame, OfAnImageThatFailsIsAskedOfTheNextOne) {
+/// The state that a dark frame sets is reset only after a DNG has been written. If an image fails to load,
+/// the next one inherits the state.
+TEST(DarkFrame, IsStillRequiredAfterAnImageWithOneFailed) {
     Card card;
     card.AddPair("A");
     card.AddPair("B");
@@ -178,7 +178,7 @@ TEST(ExistingDng, IsReplacedWithRefresh) {
     EXPECT_TRUE(RawPixels(card.Dng("L1000001")) == ExpectedPixels(TestPixel));
 }
 
-TEST(ExistingDng, StaysWholeWhenItsPairIsBroken) {
+TEST(ExistingDng, IsUnchangedIfItsPairIsBroken) {
     Card card;
     card.AddPair("L1000001");
     std::filesystem::rename(card / "L1000001.RAW", card / "L1000001.raw");
@@ -191,7 +191,7 @@ TEST(ExistingDng, StaysWholeWhenItsPairIsBroken) {
     EXPECT_TRUE(ContentsOf(card.folder()) == before);
 }
 
-TEST(BrokenPair, GetsItsMessageAndTheRestConverts) {
+TEST(BrokenPair, IsReportedAndTheOthersAreConverted) {
     Card card;
     card.AddPair("A");
     for (const std::string base : {"B", "C", "D", "E"}) {
@@ -214,7 +214,7 @@ TEST(BrokenPair, GetsItsMessageAndTheRestConverts) {
     }
 }
 
-TEST(Output, ThatCannotBeReplacedIsReportedAndTheRunGoesOn) {
+TEST(Output, ThatCannotBeReplacedIsReportedAndTheRunContinues) {
     Card card;
     card.AddPair("A");
     card.AddLinkedPair("B", "A");
@@ -255,9 +255,9 @@ TEST(Inputs, AreNeverChanged) {
     EXPECT_TRUE(after == before);
 }
 
-TEST(Memory, StaysThatOfOneImageHoweverManyPairs) {
+TEST(Memory, DoesNotGrowWithTheNumberOfPairs) {
 #ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer's own memory is not the program's";
+    GTEST_SKIP() << "memory of a sanitizer would count as well";
 #endif
     Card few;
     few.AddPair("P0");

@@ -27,7 +27,7 @@ std::vector<std::string> RunExifTool(std::vector<std::string> arguments, const s
     return lines;
 }
 
-/// Of a rational both the quotient and, in parentheses, the fraction are printed.
+/// exiftool prints a rational as its quotient, followed by the fraction in parentheses.
 std::string FractionOrValue(std::string_view type, const std::string& value) {
     if (!type.starts_with("rational")) {
         return value;
@@ -36,7 +36,7 @@ std::string FractionOrValue(std::string_view type, const std::string& value) {
     return value.substr(open + 1, value.size() - open - 2);
 }
 
-/// What stands in `text` behind the first `before`, up to the next `after`.
+/// The part of `text` between the first `before` and the next `after`.
 std::string_view Between(std::string_view text, std::string_view before, std::string_view after) {
     const auto start = text.find(before) + before.size();
     return text.substr(start, text.find(after, start) - start);
@@ -86,13 +86,13 @@ class VerboseOutput {
   private:
     void AddTag(std::uint16_t tag, const std::string& type) {
         TagTexts& tags = directories_[open_.back()];
-        // TIFF 6.0, section 2: entries ascend; so none can be there twice, either.
+        // TIFF 6.0, section 2: entries ascend, so no tag can be there twice.
         EXPECT_TRUE(tags.empty() || tags.rbegin()->first < tag) << open_.back() << ' ' << tag;
         const std::string value = FractionOrValue(type, value_);
         tags[tag] = value.empty() ? type : type + " " + value;
     }
 
-    std::vector<std::string> open_;  ///< the directory of the line and those around it, outermost first
+    std::vector<std::string> open_;  ///< the IFD of the current line and those around it, outermost first
     std::string value_;              ///< of the entry whose type comes next
     std::map<std::string, TagTexts> directories_;
 };
@@ -140,7 +140,7 @@ std::string PrintedTag(const std::string& path, const std::string& name) {
 std::vector<std::string> Complaints(const std::string& path) {
     constexpr std::string_view minor = "[minor] ";
     std::vector<std::string> lines = RunExifTool({"-warning", "-error", "-validate", "-a", "-s3"}, path);
-    // The result of the validation itself only counts the other lines.
+    // The result line of the validation only counts the other lines.
     std::erase_if(lines,
                   [](std::string_view line) { return line.find(" Warnings (") != std::string_view::npos; });
     for (std::string& line : lines) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What exiftool finds in the DNGs that the program writes.
+// Checks the DNGs that the program writes with exiftool.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -16,14 +16,14 @@ namespace end_to_end {
 
 namespace {
 
-/// A run of the program and how it changes the tags.
+/// A run of the program and its effect on the tags.
 struct Run {
     const char* name = "";
     std::vector<std::string> options;
     bool preview = false;
     bool raw_variant = false;
     std::string black_level;  ///< at ISO 640; empty: none
-    TagTexts lens_tags;       ///< of the EXIF IFD
+    TagTexts lens_tags;       ///< in the EXIF IFD
     std::uint8_t lens_code = 33;
 };
 
@@ -94,7 +94,7 @@ TagTexts ExpectedPreview(std::uintmax_t offset) {
     return tags;
 }
 
-/// The strips stand at the end of the file, the preview before the raw image.
+/// The strips are at the end of the file, the preview before the raw image.
 TagsOfFile ExpectedTags(const Run& run, std::uintmax_t file_size) {
     constexpr std::uintmax_t raw_size = 20998656;
     constexpr std::uintmax_t preview_size = 230400;
@@ -117,7 +117,7 @@ TagsOfFile ExpectedTags(const Run& run, std::uintmax_t file_size) {
 
 class ExifTool : public testing::TestWithParam<Run> {
   protected:
-    /// Converts a pair with the metadata of `exif` as the test's parameter says.
+    /// Converts a pair with the metadata of `exif` and the options of the test's parameter.
     std::string Write(const samples::ExifBlock& exif) const {
         support::WritePair(folder_.path().string(), kBase, exif);
         support::WriteFile(folder_ / "lensdb.ini", samples::LensDatabase());
@@ -133,16 +133,16 @@ TEST_P(ExifTool, FindsExactlyTheTagsOfTheRun) {
     ExpectTags(ReadTags(path), ExpectedTags(GetParam(), std::filesystem::file_size(path)));
 }
 
-TEST_P(ExifTool, ComplainsOnlyOfWhatTheCameraDoesToo) {
+TEST_P(ExifTool, ComplainsOnlyAboutWhatTheCameraDoesToo) {
     samples::Shot shot;
     shot.lens_code = GetParam().lens_code;
     const std::vector<std::string> known = {
-        // The camera keeps these TIFF/EP tags in IFD0 and so do we.
+        // The camera keeps these TIFF/EP tags in IFD0, and so does the program.
         "Non-standard IFD0 tag 0x882b SelfTimerMode",
         "Non-standard IFD0 tag 0x920e FocalPlaneXResolution",
         "Non-standard IFD0 tag 0x920f FocalPlaneYResolution",
         "Non-standard IFD0 tag 0x9210 FocalPlaneResolutionUnit",
-        // Taken from a JPEG entry of another type only, so 0 for a camera's file.
+        // Only taken from a JPEG entry of another type, so 0 for the camera's files.
         "Unknown value for ExifIFD:FileSource",
         "Unknown value for ExifIFD:SceneType",
         "Wrong IFD for 0x9003 DateTimeOriginal (should be ExifIFD not IFD0)",

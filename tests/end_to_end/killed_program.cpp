@@ -16,7 +16,7 @@ namespace end_to_end {
 
 namespace {
 
-/// Whether an exit status tells of a kill.
+/// Whether the exit status means that the program was killed.
 bool WasKilled(int status) {
     constexpr int killed = 128 + SIGKILL;
     EXPECT_TRUE(status == killed || status == 0) << status;

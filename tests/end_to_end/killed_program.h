@@ -8,18 +8,18 @@
 
 namespace end_to_end {
 
-/// A program that is killed on its way, if it has not ended by itself before; then it must have done so with
-/// status 0. What it prints is lost.
+/// A program that is killed during its run. If it ends by itself before that, it must end with status 0. Its
+/// output is discarded.
 struct KilledProgram {
     std::string program;
     std::vector<std::string> arguments;
     std::string folder;  ///< current folder
 
-    /// Kills it when it enters or leaves a system call for the `stop`th time, counted from 1. Returns whether
-    /// it was killed.
+    /// Kills the program when it enters or leaves a system call for the `stop`th time, counted from 1.
+    /// Returns whether it was killed.
     bool RunUntilSystemCall(int stop) const;
 
-    /// Kills it after `delay`. Returns whether it was killed.
+    /// Kills the program after `delay`. Returns whether it was killed.
     bool RunFor(std::chrono::microseconds delay) const;
 };
 

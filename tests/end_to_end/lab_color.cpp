@@ -17,7 +17,7 @@ double LabCurve(double value) {
 }  // namespace
 
 LabColor ToLab(const samples::LinearRgb& colour) {
-    // IEC 61966-2-1, each row over the white's share: a row's sum.
+    // IEC 61966-2-1, each row divided by the white point, which is the row's sum.
     constexpr std::array<std::array<double, 3>, 3> to_xyz = {
         {{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}}};
     std::array<double, 3> curved = {};

@@ -6,7 +6,7 @@
 
 namespace end_to_end {
 
-/// CIE 1976 L*a*b* to the white of sRGB, D65.
+/// CIE 1976 L*a*b* relative to the white of sRGB, D65.
 struct LabColor {
     double lightness = 0;  ///< 0 to 100
     double a = 0;          ///< green to magenta
@@ -15,10 +15,10 @@ struct LabColor {
 
 LabColor ToLab(const samples::LinearRgb& colour);
 
-/// The distance Delta E (CIE 1976): at about 2 two plain areas side by side begin to look different.
+/// The colour difference Delta E (CIE 1976); from about 2 on, two adjacent plain areas look different.
 double DeltaE(const LabColor& first, const LabColor& second);
 
-/// How far from grey.
+/// The distance from grey.
 double Chroma(const LabColor& colour);
 
 }  // namespace end_to_end

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a raw developer, LibRaw, makes of the DNGs that the program writes.
+// Develops the DNGs that the program writes with LibRaw, a raw developer.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -25,9 +25,9 @@ namespace {
 using Options = std::vector<std::string>;
 using Chart = std::vector<samples::LinearRgb>;
 
-/// How far a developed chart is from the scene's.
+/// How much a developed chart differs from the scene's.
 struct ChartDifference {
-    double exposure = 0;     ///< by what its linear values were multiplied to come nearest
+    double exposure = 0;     ///< the factor by which its linear values match best
     double mean = 0;         ///< Delta E over all patches
     double max = 0;          ///< Delta E
     double neutral_max = 0;  ///< Delta E of the grey patches
@@ -80,7 +80,7 @@ ChartDifference Compare(Chart developed, const Chart& wanted) {
     return difference;
 }
 
-/// The test scene, photographed at one speed.
+/// The test scene, photographed at one ISO speed.
 class PhotographedChart {
   public:
     explicit PhotographedChart(std::uint16_t iso = 160)
@@ -88,7 +88,7 @@ class PhotographedChart {
         EXPECT_EQ(samples::WriteCard(folder_.path().string(), {.pairs = 1, .iso = iso}), "");
     }
 
-    /// Converts with `options`, develops, compares.
+    /// Converts with `options`, develops the DNG and compares it with the scene.
     ChartDifference Difference(const Options& options) const {
         const DevelopedRaw picture(WriteDng(folder_, options));
         return Compare(DevelopedChart(picture, scene_), TrueChart(scene_));
@@ -99,7 +99,7 @@ class PhotographedChart {
     samples::Scene scene_;
 };
 
-// The scene's white is recorded at this level above black, see samples::ExposeSensor.
+// The level above black of the scene's white, see samples::ExposeSensor.
 constexpr double kWhiteSignal = 0.75 * 16383;
 
 TEST(LibRaw, UnpacksTheSensorDataUnchanged) {
@@ -123,8 +123,8 @@ TEST(LibRaw, TakesThePreviewAsThumbnail) {
     EXPECT_TRUE(Unpack(path).thumbnail == std::vector<std::uint8_t>(raw_strip - 230400, raw_strip));
 }
 
-// With the black level taken off, only noise and the unevenness of the columns are left: 0.03 on average,
-// 0.12 at most.
+// After subtracting the black level, only noise and differences between columns remain: 0.03 on average, 0.12
+// at most.
 TEST(LibRaw, DevelopsTheColoursOfTheSceneGivenABlackLevel) {
     const PhotographedChart chart;
     for (const Options& options : {Options{"-b"}, Options{"-b", "-p"}}) {
@@ -135,7 +135,7 @@ TEST(LibRaw, DevelopsTheColoursOfTheSceneGivenABlackLevel) {
     }
 }
 
-// All of it is 16 times as strong there, noise and columns too: 0.35 on average, 1.6 at most.
+// Everything, including noise and columns, is 16 times as strong at that speed: 0.35 on average, 1.6 at most.
 TEST(LibRaw, DevelopsTheColoursOfTheSceneAtTheHighestSpeed) {
     const ChartDifference difference = PhotographedChart(2500).Difference({"-b"});
     EXPECT_LT(difference.mean, 0.5);
@@ -143,7 +143,7 @@ TEST(LibRaw, DevelopsTheColoursOfTheSceneAtTheHighestSpeed) {
     EXPECT_NEAR(difference.exposure, (16383 - 1472) / kWhiteSignal, 0.01);
 }
 
-/// The grey wedge, photographed at one speed.
+/// The grey wedge, photographed at one ISO speed.
 class PhotographedWedge {
   public:
     PhotographedWedge(std::uint16_t iso, bool noise) : scene_(samples::kSensorWidth, samples::kSensorHeight) {
@@ -153,9 +153,9 @@ class PhotographedWedge {
         }
     }
 
-    /// Converts with `options`, develops, and gives the largest chroma of the steps in which every colour is
-    /// stronger than the read-out noise. LibRaw cuts off at zero what noise leaves below black, so weaker
-    /// ones come out too light, and the white balance then makes more of that in red and blue.
+    /// Converts with `options`, develops the DNG, and returns the largest chroma of the steps in which every
+    /// colour exceeds the read noise. Darker steps are left out: LibRaw clips values below black to zero, so
+    /// noise makes these steps too light, and the white balance amplifies that in red and blue.
     double LargestChroma(const Options& options) const {
         const DevelopedRaw picture(WriteDng(folder_, options));
         double largest = 0;
@@ -170,7 +170,7 @@ class PhotographedWedge {
     }
 
   private:
-    /// In raw units: red's.
+    /// The weakest colour, red, in raw units.
     static float WeakestSignal(const samples::Patch& step) {
         const samples::Rational red = samples::Shot().level_red;
         return samples::ToLinear(step.colour)[1] * static_cast<float>(kWhiteSignal) *
@@ -184,7 +184,7 @@ class PhotographedWedge {
 
 class GreyWedge : public testing::TestWithParam<std::uint16_t> {};
 
-// 1.3 at most.
+// The largest measured chroma is 1.3.
 TEST_P(GreyWedge, IsNeutralWithABlackLevel) {
     const PhotographedWedge wedge(GetParam(), true);
     EXPECT_LT(wedge.LargestChroma({"-b"}), 2.0);
@@ -202,8 +202,8 @@ TEST_P(GreyWedge, IsTintedWithoutABlackLevel) {
 INSTANTIATE_TEST_SUITE_P(Speeds, GreyWedge, testing::Values(160, 320, 640, 1250, 2500),
                          [](const auto& iso) { return "Iso" + std::to_string(iso.param); });
 
-// The sensor's dark level of 92 then lightens the shadows, and since the white balance makes more of it in
-// red and blue, it tints them: 6 for the darkest patch, 1 for the lightest.
+// The sensor's dark level of 92 then lightens the shadows. The white balance amplifies it in red and blue and
+// so tints them: by 6 for the darkest patch, by 1 for the lightest.
 TEST(LibRaw, DevelopsPaleShadowsWithoutABlackLevel) {
     const PhotographedChart chart;
     for (const Options& options : {Options{}, Options{"-p"}}) {
@@ -213,9 +213,9 @@ TEST(LibRaw, DevelopsPaleShadowsWithoutABlackLevel) {
     }
 }
 
-// The sample's sensor sees by the plain model's ColorMatrix2, so the raw variant's other matrix must shift
-// the colours. By how much follows from the two matrices: 5.08 on average, 13.18 for the violet patch. Greys,
-// which the white balance alone decides, stay as they are.
+// The sample's sensor responds according to the ColorMatrix2 of the plain model, so the different matrix of
+// the raw variant must shift the colours. The two matrices determine by how much: 5.08 on average, 13.18 for
+// the violet patch. Greys depend on the white balance alone and do not change.
 TEST(LibRaw, DevelopsTheRawVariantThroughItsOwnMatrices) {
     const PhotographedChart chart;
     for (const Options& options : {Options{"-b", "-c"}, Options{"-b", "-c", "-p"}}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What libtiff makes of the DNGs that the program writes.
+// Reads the DNGs that the program writes with libtiff.
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -22,7 +22,7 @@ namespace {
 constexpr ImageKind kRawImage = {3968, 2646, 16, 1, PHOTOMETRIC_CFA};
 constexpr ImageKind kPreview = {320, 240, 8, 3, PHOTOMETRIC_RGB};
 
-/// Converts the test pattern and opens the result; the pair's files are there as long as the test.
+/// Converts the test pattern and opens the result; the files exist for the lifetime of the test.
 class LibTIFF : public testing::Test {
   protected:
     void Open(const std::vector<std::string>& options) {
@@ -39,7 +39,7 @@ class LibTIFF : public testing::Test {
     std::unique_ptr<TiffReader> reader_;
 };
 
-/// The preview shows single pixels of even rows and odd columns through a square-root curve.
+/// The preview consists of single pixels from even rows and odd columns, mapped by a square-root curve.
 std::vector<std::uint8_t> ExpectedPreview() {
     constexpr float kColumnStep = 3968 / 320.0F;
     constexpr float kRowStep = 2646 / 240.0F;

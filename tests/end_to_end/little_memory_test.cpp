@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs that may take little memory: an image for which there is none gets a message, the others are
-// converted.
+// Runs with little memory: an image that needs more gets a message, and the others are converted.
 #include <string>
 #include <vector>
 
@@ -15,7 +14,7 @@ namespace {
 
 constexpr std::uint64_t kMegabyte = 1024ULL * 1024;
 
-/// A card, and the program run on it with so much memory.
+/// A card, and runs on it with limited memory.
 class LittleMemory : public testing::Test {
   protected:
     void SetUp() override {
@@ -29,7 +28,7 @@ class LittleMemory : public testing::Test {
                                    {.folder = card_.folder(), .address_space = megabytes * kMegabyte});
     }
 
-    /// A JPEG that is too long for little memory: its picture is 40 MB of zeros.
+    /// Makes a JPEG too long for the limited memory: its picture is 40 MB of zeros.
     void MakeJpegLong(const std::string& base) const {
         auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
         constexpr std::size_t end_of_image = 2;
@@ -56,12 +55,12 @@ TEST_F(LittleMemory, FailsTheImageThatNeedsMoreAndConvertsTheOthers) {
     EXPECT_EQ(after.erase("C.DNG"), 1U);
     EXPECT_TRUE(after == before);
 
-    // With enough of it the one that is missing follows, and is like the others.
+    // With enough memory, the missing DNG is written like the others.
     EXPECT_EQ(RunWithin(150, {}).status, 0);
     EXPECT_TRUE(support::ReadFile(card_ / "B.DNG") == support::ReadFile(card_ / "A.DNG"));
 }
 
-TEST_F(LittleMemory, ForNoImageAtAllEndsTheRunWithOneMessageEach) {
+TEST_F(LittleMemory, ForEveryImageReportsEachImageOnce) {
     card_.AddPair("A");
     card_.AddLinkedPair("B", "A");
     const auto before = end_to_end::ContentsOf(card_.folder());

@@ -14,7 +14,7 @@ namespace end_to_end {
 
 namespace {
 
-/// LibRaw objects are too large for the stack.
+/// On the heap, because LibRaw objects are too large for the stack.
 std::unique_ptr<LibRaw> Open(const std::string& path) {
     auto reader = std::make_unique<LibRaw>();
     EXPECT_EQ(reader->open_file(path.c_str()), LIBRAW_SUCCESS) << path;
@@ -54,13 +54,13 @@ DevelopedRaw::DevelopedRaw(const std::string& path) {
     wanted.half_size = 1;
     wanted.use_camera_wb = 1;
     wanted.no_auto_bright = 1;
-    wanted.output_color = 1;  // sRGB's primaries
+    wanted.output_color = 1;  // the primaries of sRGB
     wanted.output_bps = 16;
     wanted.gamm[0] = 1;  // no curve
     wanted.gamm[1] = 1;
     wanted.user_flip = 0;
-    // The file says what white is. Left alone, LibRaw takes the brightest pixel for it wherever that one
-    // comes to three quarters of the file's white level.
+    // Take the white level from the file. By default LibRaw uses the brightest pixel instead if that reaches
+    // three quarters of the file's white level.
     wanted.adjust_maximum_thr = 0;
     EXPECT_EQ(reader->unpack(), LIBRAW_SUCCESS);
     EXPECT_EQ(reader->dcraw_process(), LIBRAW_SUCCESS);
@@ -92,7 +92,7 @@ samples::LinearRgb DevelopedRaw::Mean(int x, int y, int width, int height) const
 }
 
 double DevelopedRaw::MeanDifference(const DevelopedRaw& other) const {
-    constexpr double step = 257;  // of 8-bit samples, in 16-bit ones
+    constexpr double step = 257;  // one step of 8-bit samples, in 16-bit samples
     EXPECT_EQ(samples_.size(), other.samples_.size());
     double sum = 0;
     for (std::size_t i = 0; i < samples_.size(); ++i) {

@@ -10,25 +10,25 @@
 
 namespace end_to_end {
 
-/// What LibRaw reads from a DNG before it develops anything.
+/// What LibRaw reads from a DNG before developing it.
 struct UnpackedRaw {
     int width = 0;   ///< pixels
     int height = 0;  ///< rows
     std::vector<std::uint16_t> pixels;
-    std::vector<std::uint8_t> thumbnail;  ///< red, green, blue; empty: the file has none
+    std::vector<std::uint8_t> thumbnail;  ///< red, green, blue; empty if the file has none
 };
 
-/// The test fails when LibRaw does.
+/// Reads the file at `path`; the test fails if LibRaw does.
 UnpackedRaw Unpack(const std::string& path);
 
-/// A developed photograph at half the sensor's size, proportional to light, in sRGB's primaries.
+/// A photograph developed at half the sensor's size, in linear light and with the primaries of sRGB.
 class DevelopedRaw {
   public:
-    /// As a photographer's first look: the camera's white balance, the file's colour matrices and white
-    /// level, no automatic brightness. The test fails when LibRaw does.
+    /// Develops a photograph with the defaults of a first look: the camera's white balance, the file's colour
+    /// matrices and white level, no automatic brightness. The test fails if LibRaw does.
     explicit DevelopedRaw(const std::string& path);
 
-    /// The mean over `width` x `height` sensor pixels from (`x`, `y`) on.
+    /// The mean over `width` x `height` sensor pixels, starting at (`x`, `y`).
     samples::LinearRgb Mean(int x, int y, int width, int height) const;
 
     /// The mean difference of all samples, in steps of 8-bit samples.

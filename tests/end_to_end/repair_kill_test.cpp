@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A repair of a file over itself that is killed: what stands there afterwards is the old file or the new one.
+// Kills a repair that replaces its input: afterwards the file is either the old or the new one.
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -24,7 +24,7 @@ class Killed : public testing::Test {
   protected:
     std::string Path() const { return folder_ / "L1000001.DNG"; }
 
-    /// Makes `camera` the file, and finds out what its repair is.
+    /// Makes `camera` the file, and records its repaired version.
     void Prepare(const Bytes& camera) {
         camera_ = camera;
         support::WriteFile(Path(), camera_);
@@ -42,7 +42,7 @@ class Killed : public testing::Test {
     std::string folder() const { return folder_.path().string(); }
     end_to_end::KilledProgram Repair() const { return {VELMARCON_PROGRAM, kOverItself, folder()}; }
 
-    /// Whether the repair had come to its end before the kill; the test fails when the file is neither.
+    /// Whether the file is the repaired one; the test fails if it is neither the old nor the repaired one.
     bool IsRepaired() const {
         const Bytes now = support::ReadFile(Path());
         EXPECT_TRUE(now == camera_ || now == repaired_) << now.size() << " bytes";
@@ -73,11 +73,11 @@ TEST_F(Killed, AtAnySystemCallLeavesTheOldOrTheNewFile) {
     EXPECT_TRUE(IsRepaired());
     EXPECT_GE(old_files, 50);
     EXPECT_GE(new_files, 1);
-    // The run that was not killed took over what the others had left.
+    // The last run, which was not killed, cleaned up after the others.
     EXPECT_EQ(support::Names(folder()), std::vector<std::string>{"L1000001.DNG"});
 }
 
-/// Within a system call, too: those that move a full-size image take their time.
+/// This also kills within system calls: those that move a full-size image take long enough.
 TEST_F(Killed, AfterAnyTimeLeavesTheOldOrTheNewFile) {
     Prepare(samples::Serialize(support::FullCameraDng()));
     constexpr std::chrono::microseconds step(700);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Camera DNGs through the whole program: which of them are taken, messages, and what is there afterwards.
+// Repairs camera DNGs with the whole program: which files are accepted, the messages, and the resulting
+// files.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -24,13 +25,13 @@ using end_to_end::SensorCamera;
 using Bytes = std::vector<std::uint8_t>;
 using Names = std::vector<std::string>;
 
-/// A camera's DNG at full size.
+/// A camera DNG of full size.
 const Bytes& FullDng() {
     static const Bytes bytes = samples::Serialize(support::FullCameraDng());
     return bytes;
 }
 
-/// One that is small, but wide enough for every correction.
+/// A small one, but wide enough for every correction.
 constexpr int kWidth = 3920;
 constexpr int kHeight = 4;
 
@@ -50,7 +51,7 @@ class Repair : public testing::Test {
     Names Written() const { return support::Names(Path("OUT")); }
     std::vector<std::uint16_t> Pixels() const { return camera_.Pixels("OUT/L1000001"); }
 
-    /// Runs the program on L1000001.DNG, into OUT.
+    /// Runs the program on L1000001.DNG with output to OUT.
     std::string RunOnIt(std::vector<std::string> options) const {
         options.insert(options.begin(), {"-i", "L1000001.DNG", "-o", "OUT"});
         return RunWith(options);
@@ -73,7 +74,7 @@ const std::string kWrittenVerbosely = "Writing DNG header...Done!\nWriting image
 
 // --- Which files
 
-TEST_F(Repair, OfAFolderTakesFilesOfTheCamerasSize) {
+TEST_F(Repair, OfAFolderTakesFilesOfTheCameraSize) {
     Bytes shorter = FullDng();
     shorter.pop_back();
     Bytes longer = FullDng();
@@ -87,13 +88,13 @@ TEST_F(Repair, OfAFolderTakesFilesOfTheCamerasSize) {
     EXPECT_TRUE(Pixels() == support::CameraLevels(3920, 2638));
 }
 
-TEST_F(Repair, IsNotPartOfARunOnTheCurrentFolderWithoutInput) {
+TEST_F(Repair, IsNotDoneWithoutAnInput) {
     support::WriteFile(Path(), FullDng());
     EXPECT_EQ(RunWith({"-r", "-o", "OUT"}, 1).substr(0, 20), "###################\n");
     EXPECT_TRUE(Written().empty());
 }
 
-TEST_F(Repair, OfAFolderNeverTakesAFileOfThisProgram) {
+TEST_F(Repair, NeverTakesAFileThatTheProgramWrote) {
     support::WriteFile(Path(), FullDng());
     RunWith({"-i", camera_.card.folder(), "-o", "OUT"});
     EXPECT_EQ(RunWith({"-i", "OUT", "-r"}, 5), "Error #0005: No RAW files found in folder.\n");
@@ -101,7 +102,7 @@ TEST_F(Repair, OfAFolderNeverTakesAFileOfThisProgram) {
               "L1000001.DNG: Error #0019: File was created from RAW+JPG or is not a Leica M8 DNG.\n");
 }
 
-TEST_F(Repair, OfASingleFileTakesItWithOrWithoutExtension) {
+TEST_F(Repair, OfASingleFileTakesItsNameWithOrWithoutExtension) {
     support::WriteFile(Path(), SmallDng());
     for (const std::string input : {"L1000001", "L1000001.DNG"}) {
         EXPECT_EQ(RunWith({"-i", input, "-o", "OUT"}), kHeader);
@@ -109,7 +110,7 @@ TEST_F(Repair, OfASingleFileTakesItWithOrWithoutExtension) {
     }
 }
 
-TEST_F(Repair, GoesOnBesidePairsAndBrokenFiles) {
+TEST_F(Repair, ContinuesAmongPairsAndBrokenFiles) {
     Bytes broken = FullDng();
     std::fill_n(broken.begin() + 8, 500, std::uint8_t{0});
     support::WriteFile(Path("L1000002.DNG"), broken);
@@ -127,7 +128,7 @@ TEST_F(Repair, GoesOnBesidePairsAndBrokenFiles) {
 
 // --- Where the repaired file goes
 
-TEST_F(Repair, IntoAnotherFolderLeavesTheInputAsItIs) {
+TEST_F(Repair, IntoAnotherFolderDoesNotChangeTheInput) {
     support::WriteFile(Path(), FullDng());
     EXPECT_EQ(RunOnIt({}), kHeader);
     EXPECT_TRUE(support::ReadFile(Path()) == FullDng());
@@ -146,7 +147,7 @@ TEST_F(Repair, OverItselfNeedsRefresh) {
     EXPECT_EQ(support::Names(camera_.card.folder()), (Names{"L1000001.DNG", "OUT"}));
 }
 
-TEST_F(Repair, OverItselfThatIsRefusedLeavesTheFile) {
+TEST_F(Repair, OverItselfThatIsRefusedDoesNotChangeTheFile) {
     Bytes damaged = SmallDng();
     damaged.pop_back();
     support::WriteFile(Path(), damaged);
@@ -155,7 +156,7 @@ TEST_F(Repair, OverItselfThatIsRefusedLeavesTheFile) {
     EXPECT_TRUE(support::ReadFile(Path()) == damaged);
 }
 
-TEST_F(Repair, OverItselfThatDoesNotFitOnTheDiskLeavesTheFile) {
+TEST_F(Repair, OverItselfThatDoesNotFitOnTheDiskDoesNotChangeTheFile) {
     support::WriteFile(Path(), FullDng());
     const auto outcome = support::RunProgram(VELMARCON_PROGRAM, {"-i", "L1000001.DNG", "-r"},
                                              {.folder = camera_.card.folder(), .largest_file = 15000000});
@@ -172,11 +173,11 @@ TEST_F(Repair, OfAReadOnlyFileIntoAnotherFolderIsWritten) {
     EXPECT_TRUE(Pixels() == support::CameraLevels(kWidth, kHeight));
 }
 
-// --- Directories that it does not keep
+// --- IFDs that a repair does not keep
 
 constexpr std::uint32_t kGpsOffset = 3000;  // anywhere in the file
 
-/// A DNG with a pointer to a GPS directory in IFD0.
+/// A DNG whose IFD0 has a pointer to a GPS IFD.
 Bytes GeotaggedDng() {
     auto camera = support::SmallCameraDng(kWidth, kHeight);
     samples::Set(camera.ifd0, samples::Long(tag::kGPSIFD, kGpsOffset));
@@ -188,13 +189,13 @@ std::string NotWritten(const std::string& path, const std::string& contents) {
            ", which a repair does not keep; name another folder\n";
 }
 
-TEST_F(Repair, OverItselfThatWouldLoseGpsDataLeavesTheFile) {
+TEST_F(Repair, OverItselfThatWouldLoseGpsDataIsRefused) {
     support::WriteFile(Path(), GeotaggedDng());
     EXPECT_EQ(RunWith({"-i", "L1000001.DNG", "-r"}), NotWritten("L1000001.DNG", "GPS data"));
     EXPECT_TRUE(support::ReadFile(Path()) == GeotaggedDng());
 }
 
-TEST_F(Repair, OverItselfThatWouldLoseInteroperabilityDataLeavesTheFile) {
+TEST_F(Repair, OverItselfThatWouldLoseInteroperabilityDataIsRefused) {
     auto camera = support::SmallCameraDng(kWidth, kHeight);
     samples::Set(camera.exif, samples::Long(tag::kInteroperabilityIFD, kGpsOffset));
     const Bytes bytes = samples::Serialize(camera);
@@ -203,7 +204,7 @@ TEST_F(Repair, OverItselfThatWouldLoseInteroperabilityDataLeavesTheFile) {
     EXPECT_TRUE(support::ReadFile(Path()) == bytes);
 }
 
-TEST_F(Repair, KnowsItsOwnFolderByAnyName) {
+TEST_F(Repair, RecognisesItsOwnFolderByAnyPath) {
     support::WriteFile(Path(), GeotaggedDng());
     std::filesystem::create_directory_symlink(".", Path("link"));
     for (const std::string folder : {"./", "OUT/../", "link/"}) {
@@ -213,7 +214,7 @@ TEST_F(Repair, KnowsItsOwnFolderByAnyName) {
     EXPECT_TRUE(support::ReadFile(Path()) == GeotaggedDng());
 }
 
-TEST_F(Repair, IntoAnotherFolderLeavesTheirPointersOut) {
+TEST_F(Repair, IntoAnotherFolderDropsPointersToGpsAndInteroperabilityData) {
     support::WriteFile(Path(), SmallDng());
     EXPECT_EQ(RunOnIt({}), kHeader);
     const Bytes without = support::ReadFile(Path("OUT/L1000001.DNG"));
@@ -228,7 +229,7 @@ TEST_F(Repair, IntoAnotherFolderLeavesTheirPointersOut) {
     EXPECT_TRUE(support::ReadFile(Path("OUT/L1000001.DNG")) == without);
 }
 
-TEST_F(Repair, OfAFileWhoseExifDirectoryHoldsNothingElseIsRefused) {
+TEST_F(Repair, OfAFileWhoseExifIfdHoldsOnlyAnInteroperabilityPointerIsRefused) {
     auto camera = support::SmallCameraDng(kWidth, kHeight);
     camera.exif = {samples::Long(tag::kInteroperabilityIFD, kGpsOffset)};
     support::WriteFile(Path(), samples::Serialize(camera));
@@ -237,7 +238,7 @@ TEST_F(Repair, OfAFileWhoseExifDirectoryHoldsNothingElseIsRefused) {
     EXPECT_TRUE(Written().empty());
 }
 
-TEST_F(Repair, OfAFileThatExifToolHasGeotaggedIsRefusedInItsPlaceAndWrittenElsewhere) {
+TEST_F(Repair, OfAFileGeotaggedByExifToolIsRefusedInPlaceAndWrittenElsewhere) {
     support::WriteFile(Path(), FullDng());
     const auto tagged = support::RunProgram(
         "exiftool", {"-q", "-overwrite_original", "-GPSLatitude=48.14", "-GPSLatitudeRef=N", Path()},
@@ -274,7 +275,7 @@ TEST_F(Repair, NamesItsStepsWhenVerbose) {
                                          kWrittenVerbosely);
 }
 
-TEST_F(Repair, WithoutASensorDatabaseIsReportedOnce) {
+TEST_F(Repair, ReportsAMissingSensorDatabaseOnce) {
     support::WriteFile(Path(), SmallDng());
     EXPECT_EQ(RunOnIt({"-s"}), kHeader + "Error #0014: No Sensor database found.\n");
     EXPECT_TRUE(Pixels() == support::CameraLevels(kWidth, kHeight));
@@ -293,7 +294,7 @@ TEST_F(Repair, CannotMakeADarkReference) {
     EXPECT_EQ(camera_.DatabaseText(), database);
 }
 
-TEST_F(Repair, OfAnUnfinishedDefectListSaysSo) {
+TEST_F(Repair, ReportsAnUnfinishedDefectList) {
     support::WriteFile(Path(), SmallDng());
     support::WriteFile(camera_.Database(), Section() + Lines({124, 0, 124, 5000, 130, 0}));
     EXPECT_EQ(RunOnIt({"-s"}), kHeader +
@@ -301,7 +302,7 @@ TEST_F(Repair, OfAnUnfinishedDefectListSaysSo) {
                                    "No dark field correction values available for camera No.3106091.\n");
 }
 
-TEST_F(Repair, ReportsALensThatNobodyKnows) {
+TEST_F(Repair, ReportsAnUnknownLens) {
     support::WriteFile(Path(), SmallDng({.lens_code = 0}));
     support::WriteFile(ProgramFolder() + "/lensdb.ini", samples::LensDatabase());
     EXPECT_EQ(RunOnIt({"-l", "-v"}),
@@ -312,10 +313,10 @@ TEST_F(Repair, ReportsALensThatNobodyKnows) {
 
 // --- Memory
 
-/// Repairs of files whose entries, in every directory, each name most of the file's bytes.
+/// Repairs of files in which every IFD has an entry that claims most of the file's bytes.
 class GreedyRepair : public Repair {
   protected:
-    /// Whether `file` is repaired or refused within four times its size of memory.
+    /// Whether `file` is repaired or refused using at most four times its size in memory.
     bool IsInProportion(const samples::CameraDngFile& file) const {
         support::WriteFile(Path(), samples::Serialize(file));
         const std::string limit = std::to_string(4 * samples::kCameraDngBytes / 1024);
@@ -328,10 +329,10 @@ class GreedyRepair : public Repair {
     }
 };
 
-TEST_F(GreedyRepair, TakesNoMoreMemoryThanFourTimesTheFile) {
+TEST_F(GreedyRepair, TakesAtMostFourTimesTheFileInMemory) {
     support::WriteFile(ProgramFolder() + "/lensdb.ini", samples::LensDatabase());
     if (!IsInProportion(support::FullCameraDng())) {
-        GTEST_SKIP() << "a sanitizer's own memory is not the program's";
+        GTEST_SKIP() << "memory of a sanitizer would count as well";
     }
     for (const std::uint32_t bytes : {3000000U, 10000000U}) {
         auto greedy = support::FullCameraDng();
@@ -348,7 +349,7 @@ TEST_F(GreedyRepair, TakesNoMoreMemoryThanFourTimesTheFile) {
 
 // --- A second repair
 
-TEST_F(Repair, OfARepairedFileRemovesNoDarkFieldButRepairsColumns) {
+TEST_F(Repair, OfARepairedFileRepairsColumnsButRemovesNoDarkField) {
     support::WriteFile(Path(), SmallDng());
     const std::string levels = Levels(5);
     support::WriteFile(camera_.Database(), Section() + levels);

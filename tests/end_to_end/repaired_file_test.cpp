@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What other programs find in the repaired DNG of a camera.
+// Checks repaired camera DNGs with other programs.
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -41,12 +41,12 @@ samples::Shot CameraShot(std::uint8_t lens_code) {
     return shot;
 }
 
-/// A run on the camera's file and how it changes the tags.
+/// A run on the camera's file and its effect on the tags.
 struct RepairCase {
     const char* name = "";
     std::vector<std::string> options;
     bool dark_field = false;
-    TagTexts lens_tags = {};  ///< of the EXIF IFD
+    TagTexts lens_tags = {};  ///< in the EXIF IFD
     std::uint8_t lens_code = 33;
 };
 
@@ -82,7 +82,7 @@ std::vector<RepairCase> Runs() {
     };
 }
 
-/// IFD0: what a converted file has there, but for what this camera writes otherwise.
+/// The tags of IFD0: those of a converted file, except where this camera differs.
 TagTexts ExpectedMain(const RepairCase& run, std::uintmax_t file_size) {
     TagTexts tags = MainTags();
     Merge(tags, PreviewTags());
@@ -158,7 +158,7 @@ TagTexts ExpectedMakerNote(const RepairCase& run) {
     return tags;
 }
 
-/// Repairs the camera's DNG on a card into a folder of its own.
+/// Repairs a camera DNG from a card into a separate folder.
 class RepairOf {
   public:
     explicit RepairOf(const std::vector<std::uint8_t>& camera_dng) {
@@ -189,7 +189,7 @@ class RepairOf {
 
 class RepairedFile : public testing::TestWithParam<RepairCase> {
   protected:
-    /// The path of the file that the test's run makes.
+    /// The path of the file that the test's run wrote.
     std::string Repaired() const {
         repair_.WriteSensorDatabase(Section() + Lines({124, 10, 124, 2646}) + Levels(5));
         return repair_.With(GetParam().options);
@@ -223,7 +223,7 @@ TEST_P(RepairedFile, IsAsValidAsTheCamerasOwn) {
 
 INSTANTIATE_TEST_SUITE_P(Runs, RepairedFile, testing::ValuesIn(Runs()), testing::PrintToStringParamName());
 
-/// The camera's estimate is f/5.95.
+/// A DNG for which the camera estimated f/5.95.
 samples::CameraDngFile DngAtFiveNinetyFive(std::uint8_t lens_code, samples::NoteLayout layout) {
     samples::Shot shot = CameraShot(lens_code);
     shot.external_light = {-98304, 65536};
@@ -256,7 +256,7 @@ TEST_P(RepairedNote, IsReadByExiftool) {
     EXPECT_EQ(note[0x0313], "rational64u[1] 262144/65536");
 }
 
-// The camera's layout, and those of files that other programs have written.
+// The camera's layout and the layouts of files written by other programs.
 INSTANTIATE_TEST_SUITE_P(
     Layouts, RepairedNote,
     testing::Values(samples::kDngNoteLayout, samples::NoteLayout{.base = 0, .gap = false},
@@ -277,7 +277,7 @@ TEST(RepairedWhiteBalance, IsTheCameras) {
     }
 }
 
-TEST(RepairedPixels, AreReadByLibTiffWithoutComplaint) {
+TEST(RepairedPixels, AreReadByLibTiffWithoutWarnings) {
     const RepairOf repair(samples::Serialize(support::FullCameraDng()));
     const TiffReader reader(repair.With({"-l"}));
     ASSERT_NE(reader.file(), nullptr);
@@ -298,7 +298,7 @@ TEST(RepairedPixels, AreTheCamerasThroughItsTable) {
     EXPECT_TRUE(raw.thumbnail == support::CameraPreview());
 }
 
-/// The camera's file has been corrected before, so that no dither comes into it.
+/// A camera DNG that has been corrected before, so that no dither is involved.
 std::vector<std::uint8_t> CorrectedCameraDng() {
     auto camera = support::FullCameraDng();
     samples::Set(camera.ifd0, samples::Ascii(316, "velmarcon"));
@@ -314,7 +314,7 @@ TEST(RepairedPixels, AreInterpolatedInTheListedColumns) {
     EXPECT_TRUE(Unpack(repair.With({"-s"})).pixels == expected);
 }
 
-TEST(RepairedPixels, AreWhiteInTheListedColumnsOfATest) {
+TEST(RepairedPixels, AreWhiteInTheListedColumnsWithTheTestOption) {
     const RepairOf repair(CorrectedCameraDng());
     repair.WriteSensorDatabase(Section() + Lines({124, 10, 124, 2646, 3001, 2000, 3001, 2500}));
     auto expected = support::CameraLevels(3920, 2638);
@@ -326,7 +326,7 @@ TEST(RepairedPixels, AreWhiteInTheListedColumnsOfATest) {
     EXPECT_TRUE(Unpack(repair.With({"-st"})).pixels == expected);
 }
 
-TEST(RepairedPixels, LoseTheLevelOfTheirColumnTimesTheIsoGain) {
+TEST(RepairedPixels, AreReducedByTheLevelOfTheirColumnTimesTheIsoGain) {
     const RepairOf repair(samples::Serialize(support::FullCameraDng(CameraShot(33))));
     repair.WriteSensorDatabase(Section() + Levels(5));
     auto expected = support::CameraLevels(3920, 2638);
@@ -344,7 +344,7 @@ TEST(RepairedPicture, DevelopsLikeTheCamerasOwn) {
     const DevelopedRaw camera(repair.CameraPath());
     const DevelopedRaw repaired(repair.With({}));
     EXPECT_LT(repaired.MeanDifference(camera), 1.0);
-    // So that it is no black picture: the scene's grey ground.
+    // The picture must not be black: this is the scene's grey ground.
     EXPECT_GT(repaired.Mean(0, 0, 3920, 2638).at(1), 0.05F);
 }
 

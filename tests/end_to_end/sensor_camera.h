@@ -19,7 +19,7 @@ class SensorCamera {
   public:
     Card card;
 
-    /// Path of sensdb.ini, which is not there at first.
+    /// The path of sensdb.ini, which does not exist at first.
     std::string Database() const { return program_ / "sensdb.ini"; }
     std::string DatabaseText() const;
 
@@ -36,15 +36,15 @@ class SensorCamera {
     support::TempFolder program_;
 };
 
-/// The title of a camera's section of sensdb.ini; the sample card's camera has the number 3106091.
+/// The header of a camera's section in sensdb.ini; the sample card's camera has the number 3106091.
 std::string Section(const std::string& serial = "3106091");
-/// Line values of a section, in their order.
+/// The Line values of a section, in order.
 std::string Lines(const std::vector<int>& values);
-/// LevelCorrection values of a section: for column x, x modulo `period`.
+/// The LevelCorrection values of a section: for column x, x modulo `period`.
 std::string Levels(int period);
 
-/// Expects `actual` to be `expected`, as far as that can be told in advance: level and dither together, just
-/// below a whole number, can round up to it in single precision. Of a frame's pixels one or two do.
+/// Expects `actual` to equal `expected`, except for one or two pixels of a frame: if level and dither
+/// together are just below an integer, single precision may round them up to it.
 void ExpectPixels(const std::vector<std::uint16_t>& actual, const std::vector<std::uint16_t>& expected);
 
 }  // namespace end_to_end

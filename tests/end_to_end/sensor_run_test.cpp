@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The sensor corrections as a run does them: the order of its steps, what it prints, the sensor database.
+// Sensor corrections in whole runs: the order of the steps, their output, and the sensor database.
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -35,9 +35,9 @@ samples::Shot ShotOf(std::uint32_t serial_number) {
     return shot;
 }
 
-/// Adds a dark exposure whose column x reads 92 + x modulo 4: the levels that Levels(4) lists. None of the
-/// column sums of 16 bits wraps to another side than the rest: 92 and 95 times 2646 are 46824 and 54762 above
-/// three times 65536.
+/// Adds a dark exposure in which column x reads 92 + x modulo 4, which are the levels of Levels(4). The
+/// 16-bit column sums keep their order when they wrap: 92 and 95 times 2646 are 46824 and 54762 above three
+/// times 65536.
 void AddDarkExposure(const SensorCamera& camera, const std::string& base, const samples::Shot& shot = {}) {
     auto words = samples::FlatWords(92);
     for (int y = 0; y < samples::kSensorHeight; ++y) {
@@ -48,12 +48,12 @@ void AddDarkExposure(const SensorCamera& camera, const std::string& base, const 
     camera.AddExposure(base, words, shot);
 }
 
-/// The pixels of an exposure of AddDarkExposure without its levels.
+/// The pixels of an exposure of AddDarkExposure after its levels are subtracted.
 std::vector<std::uint16_t> EvenDark() {
     return ExpectedPixels([](int, int) { return 92; });
 }
 
-/// TestPixel without the levels of Levels(4).
+/// TestPixel minus the levels of Levels(4).
 std::vector<std::uint16_t> WithoutLevels() {
     return ExpectedPixels([](int x, int y) { return std::max(TestPixel(x, y) - x % 4, 0); });
 }
@@ -109,7 +109,7 @@ TEST(SensorRun, FixesTheLensCodeAfterTheSensor) {
               "Error #0013: Lens could not be detected.\n");
 }
 
-TEST(SensorRun, WithoutDatabaseReportsItForEachImageAndConvertsThem) {
+TEST(SensorRun, ReportsAMissingDatabaseForEachImageAndConvertsThem) {
     SensorCamera camera;
     camera.card.AddPair("A");
     camera.card.AddLinkedPair("B", "A");
@@ -124,7 +124,7 @@ TEST(SensorRun, WithoutDatabaseReportsItForEachImageAndConvertsThem) {
     EXPECT_FALSE(std::filesystem::exists(camera.Database()));
 }
 
-TEST(SensorRun, WithAnUnfinishedDefectListLeavesColumnsButTakesTheDarkField) {
+TEST(SensorRun, WithAnUnfinishedDefectListOnlyRemovesTheDarkField) {
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Lines({1203, 700, 1203, 2646, 5, 0}) + Levels(4));
     camera.card.AddPair("A");
@@ -151,7 +151,7 @@ TEST(SensorRun, ReportsACameraWithoutLevels) {
     EXPECT_TRUE(camera.Pixels("A") == ExpectedPixels(TestPixel));
 }
 
-TEST(SensorRun, WithADarkFrameLeavesTheDarkFieldOfThatImageOnly) {
+TEST(SensorRun, WithADarkFrameSkipsTheDarkFieldOfThatImageOnly) {
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Levels(4));
     camera.card.AddPair("A");
@@ -178,13 +178,13 @@ TEST(SensorRun, WithADarkFrameLeavesTheDarkFieldOfThatImageOnly) {
     EXPECT_EQ(black_level(order[1]), 120U);
 }
 
-/// What differs between column 1 and its neighbour in a flat picture: the level of column 1.
+/// The difference between column 1 and its neighbour in a flat picture, which is the level of column 1.
 int LevelOfColumn1(const SensorCamera& camera, const std::string& base) {
     const auto pixels = camera.Pixels(base);
     return pixels[0] - pixels[1];
 }
 
-TEST(SensorRun, ReadsADatabaseThatChangesOnTheWay) {
+TEST(SensorRun, ReadsADatabaseThatChangesDuringTheRun) {
     const auto begin = std::chrono::steady_clock::now();
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Levels(1));
@@ -197,7 +197,7 @@ TEST(SensorRun, ReadsADatabaseThatChangesOnTheWay) {
     const auto has_dng = [&](const std::string& base) {
         return std::filesystem::exists(camera.card / (base + ".DNG"));
     };
-    // A file that has just been written is read for every image anyway.
+    // Waits because a file that was written recently is read for every image anyway.
     std::this_thread::sleep_until(begin + std::chrono::milliseconds(3500));
     std::thread run([&camera] { ASSERT_EQ(camera.Run({"-s"}).status, 0); });
     const auto deadline = begin + std::chrono::seconds(60);
@@ -208,13 +208,13 @@ TEST(SensorRun, ReadsADatabaseThatChangesOnTheWay) {
     const bool in_time = !has_dng(order[order.size() - 2]);
     run.join();
     if (!in_time) {
-        GTEST_SKIP() << "the run was over before the database could be changed";
+        GTEST_SKIP() << "the run ended before the database was changed";
     }
     EXPECT_EQ(LevelOfColumn1(camera, order.front()), 0);
     EXPECT_EQ(LevelOfColumn1(camera, order.back()), 1);
 }
 
-TEST(DarkReference, FromOneExposureIsWrittenAndUsedAtOnce) {
+TEST(DarkReference, FromOneExposureIsWrittenAndUsedImmediately) {
     SensorCamera camera;
     AddDarkExposure(camera, "A");
     ExpectRun(camera.Run({"-sd"}),
@@ -264,7 +264,7 @@ TEST(DarkReference, KeepsOtherCamerasAndTheDefectList) {
     EXPECT_EQ(std::ranges::count(text, '['), 2);
 }
 
-/// Such a number is signed in the database and in the line about the reference, not in the others.
+/// Such a number is signed in the database and in the message about the reference, but not in other messages.
 TEST(DarkReference, OfACameraNumberAboveTwoToThe31IsFoundAgain) {
     SensorCamera camera;
     AddDarkExposure(camera, "A", ShotOf(3000000000));
@@ -286,7 +286,7 @@ TEST(DarkReference, OfACameraNumberAboveTwoToThe31IsFoundAgain) {
               "\nImage: A.RAW\n\nNo dark field correction values available for camera No.3000000000.\n");
 }
 
-TEST(DarkReference, ThatCannotBeWrittenIsReportedAndUsed) {
+TEST(DarkReference, ThatCannotBeWrittenIsReportedAndStillUsed) {
     SensorCamera camera;
     std::filesystem::create_directory(camera.Database());
     AddDarkExposure(camera, "A");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the sensor corrections do to the pixels of full-size pairs.
+// The effect of the sensor corrections on the pixels of full-size pairs.
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -36,10 +36,10 @@ bool IsDefect(int x, int y) {
     return (x == 1203 && y >= 700) || x == 2750;
 }
 
-/// How much each column of an area of even light differs from its neighbours of the same colour.
+/// How much each column of an evenly lit area differs from its neighbours of the same colour.
 class Stripes {
   public:
-    /// The even rows of `area`, but for its edges.
+    /// Measures the even rows of `area`, without its edges.
     Stripes(const std::vector<std::uint16_t>& pixels, const samples::Patch& area) : first_(area.x + 4) {
         for (int x = first_; x < area.x + area.width - 4; ++x) {
             differences_.push_back(Mean(pixels, area, x) -
@@ -47,10 +47,10 @@ class Stripes {
         }
     }
 
-    /// Of column `x`, in raw units.
+    /// The difference of column `x`, in raw units.
     double At(int x) const { return differences_.at(static_cast<std::size_t>(x - first_)); }
 
-    /// The largest of the columns that neither are `defect` nor measured against it.
+    /// The largest difference, without that of column `defect` and those of its neighbours.
     double LargestBut(int defect) const {
         double largest = 0;
         for (std::size_t i = 0; i < differences_.size(); ++i) {
@@ -91,9 +91,9 @@ samples::Patch WedgeStep(int x) {
         steps, [x](const samples::Patch& step) { return step.x <= x && x < step.x + step.width; });
 }
 
-/// The whole way of a photographer: the defects listed, a reference made from a dark exposure at ISO 160, a
-/// picture at ISO 2500 corrected with both.
-TEST(SensorFix, TakesStripesAndDefectsOutOfTheSampleScene) {
+/// The complete workflow of a photographer: list the defects, make a reference from a dark exposure at ISO
+/// 160, and correct a picture at ISO 2500 with both.
+TEST(SensorFix, RemovesStripesAndDefectsFromTheSampleScene) {
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Lines(kDefects));
     const support::TempFolder dark;
@@ -106,8 +106,8 @@ TEST(SensorFix, TakesStripesAndDefectsOutOfTheSampleScene) {
     ASSERT_EQ(camera.Run({"-s", "-r"}).status, 0);
     const auto fixed = camera.Pixels("L1000001");
 
-    // In the black step only read-out noise is left: 2.5 at ISO 160, 16 times that here, averaged over its
-    // rows; the difference to two neighbours adds half of its variance.
+    // In the black step only read noise remains: 2.5 at ISO 160, 16 times that here, averaged over its rows;
+    // taking the difference from two neighbours adds half of its variance.
     const samples::Patch black = WedgeStep(200);
     const double rows = (black.height - 8) / 2.0;
     const double noise_floor = 2.5 * 16 * std::sqrt(1.5 / rows);
@@ -127,7 +127,7 @@ TEST(SensorFix, TakesStripesAndDefectsOutOfTheSampleScene) {
     }
 }
 
-TEST(SensorFix, RepairsTheListedPixelsAndNoOthers) {
+TEST(SensorFix, RepairsOnlyTheListedPixels) {
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Lines(kDefects));
     camera.card.AddPair("A");
@@ -148,7 +148,7 @@ TEST(SensorFix, RepairsTheListedPixelsAndNoOthers) {
                 }));
 }
 
-TEST(SensorTest, PaintsTheListedPixelsWhiteAndNoOthers) {
+TEST(SensorTest, PaintsOnlyTheListedPixelsWhite) {
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Lines(kDefects));
     camera.card.AddPair("A");
@@ -184,7 +184,7 @@ TEST(SensorFix, DithersTheFractionOfALevel) {
     EXPECT_NEAR(static_cast<double>(less_three) / (kWidth * kHeight), 0.25, 0.001);
 }
 
-/// A dark exposure whose rows read `level`, in each half what row offsets add to it.
+/// A dark exposure whose rows read `level` plus the row offset of each half.
 std::vector<std::uint16_t> DarkRows(float level, const std::vector<float>& left,
                                     const std::vector<float>& right) {
     samples::SensorOptions sensor;
@@ -206,8 +206,8 @@ std::vector<float> RowOffsets(Offset offset) {
     return offsets;
 }
 
-/// What the estimate makes of rows that read `level` + `offsets`, when the even rows are not the darker ones:
-/// odd rows are measured, even ones lie midway, the mean is taken out.
+/// The estimated offsets of rows that read `level` + `offsets`, if the even rows are not darker: odd rows are
+/// measured, even rows are interpolated, and the mean is subtracted.
 std::vector<double> Estimate(const std::vector<float>& offsets) {
     std::vector<double> estimate(offsets.begin(), offsets.end());
     estimate[0] = estimate[1];
@@ -222,9 +222,9 @@ std::vector<double> Estimate(const std::vector<float>& offsets) {
     return estimate;
 }
 
-/// Rows that grow brighter from the middle of the picture to both its ends: the same in reverse order, as the
-/// right half is corrected.
-TEST(RowOffsets, AreTakenOutOfBothHalvesTogetherWithTheColumnLevels) {
+/// The rows get brighter from the middle of the picture towards both ends, so they are the same in reverse
+/// order, in which the right half is corrected.
+TEST(RowOffsets, AreRemovedFromBothHalvesTogetherWithTheColumnLevels) {
     const auto offsets = RowOffsets([](int y) { return std::abs(2 * y - 2645) / 32; });
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Levels(3));
@@ -237,12 +237,12 @@ TEST(RowOffsets, AreTakenOutOfBothHalvesTogetherWithTheColumnLevels) {
     });
     const auto pixels = camera.Pixels("A");
     EXPECT_TRUE(pixels == expected);
-    // 82 raw units lay between the darkest and the brightest row; rounding and the column levels are left.
+    // The darkest and the brightest row differed by 82 raw units; rounding and the column levels remain.
     const auto [darkest, brightest] = std::ranges::minmax(pixels);
     EXPECT_LE(brightest - darkest, 4);
 }
 
-TEST(RowOffsets, OfTheRightHalfAreTakenFromTheMirroredRow) {
+TEST(RowOffsets, OfTheRightHalfComeFromTheMirroredRow) {
     const auto offsets = RowOffsets([](int y) { return y / 40; });
     SensorCamera camera;
     support::WriteFile(camera.Database(), Section() + Levels(1));
@@ -257,9 +257,10 @@ TEST(RowOffsets, OfTheRightHalfAreTakenFromTheMirroredRow) {
                 }));
 }
 
-/// Then rows 0, 1, 2, ... are measured for rows 0, 2, 4, ..., at half their level; here they are all but the
-/// same, so that nothing is left of them without their mean. Only the last offset, which keeps 0, becomes
-/// minus the mean of 40: in the last row of the left half and, mirrored, in the first of the right one.
+/// In this case rows 0, 1, 2, ... are measured for rows 0, 2, 4, ..., at half their level. Here these
+/// measurements are almost equal, so nothing remains after subtracting their mean. Only the last offset,
+/// which was 0, becomes minus the mean of 40: in the last row of the left half and, mirrored, in the first
+/// row of the right half.
 TEST(RowOffsets, WithDarkerEvenRowsLeaveTheLastOneUnmeasured) {
     const auto offsets = RowOffsets([](int y) { return y % 2; });
     SensorCamera camera;

@@ -29,7 +29,7 @@ samples::ExifBlock DistinctExif(std::uint8_t lens_code) {
     samples::ExifBlock block = samples::CameraExif(shot);
     samples::Set(block.exif, samples::Rationals(tag::kShutterSpeedValue, {{12, 5}}));
     samples::Set(block.exif, samples::Rationals(tag::kExposureBiasValue, {{2, 3}}));
-    // The camera gives these two a type from which nothing is taken.
+    // The camera gives these two tags a type that the program ignores.
     samples::Set(block.exif, samples::Short(tag::kFileSource, 3));
     samples::Set(block.exif, samples::Short(tag::kSceneType, 1));
     return block;

@@ -7,19 +7,19 @@
 
 namespace end_to_end {
 
-/// The EXIF block of a JPEG in which every value that reaches the DNG is told from every other: ISO 640, a
-/// 28 mm lens (as the camera has it) with the 6-bit code `lens_code`, f/5.72 by the camera's estimate.
+/// The EXIF block of a JPEG in which all values that reach the DNG are distinct: ISO 640, a 28 mm lens (by
+/// the camera's own data) with the 6-bit code `lens_code`, f/5.72 by the camera's estimate.
 samples::ExifBlock DistinctExif(std::uint8_t lens_code);
 
-/// The tags of a DNG that is written from DistinctExif, in the form of ReadTags. Strip offsets are left out:
-/// they follow from the file's size.
-TagTexts RawImageTags();    ///< the raw image, in whichever IFD it stands, without its white level
-TagTexts StripTags();       ///< what makes an IFD an image, beyond RawImageTags or PreviewTags
+/// The tags of a DNG written from DistinctExif, in the form of ReadTags, without strip offsets, which depend
+/// on the file's size.
+TagTexts RawImageTags();    ///< the raw image, in either IFD, without its white level
+TagTexts StripTags();       ///< the additional tags of an IFD with an image
 TagTexts PreviewTags();     ///< the preview in IFD0
 TagTexts MainTags();        ///< IFD0, with the plain model and its colour matrices
-TagTexts RawVariantTags();  ///< what the raw model variant has in IFD0 in place of those
+TagTexts RawVariantTags();  ///< the tags of IFD0 that differ in the raw model variant
 TagTexts ExifTags();        ///< the EXIF IFD, without lens data
-TagTexts MakerNoteTags();   ///< inside the maker note, lens code 33
+TagTexts MakerNoteTags();   ///< inside the maker note, with lens code 33
 
 }  // namespace end_to_end
 

@@ -11,7 +11,7 @@ namespace end_to_end {
 
 namespace {
 
-/// libtiff's handlers are functions without an object.
+/// A global, because libtiff's handlers are plain functions.
 std::vector<std::string>& AllComplaints() {
     static std::vector<std::string> lines;
     return lines;
@@ -29,7 +29,7 @@ TiffReader::TiffReader(const std::string& path) : file_(nullptr, TIFFClose) {
     AllComplaints().clear();
     TIFFSetErrorHandler(KeepComplaint);
     TIFFSetWarningHandler(KeepComplaint);
-    // c: libtiff is not to make many small strips of one large.
+    // c: libtiff must not divide one large strip into many small ones.
     file_.reset(TIFFOpen(path.c_str(), "rc"));
 }
 

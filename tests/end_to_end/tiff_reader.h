@@ -12,7 +12,7 @@
 
 namespace end_to_end {
 
-/// Size and kind of an image, as the common tags state it.
+/// Size and kind of an image according to the common tags.
 struct ImageKind {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
@@ -23,20 +23,20 @@ struct ImageKind {
     bool operator==(const ImageKind&) const = default;
 };
 
-/// A file as libtiff reads it; the current image is that of IFD0 at first.
+/// A file read by libtiff; the current image is at first that of IFD0.
 class TiffReader {
   public:
     explicit TiffReader(const std::string& path);
 
-    /// For libtiff's own functions; null when libtiff could not open the file.
+    /// For libtiff's own functions; null if libtiff could not open the file.
     TIFF* file() const { return file_.get(); }
 
-    /// What libtiff complained of since the last file was opened, other than that a tag is unknown to it. In
-    /// IFD0 it does not know the TIFF/EP tags SelfTimerMode (34859), DateTimeOriginal (36867),
-    /// FocalPlaneX/YResolution and ...ResolutionUnit (37390 to 37392) and TIFF/EPStandardID (37398).
+    /// libtiff's warnings and errors since the last file was opened, except for unknown tags. In IFD0 it does
+    /// not know the TIFF/EP tags SelfTimerMode (34859), DateTimeOriginal (36867), FocalPlaneX/YResolution and
+    /// ...ResolutionUnit (37390 to 37392) and TIFF/EPStandardID (37398).
     static std::vector<std::string> Complaints();
 
-    /// Makes the image of the only sub-IFD the current one.
+    /// Makes the image of the only SubIFD the current one.
     void GoToSubIFD() const;
 
     template <typename Value>

@@ -9,12 +9,12 @@
 
 namespace end_to_end {
 
-/// Base name of the one pair that WriteDng converts.
+/// Base name of the pair that WriteDng converts.
 constexpr const char* kBase = "L1000001";
 
-/// Runs the program with `options` on the pair kBase in `folder`, where it also looks for its databases. A
-/// DNG that is there already is removed first. Returns the DNG's path; the test fails when the program
-/// complains or writes nothing.
+/// Runs the program with `options` on the pair kBase in `folder`, where it also looks for its databases. An
+/// existing DNG is removed first. Returns the DNG's path; the test fails if the program reports an error or
+/// writes nothing.
 std::string WriteDng(const support::TempFolder& folder, const std::vector<std::string>& options);
 
 }  // namespace end_to_end

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every call on files with which velmarcon-calibrate writes its database fails in every way it can: once,
-// from then on, and by the run's death; and some of those with which it reads.
+// Makes every file call with which velmarcon-calibrate writes its database fail in every possible way: once,
+// from then on, or by killing the run. The same for some of the calls with which it reads.
 #include <cstdio>
 #include <filesystem>
 #include <map>
@@ -29,7 +29,7 @@ constexpr const char* kOld = "; mine\n[7]\nLine = 1\n";
 constexpr const char* kDatabase = "out/sensdb.ini";
 constexpr const char* kKept = "out/sensdb.ini.1";
 
-/// Reading takes most of the calls, and all of them are alike.
+/// Most calls are reads, and all of them are alike.
 constexpr std::size_t kReadingStep = 23;
 #if defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t kWritingStep = 9;
@@ -54,7 +54,7 @@ class CalibrateSweep : public testing::Test {
         ASSERT_EQ(Text(kKept), kOld);
         for (std::size_t i = 0; i < calls_.size();) {
             swept_.push_back(i);
-            i += i < FirstBehindReading(calls_) ? kReadingStep : kWritingStep;
+            i += i < FirstAfterReading(calls_) ? kReadingStep : kWritingStep;
         }
         ASSERT_GE(swept_.size(), 10U);
     }
@@ -134,7 +134,7 @@ class CalibrateSweep : public testing::Test {
             wrong.emplace_back("the old database is lost");
         }
         if (fs::exists(Path(kKept)) && Text(kKept) != kOld) {
-            wrong.emplace_back("the copy of the old database is not whole");
+            wrong.emplace_back("the copy of the old database is incomplete");
         }
         const std::string& printed = end.outcome.output;
         if (!end.killed && !is_made && (end.outcome.status != 1 || (!end.silent && printed.empty()))) {

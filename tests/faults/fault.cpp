@@ -89,7 +89,7 @@ std::vector<Fault> FaultsOf(IoKind kind) {
             return With(Refusals({EACCES, EINVAL, EIO, ENOSPC, EINTR}), {How::kFinished, EIO});
         case IoKind::kRemove:
             return Refusals({EACCES, EIO, EINTR});
-        case IoKind::kClose:  // the descriptor is gone whatever it returns
+        case IoKind::kClose:  // the descriptor is released regardless of the result
             return {{How::kFinished, EIO}, {How::kFinished, ENOSPC}, {How::kFinished, EINTR}};
     }
     return {};

@@ -9,27 +9,27 @@
 
 namespace faults {
 
-/// One way in which a system call goes wrong.
+/// One way in which a system call can fail.
 struct Fault {
     enum class How {
-        kRefused,   ///< it fails with `error`, and nothing has happened
-        kFinished,  ///< it fails with `error`, but has done its work
-        kHalf,      ///< it stops half-way, and says so
-        kNothing,   ///< it does nothing, and says so
+        kRefused,   ///< it fails with `error` and has no effect
+        kFinished,  ///< it fails with `error`, but has its effect
+        kHalf,      ///< it stops half-way and reports that
+        kNothing,   ///< it does nothing and reports that
     };
     How how = How::kRefused;
     int error = 0;
 
     /// For messages.
     std::string Name() const;
-    /// How often in a row it can happen. An interrupted call gets through in the end, and another run's lock
-    /// goes.
+    /// How often in a row the fault can happen. An interrupted call succeeds in the end, and a lock is
+    /// released in the end.
     int MostTimes() const;
-    /// Makes the call, at whose entry `program` stands, go wrong.
+    /// Makes the call, at whose entry `program` is stopped, fail.
     void Inject(support::TracedProgram& program, const IoCall& call) const;
 };
 
-/// What can go wrong with calls of this kind.
+/// The faults that calls of this kind can have.
 std::vector<Fault> FaultsOf(IoKind kind);
 
 }  // namespace faults

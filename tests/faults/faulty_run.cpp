@@ -16,7 +16,7 @@ namespace faults {
 
 namespace {
 
-/// Makes the call, which asks for the kind of a file system, and changes the answer.
+/// Executes the call, which queries the type of a file system, and changes the answer.
 void ClaimFat(support::TracedProgram& program, const support::SystemCall& call) {
     constexpr std::array<std::uint8_t, 4> fat = {0x44, 0x4D, 0, 0};  // at the beginning of the answer
     if (program.FinishCall()) {
@@ -24,7 +24,7 @@ void ClaimFat(support::TracedProgram& program, const support::SystemCall& call) 
     }
 }
 
-/// Makes the call, which asks about a file, and changes the inode number in the answer.
+/// Executes the call, which queries a file, and changes the inode number in the answer.
 void Renumber(support::TracedProgram& program, const support::SystemCall& call, std::uint64_t inode) {
     std::array<std::uint8_t, sizeof(ino_t)> bytes = {};
     std::memcpy(bytes.data(), &inode, bytes.size());
@@ -42,8 +42,9 @@ IoRun::IoRun(const Command& command)
       on_fat_(command.on_fat),
       renumbers_(command.renumbers) {}
 
-/// Makes a call whose answer is changed. Returns false for any other call.
-bool IoRun::Deceives(const support::SystemCall& call) {
+/// Executes the call and falsifies its answer, if it is one whose answer is to be changed; else returns
+/// false.
+bool IoRun::Falsifies(const support::SystemCall& call) {
     if (on_fat_ && call.number == SYS_statfs) {
         ClaimFat(program_, call);
         return true;
@@ -57,7 +58,7 @@ bool IoRun::Deceives(const support::SystemCall& call) {
 
 std::optional<IoCall> IoRun::NextCall() {
     while (const auto call = program_.NextCall()) {
-        if (Deceives(*call)) {
+        if (Falsifies(*call)) {
             continue;
         }
         auto io = AsIoCall(program_, *call);
@@ -87,7 +88,7 @@ CleanRun RunCleanly(const Command& command) {
     return result;
 }
 
-std::size_t FirstBehindReading(const std::vector<IoCall>& calls) {
+std::size_t FirstAfterReading(const std::vector<IoCall>& calls) {
     const auto writing = std::ranges::find(calls, IoKind::kCreate, &IoCall::kind);
     const auto last = std::find_if(std::make_reverse_iterator(writing), calls.rend(),
                                    [](const IoCall& call) { return call.kind == IoKind::kRead; });

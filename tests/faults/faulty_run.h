@@ -14,27 +14,26 @@
 
 namespace faults {
 
-/// How the program is started.
+/// How to start the program.
 struct Command {
     std::vector<std::string> arguments;
     std::string folder;      ///< current folder
     std::string name;        ///< argv[0]
-    std::string watched;     ///< path of the folder from whose first use on calls are counted
-    bool on_fat = false;     ///< the program is told that its files are on a FAT file system
-    bool renumbers = false;  ///< it is told another inode number each time that it asks
+    std::string watched;     ///< path of a folder; calls are counted from its first use on
+    bool on_fat = false;     ///< tell the program that its files are on a FAT file system
+    bool renumbers = false;  ///< tell it another inode number at every query
     std::string program = VELMARCON_PROGRAM;
 };
 
-/// A run of the program that goes from one call on files to the next. What the dynamic loader does is not
-/// counted.
+/// Runs the program from one file call to the next. The calls of the dynamic loader are not counted.
 class IoRun {
   public:
     explicit IoRun(const Command& command);
 
-    /// The next call on files, at whose entry it then stands; nothing when it has ended.
+    /// Continues to the entry of the next file call; nothing if the program has ended.
     std::optional<IoCall> NextCall();
 
-    /// Lets it run to its end.
+    /// Lets the program run to its end.
     void Finish();
 
     support::TracedProgram& program() { return program_; }
@@ -45,12 +44,12 @@ class IoRun {
     std::string watched_;
     bool on_fat_;
     bool renumbers_;
-    std::uint64_t next_inode_ = 0x100000000;  ///< that no file has
-    bool Deceives(const support::SystemCall& call);
+    std::uint64_t next_inode_ = 0x100000000;  ///< not the inode of any file
+    bool Falsifies(const support::SystemCall& call);
     bool begun_ = false;
 };
 
-/// A run in which nothing goes wrong, and all the calls on files that it makes.
+/// A run without faults, and all its file calls.
 struct CleanRun {
     support::Outcome outcome;
     std::vector<IoCall> calls;
@@ -58,27 +57,28 @@ struct CleanRun {
 
 CleanRun RunCleanly(const Command& command);
 
-/// The number of the first call behind the last that reads before anything is written.
-std::size_t FirstBehindReading(const std::vector<IoCall>& calls);
+/// The number of the first call after the last read that comes before any write.
+std::size_t FirstAfterReading(const std::vector<IoCall>& calls);
 
-/// What goes wrong in a run.
+/// The faults of a run.
 struct Plan {
-    std::size_t call = 0;  ///< from 0 on
+    std::size_t call = 0;  ///< counted from 0
     Fault fault;
-    bool repeated = false;  ///< also with every later call of the same kind
+    bool repeated = false;  ///< every later call of the same kind fails as well
 };
 
 struct FaultyOutcome {
     support::Outcome outcome;
-    int injected = 0;              ///< faults
-    bool printing_failed = false;  ///< standard output was hit
-    bool part_abandoned = false;   ///< it could not remove its part, or was told that it is another run's
+    int injected = 0;              ///< number of faults
+    bool printing_failed = false;  ///< whether standard output was hit
+    bool part_abandoned =
+        false;  ///< whether it could not remove its part file, or was told that another run holds it
 };
 
 FaultyOutcome RunWithFaults(const Command& command, const Plan& plan);
 
-/// Kills the run at the entry of call `call`, counted from 0; with `half`, after half of that call. Returns
-/// false when it made fewer calls.
+/// Kills the run at the entry of call `call`, counted from 0, or after half of that call if `half` is set.
+/// Returns false if the run made fewer calls.
 bool RunUntilKill(const Command& command, std::size_t call, bool half);
 
 }  // namespace faults

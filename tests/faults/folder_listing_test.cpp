@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The listing of a folder breaks off: nobody must take what it told for all that there is.
+// The listing of a folder breaks off: the program must report that it is incomplete.
 #include <algorithm>
 #include <cerrno>
 #include <string>
@@ -31,7 +31,7 @@ class FolderListing : public testing::Test {
                 listing_calls_.push_back(i);
             }
         }
-        // The last one tells that there is no more.
+        // The last call reports the end of the listing.
         ASSERT_GE(listing_calls_.size(), 2U);
     }
 
@@ -45,13 +45,13 @@ class FolderListing : public testing::Test {
     std::vector<std::size_t> listing_calls_;
 };
 
-TEST_F(FolderListing, ThatBreaksOffIsReportedAndWhatItToldIsConverted) {
+TEST_F(FolderListing, ThatBreaksOffIsReportedAndTheListedFilesAreConverted) {
     const std::string output = OutputWithFaultAt(listing_calls_.back());
     EXPECT_TRUE(output.starts_with(kReport)) << output;
     EXPECT_TRUE(stage_.Finished());
 }
 
-TEST_F(FolderListing, ThatTellsNothingIsReportedBeforeTheErrorThatEndsTheRun) {
+TEST_F(FolderListing, ThatFailsAtOnceIsReportedBeforeTheErrorThatEndsTheRun) {
     const std::string output = OutputWithFaultAt(listing_calls_.front());
     EXPECT_TRUE(output.starts_with(std::string(kReport) + "Error #0005: ")) << output;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Folders that take nothing more, or nothing at all.
+// Output folders that are full or cannot be written.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,7 +21,7 @@ using Wrong = std::vector<std::string>;
 
 class FullDisk : public testing::TestWithParam<ScenarioMaker> {
   protected:
-    /// Runs the program where something is in its way. Returns what is wrong then.
+    /// Runs the program with an obstacle in place. Returns the violations.
     Wrong Run(std::uint64_t largest_file = 0) {
         const Command run = stage_.Run();
         const auto outcome =
@@ -46,7 +46,7 @@ TEST_P(FullDisk, TheOutputFolderIsFull) {
     for (const std::string size : {"8k", "100k", "1m", "20m"}) {
         const SmallMount mount(stage_.Path("out"), size);
         if (!mount.mounted()) {
-            GTEST_SKIP() << "nothing can be mounted here";
+            GTEST_SKIP() << "this system does not allow mounting";
         }
         stage_.Restore();
         EXPECT_EQ(Run(), Wrong()) << size;
@@ -65,7 +65,7 @@ TEST_P(FullDisk, TheOutputFolderCannotBeWritten) {
     }
     const SmallMount mount(stage_.Path("out"), "1m");
     if (!mount.mounted()) {
-        GTEST_SKIP() << "root may write everywhere, and nothing can be mounted here";
+        GTEST_SKIP() << "root may write everywhere, and this system does not allow mounting";
     }
     stage_.Restore();
     ASSERT_TRUE(mount.MakeReadOnly());

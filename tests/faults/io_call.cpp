@@ -19,7 +19,7 @@ namespace faults {
 
 namespace {
 
-/// Where a call's arguments name its file.
+/// Which argument of a call identifies its file.
 enum class Names { kDescriptor, kPath, kPathInFolder };
 
 struct KnownCall {
@@ -29,7 +29,7 @@ struct KnownCall {
     Names names;
 };
 
-// A machine has the older calls, or only those that stand for them now.
+// Some machines lack the older calls and have only their replacements.
 constexpr auto kKnownCalls = std::to_array<KnownCall>({
 #ifdef SYS_open
     {SYS_open, "open", IoKind::kOpen, Names::kPath},
@@ -102,8 +102,8 @@ IoKind KindOf(const KnownCall& known, const support::SystemCall& call) {
     return known.kind;
 }
 
-/// The file that a descriptor of the program stands for; empty when it is none: sanitizers try with a pipe of
-/// their own whether memory can be read.
+/// The file of a descriptor in the program; empty if it is not a file: sanitizers use a pipe to test whether
+/// memory is readable.
 std::string FileOf(const support::TracedProgram& program, std::uint64_t descriptor) {
     std::error_code none;
     const std::string link =
@@ -129,7 +129,7 @@ std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const supp
         io.description += " of " + file;
     } else {
         io.path = program.TextAt(call.arguments[known->names == Names::kPath ? 0 : 1]);
-        // An empty path stands for the descriptor in its place.
+        // With an empty path, the call works on the descriptor.
         io.description += " of " + (io.path.empty() ? FileOf(program, call.arguments[0]) : io.path);
     }
     return io;
@@ -138,10 +138,11 @@ std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const supp
 void FinishHalf(support::TracedProgram& program, const IoCall& call) {
     const auto& arguments = call.call.arguments;
     if (!IsVector(call.call)) {
-        program.FinishCallWith(2, (arguments[2] + 1) / 2);  // at least one: none is the file's end
+        program.FinishCallWith(
+            2, (arguments[2] + 1) / 2);  // at least one byte, because zero bytes mean the end of the file
         return;
     }
-    // The last piece becomes shorter while the call is made, the others stay.
+    // Shortens the last piece during the call and leaves the others unchanged.
     const std::uint64_t last_piece = arguments[1] + (arguments[2] - 1) * sizeof(iovec);
     iovec piece = {};
     const std::span bytes(reinterpret_cast<std::uint8_t*>(&piece), sizeof(piece));

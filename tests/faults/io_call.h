@@ -9,7 +9,7 @@
 
 namespace faults {
 
-/// What a system call does to a file, as far as it matters to how it can fail.
+/// What a system call does to a file, in categories that can fail in the same ways.
 enum class IoKind {
     kOpen,
     kCreate,
@@ -23,8 +23,8 @@ enum class IoKind {
     kList,  ///< reads a folder
     kLock,
     kOwner,      ///< sets owner or mode
-    kAttribute,  ///< reads or sets an attribute
-    kDuplicate,  ///< makes another descriptor, or asks about one
+    kAttribute,  ///< reads or sets an extended attribute
+    kDuplicate,  ///< duplicates or queries a descriptor
     kSync,
     kRename,
     kRemove,
@@ -35,14 +35,14 @@ enum class IoKind {
 struct IoCall {
     IoKind kind = IoKind::kOpen;
     support::SystemCall call;
-    std::string description;  ///< for messages: its name and what it works on
-    std::string path;         ///< empty when it works on an open file
+    std::string description;  ///< for messages: its name and its file
+    std::string path;         ///< empty if it works on an open file
 };
 
-/// What `call`, at whose entry `program` stands, does to files; nothing when it is about something else.
+/// The file call that `program` is about to make with `call`; nothing if `call` does not work on files.
 std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const support::SystemCall& call);
 
-/// Makes a read or write, at whose entry `program` stands, end after about half of its bytes.
+/// Executes a read or write, at whose entry `program` is stopped, with only about half of its bytes.
 void FinishHalf(support::TracedProgram& program, const IoCall& call);
 
 }  // namespace faults

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A run on a FAT file system finds a file aside that an earlier one, which did not end, was replacing.
+// A run on a FAT file system finds a file that an interrupted run has set aside in order to replace it.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -45,7 +45,7 @@ class PutBack : public testing::Test {
     }
 };
 
-TEST_F(PutBack, TheDngThatWouldBeWritten) {
+TEST_F(PutBack, TheDngToBeWritten) {
     const Stage stage(ConversionOfConverted());
     const std::string dng = stage.Path("out/L1000001.DNG");
     MoveAside(dng);
@@ -56,7 +56,7 @@ TEST_F(PutBack, TheDngThatWouldBeWritten) {
     EXPECT_EQ(support::Names(stage.Path("out")), Names{"L1000001.DNG"});
 }
 
-TEST_F(PutBack, TheOneThatSteppedAsideLast) {
+TEST_F(PutBack, TheFileThatWasSetAsideLast) {
     const Stage stage(ConversionOfConverted());
     const std::string dng = stage.Path("out/L1000001.DNG");
     MoveAside(dng, ".old2");
@@ -68,7 +68,7 @@ TEST_F(PutBack, TheOneThatSteppedAsideLast) {
     EXPECT_EQ(support::ReadText(dng + ".old"), "somebody's own");
 }
 
-TEST_F(PutBack, NothingWhereADngStands) {
+TEST_F(PutBack, NothingWhereADngExists) {
     const Stage stage(ConversionOfConverted());
     const std::string dng = stage.Path("out/L1000001.DNG");
     support::WriteFile(dng + ".old", "somebody's own");
@@ -77,7 +77,7 @@ TEST_F(PutBack, NothingWhereADngStands) {
     EXPECT_EQ(support::ReadText(dng + ".old"), "somebody's own");
 }
 
-/// There nobody needs to step aside: it is a file of the user's.
+/// The program sets no files aside there, so the file belongs to the user.
 TEST_F(PutBack, NothingOnAFileSystemWithAJournal) {
     Stage stage(ConversionOfConverted());
     const std::string dng = stage.Path("out/L1000001.DNG");
@@ -86,7 +86,7 @@ TEST_F(PutBack, NothingOnAFileSystemWithAJournal) {
     EXPECT_EQ(support::ReadText(dng + ".old"), "an older one");
 }
 
-TEST_F(PutBack, TheDngThatWouldBeRead) {
+TEST_F(PutBack, TheDngToBeRead) {
     const Stage stage(RepairOverItself());
     const std::string dng = stage.Path("card/L1000001.DNG");
     const auto before = support::ReadFile(dng);

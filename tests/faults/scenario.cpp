@@ -16,7 +16,7 @@ namespace faults {
 
 namespace {
 
-constexpr int kLevels = 8;  ///< of column x: x modulo this
+constexpr int kLevels = 8;  ///< the level of column x is x modulo this
 
 Bytes Text(std::string_view text) {
     return {text.begin(), text.end()};
@@ -30,8 +30,7 @@ File LensDatabase() {
     return {"bin/lensdb.ini", Text(samples::LensDatabase())};
 }
 
-/// A dump of rows that differ, above dark levels that are whole numbers: their correction does not depend on
-/// chance.
+/// A dump with varying rows and integer dark levels, so that its correction involves no random dither.
 File DarkDump() {
     constexpr int rows = 16;
     auto words = samples::FlatWords(0);
@@ -43,7 +42,7 @@ File DarkDump() {
     return {"card/L1000001.RAW", samples::DumpBytes(words)};
 }
 
-/// The levels of that dump, and a defective column.
+/// The levels of DarkDump, and a defective column.
 std::string SensorDatabase() {
     std::string text = "[3106091]\nLine = 1203\nLine = 700\nLine = 1203\nLine = 2646\n";
     for (int x = 0; x < samples::kSensorWidth; ++x) {

@@ -11,50 +11,51 @@ namespace faults {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A file in one of the folders of a run: "card/", "out/" or "bin/", which is the program's.
+/// A file in one of the folders of a run: "card/", "out/", or "bin/", the folder of the program.
 struct File {
     std::string path;
     Bytes bytes;
 };
 
-/// A run of the program: what it is asked for, and what it finds. The card is its current folder.
+/// A run of the program: its arguments and the files that it finds. The card is its current folder.
 struct Scenario {
     std::vector<std::string> arguments;
-    std::vector<File> inputs;          ///< what it reads only
-    std::vector<std::string> targets;  ///< what it makes
-    std::vector<File> old = {};        ///< what stands in the place of targets before
-    std::vector<File> debris = {};     ///< what killed runs have left
-    /// An input without which it makes something less, and the message that tells so.
+    std::vector<File> inputs;          ///< only read by the run
+    std::vector<std::string> targets;  ///< the files that the run writes
+    std::vector<File> old = {};        ///< targets that exist before the run
+    std::vector<File> debris = {};     ///< left behind by killed runs
+    /// An input without which the run produces a lesser result, and the message that reports its absence.
     std::string dispensable = {};
     std::string message = {};
-    bool on_fat = false;           ///< where a copy of the old file is made before the new one takes its name
+    bool on_fat = false;  ///< whether the output is on FAT, where the old file is copied before the new one
+                          ///< takes its name
     bool reading_is_swept = true;  ///< false: another scenario reads in the same way
 };
 
-/// Name of a part of this computer, and of a process with a number that no process can have.
+/// The name of a part file from this computer and from a process whose number cannot exist.
 std::string PartOfEndedRun();
 
-/// A pair of a folder becomes a DNG with preview and lens data.
+/// Converts a pair to a DNG with preview and lens data.
 Scenario Conversion();
-/// A pair becomes a DNG, with columns and dark levels corrected, in the place of an older one.
+/// Converts a pair to a DNG with columns and dark levels corrected, replacing an older DNG.
 Scenario SensorFix();
-/// Dark levels from a pair replace those of a database, which has those of another camera.
+/// Replaces the dark levels in a database that also holds another camera's levels.
 Scenario DarkReference();
-/// A DNG of the camera is repaired into another folder.
+/// Repairs a camera DNG into another folder.
 Scenario Repair();
-/// A pair that has a DNG already, which is not to be replaced.
+/// Finds a pair whose DNG exists already and must not be replaced.
 Scenario ConversionOfConverted();
-/// The same where a killed run has left its part.
+/// Repairs a camera DNG into a folder with the part files of killed runs.
 Scenario RepairAfterKill();
-/// A DNG of the camera is replaced by its repair.
+/// Replaces a camera DNG by its repaired version.
 Scenario RepairOverItself();
 
-/// The same on a FAT file system.
+/// Replaces a camera DNG by its repaired version on a FAT file system.
 Scenario RepairOnFat();
-/// Dark levels replace others on a FAT file system.
+/// Replaces dark levels on a FAT file system.
 Scenario DarkReferenceOnFat();
 
-/// A scenario that is not made yet: its files are large.
+/// Creates a scenario on demand, because its files are large.
 struct ScenarioMaker {
     const char* name;
     Scenario (*make)();

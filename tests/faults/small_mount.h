@@ -6,8 +6,8 @@
 
 namespace faults {
 
-/// A file system in memory of its own in the place of a folder, for this process and those that it starts. It
-/// takes root and the kernel's leave to mount.
+/// Mounts a separate file system in memory over a folder, for this process and its children. Requires root
+/// and permission to mount.
 class SmallMount {
   public:
     SmallMount(std::string folder, const std::string& size);
@@ -17,9 +17,9 @@ class SmallMount {
     SmallMount(SmallMount&&) = delete;
     SmallMount& operator=(SmallMount&&) = delete;
 
-    /// Whether it is there.
+    /// Whether the file system is mounted.
     bool mounted() const { return mounted_; }
-    /// Nothing in it can be changed any more. Returns whether that could be done.
+    /// Makes the file system read-only. Returns whether that succeeded.
     bool MakeReadOnly() const;
     bool MakeWritable() const;
 

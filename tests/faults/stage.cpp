@@ -24,12 +24,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// End of the name of a file that has stepped aside.
+/// The ending of the name of a file that was set aside.
 constexpr const char* kAside = ".old";
 
 constexpr std::array<const char*, 3> kFolders = {"card", "out", "bin"};
 
-/// A folder in memory with room for the tests that run side by side.
+/// A folder in memory with enough room for tests that run in parallel.
 fs::path RoomyFolder() {
     constexpr std::uint64_t enough = 512ULL << 20U;
     const char* const memory = "/dev/shm";
@@ -53,7 +53,7 @@ bool Holds(const std::string& path, const Bytes& bytes) {
     return same;
 }
 
-/// Whether it is still the same file, never written to. Tells a change without reading the file.
+/// Whether it is still the same file and has never been written to. Does not read the content.
 bool SameFile(const struct stat& a, const struct stat& b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
            a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec &&
@@ -65,7 +65,8 @@ bool IsPart(const std::string& file) {
     return name.starts_with(".velmarcon-") && name.ends_with(".part");
 }
 
-/// Whether a line tells that the picture or the file `target` failed, and why; or that the whole run did.
+/// Whether a line reports that the picture or the file `target` failed, with the cause, or whether the whole
+/// run ended with an error.
 bool Reported(const support::Outcome& outcome, const std::string& target) {
     if (outcome.status != 0) {
         const std::string code = std::to_string(outcome.status);
@@ -141,7 +142,8 @@ Command Stage::Run(const std::vector<std::string>& more) const {
     return command;
 }
 
-/// Runs the program without faults: without the dispensable input, if there is one, and with everything.
+/// Records the results of runs without faults: without the dispensable input, if there is one, and with all
+/// inputs.
 void Stage::LearnResults() {
     const auto learn = [&](auto keep) {
         const Command run = Run({"-r"});
@@ -167,7 +169,7 @@ void Stage::LearnResults() {
     }
 }
 
-/// A DNG only with -r.
+/// A DNG is only replaced with -r.
 bool Stage::IsReplaced(const std::string& target) const {
     return !target.ends_with(".DNG") ||
            std::ranges::find(scenario_.arguments, "-r") != scenario_.arguments.end();
@@ -240,7 +242,7 @@ bool Stage::Untouched() const {
 
 bool Stage::Finished() const {
     std::set<std::string> files = Files();
-    if (scenario_.on_fat) {  // that a file stands aside which could be one's own is no harm
+    if (scenario_.on_fat) {  // a file that may belong to the user may stay aside
         std::erase_if(files, [&](const std::string& file) { return IsAside(file); });
     }
     return files == after_ && std::ranges::all_of(results_, [&](const auto& result) {
@@ -260,16 +262,16 @@ std::vector<std::string> Stage::JudgeTargets(const RunEnd& end) const {
         }
         const bool kept = results_.at(target).old && !IsReplaced(target);
         if (state == State::kOld && !kept && !Reported(end.outcome, target)) {
-            wrong.push_back(target + " was not made, and nothing tells why:\n" + end.outcome.output);
+            wrong.push_back(target + " was not written, and no message says why:\n" + end.outcome.output);
         }
         if (state == State::kLess && end.outcome.output.find(scenario_.message) == std::string::npos) {
-            wrong.push_back(target + " lacks something, and nothing tells why:\n" + end.outcome.output);
+            wrong.push_back(target + " is incomplete, and no message says why:\n" + end.outcome.output);
         }
     }
     return wrong;
 }
 
-/// Whether the old file `aside` is all that there is, or the run could not tell whether the new one is safe.
+/// Whether the old file `aside` is the only copy, or the run could not tell whether the new file is safe.
 bool Stage::IsNeeded(const std::string& aside, const RunEnd& end) const {
     const std::string target = aside.substr(0, aside.rfind(kAside));
     const bool in_doubt = StateOf(target) == State::kNew && Reported(end.outcome, target);
@@ -317,7 +319,7 @@ std::vector<std::string> Stage::Violations(const RunEnd& end) {
                                           : support::RunProgram(VELMARCON_PROGRAM, again.arguments,
                                                                 {.folder = again.folder, .name = again.name});
         if (!Finished()) {
-            wrong.push_back("a later run does not do all that was left undone:\n" + outcome.output);
+            wrong.push_back("a later run does not complete the work:\n" + outcome.output);
         }
     }
     return wrong;

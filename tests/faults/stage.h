@@ -17,7 +17,7 @@
 
 namespace faults {
 
-/// A folder in memory where there is plenty of it, else where other temporary files are. Gone in the end.
+/// A temporary folder, in memory if there is plenty of it; removed at the end.
 class Scratch {
   public:
     Scratch();
@@ -33,40 +33,40 @@ class Scratch {
     std::filesystem::path path_;
 };
 
-/// How a run came to its end.
+/// How a run ended.
 struct RunEnd {
     support::Outcome outcome;
     bool killed = false;
-    bool silent = false;          ///< what it printed may be lost
-    bool may_leave_part = false;  ///< it could not remove its part, or thought it another run's
-    bool obstacle_lasts = false;  ///< a later run would meet the same one
+    bool silent = false;          ///< whether its output may be lost
+    bool may_leave_part = false;  ///< whether it could not remove its part file or took it for another run's
+    bool obstacle_lasts = false;  ///< whether a later run would meet the same obstacle
 };
 
-/// The folders of a scenario, and what a run may make of them.
+/// The folders of a scenario, and the expected results of a run.
 class Stage {
   public:
     explicit Stage(Scenario scenario);
 
-    /// The run, with further arguments.
+    /// The command of the scenario, with additional arguments.
     Command Run(const std::vector<std::string>& more = {}) const;
 
     const Scenario& scenario() const { return scenario_; }
     std::string Path(const std::string& file) const { return (scratch_.path() / file).string(); }
 
-    /// Makes everything as it was before the run.
+    /// Restores the state before the run.
     void Restore();
 
-    /// Puts an input back that the test itself has changed.
+    /// Restores an input that the test itself has changed.
     void RestoreInput(const std::string& path);
 
-    /// What is wrong after a run that ended so, one line each; empty: nothing. Runs the program once more to
-    /// see whether that mends what may be left, unless everything is as before or as after a run without
-    /// faults.
+    /// The violations after a run that ended as `end` says, one line each. Unless everything is as before the
+    /// run or as after a run without faults, the program is run once more to see whether it completes the
+    /// work.
     std::vector<std::string> Violations(const RunEnd& end);
 
     /// Whether everything is as after a run without faults.
     bool Finished() const;
-    /// Whether `target` is what a run without faults makes of it.
+    /// Whether `target` is as after a run without faults.
     bool IsMade(const std::string& target) const { return StateOf(target) == State::kNew; }
 
   private:
@@ -74,7 +74,7 @@ class Stage {
     struct Result {
         std::optional<Bytes> old;
         Bytes made;
-        std::optional<Bytes> less;  ///< without the dispensable input
+        std::optional<Bytes> less;  ///< the result without the dispensable input
     };
 
     bool IsReplaced(const std::string& target) const;
@@ -92,9 +92,9 @@ class Stage {
     Scenario scenario_;
     Scratch scratch_;
     std::map<std::string, Result> results_;      ///< by target
-    std::map<std::string, struct stat> inputs_;  ///< as they were at first
-    std::set<std::string> before_;               ///< all files, before the run
-    std::set<std::string> after_;                ///< and after one without faults
+    std::map<std::string, struct stat> inputs_;  ///< their original status
+    std::set<std::string> before_;               ///< all files before the run
+    std::set<std::string> after_;                ///< all files after a run without faults
 };
 
 }  // namespace faults

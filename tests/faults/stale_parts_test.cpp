@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A run on a FAT file system finds a part that, after a rename that was cut short, may be a DNG itself.
+// A run on a FAT file system finds a part file that may in fact be a DNG, after a rename that was
+// interrupted.
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -29,7 +30,8 @@ class StaleParts : public testing::Test {
         }
     }
 
-    /// What is left next to another picture's DNG and a part whose bytes are as many as that one's.
+    /// The remaining files after a run finds a part file next to the DNG of another picture that has the same
+    /// size and is `older`.
     static Names LeftOf(bool on_fat, std::chrono::seconds older) {
         const Stage stage(Repair());
         const std::string dng = stage.Path("out/other.DNG");
@@ -48,15 +50,15 @@ class StaleParts : public testing::Test {
     }
 };
 
-TEST_F(StaleParts, ThatMayBeADngItselfStayOnFat) {
+TEST_F(StaleParts, ThatMayBeADngAreKeptOnFat) {
     EXPECT_EQ(LeftOf(true, std::chrono::seconds(0)), (Names{"part", "L1000001.DNG", "other.DNG"}));
 }
 
-TEST_F(StaleParts, WrittenAtAnotherTimeAreRemoved) {
+TEST_F(StaleParts, WithAnotherTimeAreRemoved) {
     EXPECT_EQ(LeftOf(true, std::chrono::seconds(2)), (Names{"L1000001.DNG", "other.DNG"}));
 }
 
-TEST_F(StaleParts, AreRemovedWhereAJournalIsKept) {
+TEST_F(StaleParts, AreRemovedOnFileSystemsWithAJournal) {
     EXPECT_EQ(LeftOf(false, std::chrono::seconds(0)), (Names{"L1000001.DNG", "other.DNG"}));
 }
 

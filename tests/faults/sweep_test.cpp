@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every call on files that a run makes fails in every way it can: once, from then on, and by the run's death.
+// Makes every file call of a run fail in every possible way: once, from then on, or by killing the run.
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -16,7 +16,7 @@ namespace faults {
 
 namespace {
 
-/// Every how manieth call is swept: under sanitizers, which take their time, not each.
+/// Only every n-th call is swept under sanitizers, because they are slow.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t kStep = 5;
 #else
@@ -37,10 +37,10 @@ class Sweep : public testing::TestWithParam<ScenarioMaker> {
         ASSERT_EQ(stage_->Violations({clean.outcome}), std::vector<std::string>());
         ASSERT_TRUE(stage_->Finished());
         stage_->Restore();
-        first_ = stage_->scenario().reading_is_swept ? 0 : FirstBehindReading(calls_);
+        first_ = stage_->scenario().reading_is_swept ? 0 : FirstAfterReading(calls_);
     }
 
-    /// Each way in which each call can fail.
+    /// Makes each call fail in each possible way.
     void FailEach(bool repeated) {
         for (std::size_t i = first_; i < calls_.size(); i += kStep) {
             for (const Fault& fault : FaultsOf(calls_[i].kind)) {
@@ -51,7 +51,7 @@ class Sweep : public testing::TestWithParam<ScenarioMaker> {
                       fault.Name() + (repeated ? " from call " : " at call "), i);
             }
         }
-        // Behind the last call there is none left to fail.
+        // A fault after the last call has no call to hit.
         EXPECT_EQ(RunWithFaults(stage_->Run(), {calls_.size(), {}, repeated}).injected, 0);
     }
 
@@ -95,7 +95,7 @@ class Sweep : public testing::TestWithParam<ScenarioMaker> {
 
     std::optional<Stage> stage_;
     std::vector<IoCall> calls_;
-    std::size_t first_ = 0;  ///< call that is swept
+    std::size_t first_ = 0;  ///< first call that is swept
     int faults_ = 0;
     int kills_ = 0;
     int violations_ = 0;

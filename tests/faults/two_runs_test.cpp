@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Two runs on the same folders at the same time.
+// Two simultaneous runs in the same folders.
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -26,7 +26,7 @@ class TwoRuns : public testing::TestWithParam<ScenarioMaker> {
         stage_.Restore();
     }
 
-    /// Whether the moment of call `i` is tried: reading does not meet.
+    /// Whether to stop runs at call `i`. Reads are left out, because they cannot conflict.
     bool IsTried(std::size_t i) const {
 #if defined(__SANITIZE_ADDRESS__)
         constexpr std::size_t step = 9;
@@ -55,7 +55,7 @@ class TwoRuns : public testing::TestWithParam<ScenarioMaker> {
         if (!stage_.Finished()) {
             ++violations_;
             ADD_FAILURE() << "at call " << call << ", " << calls_[call].description
-                          << ": not all is made, or something is left\n"
+                          << ": a file is missing or was left behind\n"
                           << first.program().outcome().output << second.program().outcome().output;
         }
         Check(first, "the first", call);
@@ -77,7 +77,7 @@ class TwoRuns : public testing::TestWithParam<ScenarioMaker> {
     int violations_ = 0;
 };
 
-TEST_P(TwoRuns, TheSecondDoesAllWhileTheFirstWaits) {
+TEST_P(TwoRuns, TheSecondRunsToItsEndWhileTheFirstWaits) {
     for (std::size_t i = 0; i < calls_.size(); ++i) {
         if (IsTried(i)) {
             IoRun first(stage_.Run());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A file system that gives a file another number each time it is asked, as some do that come by way of FUSE.
+// A file system that reports another inode number for a file at every query, as some FUSE file systems do.
 #include <string>
 #include <vector>
 
@@ -15,7 +15,7 @@ namespace {
 
 class UnstableInodes : public testing::TestWithParam<ScenarioMaker> {};
 
-TEST_P(UnstableInodes, KeepNoFileFromItsNameAndLeaveNoLitter) {
+TEST_P(UnstableInodes, DoNotPreventRenamesAndLeaveNothingBehind) {
     const std::string obstacle = support::TracedProgram::Obstacle();
     if (!obstacle.empty()) {
         GTEST_SKIP() << obstacle;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The output folder vanishes, or the card is pulled or its files become shorter, at any moment of a run.
+// During a run, at any moment, the output folder or an input vanishes, or an input becomes shorter.
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -32,8 +32,8 @@ class Vanishing : public testing::TestWithParam<ScenarioMaker> {
         stage_.Restore();
     }
 
-    /// Runs the program, does `harm` before each of its calls in turn, and then `repair` before it is looked
-    /// at what has become of the files.
+    /// Runs the program once for each of its calls, with `harm` before that call, and calls `repair` after
+    /// the run, before the files are checked.
     void HarmAtEach(const std::function<void()>& harm, const std::function<void()>& repair) {
 #if defined(__SANITIZE_ADDRESS__)
         constexpr std::size_t step = 11;
@@ -75,7 +75,7 @@ TEST_P(Vanishing, TheOutputFolder) {
     HarmAtEach([&] { fs::remove_all(folder); }, [&] { fs::create_directory(folder); });
 }
 
-TEST_P(Vanishing, TheNameOfTheDngForAnotherFileTakesIt) {
+TEST_P(Vanishing, TheFreeNameOfTheDng) {
     const std::string dng = stage_.Path(stage_.scenario().targets.front());
     for (std::size_t i = 0; i<calls_.size(); i += calls_.size()> most_calls_ ? 7U : 1U) {
         IoRun run(stage_.Run());
@@ -104,8 +104,8 @@ TEST_P(Vanishing, AnInput) {
     }
 }
 
-/// One that nobody ever writes to.
-TEST_P(Vanishing, AnInputForAPipeInItsPlace) {
+/// Nobody ever writes to the pipe.
+TEST_P(Vanishing, AnInputReplacedByAPipe) {
     for (const File& input : stage_.scenario().inputs) {
         const std::string path = stage_.Path(input.path);
         HarmAtEach(
@@ -117,7 +117,7 @@ TEST_P(Vanishing, AnInputForAPipeInItsPlace) {
     }
 }
 
-TEST_P(Vanishing, ThePartOfAnImageBehindAThird) {
+TEST_P(Vanishing, TheLastTwoThirdsOfAnImage) {
     for (const File& input : stage_.scenario().inputs) {
         if (input.path.starts_with("card/")) {
             HarmAtEach([&] { fs::resize_file(stage_.Path(input.path), input.bytes.size() / 3); },

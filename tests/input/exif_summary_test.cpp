@@ -16,7 +16,7 @@ std::string Summary(const EXIFInfo& exif) {
     return support::CaptureStdout([&] { record.PrintExifData(); });
 }
 
-/// Line `number` of the summary, counted from 1, without its end.
+/// Line `number` of the summary, counted from 1, without its line end.
 std::string Line(const EXIFInfo& exif, int number) {
     const std::string text = Summary(exif);
     std::size_t begin = 0;
@@ -81,9 +81,9 @@ TEST(ExifSummary, PrintsTwentyFiveLines) {
               "35mm focal length : 67 mm\n");
 }
 
-TEST(ExifSummary, ARecordThatWasNeverParsedPrintsEmptyTextsAndZeros) {
+TEST(ExifSummary, AnEmptyRecordPrintsEmptyTextsAndZeros) {
     std::string text = Summary({});
-    // The sign of not-a-number is the processor's choice.
+    // The sign of NaN depends on the processor.
     if (const auto signed_nan = text.find("-nan"); signed_nan != std::string::npos) {
         text.erase(signed_nan, 1);
     }
@@ -133,7 +133,7 @@ const std::array<Time, 10> kTimes = {{
     {{0xFFFFFFFF, 2}, "Exposure time     : 1/-1 s"},  // -1/2: -2 + 0.5, cut toward zero
 }};
 
-TEST(ExifSummary, TheExposureTimeIsAFractionRoundedByAHalf) {
+TEST(ExifSummary, TheExposureTimeIsARoundedFraction) {
     for (const auto& [seconds, line] : kTimes) {
         EXIFInfo exif;
         exif.ExposureTime = seconds;
@@ -149,7 +149,7 @@ TEST(ExifSummary, RationalsAreTakenAsSigned) {
     EXPECT_EQ(Line(exif, 5), "Image width       : -1");
 }
 
-TEST(ExifSummary, QuotientsAreOfSinglePrecision) {
+TEST(ExifSummary, QuotientsHaveSinglePrecision) {
     EXIFInfo exif;
     exif.FocalLength = {1, 10};
     exif.SubjectDistance = {16777217, 1};

@@ -20,7 +20,7 @@ constexpr int kExifDamaged = 9;
 constexpr int kJpgNotFound = 10;
 constexpr int kJpgUnreadable = 11;
 
-/// A record that is to read X.JPG of `folder`.
+/// A record set up to read X.JPG from `folder`.
 ReadInputData RecordIn(const support::TempFolder& folder, bool verbose = false) {
     ReadInputData record;
     record.Folder = folder.prefix();
@@ -29,7 +29,7 @@ ReadInputData RecordIn(const support::TempFolder& folder, bool verbose = false) 
     return record;
 }
 
-/// Reads `bytes` as a JPEG into a record with the maker "before"; returns the result.
+/// Reads `bytes` as a JPEG into a record with the maker "before" and returns the result.
 int LoadBytes(const std::vector<std::uint8_t>& bytes) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.JPG", bytes);
@@ -52,17 +52,17 @@ TEST(JpegLoader, AMissingFileOrAFolderIsNotFound) {
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kJpgNotFound);
 }
 
-TEST(JpegLoader, AFileThatCannotBeReadWholeIsAnError) {
+TEST(JpegLoader, AFileThatCannotBeReadCompletelyIsAnError) {
     const std::string odd = support::kFileShorterThanItsLength;
     if (!std::filesystem::exists(odd)) {
-        GTEST_SKIP() << odd << " is not there";
+        GTEST_SKIP() << odd << " does not exist";
     }
     const support::TempFolder folder;
     std::filesystem::create_symlink(odd, folder / "X.JPG");
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kJpgUnreadable);
 }
 
-TEST(JpegLoader, EveryFaultOfTheParserIsDamage) {
+TEST(JpegLoader, EveryErrorOfTheParserIsReportedAsDamage) {
     const auto good = samples::Serialize(samples::CameraExif({}));
     std::vector<std::uint8_t> padded = samples::CameraJpeg(good);
     padded.push_back(0);
@@ -75,7 +75,7 @@ TEST(JpegLoader, EveryFaultOfTheParserIsDamage) {
     EXPECT_EQ(LoadBytes(samples::CameraJpeg(good)), 0);
 }
 
-TEST(JpegLoader, AfterAFaultTheRecordKeepsWhatWasReadBefore) {
+TEST(JpegLoader, AfterAnErrorTheRecordKeepsEarlierValues) {
     const support::TempFolder folder;
     samples::ExifBlock block = samples::CameraExif({});
     block.exif_count = 0xFFFF;
@@ -85,16 +85,16 @@ TEST(JpegLoader, AfterAFaultTheRecordKeepsWhatWasReadBefore) {
     EXPECT_EQ(record.Exif.Make, std::string("Leica Camera AG\0", 16));
 }
 
-TEST(JpegLoader, AFileBeyond32BitsIsDamagedThoughItsSizeCutTo32BitsWouldFit) {
+TEST(JpegLoader, AFileWhoseSizeOnlyFitsCutTo32BitsIsDamaged) {
     const support::TempFolder folder;
     const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
     support::WriteFile(folder / "X.JPG", jpeg);
-    // The growth takes no room on the disk.
+    // The file is sparse and takes no room on the disk.
     std::filesystem::resize_file(folder / "X.JPG", (std::uintmax_t{1} << 32U) + jpeg.size());
     EXPECT_EQ(RecordIn(folder).LoadJPGExif(), kExifDamaged);
 }
 
-TEST(JpegLoader, AFileOf64MiBIsReadAndALongerOneIsDamaged) {
+TEST(JpegLoader, AFileOf64MiBIsReadAndALargerOneIsDamaged) {
     constexpr std::uintmax_t longest = std::uintmax_t{64} * 1024 * 1024;
     const support::TempFolder folder;
     const std::string path = folder / "X.JPG";
@@ -107,7 +107,7 @@ TEST(JpegLoader, AFileOf64MiBIsReadAndALongerOneIsDamaged) {
     }
 }
 
-TEST(JpegLoader, VerboseNamesTheFileAndClosesTheLineOnSuccess) {
+TEST(JpegLoader, VerboseNamesTheFileAndEndsTheLineOnSuccess) {
     const support::TempFolder folder;
     ReadInputData record = RecordIn(folder, true);
     EXPECT_EQ(support::CaptureStdout([&] { EXPECT_EQ(record.LoadJPGExif(), kJpgNotFound); }),

@@ -21,12 +21,12 @@ constexpr std::size_t kPreviewBytes = 230400;
 
 using Row = std::vector<std::uint16_t>;
 
-/// Position of the preview's pixel (`column`, `row`) among its bytes.
+/// Byte index of pixel (`column`, `row`) of the preview.
 constexpr std::size_t PreviewIndex(std::size_t column, std::size_t row) {
     return (row * 320 + column) * 3;
 }
 
-/// The preview of an image whose row y is `row_of(y)`.
+/// The preview of an image in which row y is `row_of(y)`.
 template <typename RowOf>
 std::vector<std::uint8_t> PreviewOf(RowOf row_of) {
     std::vector<std::uint8_t> preview(kPreviewBytes, 7);
@@ -37,7 +37,7 @@ std::vector<std::uint8_t> PreviewOf(RowOf row_of) {
     return preview;
 }
 
-/// The preview's first byte when every pixel is `value`.
+/// The first byte of the preview if every pixel is `value`.
 int Grey(std::uint16_t value) {
     const Row row(kWidth, value);
     std::vector<std::uint8_t> preview(kPreviewBytes);
@@ -47,8 +47,8 @@ int Grey(std::uint16_t value) {
     return preview[0];
 }
 
-/// The definition of the preview, pixel by pixel: where sampled columns and rows stand is decided while
-/// walking over the whole image. `words` are those of a sensor dump.
+/// The definition of the preview, pixel by pixel: decides which columns and rows to sample while walking over
+/// the whole image. `words` is a sensor dump.
 std::vector<std::uint8_t> PixelwisePreview(const std::vector<std::uint16_t>& words) {
     const auto fx = static_cast<float>(kWidth / 320.0);
     const auto fy = static_cast<float>(kHeight / 240.0);
@@ -161,7 +161,7 @@ TEST(Preview, OnlySampledPixelsCount) {
 }
 
 TEST(Preview, SamplesOutsideTheImageAreNotTaken) {
-    // Column 319 of 320 in steps of 1 is odd itself, but row 239 of 240 would have to be row 240.
+    // Column 319 of 320, at a step of 1, is odd, but row 239 of 240 would have to become row 240.
     const Row white(320, 16383);
     std::vector<std::uint8_t> preview(kPreviewBytes, 7);
     PreviewSampler sampler(320, 240, preview);
@@ -173,7 +173,7 @@ TEST(Preview, SamplesOutsideTheImageAreNotTaken) {
 }
 
 TEST(Preview, OfAnImageOfOneColumnHasNoSamples) {
-    // The first odd column would be the one behind the image.
+    // The first odd column would lie right of the image.
     std::vector<std::uint8_t> preview(kPreviewBytes, 7);
     PreviewSampler sampler(1, 240, preview);
     for (int y = 0; y < 240; ++y) {

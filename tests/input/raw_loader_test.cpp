@@ -29,7 +29,7 @@ constexpr std::size_t kWords = 10520550;
 constexpr std::size_t kBytes = 21041100;
 constexpr std::size_t kLeastBytes = 10499328;
 
-/// A record that is to read X.RAW, and X.BIA when `subtract`, of `folder`.
+/// A record set up to read X.RAW, and X.BIA if `subtract` is set, from `folder`.
 ReadInputData RecordIn(const support::TempFolder& folder, bool subtract = false) {
     ReadInputData record;
     record.Folder = folder.prefix();
@@ -39,7 +39,7 @@ ReadInputData RecordIn(const support::TempFolder& folder, bool subtract = false)
     return record;
 }
 
-/// The image of `words`, taken out of a record that holds them.
+/// The image extracted from `words` by a record that holds them.
 ReadInputData Extracted(const std::vector<std::uint16_t>& words,
                         const std::vector<std::uint16_t>& dark = {}) {
     ReadInputData record;
@@ -60,7 +60,7 @@ void ExpectSizes(const ReadInputData& record) {
     EXPECT_EQ(record.PreviewData.size(), 230400U);
 }
 
-/// Word i is i % 65521: no two rows are alike, and words above 14 bits are among them.
+/// Word i is i % 65521, so that no two rows are alike and some words have more than 14 bits.
 std::vector<std::uint16_t> NumberedWords() {
     std::vector<std::uint16_t> words(kWords);
     for (std::size_t i = 0; i < words.size(); ++i) {
@@ -98,7 +98,7 @@ TEST(RawLoader, ACompleteFileGivesTheCroppedImageUnchanged) {
     EXPECT_TRUE(record.BiaData.empty());
 }
 
-TEST(RawLoader, WhatFollowsACompleteFileIsIgnored) {
+TEST(RawLoader, BytesAfterACompleteDumpAreIgnored) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", samples::DumpBytes(NumberedWords()));
     std::filesystem::resize_file(folder / "X.RAW", 3 * kBytes + 1);
@@ -130,8 +130,8 @@ TEST(RawLoader, AFileBeyond31BitsIsDamagedWithoutBeingRead) {
     EXPECT_EQ(RecordIn(folder).LoadRawFile(), kRawDamaged);
 }
 
-/// Expects that pixels read 0x2121 up to the word before number `end`, that one `last`, and 0 behind it.
-void ExpectZerosBehind(const ReadInputData& record, std::size_t end, std::uint16_t last) {
+/// Expects that pixels read 0x2121 before word `end`, `last` at that word, and 0 after it.
+void ExpectZerosAfter(const ReadInputData& record, std::size_t end, std::uint16_t last) {
     ExpectSizes(record);
     const std::size_t row = (end - 54) / 3976;
     const std::size_t pixel = row * 3968 + (end - 54) % 3976;
@@ -147,18 +147,18 @@ TEST(RawLoader, MissingWordsOfAShortFileAreZero) {
     support::WriteFile(folder / "X.RAW", EvenBytes(kLeastBytes));
     ReadInputData record = RecordIn(folder);
     EXPECT_EQ(record.LoadRawFile(), 0);
-    ExpectZerosBehind(record, 5249664, 0);
+    ExpectZerosAfter(record, 5249664, 0);
 }
 
-TEST(RawLoader, OfAWordCutInHalfTheLowByteCounts) {
+TEST(RawLoader, TheLowByteOfAWordCutInHalfCounts) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kLeastBytes + 1));
     ReadInputData record = RecordIn(folder);
     EXPECT_EQ(record.LoadRawFile(), 0);
-    ExpectZerosBehind(record, 5249664, 0x21);
+    ExpectZerosAfter(record, 5249664, 0x21);
 }
 
-TEST(RawLoader, WhatUsedMemoryHeldDoesNotMatter) {
+TEST(RawLoader, TheOldContentOfReusedMemoryDoesNotMatter) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kLeastBytes));
     support::WriteFile(folder / "X.BIA", "");
@@ -167,7 +167,7 @@ TEST(RawLoader, WhatUsedMemoryHeldDoesNotMatter) {
         record.ImageData.assign(used, 0x5555);
         record.BiaData.assign(used, 0x1111);
         EXPECT_EQ(record.LoadRawFile(), 0);
-        ExpectZerosBehind(record, 5249664, 0);
+        ExpectZerosAfter(record, 5249664, 0);
     }
 }
 
@@ -201,12 +201,12 @@ TEST(RawLoader, WithoutSubtractionADarkFrameIsNotRead) {
     EXPECT_EQ(record.ImageData.front(), 0x2121);
 }
 
-TEST(RawLoader, AMissingDarkFrameIsDamagedAndASizeIsNotAsked) {
+TEST(RawLoader, AMissingDarkFrameIsDamagedAndAShortOneIsNot) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kBytes));
     EXPECT_EQ(RecordIn(folder, true).LoadRawFile(), kBiaDamaged);
 
-    // 60 words and a byte: the leading words and 6 pixels and a half.
+    // 60 words and a byte: the leading words and six and a half pixels.
     support::WriteFile(folder / "X.BIA", std::vector<std::uint8_t>(121, 0x20));
     ReadInputData record = RecordIn(folder, true);
     EXPECT_EQ(record.LoadRawFile(), 0);
@@ -216,10 +216,10 @@ TEST(RawLoader, AMissingDarkFrameIsDamagedAndASizeIsNotAsked) {
     EXPECT_EQ(record.ImageData.back(), 0x2121);
 }
 
-TEST(RawLoader, FilesThatCannotBeReadWholeAreErrors) {
+TEST(RawLoader, FilesThatCannotBeReadCompletelyAreErrors) {
     const std::string odd = support::kFileShorterThanItsLength;
     if (!std::filesystem::exists(odd)) {
-        GTEST_SKIP() << odd << " is not there";
+        GTEST_SKIP() << odd << " does not exist";
     }
     const support::TempFolder folder;
     std::filesystem::create_symlink(odd, folder / "X.RAW");
@@ -230,17 +230,17 @@ TEST(RawLoader, FilesThatCannotBeReadWholeAreErrors) {
     EXPECT_EQ(RecordIn(folder, true).LoadRawFile(), kBiaDamaged);
 }
 
-TEST(RawLoader, TheDarkFrameIsReadAsFarAsTheRawFileReaches) {
+TEST(RawLoader, TheDarkFrameIsReadUpToTheLengthOfTheRawFile) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kLeastBytes + 1));
     support::WriteFile(folder / "X.BIA", std::vector<std::uint8_t>(kBytes, 0x20));
     ReadInputData record = RecordIn(folder, true);
     EXPECT_EQ(record.LoadRawFile(), 0);
-    // Word 5249664, of which both files give the low byte: 0x21 - 0x20.
+    // Both files have only the low byte of word 5249664: 0x21 - 0x20.
     EXPECT_EQ(record.ImageData[std::size_t{1320} * 3968 + 1290], 1);
 }
 
-TEST(RawLoader, OnlyTheWordsOfTheLayoutAreHeld) {
+TEST(RawLoader, OnlyTheWordsOfTheLayoutAreKept) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kBytes + 1000));
     support::WriteFile(folder / "X.BIA", EvenBytes(kBytes + 1000));
@@ -251,7 +251,7 @@ TEST(RawLoader, OnlyTheWordsOfTheLayoutAreHeld) {
     EXPECT_TRUE(std::ranges::all_of(record.ImageData, [](auto value) { return value == 0; }));
 }
 
-TEST(RawLoader, VerboseNamesTheFileAndClosesTheLineOnSuccess) {
+TEST(RawLoader, VerboseNamesTheFileAndEndsTheLineOnSuccess) {
     const support::TempFolder folder;
     ReadInputData record = RecordIn(folder, true);
     record.Verbose = true;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whatever the two databases hold and wherever they end:
-// the images are corrected by what can be read of them.
+// Databases with any content and of any length: images are corrected with those values that can be read.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -34,7 +33,7 @@ Bytes AsBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-/// Defective columns and, at the end, `levels` dark levels.
+/// Defective columns, followed by `levels` dark levels.
 Bytes SensorDatabase(std::size_t levels) {
     std::string text = "; of the sample camera\n[3106091]\n";
     for (const int value : {24, 0, 24, 5000, 124, 10, 124, 2646, 3943, 0, 3943, 65535}) {
@@ -50,8 +49,8 @@ Bytes SensorDatabase(std::size_t levels) {
 /// A folder for a database file.
 class DamagedDatabase : public testing::Test {
   protected:
-    /// Reads sensdb.ini, corrects an image by it and writes it anew. Every line that is printed must be one
-    /// that the program is known to print.
+    /// Reads sensdb.ini, corrects an image with it and writes it again. Expects that every printed line is
+    /// one that the program is known to print.
     void UseSensorDatabase(const Bytes& text) const {
         WriteAnew("sensdb.ini", text);
         sensdb sensors(folder_.prefix());
@@ -66,14 +65,14 @@ class DamagedDatabase : public testing::Test {
         EXPECT_TRUE(output.empty() || output.starts_with("No ")) << output;
         EXPECT_EQ(pixels_.size(), std::size_t{kWidth} * kHeight);
         std::filesystem::remove(folder_ / "sensdb.ini");
-        // What stands behind a NUL was not read, and would be lost.
+        // Text after a NUL has not been read and would be lost.
         const bool read_whole = std::ranges::find(text, 0) == text.end();
         const std::string report =
             support::CaptureStdout([&] { EXPECT_EQ(sensors.WriteSensData() == 0, read_whole); });
         EXPECT_EQ(report.empty(), read_whole) << report;
     }
 
-    /// Reads lensdb.ini and makes the tags of each of its lenses. Returns their number.
+    /// Reads lensdb.ini and makes the tags of each of its lenses. Returns the number of lenses.
     std::size_t UseLensDatabase(const Bytes& text) const {
         WriteAnew("lensdb.ini", text);
         lensdb lenses(folder_.prefix());
@@ -93,7 +92,7 @@ class DamagedDatabase : public testing::Test {
     }
 
   private:
-    /// What is new need not wait for the disk, unlike what replaces a file.
+    /// Removes the file first: unlike a replaced file, a new one is not flushed to disk.
     void WriteAnew(const std::string& name, const Bytes& text) const {
         std::filesystem::remove(folder_ / name);
         support::WriteFile(folder_ / name, text);
@@ -111,7 +110,7 @@ class DamagedDatabase : public testing::Test {
 
 class DamagedDatabaseOfSeed : public DamagedDatabase, public testing::WithParamInterface<std::uint32_t> {
   protected:
-    /// `text` damaged by each of the test's seeds, given to `use`.
+    /// Calls `use` with `text` damaged by each of the test's seeds.
     template <typename Use>
     static void ForEachDamage(const Bytes& text, std::uint32_t seeds, Use use) {
         constexpr std::chrono::seconds longest(5);
@@ -125,16 +124,16 @@ class DamagedDatabaseOfSeed : public DamagedDatabase, public testing::WithParamI
     }
 };
 
-TEST_P(DamagedDatabaseOfSeed, OfSensorsIsUsedAsFarAsItCanBeRead) {
+TEST_P(DamagedDatabaseOfSeed, OfSensorsIsUsedAsFarAsItIsReadable) {
     ForEachDamage(SensorDatabase(40), 1000, [this](const Bytes& text) { UseSensorDatabase(text); });
 }
 
-TEST_P(DamagedDatabaseOfSeed, OfSensorsInFullSizeIsUsedAsFarAsItCanBeRead) {
+TEST_P(DamagedDatabaseOfSeed, OfSensorsInFullSizeIsUsedAsFarAsItIsReadable) {
     ForEachDamage(SensorDatabase(samples::kSensorWidth), 20,
                   [this](const Bytes& text) { UseSensorDatabase(text); });
 }
 
-TEST_P(DamagedDatabaseOfSeed, OfLensesIsUsedAsFarAsItCanBeRead) {
+TEST_P(DamagedDatabaseOfSeed, OfLensesIsUsedAsFarAsItIsReadable) {
     std::size_t lenses = 0;
     ForEachDamage(AsBytes(samples::LensDatabase()), 1000,
                   [&](const Bytes& text) { lenses += UseLensDatabase(text); });
@@ -145,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(TenThousandSeeds, DamagedDatabaseOfSeed, testing::Range
 
 class TruncatedDatabase : public DamagedDatabase {
   protected:
-    /// Every beginning of `text`, or those at steps of `step` bytes, given to `use`.
+    /// Calls `use` with every prefix of `text`, or with prefixes at intervals of `step` bytes.
     template <typename Use>
     static void ForEachLength(const Bytes& text, std::size_t step, Use use) {
         for (std::size_t length = 0; length <= text.size(); length += step) {
@@ -159,7 +158,7 @@ TEST_F(TruncatedDatabase, OfSensorsIsUsedAtEveryLength) {
     ForEachLength(SensorDatabase(20), 1, [this](const Bytes& text) { UseSensorDatabase(text); });
 }
 
-TEST_F(TruncatedDatabase, OfSensorsInFullSizeIsUsedAtLengthsAllOver) {
+TEST_F(TruncatedDatabase, OfSensorsInFullSizeIsUsedAtManyLengths) {
     ForEachLength(SensorDatabase(samples::kSensorWidth), 1009,
                   [this](const Bytes& text) { UseSensorDatabase(text); });
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whatever a camera's DNG holds and wherever it ends: it is refused with a known code, or it becomes a DNG
-// that can be read; in little time and memory.
+// Camera DNGs with any content and of any length: they are either refused with a known code or become
+// readable DNGs, within limited time and memory.
 #include <sys/resource.h>
 
 #include <chrono>
@@ -27,7 +27,7 @@ const char* const kDamaged = "L1.DNG: Error #0017: Damaged DNG file.\n";
 const char* const kNotTheCameras =
     "L1.DNG: Error #0019: File was created from RAW+JPG or is not a Leica M8 DNG.\n";
 
-/// Options of a repair, one combination a seed.
+/// Options of a repair, one combination per seed.
 RepairRequest Request(std::uint32_t seed) {
     return {.verbose = false,
             .lens_fix = (seed & 1U) != 0,
@@ -39,7 +39,7 @@ RepairRequest Request(std::uint32_t seed) {
             .lens_code = (seed & 64U) != 0 ? "100001" : ""};
 }
 
-/// A repair with databases for every camera and lens that a damaged file may name.
+/// Gives a repair databases for every camera and lens that a damaged file may name.
 void PrepareDatabases(RepairRun& run) {
     std::string values;
     for (const int value : {24, 0, 24, 5000, 124, 10, 124, 2646, 3943, 0, 3943, 65535}) {
@@ -55,7 +55,7 @@ void PrepareDatabases(RepairRun& run) {
     }
 }
 
-/// Every IFD of the repaired file can be read, and the raw strip is its end.
+/// Expects that every IFD of the repaired file can be read and that the file ends with the raw strip.
 void ExpectWholeDng(const RepairRun& run) {
     const RepairedFile file = run.Output();
     EXPECT_EQ(file.Preview().size(), 230400U);
@@ -63,8 +63,8 @@ void ExpectWholeDng(const RepairRun& run) {
               file.file.size());
 }
 
-/// Repairs the input. Returns whether a whole file was written;
-/// otherwise it was refused, with the message for that.
+/// Repairs the input. Returns whether a complete file was written; otherwise expects that it was refused with
+/// a message.
 bool RepairOrRefuse(RepairRun& run, const RepairRequest& request) {
     constexpr std::chrono::seconds longest(5);
     const auto start = std::chrono::steady_clock::now();
@@ -80,7 +80,7 @@ bool RepairOrRefuse(RepairRun& run, const RepairRequest& request) {
     return false;
 }
 
-/// Largest resident set so far; 0 where a sanitizer's own memory would be counted, too.
+/// Peak resident set size so far; 0 in builds where the memory of a sanitizer would count as well.
 long PeakKilobytes() {
 #ifdef __SANITIZE_ADDRESS__
     return 0;
@@ -139,7 +139,7 @@ TEST_P(DamagedFullDng, IsRefusedOrBecomesAReadableDng) {
 
 INSTANTIATE_TEST_SUITE_P(ThreeHundredSeeds, DamagedFullDng, testing::Range(0U, 4U));
 
-/// Cuts the file to ever shorter lengths, each of which has to be refused.
+/// Cuts the file to ever shorter lengths and expects that each is refused.
 void ExpectRefusedAtEveryLength(RepairRun& run, std::size_t from, std::size_t to, std::size_t step) {
     for (std::size_t length = from; length >= to + step; length -= step) {
         SCOPED_TRACE(length - step);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whatever the EXIF block of a JPEG holds: it is refused
-// with a known code, or it becomes a DNG that can be read.
+// JPEGs whose EXIF block has any content: they are either refused with a known code or become readable DNGs.
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -23,9 +22,9 @@
 
 namespace {
 
-constexpr std::size_t kBlockStart = 6;  // behind SOI, the APP1 marker and its length
+constexpr std::size_t kBlockStart = 6;  // after SOI, the APP1 marker and its length
 
-/// Options of a run, one combination a seed.
+/// Options of a run, one combination per seed.
 struct Mode {
     bool preview;
     bool black_level;
@@ -61,7 +60,7 @@ ReadInputData SmallRecord(const EXIFInfo& exif) {
     return record;
 }
 
-/// Every IFD of the file can be read, and the raw strip is its end.
+/// Expects that every IFD of the file can be read and that the file ends with the raw strip.
 void ExpectWholeDng(const std::string& path, bool preview) {
     const support::TiffFile file(support::ReadFile(path));
     const auto ifd0 = file.FirstIFD();
@@ -102,10 +101,11 @@ TEST_P(DamagedExif, IsRefusedOrBecomesAReadableDng) {
         dng.createDNGTree(mode.preview, mode.black_level, 92, false, mode.raw_variant, mode.lens_fix);
         dng.writeDNGTree(folder.prefix());
         ASSERT_NO_THROW(ExpectWholeDng(folder / "L1000001.DNG", mode.preview));
-        std::filesystem::remove(folder / "L1000001.DNG");  // a new file need not wait for the disk
+        std::filesystem::remove(folder /
+                                "L1000001.DNG");  // a new file is not flushed to disk, a replaced one is
         ++written;
     }
-    // Most damage hits values, not the structure: otherwise this would test nothing but the refusal.
+    // Most damage must hit values rather than the structure, or the test would check only refusals.
     EXPECT_GT(written, seeds_a_test / 4);
     EXPECT_LT(written, seeds_a_test);
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Small files that ask for much: by the thousand, entries
-// that name the same bytes; lengths beyond all reason.
+// Small files with huge demands: thousands of entries that refer to the same bytes, and unreasonable lengths.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -24,8 +23,8 @@ namespace {
 
 constexpr std::size_t kMostEntries = 65535;
 
-/// A JPEG whose EXIF IFD holds as many entries as it can, all of them `tag`, and the same `size` bytes of
-/// `filler` behind the directories.
+/// A JPEG whose EXIF IFD has the maximum number of entries, all with the tag `tag`, which refer to the same
+/// `size` bytes of `filler` after the IFDs.
 std::vector<std::uint8_t> GreedyJpeg(std::uint16_t tag, std::uint16_t type,
                                      const std::vector<std::uint8_t>& filler) {
     constexpr std::uint32_t value_position = 8 + 2 + 12 + 4 + 2 + 12 * kMostEntries + 4;
@@ -47,8 +46,8 @@ int Parse(const std::vector<std::uint8_t>& jpeg, EXIFInfo& exif) {
     return exif.parseFrom(jpeg.data(), static_cast<unsigned int>(jpeg.size()));
 }
 
-/// Copying each would take minutes; the test's time limit tells.
-TEST(GreedyEntries, AreCopiedWhileTheyAreNotLongerThanTheFileTogether) {
+/// Copying each entry would take minutes and exceed the test's time limit.
+TEST(GreedyEntries, AreCopiedUntilTheirTotalExceedsTheFile) {
     const std::vector<std::uint8_t> text(4000000, 'x');
     EXIFInfo exif;
     ASSERT_EQ(Parse(GreedyJpeg(tag::kDateTimeOriginal, tiff::kAscii, text), exif), 0);
@@ -61,8 +60,8 @@ TEST(GreedyEntries, ThatAreNotReadCostNothing) {
     EXPECT_EQ(Parse(GreedyJpeg(tag::kSceneType, tiff::kUndefined, text), exif), 0);
 }
 
-TEST(GreedyEntries, HaveTheirMakerNoteDecodedWhileItFits) {
-    // A note that declares as many entries as it can and holds them all: each gives the serial number.
+TEST(GreedyEntries, HaveTheirMakerNoteDecodedWithinTheLimit) {
+    // A note with the maximum number of entries, each of which holds the serial number.
     std::vector<std::uint8_t> note = {'L', 'E', 'I', 'C', 'A', 0, 0, 0, 0xFF, 0xFF};
     for (std::size_t i = 0; i < kMostEntries; ++i) {
         note.insert(note.end(), {0x03, 0x03, 4, 0, 1, 0, 0, 0, 7, 0, 0, 0});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files whose end is missing, as a full card or a pulled one leaves them.
+// Files whose end is missing, because the card was full or pulled out.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -18,14 +18,14 @@
 
 namespace {
 
-TEST(TruncatedJpeg, IsDamagedAtEveryLengthButTheEndOfItsThumbnail) {
+TEST(TruncatedJpeg, IsDamagedAtEveryLengthExceptTheEndOfItsThumbnail) {
     const auto jpeg = samples::CameraJpeg(samples::CameraExif({}));
     for (std::size_t length = 0; length < jpeg.size(); ++length) {
         SCOPED_TRACE(length);
-        // A copy of exactly this length, so that a sanitizer sees a read beyond it.
+        // A copy of exactly this length, so that a sanitizer detects a read beyond it.
         const std::vector<std::uint8_t> rest(jpeg.begin(),
                                              jpeg.begin() + static_cast<std::ptrdiff_t>(length));
-        // The thumbnail ends like the file, and it is the last thing in the EXIF block.
+        // The thumbnail, which ends like the file, is the last part of the EXIF block.
         const bool ends_like_a_jpeg = length >= 2 && rest[length - 2] == 0xFF && rest[length - 1] == 0xD9;
         EXIFInfo exif;
         EXPECT_EQ(exif.parseFrom(rest.data(), static_cast<unsigned int>(rest.size())) == 0, ends_like_a_jpeg);
@@ -64,7 +64,7 @@ TEST(TruncatedExifSegment, IsRefusedOrReadAtEveryLength) {
     EXPECT_EQ(result, 0) << "the whole segment";
 }
 
-/// 320 lengths of a RAW file: around the limits, at and beside row ends, and spread over the rest.
+/// 320 lengths of a RAW file: near the limits, at and next to row ends, and spread over the rest.
 std::vector<std::size_t> RawLengths() {
     std::vector<std::size_t> lengths = {0, 1, 107, 108, 109, 10499327, 10499328, 10499329};
     constexpr std::size_t row_bytes = raw_layout::kRowWords * 2;
@@ -96,7 +96,7 @@ TEST(TruncatedRaw, IsDamagedOrBlackWhereItEnds) {
             continue;
         }
         ASSERT_EQ(result, 0);
-        // The last whole word, the one that was cut, and the one after it, wherever they are pixels.
+        // The last complete word, the word that was cut, and the one after it, if they are pixels.
         for (std::size_t word = length / 2 - 1; word <= length / 2 + 1 && word < samples::kDumpWords;
              ++word) {
             const std::size_t row = (word - 54) / 3976;
