@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
-# Takes the commands out of a document, Markdown or (names ending in .1.in) a manual page, into files in `folder`:
+# Extracts the commands of a document, Markdown or (names ending in .1.in) a manual page, into files in `folder`:
 #
-#   001.sh, 002.sh ...   the commands, in the document's order; the first line is a remark that tells kind and place
-#   001.text ...         the output that the document shows for it: a ```text block behind the ```sh block
+#   001.sh, 002.sh ...   the commands in document order; the first line is a comment with kind and line number
+#   001.text ...         the output that the document shows for it: a ```text block after the ```sh block
 #
-# The kinds: "block", an ```sh block, or in a manual page a literal block (.EX or .nf) of the section EXAMPLES;
-# "inline", text in backticks that begins with the name of a program and has arguments, or with a script's path.
+# The kinds: "block" for an ```sh block or, in a manual page, a literal block (.EX or .nf) of the section EXAMPLES;
+# "inline" for text in backticks that begins with the name of a program and has arguments, or with a script's path.
 BEGIN {
   programs = "velmarcon|velmarcon-batch|velmarcon-calibrate|exiftool|unprocessed_raw|dcraw_emu|cmake|ctest|apt|apt-get|sudo|dpkg|man|git|" \
     "mkdir|cp|mv|rm|cd|ls|grep|cat|tar|unzip|brew"
@@ -23,7 +23,7 @@ function begin_item(kind, line) {
 function end_item() {
   close(item ".sh")
 }
-# The commands in backticks of a paragraph or a table row.
+# Extracts the commands in backticks of a paragraph or a table row.
 function scan(text, line, span) {
   gsub(/\\\|/, "|", text)
   while (match(text, /`[^`]+`/)) {

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-# The rows that docs/dng-format.md has for one kind of file: a line each, as written_tags.awk prints them. The variable
-# `given` names what holds for this file, words of the column "When" with commas around each; `kind` is "converted" or
-# "repaired". A value or a count that may differ is "*".
+# Prints the rows that docs/dng-format.md has for one kind of file, one line per row, in the format of written_tags.awk.
+# The variable `given` lists the conditions that hold for this file, words of the column "When" with commas around each;
+# `kind` is "converted" or "repaired". A value or a count that may vary is "*".
 BEGIN {
   split("-p,-b,-c,-l,lens,dark levels removed,no -p,no -c", list, ",")
   for (i in list) known[list[i]] = 1

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# The tags of a DNG, from what exiftool -n -v4 prints about it: a line each, with tabs between directory (IFD0, SubIFD or
-# ExifIFD), number, type, count and value. Rationals have their stored form. The maker note's own entries are left out.
+# Prints the tags of a DNG from the output of exiftool -n -v4: one line per tag, with tabs between IFD (IFD0, SubIFD or
+# ExifIFD), number, type, count and value. Rationals are printed as stored. The maker note's own entries are left out.
 BEGIN {
   split("int8u BYTE string ASCII int16u SHORT int32u LONG rational64u RATIONAL undef UNDEFINED rational64s SRATIONAL", names, " ")
   for (i = 1; i in names; i += 2) type[names[i]] = names[i + 1]
@@ -10,7 +10,7 @@ function number(hex, i, n) {
   for (i = 3; i <= length(hex); ++i) n = 16 * n + index(digits, substr(hex, i, 1)) - 1
   return n
 }
-# The depth of a line is the number of bars before it; each directory's entries stand one deeper than its title.
+# The depth of a line is the number of bars before it; the entries of an IFD are one level deeper than its title.
 match($0, /^ *(\| )*/) {
   bars = substr($0, 1, RLENGTH)
   rest = substr($0, RLENGTH + 1)

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Shared by what looks at the structure of the sources: the rooms of the house, and who includes whom.
+# Shared by the checks of the structure of the sources: the folders of the program, and which may include which.
 
-# Every folder of the program, from the roof down, with those whose headers it may include.
+# Every folder of the program, from the top down, with those whose headers it may include.
 # shellcheck disable=SC2034  # read by the scripts that source this
 rooms=(app dng sensor input exif errors tiff system base)
 declare -A may_include=(
@@ -15,13 +15,14 @@ declare -A may_include=(
   [tiff]="base"
   [system]="base"
   [base]=""
-  # What stands on the roof.
+  # Tools on top of the program.
   [calibrate]="packaging app sensor input exif errors system base"
-  # What stands next to the house. Camera files for tests are made without the code that reads and writes them.
+  # Next to the program: camera files for tests are made without the code that reads and writes them.
   [samples]="tiff system base"
 )
 
-# includes SOURCE FOLDER...: a line FILE:LINE:HEADER for each #include of the project's own headers in these folders.
+# includes SOURCE FOLDER...: prints a line FILE:LINE:HEADER for each #include of the project's own headers in these
+# folders.
 includes() {
   local source=$1
   shift
