@@ -17,8 +17,8 @@ int _dowildcard = 0;
 
 namespace {
 
-/// Switches the console to UTF-8, in which the program prints, until the program ends; otherwise the console
-/// would stay switched.
+/// Switches the console to UTF-8, in which the program prints, and back at the end. The console would not do
+/// that by itself.
 class Utf8Console {
   public:
     Utf8Console() : code_page_(::GetConsoleOutputCP()) { ::SetConsoleOutputCP(CP_UTF8); }

@@ -21,7 +21,7 @@ struct ExposureImage {
     std::span<const std::uint16_t> pixels;
 };
 
-/// Rows `first_row` to `end_row` - 1 of a column that are already listed.
+/// Rows `first_row` to `end_row` - 1 of a column, as a database lists them.
 struct ListedRows {
     int column = 0;
     int first_row = 0;

@@ -6,8 +6,8 @@
 
 #include "calibrate/sensor_grid.h"
 
-/// A grid column by column, as differences from each column's median. What neighbouring columns share in a
-/// row of blocks (row noise, shading) is subtracted.
+/// The values of a grid by column, as differences from the column's median. What neighbouring columns share
+/// in a row of blocks (row noise, shading) is subtracted.
 class ColumnSeries {
   public:
     explicit ColumnSeries(const sensor_grid::Grid& grid);

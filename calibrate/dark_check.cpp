@@ -16,7 +16,7 @@ constexpr float kMostShading = 4;
 constexpr int kTile = 62;  // columns
 constexpr int kTiles = kColumns / kTile;
 
-/// For each band of rows the median of the blocks' differences from their columns' levels, over some columns.
+/// For each band of rows, the median difference of the blocks from their columns' levels, over some columns.
 std::vector<float> RowShading(const BlockMeans& blocks, const std::vector<float>& columns, int first,
                               int width) {
     constexpr int bands = 9;

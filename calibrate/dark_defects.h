@@ -8,7 +8,7 @@
 #include "calibrate/defect.h"
 #include "calibrate/sensor_grid.h"
 
-/// Finds the columns that dark exposures show to be defective. `combined` is the stack's.
+/// Finds the columns that dark exposures show to be defective. `combined` is `stack.Combined()`.
 ///
 /// A constant offset that grows with the ISO gain is not a defect, because the column's level removes it. A
 /// column is listed if

@@ -44,7 +44,8 @@ struct DarkLevels {
 };
 
 /// Computes the levels from the blocks that `mask` does not list. A column without sound rows is repaired
-/// from its neighbours before levels are subtracted, so its level is the same mix of their levels.
+/// from its neighbours before levels are subtracted, so its level is the mean of theirs with the weights of
+/// the repair.
 DarkLevels ComputeLevels(const DarkStack& stack, const sensor_grid::Grid& combined, const DefectMask& mask);
 
 #endif  // VELMARCON_CALIBRATE_DARK_LEVELS_H

@@ -19,7 +19,7 @@ float OfBlock(float noise) {
     return noise / std::sqrt(static_cast<float>(kBlockRows));
 }
 
-/// In units of the base ISO.
+/// Standard deviation of a block, in units of the base ISO.
 float BlockDeviation(const DarkExposure& exposure) {
     return OfBlock(exposure.noise.with_rows) / exposure.gain;
 }

@@ -37,7 +37,7 @@ class DarkStack {
     /// The reference level of each column in Combined, in units of the base ISO, including the black level.
     std::vector<float> Reference() const;
 
-    /// Standard deviation of a block in Combined that follows from the noise of the pixels.
+    /// Standard deviation of a block in Combined, computed from the noise of the pixels.
     float BlockNoise() const;
 
     /// The number of exposures in which a patch is clearly above, or below, its column's reference.
@@ -59,9 +59,9 @@ class DarkStack {
     std::vector<DarkExposure> exposures_;
     std::vector<float> reference_;  // the levels of the first exposure
     std::vector<float> shift_;      // per half, weighted sum over the exposures
-    float weight_ = 0;              // sum
-    sensor_grid::Grid sum_;         // weighted
-    sensor_grid::Grid highest_;     // relative to the noise of its exposure
+    float weight_ = 0;              // sum of the weights
+    sensor_grid::Grid sum_;         // weighted sum over the exposures
+    sensor_grid::Grid highest_;     // relative to the noise of the exposure
     // Exposure numbers and counts are floats, so that a loop has only one vector type.
     sensor_grid::Grid highest_from_;
     std::vector<float> above_;

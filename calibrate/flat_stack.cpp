@@ -26,8 +26,8 @@ float RowLight(std::span<const float> row, std::span<const float> dark, std::siz
     return statistics::Median(light);
 }
 
-/// Whether hardly any adjacent tiles differ by more than vignetting explains. An edge in the picture affects
-/// only one line of tiles.
+/// Whether hardly any adjacent tiles differ by more than vignetting explains. An edge through the
+/// picture does not count, because it affects only one line of tiles.
 bool IsEven(const BlockMeans& blocks, std::span<const float> dark) {
     constexpr std::size_t tile = 62;  // columns
     constexpr int every = 49;         // rows of blocks
@@ -55,7 +55,7 @@ bool IsEven(const BlockMeans& blocks, std::span<const float> dark) {
 }  // namespace
 
 std::string FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::span<const float> dark) {
-    // In the middle row of blocks; green is the brightest colour.
+    // The light of the brighter colour, which is green, in the middle row of blocks.
     float brightest = 0;
     for (std::size_t colour = 0; colour < kColours; ++colour) {
         for (const BlockMeans* const blocks : {&even, &odd}) {

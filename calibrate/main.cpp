@@ -25,7 +25,7 @@ DefaultDatabase InDataFolder() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    // A failed write is reported; it must not kill the program in the middle of it.
+    // A failed write is reported; the signal must not end the program.
     (void)std::signal(SIGXFSZ, SIG_IGN);
     (void)std::signal(SIGPIPE, SIG_IGN);
     FillMissingStandardStreams();

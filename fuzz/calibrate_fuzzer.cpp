@@ -63,5 +63,5 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     }
     std::string again = text;
     Require(database_text::Merge(again, kSerial, found, levels).empty() && again == text,
-            "the same once more changes nothing");
+            "merging again changes nothing");
 }

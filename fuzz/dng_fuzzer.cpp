@@ -84,7 +84,7 @@ class Workshop {
                        request.dark_field_creation, request.dark_field_fix, request.estimate_rows,
                        request.line_test, &sensors, request.lens_code, target.prefix());
         if (result != 0 || !request.in_place) {
-            Require(input_.Read(kName) == file, "the input stays as it is");
+            Require(input_.Read(kName) == file, "the input is unchanged");
         }
         const bool output = result == 0 && !request.in_place;
         Require(input_.Names() == std::vector<std::string>{kName} &&
@@ -114,7 +114,7 @@ void ForgetExposureBias(const WrittenDng& dng, Bytes& bytes) {
 /// A repaired file can be repaired again, which leaves it unchanged if no option asks for more.
 void RequireRepairLeavesUnchanged(Workshop& workshop, Bytes written) {
     const WrittenDng dng(written, true);
-    Require(dng.Strip(dng.ifd0()).size() == PreviewSampler::kSize, "the preview has its size");
+    Require(dng.Strip(dng.ifd0()).size() == PreviewSampler::kSize, "the preview has the right size");
     Bytes again;
     Require(workshop.Repair(written, {}, again) == kNoError, "a repaired file can be repaired");
     ForgetExposureBias(dng, written);

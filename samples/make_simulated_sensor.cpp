@@ -12,9 +12,8 @@ namespace {
 
 constexpr std::string_view kUsage =
     "Usage: make_simulated_sensor FOLDER [options]\n"
-    "Writes exposures of a simulated sensor as pairs into FOLDER/dark and FOLDER/flat, and what is wrong "
-    "with the\n"
-    "sensor into FOLDER/truth.txt: column, first row, end row of each defect, a line each.\n"
+    "Writes exposures of a simulated sensor as pairs into FOLDER/dark and FOLDER/flat, and its defects\n"
+    "into FOLDER/truth.txt, one per line: column, first row, end row.\n"
     "  --seed N       seed of the sensor (default 1)\n"
     "  --low N        dark exposures at ISO 160 (default 4)\n"
     "  --high N       dark exposures at ISO 2500 (default 0)\n"

@@ -17,7 +17,7 @@ struct TriElmarSetting {
     std::uint16_t focal_length_35mm;
 };
 
-/// A lens with three focal lengths, set to one of them; there are two such lenses.
+/// One of the two Tri-Elmar lenses, set to one of its three focal lengths.
 Lens TriElmar(const TriElmarSetting& setting) {
     constexpr std::uint8_t kLongTriElmar = 42;
     const bool is_long = setting.code == kLongTriElmar;

@@ -18,7 +18,7 @@ struct SimulatedDefect {
     float dark = 0;    ///< added in raw units at ISO 160; grows with the ISO gain
     float answer = 1;  ///< response to light, relative to a sound column
     std::optional<std::uint16_t> stuck =
-        std::nullopt;  ///< what it reads whatever the light and the ISO speed
+        std::nullopt;  ///< the value it reads regardless of light and ISO speed
 };
 
 /// How the dark levels vary from column to column.

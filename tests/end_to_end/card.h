@@ -24,8 +24,8 @@ class Card {
 
     /// Adds a full-size pair; see support::WritePair.
     void AddPair(const std::string& base, const samples::Shot& shot = {}) const;
-    /// Adds a pair whose RAW file is a link to another pair's, which the program treats alike but which takes
-    /// no room.
+    /// Adds a pair whose RAW file is a link to that of `other`: the program sees no difference, and the link
+    /// takes no room.
     void AddLinkedPair(const std::string& base, const std::string& other) const;
     /// Adds a dark frame for `base` in which every word is `level`.
     void AddDarkFrame(const std::string& base, std::uint16_t level) const;

@@ -14,7 +14,7 @@ samples::ExifBlock DistinctExif(std::uint8_t lens_code);
 /// The tags of a DNG written from DistinctExif, in the form of ReadTags, without strip offsets, which depend
 /// on the file's size.
 TagTexts RawImageTags();    ///< the raw image, in either IFD, without its white level
-TagTexts StripTags();       ///< the additional tags of an IFD with an image
+TagTexts StripTags();       ///< every image's tags that RawImageTags and PreviewTags leave out
 TagTexts PreviewTags();     ///< the preview in IFD0
 TagTexts MainTags();        ///< IFD0, with the plain model and its colour matrices
 TagTexts RawVariantTags();  ///< the tags of IFD0 that differ in the raw model variant
