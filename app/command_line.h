@@ -27,13 +27,13 @@ enum class Option : std::uint8_t {
 /// What an option does with the argument after it.
 enum class OptionValue : std::uint8_t {
     kNone,      ///< nothing
-    kPath,      ///< takes it as its value, even if it looks like an option; ignored as last argument
+    kPath,      ///< takes it as its value, even if it looks like an option; without it, the option is ignored
     kOptional,  ///< takes it as its value unless it begins with a dash
 };
 
 struct OptionSpelling {
     Option option;
-    std::string_view text;  ///< an argument that begins with this is this option
+    std::string_view text;  ///< arguments that begin with this mean the option
     std::string_view word;  ///< the option's name as one word
     OptionValue value;
 };
@@ -70,7 +70,7 @@ std::vector<Argument> ReadCommandLine(std::span<char* const> arguments);
 /// The first argument that matches `option` and counts; null if there is none.
 const Argument* FindOption(std::span<const Argument> arguments, Option option);
 
-/// The black level for the value `value` of -b: the low 16 bits of the number at its start; 0 if it does not
+/// The black level for `value`, the value of -b: the low 16 bits of the number at its start; 0 if it does not
 /// start with a number.
 std::uint16_t BlackLevelFrom(std::string_view value);
 

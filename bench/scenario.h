@@ -23,7 +23,7 @@ struct Scenario {
     Yardstick yardstick;
     double most_time = 0;            ///< target, relative to the yardstick; 0: none
     double most_memory = 0;          ///< target for the peak, relative to the size of one file; 0: none
-    bool memory_in_outputs = false;  ///< whether that file is one written rather than one read
+    bool memory_in_outputs = false;  ///< whether that file is a DNG written rather than a RAW file read
 };
 
 std::span<const Scenario> Scenarios();

@@ -14,7 +14,7 @@ using namespace sensor_grid;
 constexpr int kTile = 62;  // columns from which a shared offset is subtracted
 static_assert(kHalf % kTile == 0);
 
-/// The medians of all columns. Works on copies that are contiguous in memory.
+/// The medians of all columns, computed on copies that are contiguous in memory.
 std::vector<float> Medians(const Grid& grid) {
     constexpr int lanes = 32;
     static_assert(kColumns % lanes == 0);

@@ -15,7 +15,8 @@
 std::string WhyNotDark(const BlockMeans& blocks, const std::vector<float>& columns, float gain);
 
 /// The exposures whose column levels, averaged over 62 columns, differ from those of the majority by 4 raw
-/// units at the base ISO. If there are only two and they differ, it is the one with the greater range.
+/// units at the base ISO. If there are only two and they differ, only the one with the greater range is
+/// returned.
 std::vector<std::size_t> FarFromOthers(std::span<const DarkExposure> exposures);
 
 #endif  // VELMARCON_CALIBRATE_DARK_CHECK_H

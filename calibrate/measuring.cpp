@@ -72,7 +72,7 @@ bool Measuring::ReadDarks() {
     }
     const std::vector<std::size_t> far = FarFromOthers(calibration_->darks().exposures());
     if (!far.empty()) {
-        // They are already part of the sums, so the others are read again.
+        // The sums already include these exposures, so the others are read again.
         std::vector<ExposureFile> others;
         std::set<std::string> without;
         for (const std::size_t i : far) {

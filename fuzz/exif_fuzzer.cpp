@@ -52,7 +52,7 @@ void RequireValuesOfTheFile(Bytes file, const EXIFInfo& exif) {
 }
 
 void RequireDecodedNote(const EXIFInfo& exif) {
-    Require(exif.LensCode < 64 && exif.FrameSelector < 4, "lens code and frame selector have their bits");
+    Require(exif.LensCode < 64 && exif.FrameSelector < 4, "lens code and frame selector fit into their bits");
     Require(exif.LensCodeBits.empty() || exif.LensCodeBits == maker_note::LensCodeText(exif.LensCode),
             "the text of the lens code matches its number");
 }

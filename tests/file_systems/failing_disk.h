@@ -9,7 +9,7 @@
 
 namespace file_systems {
 
-/// Mounts a disk over a folder that accepts writes and only later finds that it cannot store them: an ext4
+/// A disk, mounted over a folder, that accepts writes and only later finds that it cannot store them: an ext4
 /// file system in a file that may not grow. Requires root and permission to mount.
 class FailingDisk {
   public:

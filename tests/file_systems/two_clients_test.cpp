@@ -45,7 +45,7 @@ class TwoClients : public testing::Test {
         }
     }
 
-    /// Makes the client's picture, and records how it looks when repaired.
+    /// Makes the client's picture, and keeps its repaired version for comparison.
     void Prepare(Client& client, int brightness) {
         constexpr int width = 64;
         constexpr int height = 48;

@@ -96,7 +96,8 @@ void AddLimits(CaseList& cases, const char* group, const Base& base, const Entry
                MovesPixels(entry.directory, entry.number)});
 }
 
-/// The numbers for which byte order matters most: 32-bit numbers and numbers outside entries.
+/// Adds limit values of the numbers for which byte order matters most: 32-bit numbers and numbers outside
+/// entries.
 void AddLongLimits(CaseList& cases, const char* group, const Base& base) {
     for (const auto& number : base.places.numbers) {
         AddLimits(cases, group, base, number);

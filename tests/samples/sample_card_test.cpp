@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Has a temporary folder for one test.
+/// Gives each test a temporary folder.
 class SampleCard : public testing::Test {
   public:
     SampleCard(const SampleCard&) = delete;
