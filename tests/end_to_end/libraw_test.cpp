@@ -202,8 +202,8 @@ TEST_P(GreyWedge, IsTintedWithoutABlackLevel) {
 INSTANTIATE_TEST_SUITE_P(Speeds, GreyWedge, testing::Values(160, 320, 640, 1250, 2500),
                          [](const auto& iso) { return "Iso" + std::to_string(iso.param); });
 
-// The sensor's dark level of 92 then lightens the shadows. The white balance amplifies it in red and blue and
-// so tints them: by 6 for the darkest patch, by 1 for the lightest.
+// Without a black level, the sensor's dark level of 92 lightens the shadows. The white balance amplifies it
+// in red and blue and so tints them: by 6 for the darkest patch, by 1 for the lightest.
 TEST(LibRaw, DevelopsPaleShadowsWithoutABlackLevel) {
     const PhotographedChart chart;
     for (const Options& options : {Options{}, Options{"-p"}}) {

@@ -13,7 +13,7 @@ namespace faults {
 struct Fault {
     enum class How {
         kRefused,   ///< it fails with `error` and has no effect
-        kFinished,  ///< it fails with `error`, but has its effect
+        kFinished,  ///< it has its effect, but fails with `error`
         kHalf,      ///< it stops half-way and reports that
         kNothing,   ///< it does nothing and reports that
     };

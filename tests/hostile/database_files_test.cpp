@@ -71,9 +71,9 @@ class LongDatabase : public testing::Test {
         EXPECT_EQ(with_sensors.status, 0);
         std::filesystem::remove(camera_.Database());
 #ifndef __SANITIZE_ADDRESS__
-        constexpr long most_bytes_a_byte = 80;
+        constexpr long most_bytes_per_byte = 80;
         constexpr long a_run = 8 * 21041100 / 1024;  // includes the memory of this test process
-        const auto longest = static_cast<long>(text.size() / 1024) * most_bytes_a_byte + a_run;
+        const auto longest = static_cast<long>(text.size() / 1024) * most_bytes_per_byte + a_run;
         EXPECT_LT(with_lenses, longest);
         EXPECT_LT(with_sensors.peak_kilobytes, longest);
 #else

@@ -95,7 +95,7 @@ long PeakKilobytes() {
 class DamagedDng : public testing::TestWithParam<std::uint32_t> {};
 
 TEST_P(DamagedDng, IsRefusedOrBecomesAReadableDng) {
-    constexpr std::uint32_t seeds_a_test = 1000;
+    constexpr std::uint32_t seeds_per_test = 1000;
     const auto camera = support::SmallCameraDng(3920, 2);
     const Bytes bytes = samples::Serialize(camera);
     const std::size_t ifds_end = samples::kDngIfd0Offset + samples::TableSize(camera.ifd0) +
@@ -106,14 +106,14 @@ TEST_P(DamagedDng, IsRefusedOrBecomesAReadableDng) {
     ASSERT_TRUE(RepairOrRefuse(run, Request(~0U)));
     const long peak_before = PeakKilobytes();
     std::uint32_t written = 0;
-    for (std::uint32_t i = 0; i < seeds_a_test; ++i) {
-        const std::uint32_t seed = GetParam() * seeds_a_test + i;
+    for (std::uint32_t i = 0; i < seeds_per_test; ++i) {
+        const std::uint32_t seed = GetParam() * seeds_per_test + i;
         SCOPED_TRACE(seed);
         run.WriteInput(support::Damaged(bytes, 0, i % 2 == 0 ? ifds_end : kDngPreviewOffset, seed));
         written += RepairOrRefuse(run, Request(seed)) ? 1U : 0U;
     }
-    EXPECT_GT(written, seeds_a_test / 8);
-    EXPECT_LT(written, seeds_a_test);
+    EXPECT_GT(written, seeds_per_test / 8);
+    EXPECT_LT(written, seeds_per_test);
     EXPECT_LT(PeakKilobytes() - peak_before, 16384);
 }
 
@@ -122,19 +122,19 @@ INSTANTIATE_TEST_SUITE_P(TenThousandSeeds, DamagedDng, testing::Range(0U, 10U));
 class DamagedFullDng : public testing::TestWithParam<std::uint32_t> {};
 
 TEST_P(DamagedFullDng, IsRefusedOrBecomesAReadableDng) {
-    constexpr std::uint32_t seeds_a_test = 75;
+    constexpr std::uint32_t seeds_per_test = 75;
     const Bytes bytes = samples::Serialize(support::FullCameraDng());
     RepairRun run;
     PrepareDatabases(run);
     std::uint32_t written = 0;
-    for (std::uint32_t i = 0; i < seeds_a_test; ++i) {
-        const std::uint32_t seed = GetParam() * seeds_a_test + i;
+    for (std::uint32_t i = 0; i < seeds_per_test; ++i) {
+        const std::uint32_t seed = GetParam() * seeds_per_test + i;
         SCOPED_TRACE(seed);
         run.WriteInput(support::Damaged(bytes, 0, kDngPreviewOffset, seed));
         written += RepairOrRefuse(run, Request(seed)) ? 1U : 0U;
     }
     EXPECT_GT(written, 0U);
-    EXPECT_LT(written, seeds_a_test);
+    EXPECT_LT(written, seeds_per_test);
 }
 
 INSTANTIATE_TEST_SUITE_P(ThreeHundredSeeds, DamagedFullDng, testing::Range(0U, 4U));

@@ -73,7 +73,7 @@ void ExpectWholeDng(const std::string& path, bool preview) {
 class DamagedExif : public testing::TestWithParam<std::uint32_t> {};
 
 TEST_P(DamagedExif, IsRefusedOrBecomesAReadableDng) {
-    constexpr std::uint32_t seeds_a_test = 1000;
+    constexpr std::uint32_t seeds_per_test = 1000;
     samples::ExifBlock block = samples::CameraExif({});
     if (GetParam() % 2 != 0) {
         block.order = samples::ByteOrder::kBig;
@@ -85,8 +85,8 @@ TEST_P(DamagedExif, IsRefusedOrBecomesAReadableDng) {
     sensdb sensors("");
     std::uint32_t written = 0;
 
-    for (std::uint32_t i = 0; i < seeds_a_test; ++i) {
-        const std::uint32_t seed = GetParam() * seeds_a_test + i;
+    for (std::uint32_t i = 0; i < seeds_per_test; ++i) {
+        const std::uint32_t seed = GetParam() * seeds_per_test + i;
         SCOPED_TRACE(seed);
         const auto damaged = support::Damaged(jpeg, kBlockStart, kBlockStart + exif_bytes.size(), seed);
         EXIFInfo exif;
@@ -101,13 +101,13 @@ TEST_P(DamagedExif, IsRefusedOrBecomesAReadableDng) {
         dng.createDNGTree(mode.preview, mode.black_level, 92, false, mode.raw_variant, mode.lens_fix);
         dng.writeDNGTree(folder.prefix());
         ASSERT_NO_THROW(ExpectWholeDng(folder / "L1000001.DNG", mode.preview));
-        std::filesystem::remove(folder /
-                                "L1000001.DNG");  // a new file is not flushed to disk, a replaced one is
+        // Removed, because a new file is not flushed to disk but a replaced one is.
+        std::filesystem::remove(folder / "L1000001.DNG");
         ++written;
     }
     // Most damage must hit values rather than the structure, or the test would check only refusals.
-    EXPECT_GT(written, seeds_a_test / 4);
-    EXPECT_LT(written, seeds_a_test);
+    EXPECT_GT(written, seeds_per_test / 4);
+    EXPECT_LT(written, seeds_per_test);
 }
 
 INSTANTIATE_TEST_SUITE_P(TenThousandSeeds, DamagedExif, testing::Range(0U, 10U));
