@@ -42,8 +42,8 @@ class ConversionRun {
     sensdb& sensors_;
     const ErrorHandler& errors_;
 
-    bool output_is_clean_ =
-        false;  ///< whether the leftovers of killed runs have been removed from the output folder
+    /// Whether the leftovers of killed runs have been removed from the output folder.
+    bool output_is_clean_ = false;
     std::vector<std::uint16_t> frame_;  ///< memory for the image, handed from record to record
 
     // These three change when an image has a dark frame, and stay changed until such an image has been

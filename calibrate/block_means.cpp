@@ -12,8 +12,8 @@ namespace {
 
 using namespace sensor_grid;
 
-constexpr std::size_t kLanes =
-    248;  // columns processed together: their samples stay in the first-level cache
+// Columns processed together: their samples stay in the first-level cache.
+constexpr std::size_t kLanes = 248;
 static_assert(kColumns % kLanes == 0);
 
 constexpr std::size_t kSamples = 9;

@@ -14,8 +14,8 @@ enum class BlockRows { kAll, kEven, kOdd };
 /// The measurements of one exposure.
 struct BlockMeans {
     sensor_grid::Grid means;  ///< mean of each block, in raw units
-    std::vector<std::uint16_t>
-        spread;  ///< spread of each patch: the difference of the second and the eighth of nine sorted values
+    /// Spread of each patch: the difference of the second and the eighth of nine sorted values.
+    std::vector<std::uint16_t> spread;
 };
 
 /// Measures the mean of each block. A pixel further than `reach` from the median of nine pixels of its patch

@@ -8,15 +8,15 @@
 
 /// Exit statuses.
 constexpr int kCalibrated = 0;
-constexpr int kNotCalibrated =
-    1;  ///< nothing could be measured or written; with --check: the database must be made anew
+/// Nothing could be measured or written; with --check: the database must be made anew.
+constexpr int kNotCalibrated = 1;
 constexpr int kWrongUsage = 2;
 
 /// The database of a run whose options name none.
 struct DefaultDatabase {
     std::string path;  ///< empty: there is none
-    std::function<int()>
-        make_folder;  ///< called before the database is written; returns 0 or the system's error number
+    /// Called before the database is written; returns 0 or the system's error number.
+    std::function<int()> make_folder;
 };
 
 /// Runs the program; `arguments` is without the program's name. Returns the exit status.

@@ -16,8 +16,8 @@ namespace {
 using namespace sensor_grid;
 
 constexpr float kReach = 3;  // deviations up to which a pixel counts in full
-constexpr float kReachInLight =
-    4;  // larger, because noise in the light differs between colours and from middle to corner
+// Larger, because noise in the light differs between colours and from middle to corner.
+constexpr float kReachInLight = 4;
 
 constexpr float kLeastNoise = 0.3F;  // weaker noise does not show in whole numbers
 

@@ -35,8 +35,8 @@ class DefectMask {
 /// The dark levels of a sensor.
 struct DarkLevels {
     std::vector<float> absolute;  ///< per column, including the black level, in raw units at the base ISO
-    std::vector<float>
-        above_darkest;  ///< the values for the database: relative to the darkest sound column, none negative
+    /// The values for the database: relative to the darkest sound column, none negative.
+    std::vector<float> above_darkest;
 
     /// What remains of the dark level after the levels are subtracted, in raw units at the base ISO: the value
     /// for -b together with -s.

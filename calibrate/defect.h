@@ -20,8 +20,8 @@ struct Defect {
     int first_row = 0;
     int end_row = 0;  ///< exclusive
     DefectKind kind = DefectKind::kBright;
-    float strength =
-        0;  ///< in the dark: raw units at the base ISO; in the light: fraction of the signal; signed
+    /// In the dark: raw units at the base ISO; in the light: fraction of the signal; signed.
+    float strength = 0;
     float in_noise = 0;  ///< the strength over all its rows, in standard deviations of the noise
     int seen = 0;        ///< number of exposures in which it shows
     int exposures = 0;   ///< number of exposures

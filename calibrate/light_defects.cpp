@@ -61,8 +61,8 @@ class Contrast {
         std::vector<float> wide(row.size() + (2 * margin));
         std::ranges::copy(row, wide.begin() + margin);
         for (std::size_t i = 1; i <= margin; ++i) {
-            const std::size_t mirrored =
-                i % 2 == 0 ? i : i + 2;  // the same colour, but not the column itself
+            // The same colour, but not the column itself.
+            const std::size_t mirrored = i % 2 == 0 ? i : i + 2;
             wide[margin - i] = row[mirrored];
             wide[margin + row.size() - 1 + i] = row[row.size() - 1 - mirrored];
         }

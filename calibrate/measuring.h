@@ -31,9 +31,7 @@ class Measuring {
     std::uint32_t serial() const { return serial_.value_or(0); }
     const Calibration& calibration() const { return *calibration_; }
     const std::vector<std::string>& left_out() const { return left_out_; }  ///< one line each
-    const std::vector<ExposureFile>& darks() const {
-        return measured_;
-    }  ///< in the order of Calibration::darks
+    const std::vector<ExposureFile>& darks() const { return measured_; }    ///< as in Calibration::darks
     const std::vector<ExposureFile>& flats() const { return measured_flats_; }
     ExposureLoader& loader() { return loader_; }
 

@@ -8,8 +8,8 @@
 /// How far a column differs from its neighbours of the same colour.
 struct StandOut {
     float from_both = 0;  ///< difference from the median of the neighbours on both sides
-    float clearly =
-        0;  ///< the smaller difference from either side; 0 if the column lies between the two sides
+    /// The smaller difference from either side; 0 if the column lies between the two sides.
+    float clearly = 0;
 };
 
 /// Compares each of `values`, one per column, with up to `reach` columns of the same colour on either side.

@@ -11,9 +11,9 @@ namespace segments {
 namespace {
 
 constexpr float kMostOfOne = 4;       // limit for the weight of a single value
-constexpr float kSignificant = 6.7F;  // chance gives one such interval in a thousand million
-constexpr float kWorthALook =
-    5.4F;  // for the quick look, whose windows are up to a third too long or too short
+constexpr float kSignificant = 6.7F;  // exceeded by chance in one interval of a thousand million
+// For the quick look, whose windows are up to a third too long or too short.
+constexpr float kWorthALook = 5.4F;
 
 /// Sums of the first 0, 1, 2 ... values, relative to `centre`.
 std::vector<float> PrefixSums(std::span<const float> values, float centre) {

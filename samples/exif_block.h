@@ -28,8 +28,8 @@ struct ExifBlock {
     std::optional<std::array<std::uint8_t, 2>> byte_order_mark = std::nullopt;  ///< default "II" or "MM"
     std::uint16_t magic = 42;
     std::optional<std::uint32_t> first_ifd_offset = std::nullopt;  ///< default 8
-    std::optional<std::uint32_t> exif_ifd_offset =
-        std::nullopt;                                        ///< default: the actual offset of the EXIF IFD
+    /// Default: the actual offset of the EXIF IFD.
+    std::optional<std::uint32_t> exif_ifd_offset = std::nullopt;
     std::optional<std::uint16_t> ifd0_count = std::nullopt;  ///< default: the number of entries
     std::optional<std::uint16_t> exif_count = std::nullopt;
 };

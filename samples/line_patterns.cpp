@@ -23,8 +23,8 @@ float Faded(float coverage, float contrast) {
 float BarCoverage(const Bars& bars, float x, float y) {
     const float along = ((x * bars.across_x) + (y * bars.across_y)) / bars.pitch;
     const float phase = along - std::floor(along);
-    const float inside =
-        (0.25F - std::abs(phase - 0.5F)) * bars.pitch;  // distance in pixels from the nearest edge
+    // Distance in pixels from the nearest edge.
+    const float inside = (0.25F - std::abs(phase - 0.5F)) * bars.pitch;
     return Faded(std::clamp(inside + 0.5F, 0.0F, 1.0F), Contrast(bars.pitch));
 }
 

@@ -14,8 +14,8 @@ namespace samples {
 /// What to write to a card.
 struct CardOptions {
     int pairs = 3;  ///< number of pairs (.RAW and .JPG), L1000001 and up
-    std::optional<std::uint16_t> iso =
-        std::nullopt;  ///< of all pairs; default: varies from pair to pair, 160, 640, 2500, ...
+    /// The ISO speed of all pairs; default: varies from pair to pair, 160, 640, 2500, ...
+    std::optional<std::uint16_t> iso = std::nullopt;
     bool noise = true;
     bool flat = false;  ///< an even grey sky instead of the test scene
     bool dark = false;  ///< a dark frame (.BIA) for every .RAW, and one more pair that is a dark exposure

@@ -67,8 +67,8 @@ float Pattern(std::uint64_t seed, std::uint64_t column) {
 
 std::uint16_t ToWord(float level) {
     const float clipped = std::clamp(level, 0.0F, static_cast<float>(kSensorWhite));
-    constexpr float kHalf =
-        0.5F;  // added and truncated: unlike lround this vectorises, and no level is negative
+    // Added and truncated: unlike lround this vectorises, and no level is negative.
+    constexpr float kHalf = 0.5F;
     return static_cast<std::uint16_t>(static_cast<std::int32_t>(clipped + kHalf));
 }
 

@@ -48,10 +48,10 @@ struct SensorOptions {
     float read_noise = 2.5F;   ///< standard deviation
     float photon_gain = 0.3F;  ///< raw units per electron: the variance of a signal is this times the signal
     float dark_level = 92;
-    float column_pattern =
-        3;  ///< largest deviation of the columns' levels from `dark_level`; 0: all columns equal
-    std::uint64_t column_seed =
-        3106091;  ///< seed of the column pattern, which belongs to the camera, not to the exposure
+    /// Largest deviation of the columns' levels from `dark_level`; 0: all columns equal.
+    float column_pattern = 3;
+    /// Seed of the column pattern, which belongs to the camera, not to the exposure.
+    std::uint64_t column_seed = 3106091;
     /// A column that is hot from row 700 on and a dead one. Then two weak defects, the most common kind: a
     /// column that is warm from row 1250 on and one that reads too little down to row 1800.
     std::vector<ColumnDefect> defects = {{1203, 700, kSensorHeight, 9019},

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kHalfWidth = kSensorWidth / 2;
 
-// Each property of the sensor or of an exposure is drawn from a separate sequence; these tell the sequences
-// apart.
+// Each property of the sensor or of an exposure is drawn from a separate sequence, which has one of these
+// numbers.
 constexpr std::uint64_t kLevelSeed = 0x1E7E1;
 constexpr std::uint64_t kBandSeed = 0xBA2D;
 constexpr std::uint64_t kRaisedSeed = 0x4A15;
@@ -152,7 +152,7 @@ void Frame::AnswerOfDefects() {
     }
 }
 
-/// Turns the light of row `y` into what is read out.
+/// Turns the light of row `y` into raw values.
 void Frame::ReadRow(int y) {
     const auto row = static_cast<std::uint64_t>(y);
     const float grown = std::sqrt(gain_);

@@ -17,8 +17,8 @@ struct SimulatedDefect {
     int end_row = kSensorHeight;
     float dark = 0;    ///< added in raw units at ISO 160; grows with the ISO gain
     float answer = 1;  ///< response to light, relative to a sound column
-    std::optional<std::uint16_t> stuck =
-        std::nullopt;  ///< the value it reads regardless of light and ISO speed
+    /// The value it reads regardless of light and ISO speed.
+    std::optional<std::uint16_t> stuck = std::nullopt;
 };
 
 /// How the dark levels vary from column to column.
@@ -51,8 +51,8 @@ struct SimulatedSensor {
 struct SimulatedExposure {
     std::uint16_t iso = 160;
     std::uint64_t seed = 1;  ///< seed of its noise and its tracks
-    float light =
-        0;  ///< signal under the brightest filter in the middle, as a fraction of the range; 0: dark
+    /// Signal under the brightest filter in the middle, as a fraction of the range; 0: dark.
+    float light = 0;
     float light_leak = 0;  ///< raw units in the upper right corner, fading to 0 half-way across
     int edge_column = 0;   ///< right of this column the light is a tenth weaker; 0: nowhere
 };

@@ -20,10 +20,10 @@ struct ExposureCounts {
 /// The result of calibrating a sensor whose defects are known.
 struct Judgement {
     int defects = 0;  ///< number of defects of the sensor
-    std::vector<std::string>
-        missed;  ///< defects of which less than nine tenths of the rows were found, one line each
-    std::vector<std::string>
-        false_finds;  ///< found runs with a row further than 24 from any defect of the column
+    /// Defects of which less than nine tenths of the rows were found, one line each.
+    std::vector<std::string> missed;
+    /// Found runs with a row further than 24 from any defect of the column.
+    std::vector<std::string> false_finds;
     std::vector<std::string> doubtful;
     double stripes = 0;  ///< standard deviation of the columns of a corrected exposure at ISO 2500 that was
                          ///< not used in the calibration

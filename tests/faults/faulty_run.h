@@ -71,8 +71,8 @@ struct FaultyOutcome {
     support::Outcome outcome;
     int injected = 0;              ///< number of faults
     bool printing_failed = false;  ///< whether standard output was hit
-    bool part_abandoned =
-        false;  ///< whether it could not remove its part file, or was told that another run holds it
+    /// Whether it could not remove its part file, or was told that another run holds it.
+    bool part_abandoned = false;
 };
 
 FaultyOutcome RunWithFaults(const Command& command, const Plan& plan);

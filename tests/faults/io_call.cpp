@@ -138,8 +138,8 @@ std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const supp
 void FinishHalf(support::TracedProgram& program, const IoCall& call) {
     const auto& arguments = call.call.arguments;
     if (!IsVector(call.call)) {
-        program.FinishCallWith(
-            2, (arguments[2] + 1) / 2);  // at least one byte, because zero bytes mean the end of the file
+        // At least one byte, because zero bytes mean the end of the file.
+        program.FinishCallWith(2, (arguments[2] + 1) / 2);
         return;
     }
     // Shortens the last piece during the call and leaves the others unchanged.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// JPEGs with different segments from the camera's, or in another order. The first APP1 marker counts wherever
-// it is: such files are read correctly or refused, but never misread.
+// JPEGs whose segments differ from the camera's in kind or order. The first APP1 marker counts wherever it
+// is: such files are read correctly or refused, but never misread.
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -14,8 +14,8 @@ struct FileSystem {
     std::string type;     ///< for mount(2)
     std::string options;  ///< for mount(2)
     std::vector<std::string> make;
-    std::vector<std::string>
-        check;  ///< repairs without questions; empty: the file system repairs itself when mounted
+    /// Repairs without questions; empty: the file system repairs itself when mounted.
+    std::vector<std::string> check;
     std::uint64_t size = 0;  ///< of the disk, in bytes
 };
 

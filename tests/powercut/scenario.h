@@ -21,8 +21,8 @@ struct Scenario {
     std::vector<File> inputs;       ///< only read by the program
     std::vector<File> replaced;     ///< with their content before the runs
     std::vector<std::string> made;  ///< do not exist before the runs
-    std::vector<std::vector<std::string>>
-        runs;  ///< arguments of the program, whose current folder is that of the disk
+    /// Arguments of the program, whose current folder is that of the disk.
+    std::vector<std::vector<std::string>> runs;
     std::vector<std::vector<std::string>> again = {};  ///< runs after the power cut, which repair its effects
     bool is_quick = false;                             ///< fast enough to examine any number of times
 };

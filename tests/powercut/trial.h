@@ -23,8 +23,8 @@ struct Tally {
     std::map<State, std::size_t> replaced;  ///< kAbsent means that no `.old` file has the old bytes either
     std::map<State, std::size_t> made;
     std::size_t needed_check = 0;  ///< readable only after a repair by the file system's own check
-    std::size_t put_back =
-        0;  ///< replaced files whose old bytes were only in an `.old` file until the next run
+    /// Replaced files whose old bytes were only in an `.old` file until the next run.
+    std::size_t put_back = 0;
     std::map<State, std::size_t> after_further_run;  ///< of the replaced files
     std::vector<std::string> violations;
 };
