@@ -7,7 +7,7 @@
 #include <span>
 
 /// An input of the pair fuzzer starts with this mark if the pair is to be converted at full size. That takes
-/// a hundred times as long, so the mark depends on the EXIF block: inputs mutated from such a one must not
+/// a hundred times as long, so the mark depends on the EXIF block: mutations of such an input must not
 /// inherit it.
 inline std::uint16_t FullSizeMark(std::span<const std::uint8_t> block) {
     constexpr unsigned int odd_start = 0xA5A5;

@@ -138,7 +138,7 @@ class Studio {
         record.JpgFileName = "L1.JPG";
         record.RawFileName = "L1.RAW";
         if (const int error = record.LoadJPGExif(); error != 0) {
-            Require(error == kExifDamaged, "a JPEG that is there can only be damaged");
+            Require(error == kExifDamaged, "an existing JPEG can only be damaged");
             return false;
         }
         record.Width = raw_layout::kImageWidth;
@@ -167,7 +167,7 @@ class Studio {
         const auto raw = dng.Strip(dng.raw_ifd());
         const auto raw_bytes =
             static_cast<std::size_t>(raw_layout::kImageWidth * height) * sizeof(std::uint16_t);
-        Require(raw.size() == raw_bytes, "the raw strip has its size");
+        Require(raw.size() == raw_bytes, "the raw strip has the right size");
         Require(settings.sensor_fix || SameBytes(raw, std::span(image_bytes_).first(raw_bytes)),
                 "without corrections the pixels are those of the sensor");
         Require(!settings.preview || SameBytes(dng.Strip(dng.ifd0()), preview_),

@@ -40,7 +40,7 @@ std::vector<std::uint8_t> PreviewOf(const Scene& scene);
 /// not follow such changes.
 CameraDngFile CameraDng(const Shot& shot, std::vector<std::uint8_t> preview, std::vector<std::uint8_t> raw);
 
-/// The bytes of the file; kCameraDngBytes of them if it is as CameraDng returned it. A SubIFDs or ExifIFD
+/// The bytes of the file, kCameraDngBytes if it is unchanged since CameraDng. A SubIFDs or ExifIFD
 /// entry without a raw field is set to the offset of its IFD, also after entries were added or removed. A
 /// preview that is too long is cut where the raw strips begin. Empty if IFDs and values do not fit before
 /// kDngPreviewOffset.

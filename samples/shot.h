@@ -44,8 +44,8 @@ struct Shot {
     std::uint16_t white_balance_setting = 0;
     std::uint8_t lens_code = 33;      ///< 6 bits; 0: no coded lens
     std::uint8_t frame_selector = 3;  ///< 2 bits; 1: 28/90, 2: 24/35, 3: 50/75 mm frame lines
-    SRational external_light = {
-        49152, 65536};  ///< 0x0311; the numerator minus that of 0x0312, plus 285082, gives f/5.6
+    /// 0x0311; its numerator minus that of 0x0312, plus 285082, gives f/5.6.
+    SRational external_light = {49152, 65536};
     SRational measured_light = {-32768, 65536};  ///< 0x0312
     Rational approximate_f_number = {367002, 65536};
     std::int32_t temperature = 27;

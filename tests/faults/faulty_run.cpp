@@ -42,8 +42,7 @@ IoRun::IoRun(const Command& command)
       on_fat_(command.on_fat),
       renumbers_(command.renumbers) {}
 
-/// Executes the call and falsifies its answer, if it is one whose answer is to be changed; else returns
-/// false.
+/// Executes the call and falsifies its answer if the run asks for that; otherwise returns false.
 bool IoRun::Falsifies(const support::SystemCall& call) {
     if (on_fat_ && call.number == SYS_statfs) {
         ClaimFat(program_, call);

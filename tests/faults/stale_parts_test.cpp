@@ -30,8 +30,8 @@ class StaleParts : public testing::Test {
         }
     }
 
-    /// The remaining files after a run finds a part file next to the DNG of another picture that has the same
-    /// size and is `older`.
+    /// Runs the program in a folder with a part file and the DNG of another picture, which has the same size
+    /// and is `older`. Returns the files that remain.
     static Names LeftOf(bool on_fat, std::chrono::seconds older) {
         const Stage stage(Repair());
         const std::string dng = stage.Path("out/other.DNG");

@@ -187,8 +187,8 @@ TEST_F(LongDatabase, MoreDefectsThanPixelsAreRefusedForEachPicture) {
     EXPECT_TRUE(std::filesystem::exists(camera_.card / "B.DNG"));
 }
 
-/// A text in another encoding, or one that a failing disk filled with zeros, is read up to its first zero;
-/// the rest is not overwritten.
+/// A text in another encoding, or one that a failing disk filled with zeros, is read up to its first zero
+/// and never overwritten.
 TEST_F(LongDatabase, TextEndsAtANulAndIsNotReplaced) {
     using namespace std::string_literals;
     const std::string camera = end_to_end::Section() + end_to_end::Lines({124, 0, 124, 5000});
