@@ -38,8 +38,8 @@ struct DarkLevels {
     /// The values for the database: relative to the darkest sound column, none negative.
     std::vector<float> above_darkest;
 
-    /// What remains of the dark level after the levels are subtracted, in raw units at the base ISO: the value
-    /// for -b together with -s.
+    /// What remains of the dark level after the levels are subtracted, in raw units at the base ISO: the
+    /// value for -b together with -s.
     long BlackAfterCorrection() const;
 };
 

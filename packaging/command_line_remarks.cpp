@@ -222,15 +222,10 @@ std::string FolderOf(std::string_view path) {
     return folder.empty() ? "." : folder.string();
 }
 
-<<<<<<< HEAD
-/// One remark on all words that belong to no option, because they may be all files of a card. `quoted` is the
-/// text that the first word may be a part of.
+/// One remark on all words that belong to no option, because they may be all the files of a card. `quoted` is
+/// the text that the first word may be a part of.
 std::string RemarkOnWords(std::span<const std::string_view> words, std::span<const Argument> arguments,
                           const std::string& quoted) {
-=======
-/// One remark on all words that belong to no option, because they may be all the files of a card.
-std::string RemarkOnWords(std::span<const std::string_view> words, std::span<const Argument> arguments) {
->>>>>>> fd30b86 (Comments and the faults that quote them, after a last reading)
     if (words.empty()) {
         return "";
     }
