@@ -9,6 +9,9 @@
 #include <type_traits>
 #include <vector>
 
+/// Which byte of a number stands first in a file: the lowest or the highest.
+enum class ByteOrder : std::uint8_t { kLittleEndian, kBigEndian };
+
 /// All conversions between integers and the bytes of a file.
 /// Shifts only, so the host's byte order never matters.
 namespace byte_order {
@@ -32,6 +35,12 @@ constexpr T GetBig(std::span<const std::uint8_t> bytes) {
         value = value << 8U | bytes[i];
     }
     return static_cast<T>(value);
+}
+
+/// The same in the order of the file.
+template <std::unsigned_integral T>
+constexpr T Get(std::span<const std::uint8_t> bytes, ByteOrder order) {
+    return order == ByteOrder::kLittleEndian ? GetLittle<T>(bytes) : GetBig<T>(bytes);
 }
 
 /// Writes the bytes of `value` to the start of `bytes`, low byte first; negative values in two's complement.

@@ -8,6 +8,12 @@
 
 #include "base/byte_order.h"
 
+/// Whether all of the `count` bytes at `offset` are among the first `size` ones. No sum is formed that could
+/// wrap.
+constexpr bool IsInRange(std::uint64_t offset, std::uint64_t count, std::uint64_t size) {
+    return offset <= size && count <= size - offset;
+}
+
 /// Bytes of a file that is not trusted, with the one range test that every access goes through. Does not own.
 /// Offsets and sizes are 64 bits wide: a sum of values read from a file cannot wrap.
 class ByteView {
@@ -19,7 +25,7 @@ class ByteView {
 
     /// Whether `count` bytes stand at `offset`.
     constexpr bool Holds(std::uint64_t offset, std::uint64_t count) const {
-        return offset <= size() && count <= size() - offset;
+        return IsInRange(offset, count, size());
     }
 
     /// The `count` bytes at `offset`; empty when they are not all there.
@@ -31,12 +37,8 @@ class ByteView {
 
     /// The unsigned integer at `offset` in the given byte order; 0 when it is not all there.
     template <std::unsigned_integral T>
-    constexpr T Get(std::uint64_t offset, bool little_endian) const {
-        if (!Holds(offset, sizeof(T))) {
-            return 0;
-        }
-        const auto bytes = Bytes(offset, sizeof(T));
-        return little_endian ? byte_order::GetLittle<T>(bytes) : byte_order::GetBig<T>(bytes);
+    constexpr T Get(std::uint64_t offset, ByteOrder order) const {
+        return Holds(offset, sizeof(T)) ? byte_order::Get<T>(Bytes(offset, sizeof(T)), order) : T{0};
     }
 
   private:

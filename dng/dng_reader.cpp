@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Reading of IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag maps of the writer.
-#include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdint>
 #include <fstream>
@@ -9,7 +7,9 @@
 #include <vector>
 
 #include "base/byte_order.h"
+#include "base/byte_view.h"
 #include "dng/dnglib.h"
+#include "tiff/entry.h"
 #include "tiff/types.h"
 
 namespace {
@@ -32,8 +32,7 @@ class BoundedFile {
     /// asked for than the file has: overlapping values would make memory of nothing.
     std::vector<std::uint8_t> Read(std::uint64_t position, std::uint64_t count) {
         std::vector<std::uint8_t> bytes;
-        if (!file_ || position > size_ || count > size_ - position ||
-            count > size_ - std::min(size_, taken_)) {
+        if (!file_ || !IsInRange(position, count, size_) || !IsInRange(taken_, count, size_)) {
             file_.setstate(std::ios::failbit);
             return bytes;
         }
@@ -42,6 +41,22 @@ class BoundedFile {
         file_.seekg(static_cast<std::streamoff>(position));
         file_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
         return bytes;
+    }
+
+    /// The entry at `position`; an empty one when the stream fails.
+    tiff::Entry ReadEntry(std::uint64_t position) {
+        const auto bytes = Read(position, tiff::kEntrySize);
+        return tiff::ReadEntry({ByteView(bytes)}, 0).value_or(tiff::Entry());
+    }
+
+    /// The value of `entry`, whose offset counts from the first byte of the file.
+    std::vector<std::uint8_t> ReadValue(const tiff::Entry& entry) {
+        const std::uint64_t size = entry.ValueSize();
+        if (!tiff::StandsInEntry(size)) {
+            return Read(entry.Offset(), size);
+        }
+        const tiff::ValueBytes value(entry, static_cast<std::size_t>(size));
+        return {value.get().begin(), value.get().end()};
     }
 
   private:
@@ -65,35 +80,26 @@ std::vector<T> Parse(const unsigned char* data, unsigned int n) {
 
 int DNGlib::GetIFDs(std::ifstream* file, IFD* tags) {
     BoundedFile bounded(*file, directory_bytes_);
-    auto position = static_cast<std::uint64_t>(std::streamoff(file->tellg()));
-    const auto count_bytes = bounded.Read(position, tiff::kCountSize);
+    const auto ifd = static_cast<std::uint64_t>(std::streamoff(file->tellg()));
+    const auto count_bytes = bounded.Read(ifd, tiff::kCountSize);
     const unsigned int count = *file ? byte_order::GetLittle<std::uint16_t>(count_bytes) : 0;
-    position += tiff::kCountSize;
 
-    for (unsigned int i = 0; i < count && *file; ++i, position += tiff::kEntrySize) {
-        const auto entry = bounded.Read(position, tiff::kEntrySize);
+    unsigned int read = 0;
+    for (; read < count && *file; ++read) {
+        const tiff::Entry entry = bounded.ReadEntry(tiff::EntryPosition(ifd, read));
         if (!*file) {
             break;
         }
-        const std::span<const std::uint8_t> bytes(entry);
-        const auto type = byte_order::GetLittle<std::uint16_t>(bytes.subspan(tiff::kTypeInEntry));
-        const std::uint64_t element = tiff::ElementSize(type);
-        const std::uint64_t length =
-            element * byte_order::GetLittle<std::uint32_t>(bytes.subspan(tiff::kCountInEntry));
-        const auto field = bytes.subspan(tiff::kValueInEntry);
-        const auto value =
-            length <= tiff::kValueFieldSize
-                ? std::vector<std::uint8_t>(field.begin(), field.begin() + static_cast<int>(length))
-                : bounded.Read(byte_order::GetLittle<std::uint32_t>(field), length);
-        if (*file && element != 0) {
-            AddIFDTag(tags, byte_order::GetLittle<std::uint16_t>(bytes), value.data(), type,
-                      static_cast<unsigned int>(value.size()));
+        const auto value = bounded.ReadValue(entry);
+        if (*file && tiff::ElementSize(entry.type) != 0) {
+            AddIFDTag(tags, entry.tag, value.data(), entry.type, static_cast<unsigned int>(value.size()));
         }
     }
+    const std::uint64_t end = tiff::EntryPosition(ifd, read);
     if (*file) {
-        file->seekg(static_cast<std::streamoff>(position));
+        file->seekg(static_cast<std::streamoff>(end));
     }
-    return static_cast<int>(position);
+    return static_cast<int>(end);
 }
 
 std::vector<unsigned int> DNGlib::ParseLong(const unsigned char* data, unsigned int n) {

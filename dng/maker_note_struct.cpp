@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <concepts>
+#include <optional>
 
 #include "exif/maker_note.h"
-#include "tiff/types.h"
+#include "tiff/entry.h"
 
 namespace {
 
@@ -16,34 +18,33 @@ struct Offset {
     std::uint32_t value = 0;
 };
 
-/// Steps from entry to entry and reads what stands in the value fields, whatever tag and type say.
+/// Steps from entry to entry and takes what stands in the value fields, whatever tag, type and count say.
 class EntryWalk {
   public:
-    explicit EntryWalk(ByteView note) : note_(note) {}
+    explicit EntryWalk(ByteView note) : note_{note} {}
 
-    std::uint16_t EntryCount() const { return Get<std::uint16_t>(maker_note::kHeaderSize); }
+    std::uint16_t EntryCount() const { return note_.Get<std::uint16_t>(maker_note::kHeaderSize); }
 
+    /// The number in the next value field; 0 when the note ends before the entry does.
     template <std::unsigned_integral T>
     T Next() {
-        const T value = Get<T>(field_);
-        field_ += tiff::kEntrySize;
-        return value;
+        const auto entry = NextEntry();
+        return entry ? entry->First<T>() : T{0};
     }
 
     /// The next value field as an offset.
     Offset NextOffset() {
-        const bool is_there = note_.Holds(field_, sizeof(std::uint32_t));
-        return {is_there, Next<std::uint32_t>()};
+        const auto entry = NextEntry();
+        return entry ? Offset{true, entry->Offset()} : Offset{};
     }
 
   private:
-    template <std::unsigned_integral T>
-    T Get(std::uint64_t offset) const {
-        return note_.Get<T>(offset, true);
+    std::optional<tiff::Entry> NextEntry() {
+        return tiff::ReadEntry(note_, tiff::EntryPosition(maker_note::kHeaderSize, index_++));
     }
 
-    ByteView note_;
-    std::uint64_t field_ = maker_note::kHeaderSize + tiff::kCountSize + tiff::kValueInEntry;
+    tiff::Block note_;
+    std::uint64_t index_ = 0;
 };
 
 using Offsets = std::array<Offset, 3>;
@@ -53,21 +54,21 @@ using Offsets = std::array<Offset, 3>;
 /// first byte count from it.
 std::uint64_t BaseOf(const Offsets& offsets) {
     constexpr std::uint64_t entries = 15;  // of the camera's, whatever the count says
-    constexpr std::uint64_t table_end =
-        maker_note::kHeaderSize + tiff::kCountSize + entries * tiff::kEntrySize + tiff::kLinkSize;
+    constexpr std::uint64_t table_end = maker_note::kHeaderSize + tiff::IFDSize(entries);
     const bool all_after_table = std::ranges::all_of(
         offsets, [](const Offset& offset) { return offset.is_there && offset.value >= table_end; });
     return all_after_table ? 0 : maker_note::kHeaderSize;
 }
 
-/// The two SLONGs at `offset` from `base`; both are 0 without an offset.
+/// The two SLONGs at `offset` from `base`, each 0 when it is not all in the note; both are 0 without an
+/// offset.
 std::vector<std::int32_t> PairAt(ByteView note, std::uint64_t base, Offset offset) {
     if (!offset.is_there) {
         return std::vector<std::int32_t>(2);
     }
     const std::uint64_t position = base + offset.value;
     const auto half = [&](std::uint64_t at) {
-        return std::bit_cast<std::int32_t>(note.Get<std::uint32_t>(at, true));
+        return std::bit_cast<std::int32_t>(note.Get<std::uint32_t>(at, ByteOrder::kLittleEndian));
     };
     return {half(position), half(position + sizeof(std::int32_t))};
 }

@@ -15,6 +15,7 @@
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
 #include "exif/ifd_entry.h"
+#include "tiff/entry.h"
 #include "tiff/rational.h"
 #include "tiff/tags.h"
 #include "tiff/types.h"
@@ -41,7 +42,7 @@ class ValueBudget {
     explicit ValueBudget(std::uint64_t file_size) : left_(file_size) {}
 
     /// The bytes; none when they are too many.
-    std::span<const std::uint8_t> Take(const EntryBytes& value) {
+    std::span<const std::uint8_t> Take(const tiff::ValueBytes& value) {
         const auto bytes = value.get();
         if (bytes.size() > left_) {
             return {};
@@ -198,30 +199,28 @@ void StoreExifEntry(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
 }
 
 /// Whether the IFD at `offset` lies in the block with its count, its entries and its link.
-bool HoldsIFD(const TiffBlock& block, std::uint64_t offset) {
-    constexpr std::uint64_t count_and_link = tiff::kCountSize + tiff::kLinkSize;
-    return block.buf.Holds(offset, count_and_link + std::uint64_t{parse16(block, offset)} * tiff::kEntrySize);
+bool HoldsIFD(const tiff::Block& block, std::uint64_t offset) {
+    return block.bytes.Holds(offset, tiff::IFDSize(block.Get<std::uint16_t>(offset)));
 }
 
 /// Calls `store` with each entry of the IFD at `offset`, in order. The IFD lies in the block.
 template <typename Store>
-void ForEachEntry(const TiffBlock& block, std::uint64_t offset, Store store) {
-    const std::uint16_t count = parse16(block, offset);
-    offset += tiff::kCountSize;
-    for (std::uint16_t i = 0; i < count; ++i, offset += tiff::kEntrySize) {
-        store(parseIFEntry(block, offset));
+void ForEachEntry(const tiff::Block& block, std::uint64_t offset, Store store) {
+    const auto count = block.Get<std::uint16_t>(offset);
+    for (std::uint16_t i = 0; i < count; ++i) {
+        store(parseIFEntry(block, tiff::EntryPosition(offset, i)));
     }
 }
 
 constexpr std::uint64_t kByteOrderMarkSize = 2;  // bytes
 
 /// Reads the byte order mark of `block`, whose header lies in the buffer. Returns 0 or the parser's code.
-int ReadByteOrder(TiffBlock& block) {
-    const auto mark = block.buf.Bytes(block.base, kByteOrderMarkSize);
+int ReadByteOrder(tiff::Block& block) {
+    const auto mark = block.bytes.Bytes(block.base, kByteOrderMarkSize);
     if (mark[0] != mark[1] || (mark[0] != 'I' && mark[0] != 'M')) {
         return EXIFInfo::kUnknownByteOrder;
     }
-    block.little_endian = mark[0] == 'I';
+    block.order = mark[0] == 'I' ? ByteOrder::kLittleEndian : ByteOrder::kBigEndian;
     return 0;
 }
 
@@ -246,7 +245,7 @@ int EXIFInfo::parseFrom(const unsigned char* buf, unsigned int len) {
     if (!view.Holds(segment, kSegmentLengthSize)) {
         return kNoExif;
     }
-    const auto segment_length = view.Get<std::uint16_t>(segment, false);
+    const auto segment_length = view.Get<std::uint16_t>(segment, ByteOrder::kBigEndian);
     if (segment_length < kShortestSegment || !view.Holds(segment, segment_length)) {
         return kCorruptExif;
     }
@@ -271,18 +270,18 @@ int EXIFInfo::parseFromEXIFSegment(const unsigned char* buf, unsigned int len) {
     if (!std::equal(kExifHeader.begin(), kExifHeader.end(), bytes.begin())) {
         return kNoExif;
     }
-    TiffBlock block{ByteView(bytes), kExifHeader.size()};
-    if (!block.buf.Holds(block.base, tiff::kHeaderSize)) {
+    tiff::Block block = {ByteView(bytes), kExifHeader.size()};
+    if (!block.bytes.Holds(block.base, tiff::kHeaderSize)) {
         return kCorruptExif;
     }
     if (const int error = ReadByteOrder(block); error != 0) {
         return error;
     }
-    LittleEndian = block.little_endian;
+    LittleEndian = block.order == ByteOrder::kLittleEndian;
 
     const std::uint64_t magic = block.base + kByteOrderMarkSize;
-    const std::uint64_t ifd0 = block.base + parse32(block, magic + sizeof(tiff::kMagic));
-    if (parse16(block, magic) != tiff::kMagic || !HoldsIFD(block, ifd0)) {
+    const std::uint64_t ifd0 = block.base + block.Get<std::uint32_t>(magic + sizeof(tiff::kMagic));
+    if (block.Get<std::uint16_t>(magic) != tiff::kMagic || !HoldsIFD(block, ifd0)) {
         return kCorruptExif;
     }
     ValueBudget budget(len);
@@ -295,7 +294,7 @@ int EXIFInfo::parseFromEXIFSegment(const unsigned char* buf, unsigned int len) {
     });
 
     // An EXIF IFD whose link would already lie outside counts as none.
-    if (!block.buf.Holds(exif_ifd, tiff::kLinkSize)) {
+    if (!block.bytes.Holds(exif_ifd, tiff::kLinkSize)) {
         return 0;
     }
     if (!HoldsIFD(block, exif_ifd)) {

@@ -10,6 +10,7 @@
 #include "base/byte_order.h"
 #include "base/byte_view.h"
 #include "exif/exif_info.h"
+#include "tiff/entry.h"
 #include "tiff/types.h"
 
 namespace {
@@ -25,49 +26,30 @@ constexpr std::uint16_t kBlueLevelTag = 0x0324;
 
 constexpr int kLensCodeLength = 6;
 
-/// One entry whose value lies inside the note.
-struct IFDTag {
-    std::uint16_t tag = 0;
-    std::span<const std::uint8_t> value;
-};
-
-/// Walks the note's entries in order.
+/// Reads the note's entries, in order. Offsets count from the end of the header.
 class NoteReader {
   public:
-    explicit NoteReader(ByteView note) : note_(note) {}
+    explicit NoteReader(ByteView note) : block_{note, maker_note::kHeaderSize} {}
 
-    /// The number of entries, without those that lie outside the note.
-    std::uint64_t EntryCount() const {
-        const std::uint64_t room = note_.size() - std::min(note_.size(), kFirstEntry);
-        return std::min<std::uint64_t>(Get<std::uint16_t>(maker_note::kHeaderSize), room / tiff::kEntrySize);
+    /// The number of entries, as the note states it.
+    std::uint64_t EntryCount() const { return block_.Get<std::uint16_t>(maker_note::kHeaderSize); }
+
+    /// Entry `index`; nothing when it does not lie in the note.
+    std::optional<tiff::Entry> Entry(std::uint64_t index) const {
+        return tiff::ReadEntry(block_, tiff::EntryPosition(maker_note::kHeaderSize, index));
     }
 
-    /// Entry `index`, which lies in the note; nothing when its value does not.
-    std::optional<IFDTag> Read(std::uint64_t index) {
-        const std::uint64_t entry = kFirstEntry + index * tiff::kEntrySize;
+    /// The value of the next entry; nothing when it does not lie in the note.
+    std::optional<tiff::ValueBytes> Value(const tiff::Entry& entry) {
         // Only the low byte of the type counts. An unknown type keeps the size of the entry before it.
-        const auto type = static_cast<std::uint8_t>(Get<std::uint16_t>(entry + tiff::kTypeInEntry));
+        const auto type = static_cast<std::uint8_t>(entry.type);
         if (const std::uint32_t unit = UnitSize(type); unit != 0) {
-            value_size_ = std::uint64_t{Get<std::uint32_t>(entry + tiff::kCountInEntry)} * unit;
+            value_size_ = std::uint64_t{entry.count} * unit;
         }
-        std::uint64_t position = entry + tiff::kValueInEntry;
-        if (value_size_ > tiff::kValueFieldSize) {
-            position = std::uint64_t{Get<std::uint32_t>(position)} + maker_note::kHeaderSize;
-        }
-        if (!note_.Holds(position, value_size_)) {
-            return std::nullopt;
-        }
-        return IFDTag{Get<std::uint16_t>(entry), note_.Bytes(position, value_size_)};
+        return tiff::ReadValue(block_, entry, value_size_);
     }
 
   private:
-    static constexpr std::uint64_t kFirstEntry = maker_note::kHeaderSize + tiff::kCountSize;
-
-    template <std::unsigned_integral T>
-    T Get(std::uint64_t offset) const {
-        return note_.Get<T>(offset, true);
-    }
-
     /// Bytes a value of `type`; 0 for a type that the note does not know, UNDEFINED among them.
     static constexpr std::uint32_t UnitSize(std::uint8_t type) {
         switch (type) {
@@ -82,7 +64,7 @@ class NoteReader {
         }
     }
 
-    ByteView note_;
+    tiff::Block block_;
     std::uint64_t value_size_ = 0;
 };
 
@@ -109,33 +91,33 @@ void StoreLens(std::uint8_t lens_byte, EXIFInfo& exif) {
     exif.LensCodeBits = maker_note::LensCodeText(exif.LensCode);
 }
 
-void Store(const IFDTag& entry, EXIFInfo& exif) {
-    switch (entry.tag) {
+void Store(std::uint16_t tag, std::span<const std::uint8_t> value, EXIFInfo& exif) {
+    switch (tag) {
         case kSerialNumberTag:
-            exif.SerialNumber = Long(entry.value, 0);
+            exif.SerialNumber = Long(value, 0);
             break;
         case kLensTag:
-            StoreLens(static_cast<std::uint8_t>(Long(entry.value, 0)), exif);
+            StoreLens(static_cast<std::uint8_t>(Long(value, 0)), exif);
             break;
         case kExternalBrightnessTag:
-            exif.Mn0311 = ToRational(entry.value);
+            exif.Mn0311 = ToRational(value);
             break;
         case kMeasuredLightTag:
-            exif.Mn0312 = ToRational(entry.value);
+            exif.Mn0312 = ToRational(value);
             break;
         case kApproximateFNumberTag:
-            exif.Mn0313 = ToRational(entry.value);
+            exif.Mn0313 = ToRational(value);
             break;
         case kRedLevelTag:
-            exif.Mn0322 = ToRational(entry.value);
+            exif.Mn0322 = ToRational(value);
             exif.Mn0322Ratio = Ratio(exif.Mn0322);
             break;
         case kGreenLevelTag:
-            exif.Mn0323 = ToRational(entry.value);
+            exif.Mn0323 = ToRational(value);
             exif.Mn0323Ratio = Ratio(exif.Mn0323);
             break;
         case kBlueLevelTag:
-            exif.Mn0324 = ToRational(entry.value);
+            exif.Mn0324 = ToRational(value);
             exif.Mn0324Ratio = Ratio(exif.Mn0324);
             break;
         default:
@@ -157,8 +139,12 @@ int EXIFInfo::ParseMakerNote() {
     NoteReader reader{ByteView(MakerNote)};
     const std::uint64_t count = reader.EntryCount();
     for (std::uint64_t i = 0; i < count; ++i) {
-        if (const auto entry = reader.Read(i)) {
-            Store(*entry, *this);
+        const auto entry = reader.Entry(i);
+        if (!entry) {
+            break;
+        }
+        if (const auto value = reader.Value(*entry)) {
+            Store(entry->tag, value->get(), *this);
         }
     }
     return 0;

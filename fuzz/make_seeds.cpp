@@ -69,7 +69,7 @@ samples::Shot FastShot() {
 }
 
 samples::ExifBlock BigEndian(samples::ExifBlock block) {
-    block.order = samples::ByteOrder::kBig;
+    block.order = ByteOrder::kBigEndian;
     return block;
 }
 

@@ -78,7 +78,7 @@ void ReadByPosition(Bytes note) {
     Require(values.entry_count == Plain(note, 8, 2), "the count is taken from the note");
     Require(values.user_profile == Plain(note, Field(0), 4), "entry 0 is the user profile");
     Require(values.serial_number == Plain(note, Field(1), 4), "entry 1 is the serial number");
-    Require(values.white_balance == Plain(note, Field(2), 2), "entry 2 is the white balance");
+    Require(values.white_balance == (Plain(note, Field(2), 4) & 0xFFFFU), "entry 2 is the white balance");
     Require(values.lens == Plain(note, Field(3), 4), "entry 3 is the lens");
     Require(values.LensCode() == (values.lens & 0xFFU) >> 2U, "the lens code is six bits of the lens");
     RequirePair(note, 4, values.external_brightness_offset, values.external_brightness);

@@ -150,9 +150,9 @@ std::vector<std::uint8_t> Head(const CameraDngFile& file) {
 
     std::vector<std::uint8_t> head = {'I', 'I', tiff::kMagic, 0, kDngIfd0Offset, 0, 0, 0};
     std::vector<std::uint8_t> values;
-    AppendIfd(ifd0, ByteOrder::kLittle, values_offset, 0, head, values);
-    AppendIfd(file.raw_ifd, ByteOrder::kLittle, values_offset, 0, head, values);
-    AppendIfd(file.exif, ByteOrder::kLittle, values_offset, 0, head, values);
+    AppendIfd(ifd0, ByteOrder::kLittleEndian, values_offset, 0, head, values);
+    AppendIfd(file.raw_ifd, ByteOrder::kLittleEndian, values_offset, 0, head, values);
+    AppendIfd(file.exif, ByteOrder::kLittleEndian, values_offset, 0, head, values);
     Append(head, values);
     return head;
 }

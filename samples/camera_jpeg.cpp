@@ -106,7 +106,7 @@ const std::vector<std::uint8_t>& TinyJpeg() {
 std::vector<std::uint8_t> CameraJpeg(std::span<const std::uint8_t> exif, std::span<const std::uint8_t> jpeg) {
     constexpr std::size_t kMarkerSize = 2;
     std::vector<std::uint8_t> bytes = {0xFF, 0xD8, 0xFF, 0xE1};
-    AppendNumber(bytes, ByteOrder::kBig, static_cast<std::uint32_t>(exif.size() + 2), 2);
+    AppendNumber(bytes, ByteOrder::kBigEndian, static_cast<std::uint32_t>(exif.size() + 2), 2);
     bytes.insert(bytes.end(), exif.begin(), exif.end());
     const auto rest = jpeg.subspan(std::min(jpeg.size(), kMarkerSize));
     bytes.insert(bytes.end(), rest.begin(), rest.end());

@@ -13,7 +13,7 @@ constexpr std::uint16_t kThumbnailOffset = 0x0201;
 using TwoBytes = std::array<std::uint8_t, 2>;
 
 TwoBytes MarkOf(ByteOrder order) {
-    return order == ByteOrder::kLittle ? TwoBytes{'I', 'I'} : TwoBytes{'M', 'M'};
+    return order == ByteOrder::kLittleEndian ? TwoBytes{'I', 'I'} : TwoBytes{'M', 'M'};
 }
 
 /// IFD and values; the first byte has the offset `offset` in the file. `next_ifd` is the link to the next

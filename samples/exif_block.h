@@ -16,7 +16,7 @@ constexpr std::uint32_t kExifHeaderSize = 6;  ///< "Exif" and two NULs, before t
 /// The payload of an APP1 segment (Exif 2.3, section 4.5): the Exif header, a TIFF header, IFD0, the EXIF IFD
 /// and, for a thumbnail, IFD1.
 struct ExifBlock {
-    ByteOrder order = ByteOrder::kLittle;
+    ByteOrder order = ByteOrder::kLittleEndian;
     std::vector<Entry> ifd0 = {};  ///< in file order; the ExifIFD entry is added when the block is serialised
     std::vector<Entry> exif = {};  ///< in file order
     bool with_exif_ifd = true;

@@ -50,7 +50,7 @@ std::vector<std::uint8_t> MakerNote(const std::vector<Entry>& entries, NoteLayou
     const std::uint32_t values_begin = table_end + (layout.gap ? kGapSize : 0);
     std::vector<std::uint8_t> bytes = {'L', 'E', 'I', 'C', 'A', 0, 0, 0};
     std::vector<std::uint8_t> values;
-    AppendIfd(entries, ByteOrder::kLittle, values_begin - layout.base, 0, bytes, values);
+    AppendIfd(entries, ByteOrder::kLittleEndian, values_begin - layout.base, 0, bytes, values);
     bytes.resize(values_begin);
     bytes.insert(bytes.end(), values.begin(), values.end());
     bytes.resize(table_end + values.size() + kGapSize);

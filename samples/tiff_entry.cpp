@@ -50,7 +50,7 @@ Entry OfPairs(std::uint16_t tag, std::uint16_t type, const std::vector<Pair>& pa
 
 std::vector<std::uint8_t> InOrder(const Entry& entry, ByteOrder order) {
     std::vector<std::uint8_t> bytes = entry.value;
-    if (order == ByteOrder::kBig && entry.unit > 1) {
+    if (order == ByteOrder::kBigEndian && entry.unit > 1) {
         for (std::size_t i = 0; i + entry.unit <= bytes.size(); i += entry.unit) {
             const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(i);
             std::reverse(first, first + static_cast<std::ptrdiff_t>(entry.unit));
@@ -181,7 +181,7 @@ void AppendIfd(const std::vector<Entry>& entries, ByteOrder order, std::uint32_t
 
 void AppendNumber(std::vector<std::uint8_t>& out, ByteOrder order, std::uint32_t value, std::uint32_t bytes) {
     for (std::uint32_t i = 0; i < bytes; ++i) {
-        const std::uint32_t place = order == ByteOrder::kLittle ? i : bytes - 1 - i;
+        const std::uint32_t place = order == ByteOrder::kLittleEndian ? i : bytes - 1 - i;
         out.push_back(static_cast<std::uint8_t>(value >> (8U * place) & 0xFFU));
     }
 }

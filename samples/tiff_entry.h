@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "base/byte_order.h"
+
 /// Files as the camera writes them, with every field open to change, for tests, benchmarks and
 /// demonstrations.
 namespace samples {
-
-enum class ByteOrder : std::uint8_t { kLittle, kBig };
 
 struct Rational {
     std::uint32_t numerator = 0;

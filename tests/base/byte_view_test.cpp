@@ -50,17 +50,17 @@ TEST(ByteView, BytesBeginAtTheOffset) {
 
 TEST(ByteView, GetReadsInEitherByteOrder) {
     const ByteView view(kBytes);
-    EXPECT_EQ(view.Get<std::uint16_t>(1, true), 0x0302);
-    EXPECT_EQ(view.Get<std::uint16_t>(1, false), 0x0203);
-    EXPECT_EQ(view.Get<std::uint32_t>(1, true), 0x05040302U);
-    EXPECT_EQ(view.Get<std::uint32_t>(1, false), 0x02030405U);
+    EXPECT_EQ(view.Get<std::uint16_t>(1, ByteOrder::kLittleEndian), 0x0302);
+    EXPECT_EQ(view.Get<std::uint16_t>(1, ByteOrder::kBigEndian), 0x0203);
+    EXPECT_EQ(view.Get<std::uint32_t>(1, ByteOrder::kLittleEndian), 0x05040302U);
+    EXPECT_EQ(view.Get<std::uint32_t>(1, ByteOrder::kBigEndian), 0x02030405U);
 }
 
 TEST(ByteView, GetGivesZeroForANumberThatIsNotAllThere) {
     const ByteView view(kBytes);
-    EXPECT_EQ(view.Get<std::uint16_t>(4, true), 0);
-    EXPECT_EQ(view.Get<std::uint32_t>(2, false), 0U);
-    EXPECT_EQ(view.Get<std::uint8_t>(kHuge, true), 0);
+    EXPECT_EQ(view.Get<std::uint16_t>(4, ByteOrder::kLittleEndian), 0);
+    EXPECT_EQ(view.Get<std::uint32_t>(2, ByteOrder::kBigEndian), 0U);
+    EXPECT_EQ(view.Get<std::uint8_t>(kHuge, ByteOrder::kLittleEndian), 0);
 }
 
 TEST(ByteView, ANewOneIsEmpty) {

@@ -32,7 +32,7 @@ Bytes Assemble(const std::vector<expected::Tags>& ifds, const std::vector<Bytes>
     for (const auto& tags : ifds) {
         Bytes values;
         const auto values_offset = static_cast<std::uint32_t>(file.size()) + samples::TableSize(tags);
-        samples::AppendIfd(tags, samples::ByteOrder::kLittle, values_offset, 0, file, values);
+        samples::AppendIfd(tags, ByteOrder::kLittleEndian, values_offset, 0, file, values);
         Append(file, values);
     }
     for (const auto& strip : strips) {

@@ -82,7 +82,7 @@ MakerNoteStruct WithOffsets(std::array<std::uint32_t, 3> offsets) {
     Bytes bytes = samples::MakerNote(entries);
     bytes.resize(table_end);
     for (std::uint32_t position = table_end; position < 400; position += 4) {
-        samples::AppendNumber(bytes, samples::ByteOrder::kLittle, position, 4);
+        samples::AppendNumber(bytes, ByteOrder::kLittleEndian, position, 4);
     }
     return DecodeMakerNote(ByteView(bytes));
 }

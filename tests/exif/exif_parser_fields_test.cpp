@@ -14,7 +14,6 @@
 
 namespace {
 
-using samples::ByteOrder;
 using samples::Entry;
 using ByteVector = std::vector<std::uint8_t>;
 using Types = std::vector<std::uint16_t>;
@@ -96,7 +95,7 @@ template <typename Value>
 void ExpectAfter(const Field<Value>& field, const Value& before, const Entry& entry, bool in_ifd0,
                  ByteOrder order, const Value& after) {
     SCOPED_TRACE(testing::Message() << "tag " << field.tag << ", type " << entry.type << ", "
-                                    << (order == ByteOrder::kBig ? "MM" : "II"));
+                                    << (order == ByteOrder::kBigEndian ? "MM" : "II"));
     samples::ExifBlock block = {.order = order};
     (in_ifd0 ? block.ifd0 : block.exif).push_back(entry);
     EXIFInfo exif;
@@ -109,9 +108,9 @@ void ExpectAfter(const Field<Value>& field, const Value& before, const Entry& en
 /// the other IFD.
 template <typename Value>
 void ExpectRead(const Field<Value>& field, const Entry& entry, const Value& expected) {
-    ExpectAfter(field, Value{}, entry, field.in_ifd0, ByteOrder::kLittle, expected);
-    ExpectAfter(field, Value{}, entry, field.in_ifd0, ByteOrder::kBig, expected);
-    ExpectAfter(field, Value{}, entry, !field.in_ifd0, ByteOrder::kLittle, Value{});
+    ExpectAfter(field, Value{}, entry, field.in_ifd0, ByteOrder::kLittleEndian, expected);
+    ExpectAfter(field, Value{}, entry, field.in_ifd0, ByteOrder::kBigEndian, expected);
+    ExpectAfter(field, Value{}, entry, !field.in_ifd0, ByteOrder::kLittleEndian, Value{});
 }
 
 /// Expects that entries of `types` turn `before` into `after`. Their value field, 8, is also an offset where
@@ -120,7 +119,7 @@ template <typename Value>
 void ExpectFromTypes(const Field<Value>& field, const Types& types, const Value& before, const Value& after) {
     for (const std::uint16_t type : types) {
         ExpectAfter(field, before, samples::RawEntry(field.tag, type, 1, 8), field.in_ifd0,
-                    ByteOrder::kLittle, after);
+                    ByteOrder::kLittleEndian, after);
     }
 }
 
@@ -199,7 +198,7 @@ TEST(ExifFields, TheExposureBiasIsReadInThirdsAsASignedValue) {
 
 TEST(ExifFields, AnExposureBiasOfAnyOtherTypeLeavesTheFieldCleared) {
     ExpectUnchangedByTypesBut({5}, kExposureBias, SRational{0, 1});
-    ExpectAfter(kExposureBias, {0, 1}, samples::SRationals(37380, {{1, 3}}), false, ByteOrder::kLittle,
+    ExpectAfter(kExposureBias, {0, 1}, samples::SRationals(37380, {{1, 3}}), false, ByteOrder::kLittleEndian,
                 {0, 1});
 }
 

@@ -191,7 +191,7 @@ TEST(ExifParser, TheByteOrderIsNotedBeforeTheMagicNumberIsTested) {
     EXIFInfo exif;
     EXPECT_EQ(ParseSegment(samples::Serialize({.magic = 43}), exif), kCorruptExif);
     EXPECT_TRUE(exif.LittleEndian);
-    EXPECT_EQ(ParseSegment(samples::Serialize({.order = samples::ByteOrder::kBig, .magic = 41}), exif),
+    EXPECT_EQ(ParseSegment(samples::Serialize({.order = ByteOrder::kBigEndian, .magic = 41}), exif),
               kCorruptExif);
     EXPECT_FALSE(exif.LittleEndian);
 }

@@ -14,7 +14,6 @@
 
 namespace {
 
-using samples::ByteOrder;
 using ByteVector = std::vector<std::uint8_t>;
 
 constexpr std::uint16_t kFNumber = 33437;
@@ -46,16 +45,17 @@ const std::array<Inline, 5> kInline = {{
 TEST(ExifValues, ShortTextsOfBigEndianFilesComeOutReversed) {
     for (const auto& [stored, little, big] : kInline) {
         const std::vector entries = {samples::AsciiUnterminated(kDateTimeOriginal, stored)};
-        EXPECT_EQ(Parsed(ByteOrder::kLittle, entries).DateTimeOriginal, little);
-        EXPECT_EQ(Parsed(ByteOrder::kBig, entries).DateTimeOriginal, big);
+        EXPECT_EQ(Parsed(ByteOrder::kLittleEndian, entries).DateTimeOriginal, little);
+        EXPECT_EQ(Parsed(ByteOrder::kBigEndian, entries).DateTimeOriginal, big);
     }
 }
 
 TEST(ExifValues, ShortUndefinedBytesAreTheLowBytesOfTheValueField) {
     for (const auto& [stored, little, big] : kInline) {
         const std::vector entries = {samples::Undefined(kExifVersion, {stored.begin(), stored.end()})};
-        EXPECT_EQ(Parsed(ByteOrder::kLittle, entries).ExifVersion, ByteVector(little.begin(), little.end()));
-        EXPECT_EQ(Parsed(ByteOrder::kBig, entries).ExifVersion, ByteVector(big.begin(), big.end()));
+        EXPECT_EQ(Parsed(ByteOrder::kLittleEndian, entries).ExifVersion,
+                  ByteVector(little.begin(), little.end()));
+        EXPECT_EQ(Parsed(ByteOrder::kBigEndian, entries).ExifVersion, ByteVector(big.begin(), big.end()));
     }
 }
 
@@ -118,10 +118,10 @@ TEST(ExifValues, ACountThatReachesOutsideOrWrapsGivesNoBytes) {
 
 TEST(ExifValues, LongOnesAreTakenWhileTogetherTheyAreNotLongerThanTheFile) {
     // The segment has 98 bytes, which all of the values name from the same place on.
-    const EXIFInfo exif =
-        Parsed(ByteOrder::kLittle, {samples::RawEntry(36867, 2, 40, 0), samples::RawEntry(36868, 2, 40, 0),
-                                    samples::RawEntry(37521, 2, 19, 0), samples::RawEntry(42016, 2, 18, 0),
-                                    samples::RawEntry(kMakerNote, 7, 5, 0)});
+    const EXIFInfo exif = Parsed(ByteOrder::kLittleEndian,
+                                 {samples::RawEntry(36867, 2, 40, 0), samples::RawEntry(36868, 2, 40, 0),
+                                  samples::RawEntry(37521, 2, 19, 0), samples::RawEntry(42016, 2, 18, 0),
+                                  samples::RawEntry(kMakerNote, 7, 5, 0)});
     EXPECT_EQ(exif.DateTimeOriginal.size(), 40U);
     EXPECT_EQ(exif.DateTimeDigitized.size(), 40U);
     EXPECT_EQ(exif.SubSecTimeOriginal, "") << "80 are taken: 19 are one too many";
@@ -130,8 +130,8 @@ TEST(ExifValues, LongOnesAreTakenWhileTogetherTheyAreNotLongerThanTheFile) {
 }
 
 TEST(ExifValues, ARationalOutsideIsZeroBeforeTheExposureRules) {
-    const EXIFInfo exif = Parsed(
-        ByteOrder::kLittle, {samples::RawEntry(33434, 5, 1, 9999), samples::RawEntry(37380, 5, 1, 9999)});
+    const EXIFInfo exif = Parsed(ByteOrder::kLittleEndian, {samples::RawEntry(33434, 5, 1, 9999),
+                                                            samples::RawEntry(37380, 5, 1, 9999)});
     EXPECT_EQ(exif.ExposureTime, (Rational{0, 0}));
     EXPECT_EQ(exif.ExposureBiasValue, (SRational{0, 3}));
 }
@@ -140,13 +140,13 @@ TEST(ExifValues, TheCountOfARationalDoesNotMatter) {
     for (const std::uint32_t count : {0U, 2U, 0xFFFFFFFFU}) {
         samples::Entry entry = samples::Rationals(kFNumber, {{28, 10}});
         entry.count = count;
-        EXPECT_EQ(Parsed(ByteOrder::kBig, {entry}).FNumber, (Rational{28, 10}));
+        EXPECT_EQ(Parsed(ByteOrder::kBigEndian, {entry}).FNumber, (Rational{28, 10}));
     }
 }
 
 TEST(ExifValues, TheMakerNoteIsLittleEndianInFilesOfEitherByteOrder) {
     const ByteVector note = samples::MakerNote({samples::Bytes(0x0303, {1, 2, 3, 4})});
-    for (const auto order : {ByteOrder::kLittle, ByteOrder::kBig}) {
+    for (const auto order : {ByteOrder::kLittleEndian, ByteOrder::kBigEndian}) {
         const EXIFInfo exif = Parsed(order, {samples::Undefined(kMakerNote, note)});
         EXPECT_EQ(exif.MakerNote, note);
         EXPECT_EQ(exif.SerialNumber, 67305985U);
@@ -155,7 +155,7 @@ TEST(ExifValues, TheMakerNoteIsLittleEndianInFilesOfEitherByteOrder) {
 
 TEST(ExifValues, EveryMakerNoteIsDecodedWhenItIsMet) {
     const EXIFInfo exif =
-        Parsed(ByteOrder::kLittle,
+        Parsed(ByteOrder::kLittleEndian,
                {samples::Undefined(kMakerNote, samples::MakerNote({samples::Long(0x0303, 3106091)})),
                 samples::Undefined(kMakerNote, samples::MakerNote({samples::Long(0x0310, 0x0D)}))});
     EXPECT_EQ(exif.SerialNumber, 3106091U);
@@ -163,7 +163,7 @@ TEST(ExifValues, EveryMakerNoteIsDecodedWhenItIsMet) {
 }
 
 TEST(ExifValues, AMakerNoteOutsideTheFileIsEmpty) {
-    const EXIFInfo exif = Parsed(ByteOrder::kLittle, {samples::RawEntry(kMakerNote, 7, 300, 0)});
+    const EXIFInfo exif = Parsed(ByteOrder::kLittleEndian, {samples::RawEntry(kMakerNote, 7, 300, 0)});
     EXPECT_TRUE(exif.MakerNote.empty());
     EXPECT_EQ(exif.SerialNumber, 0U);
 }

@@ -181,7 +181,7 @@ TEST_F(LinkedDirectories, IFDBeyondOrAcrossTheEndIsRefused) {
 /// Serialises a camera DNG whose IFDs may have any length: they follow each other from byte 8 on, before the
 /// preview and the raw image.
 Bytes SerializeLong(samples::CameraDngFile camera) {
-    constexpr auto order = samples::ByteOrder::kLittle;
+    constexpr auto order = ByteOrder::kLittleEndian;
     const auto room = [](const std::vector<samples::Entry>& entries) {
         Bytes bytes;
         Bytes values;

@@ -49,7 +49,7 @@ Bytes LooseDng(samples::CameraDngFile file) {
         bytes = {'I', 'I', tiff::kMagic, 0, tiff::kHeaderSize, 0, 0, 0};
         Bytes values;
         for (const auto* ifd : {&file.ifd0, &file.raw_ifd, &file.exif}) {
-            samples::AppendIfd(*ifd, samples::ByteOrder::kLittle, tables_end, 0, bytes, values);
+            samples::AppendIfd(*ifd, ByteOrder::kLittleEndian, tables_end, 0, bytes, values);
         }
         Append(bytes, values);
         values_size = values.size();
@@ -75,7 +75,7 @@ const char* NameOf(Directory directory) {
     return "";
 }
 
-Bytes PairJpeg(samples::ByteOrder order, const samples::Shot& shot) {
+Bytes PairJpeg(ByteOrder order, const samples::Shot& shot) {
     auto block = samples::CameraExif(shot);
     block.order = order;
     return samples::CameraJpeg(block);

@@ -25,7 +25,7 @@ const char* NameOf(Directory directory);
 using Edit = std::function<void(std::vector<samples::Entry>&)>;
 
 /// The JPEG of a pair, with a tiny picture.
-Bytes PairJpeg(samples::ByteOrder order, const samples::Shot& shot = {});
+Bytes PairJpeg(ByteOrder order, const samples::Shot& shot = {});
 /// A little-endian PairJpeg with one IFD changed, which cannot be kRaw. An EXIF block larger than 64 KiB is
 /// written completely, although the segment's length field cannot hold its size.
 Bytes EditedJpeg(Directory directory, const Edit& edit);

@@ -27,7 +27,7 @@ Bytes Input(const OptionSet& options) {
     if (options.arguments.size() > 1) {
         shot.lens_code = 0;
     }
-    return options.kind == Kind::kPair ? PairJpeg(samples::ByteOrder::kLittle, shot) : CameraDng(shot);
+    return options.kind == Kind::kPair ? PairJpeg(ByteOrder::kLittleEndian, shot) : CameraDng(shot);
 }
 
 std::string NameOf(const OptionSet& options) {

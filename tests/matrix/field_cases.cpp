@@ -22,7 +22,7 @@ struct Base {
     TiffPlaces places;
 };
 
-Base JpegBase(const char* name, samples::ByteOrder order) {
+Base JpegBase(const char* name, ByteOrder order) {
     Bytes bytes = PairJpeg(order);
     TiffPlaces places = PlacesInJpeg(bytes);
     return {name, Kind::kPair, std::move(bytes), std::move(places)};
@@ -35,12 +35,12 @@ Base DngBase(const char* name, Bytes bytes) {
 
 // Static, because the cases refer to them.
 const Base& Jpeg() {
-    static const Base base = JpegBase("jpeg", samples::ByteOrder::kLittle);
+    static const Base base = JpegBase("jpeg", ByteOrder::kLittleEndian);
     return base;
 }
 
 const Base& BigEndianJpeg() {
-    static const Base base = JpegBase("big-endian-jpeg", samples::ByteOrder::kBig);
+    static const Base base = JpegBase("big-endian-jpeg", ByteOrder::kBigEndian);
     return base;
 }
 

@@ -43,7 +43,7 @@ bool AreNear(Pixels8 a, Pixels8 b) {
 Bytes UndamagedInput(Kind kind, std::uint16_t iso) {
     samples::Shot shot;
     shot.iso = iso;
-    return kind == Kind::kPair ? PairJpeg(samples::ByteOrder::kLittle, shot) : CameraDng(shot);
+    return kind == Kind::kPair ? PairJpeg(ByteOrder::kLittleEndian, shot) : CameraDng(shot);
 }
 
 /// Whether the pixels are the rows of the RAW file, with black where it ends.

@@ -246,7 +246,7 @@ Bytes OddDng(std::uint32_t number) {
     }
     Bytes values;
     const auto values_offset = static_cast<std::uint32_t>(bytes.size()) + samples::TableSize(second);
-    samples::AppendIfd(second, samples::ByteOrder::kLittle, values_offset, 0, bytes, values);
+    samples::AppendIfd(second, ByteOrder::kLittleEndian, values_offset, 0, bytes, values);
     bytes.insert(bytes.end(), values.begin(), values.end());
     return bytes;
 }
@@ -256,7 +256,7 @@ Bytes OddDng(std::uint32_t number) {
 Bytes OddJpeg(std::uint32_t number) {
     Draw draw(number);
     auto block = samples::CameraExif({});
-    block.order = draw.OneIn(3) ? samples::ByteOrder::kBig : samples::ByteOrder::kLittle;
+    block.order = draw.OneIn(3) ? ByteOrder::kBigEndian : ByteOrder::kLittleEndian;
     const std::uint32_t behind = tiff::kHeaderSize + samples::TableSize(block.ifd0) + tiff::kEntrySize;
     const Offsets places = {tiff::kHeaderSize, behind, behind + samples::TableSize(block.exif)};
     if (draw.OneIn(2)) {

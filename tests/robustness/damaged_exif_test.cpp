@@ -76,7 +76,7 @@ TEST_P(DamagedExif, IsRefusedOrBecomesAReadableDng) {
     constexpr std::uint32_t seeds_per_test = 1000;
     samples::ExifBlock block = samples::CameraExif({});
     if (GetParam() % 2 != 0) {
-        block.order = samples::ByteOrder::kBig;
+        block.order = ByteOrder::kBigEndian;
     }
     const std::vector<std::uint8_t> exif_bytes = samples::Serialize(block);
     const std::vector<std::uint8_t> jpeg = samples::CameraJpeg(exif_bytes);

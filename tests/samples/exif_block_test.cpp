@@ -36,7 +36,7 @@ TEST(SampleExifBlock, LaysOutIfd0AndExifIfdEachFollowedByItsValues) {
 
 TEST(SampleExifBlock, BigEndianReversesNumbersButNotText) {
     samples::ExifBlock block;
-    block.order = samples::ByteOrder::kBig;
+    block.order = ByteOrder::kBigEndian;
     block.with_exif_ifd = false;
     block.ifd0 = {samples::Ascii(tag::kMake, "abc"), samples::Shorts(tag::kOrientation, {6, 7})};
     const Octets expected = {
@@ -77,7 +77,7 @@ TEST(SampleEntry, RawFieldReplacesTheOffset) {
     entry.raw_field = 0xFFFFFFF0;
     Octets table;
     Octets values;
-    samples::AppendIfd({entry}, samples::ByteOrder::kLittle, 100, 0, table, values);
+    samples::AppendIfd({entry}, ByteOrder::kLittleEndian, 100, 0, table, values);
     EXPECT_TRUE(values.empty());
     EXPECT_EQ(Octets(table.begin() + 10, table.begin() + 14), (Octets{0xF0, 0xFF, 0xFF, 0xFF}));
 }
