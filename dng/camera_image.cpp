@@ -8,7 +8,7 @@
 #include <optional>
 #include <span>
 
-#include "dng/ifd_values.h"
+#include "dng/ifd.h"
 #include "dng/tag_values.h"
 #include "input/preview.h"
 #include "system/pixel_memory.h"
@@ -24,9 +24,9 @@ struct Strips {
     std::uint64_t size = 0;    ///< bytes of all
 };
 
-std::optional<Strips> FindStrips(const DNGlib::IFD& ifd) {
-    const auto offsets = ifd_values::Longs(ifd, tag::kStripOffsets);
-    const auto sizes = ifd_values::Longs(ifd, tag::kStripByteCounts);
+std::optional<Strips> FindStrips(const IFD& ifd) {
+    const auto offsets = ifd::Get<std::uint32_t>(ifd, tag::kStripOffsets);
+    const auto sizes = ifd::Get<std::uint32_t>(ifd, tag::kStripByteCounts);
     if (offsets.empty() || sizes.empty()) {
         return std::nullopt;
     }
@@ -54,8 +54,8 @@ struct RawLayout {
     std::uint64_t Bytes() const { return Pixels() * sample_bytes; }
 };
 
-std::optional<LinearizationTable> FindTable(const DNGlib::IFD& ifd) {
-    const auto values = ifd_values::Shorts(ifd, tag::kLinearizationTable);
+std::optional<LinearizationTable> FindTable(const IFD& ifd) {
+    const auto values = ifd::Get<std::uint16_t>(ifd, tag::kLinearizationTable);
     LinearizationTable table = {};
     if (values.size() < table.size()) {
         return std::nullopt;
@@ -65,13 +65,13 @@ std::optional<LinearizationTable> FindTable(const DNGlib::IFD& ifd) {
 }
 
 /// The layout, if it is one of the two that are known: the camera's, and that of a file repaired before.
-std::optional<RawLayout> FindRawLayout(const DNGlib::IFD& ifd) {
+std::optional<RawLayout> FindRawLayout(const IFD& ifd) {
     constexpr std::uint32_t camera_bits = 8;
     constexpr std::uint32_t repaired_bits = 16;
-    const auto width = ifd_values::Number(ifd, tag::kImageWidth);
-    const auto height = ifd_values::Number(ifd, tag::kImageLength);
-    const auto bits = ifd_values::Number(ifd, tag::kBitsPerSample);
-    const bool compressed = ifd_values::Number(ifd, tag::kCompression).value_or(tag_values::kUncompressed) !=
+    const auto width = ifd::FirstNumber(ifd, tag::kImageWidth);
+    const auto height = ifd::FirstNumber(ifd, tag::kImageLength);
+    const auto bits = ifd::FirstNumber(ifd, tag::kBitsPerSample);
+    const bool compressed = ifd::FirstNumber(ifd, tag::kCompression).value_or(tag_values::kUncompressed) !=
                             tag_values::kUncompressed;
     if (!width || !height || *width == 0 || *height == 0 || compressed) {
         return std::nullopt;
@@ -86,13 +86,13 @@ std::optional<RawLayout> FindRawLayout(const DNGlib::IFD& ifd) {
     return std::nullopt;
 }
 
-std::span<std::uint8_t> AsBytes(std::vector<unsigned short>& pixels) {
-    return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size() * sizeof(unsigned short)};
+std::span<std::uint8_t> AsBytes(std::vector<std::uint16_t>& pixels) {
+    return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size() * sizeof(std::uint16_t)};
 }
 
 /// Looks up the samples, which fill the rear half of the pixels' own memory: pixel i is written where the
 /// samples up to i have been read.
-void Linearize(std::vector<unsigned short>& pixels, const LinearizationTable& table) {
+void Linearize(std::vector<std::uint16_t>& pixels, const LinearizationTable& table) {
     const auto samples = AsBytes(pixels).last(pixels.size());
     for (std::size_t i = 0; i < pixels.size(); ++i) {
         const std::uint8_t sample = samples[i];
@@ -101,7 +101,7 @@ void Linearize(std::vector<unsigned short>& pixels, const LinearizationTable& ta
 }
 
 bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout,
-                std::vector<unsigned short>& pixels) {
+                std::vector<std::uint16_t>& pixels) {
     pixel_memory::Resize(pixels, static_cast<std::size_t>(layout.Pixels()));
     if (!ReadBytes(file, offset, AsBytes(pixels).last(static_cast<std::size_t>(layout.Bytes())))) {
         return false;
@@ -114,8 +114,7 @@ bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout,
 
 }  // namespace
 
-bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::IFD& raw_ifd,
-                CameraImage& image) {
+bool ReadImages(InputFile& file, const IFD& preview_ifd, const IFD& raw_ifd, CameraImage& image) {
     const auto preview = FindStrips(preview_ifd);
     const auto raw = FindStrips(raw_ifd);
     const auto layout = FindRawLayout(raw_ifd);
@@ -124,7 +123,7 @@ bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::I
     }
     // Width and height have 32 bits each: their product fits,
     // and is at most the file's size before it is doubled.
-    constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(unsigned short);
+    constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(std::uint16_t);
     if (preview->size > file.size() || raw->size > file.size() - preview->size ||
         layout->Pixels() > std::min(raw->size, most_pixels) || layout->Bytes() > raw->size) {
         return false;

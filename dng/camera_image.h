@@ -5,22 +5,22 @@
 #include <cstdint>
 #include <vector>
 
-#include "dng/dnglib.h"
+#include "dng/ifd.h"
 #include "system/input_file.h"
 
 /// The images of a DNG that the camera wrote.
 struct CameraImage {
-    std::vector<std::uint8_t> preview;   ///< 320 x 240 pixels of 3 bytes
-    std::vector<unsigned short> pixels;  ///< width x height 14-bit values, row by row
-    int width = 0;                       ///< pixels
-    int height = 0;                      ///< pixels
+    std::vector<std::uint8_t> preview;  ///< 320 x 240 pixels of 3 bytes
+    std::vector<std::uint16_t> pixels;  ///< width x height 14-bit values, row by row
+    int width = 0;                      ///< pixels
+    int height = 0;                     ///< pixels
 };
 
 /// Reads the images that the IFDs describe: the preview of `preview_ifd`, padded with zeros or cut to its
 /// fixed size, and the raw image of `raw_ifd`, 8 bits through a linearization table or plain 16 bits. Returns
 /// false when a tag is missing, the raw image is stored in another way, the file ends before it does, or both
 /// together claim more bytes than the file has.
-[[nodiscard]] bool ReadImages(InputFile& file, const DNGlib::IFD& preview_ifd, const DNGlib::IFD& raw_ifd,
+[[nodiscard]] bool ReadImages(InputFile& file, const IFD& preview_ifd, const IFD& raw_ifd,
                               CameraImage& image);
 
 #endif  // VELMARCON_DNG_CAMERA_IMAGE_H

@@ -4,15 +4,12 @@
 
 #include <array>
 
+#include "tiff/rational.h"
+
 /// 3 x 3 matrices of a DNG's colour model (DNG 1.4, chapter 6), row by row, as SRATIONALs.
 namespace color_matrices {
 
-constexpr unsigned int kElements = 9;
-
-struct Matrix {
-    std::array<int, kElements> numerators;
-    std::array<int, kElements> denominators;
-};
+using Matrix = std::array<SRational, 9>;
 
 /// From CIE XYZ to the camera's colours, for the two calibration illuminants: A and D65.
 struct Pair {
@@ -21,17 +18,49 @@ struct Pair {
 };
 
 constexpr Pair kPlain = {
-    {{625, -110, 16, -138, 761, 112, -150, 229, 179}, {597, 207, 125, 319, 625, 463, 1693, 926, 250}},
-    {{307, -439, -14, -293, 2345, 187, -97, 115, 544}, {400, 2000, 459, 500, 1661, 1007, 400, 287, 827}},
+    {{{625, 597},
+      {-110, 207},
+      {16, 125},
+      {-138, 319},
+      {761, 625},
+      {112, 463},
+      {-150, 1693},
+      {229, 926},
+      {179, 250}}},
+    {{{307, 400},
+      {-439, 2000},
+      {-14, 459},
+      {-293, 500},
+      {2345, 1661},
+      {187, 1007},
+      {-97, 400},
+      {115, 287},
+      {544, 827}}},
 };
 
 /// For the raw model variant.
 constexpr Pair kRawVariant = {
-    {{107, -335, -2, -53, 34, 73, -37, 144, 449}, {125, 1647, 303, 125, 25, 250, 500, 583, 500}},
-    {{313, -59, -29, -210, 229, 193, -72, 59, 621}, {500, 579, 617, 563, 200, 1000, 511, 200, 1000}},
+    {{{107, 125},
+      {-335, 1647},
+      {-2, 303},
+      {-53, 125},
+      {34, 25},
+      {73, 250},
+      {-37, 500},
+      {144, 583},
+      {449, 500}}},
+    {{{313, 500},
+      {-59, 579},
+      {-29, 617},
+      {-210, 563},
+      {229, 200},
+      {193, 1000},
+      {-72, 511},
+      {59, 200},
+      {621, 1000}}},
 };
 
-constexpr Matrix kIdentity = {{1, 0, 0, 0, 1, 0, 0, 0, 1}, {1, 1, 1, 1, 1, 1, 1, 1, 1}};
+constexpr Matrix kIdentity = {{{1, 1}, {0, 1}, {0, 1}, {0, 1}, {1, 1}, {0, 1}, {0, 1}, {0, 1}, {1, 1}}};
 
 }  // namespace color_matrices
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reading of IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag maps of the writer.
-#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <span>
@@ -9,6 +9,7 @@
 #include "base/byte_order.h"
 #include "base/byte_view.h"
 #include "dng/dnglib.h"
+#include "dng/ifd.h"
 #include "tiff/entry.h"
 #include "tiff/types.h"
 
@@ -65,15 +66,10 @@ class BoundedFile {
     std::uint64_t& taken_;
 };
 
-template <std::unsigned_integral T>
-std::vector<T> Parse(const unsigned char* data, unsigned int n) {
-    const std::span<const std::uint8_t> bytes(data, std::size_t{n} * sizeof(T));
-    std::vector<T> values;
-    values.reserve(n);
-    for (std::size_t i = 0; i < n; ++i) {
-        values.push_back(byte_order::GetLittle<T>(bytes.subspan(i * sizeof(T))));
-    }
-    return values;
+/// The `n` values that begin at `data`.
+template <typename T>
+std::vector<T> Parse(const std::uint8_t* data, std::uint32_t n) {
+    return ifd::Parse<T>({data, std::size_t{n} * sizeof(T)});
 }
 
 }  // namespace
@@ -82,9 +78,9 @@ int DNGlib::GetIFDs(std::ifstream* file, IFD* tags) {
     BoundedFile bounded(*file, directory_bytes_);
     const auto ifd = static_cast<std::uint64_t>(std::streamoff(file->tellg()));
     const auto count_bytes = bounded.Read(ifd, tiff::kCountSize);
-    const unsigned int count = *file ? byte_order::GetLittle<std::uint16_t>(count_bytes) : 0;
+    const std::uint32_t count = *file ? byte_order::GetLittle<std::uint16_t>(count_bytes) : 0;
 
-    unsigned int read = 0;
+    std::uint32_t read = 0;
     for (; read < count && *file; ++read) {
         const tiff::Entry entry = bounded.ReadEntry(tiff::EntryPosition(ifd, read));
         if (!*file) {
@@ -92,7 +88,7 @@ int DNGlib::GetIFDs(std::ifstream* file, IFD* tags) {
         }
         const auto value = bounded.ReadValue(entry);
         if (*file && tiff::ElementSize(entry.type) != 0) {
-            AddIFDTag(tags, entry.tag, value.data(), entry.type, static_cast<unsigned int>(value.size()));
+            ifd::AddBytes(*tags, entry.tag, entry.type, value);
         }
     }
     const std::uint64_t end = tiff::EntryPosition(ifd, read);
@@ -102,27 +98,18 @@ int DNGlib::GetIFDs(std::ifstream* file, IFD* tags) {
     return static_cast<int>(end);
 }
 
-std::vector<unsigned int> DNGlib::ParseLong(const unsigned char* data, unsigned int n) {
-    return Parse<unsigned int>(data, n);
+std::vector<std::uint32_t> DNGlib::ParseLong(const std::uint8_t* data, std::uint32_t n) {
+    return Parse<std::uint32_t>(data, n);
 }
 
-std::vector<int> DNGlib::ParseSLong(const unsigned char* data, unsigned int n) {
-    std::vector<int> values;
-    for (const unsigned int value : ParseLong(data, n)) {
-        values.push_back(std::bit_cast<int>(value));
-    }
-    return values;
+std::vector<std::int32_t> DNGlib::ParseSLong(const std::uint8_t* data, std::uint32_t n) {
+    return Parse<std::int32_t>(data, n);
 }
 
-std::vector<unsigned short> DNGlib::ParseShort(const unsigned char* data, unsigned int n) {
-    return Parse<unsigned short>(data, n);
+std::vector<std::uint16_t> DNGlib::ParseShort(const std::uint8_t* data, std::uint32_t n) {
+    return Parse<std::uint16_t>(data, n);
 }
 
-std::vector<SRational> DNGlib::ParseSRational(const unsigned char* data, unsigned int n) {
-    const auto halves = ParseSLong(data, 2 * n);
-    std::vector<SRational> values;
-    for (std::size_t i = 0; i + 1 < halves.size(); i += 2) {
-        values.push_back({halves[i], halves[i + 1]});
-    }
-    return values;
+std::vector<SRational> DNGlib::ParseSRational(const std::uint8_t* data, std::uint32_t n) {
+    return Parse<SRational>(data, n);
 }

@@ -3,10 +3,12 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "dng/color_matrices.h"
 #include "dng/dnglib.h"
+#include "dng/ifd.h"
 #include "dng/lens_tags.h"
 #include "dng/tag_values.h"
 #include "exif/exif_info.h"
@@ -22,141 +24,108 @@ namespace {
 constexpr const char* kModel = "M8 Digital Camera";
 constexpr const char* kRawVariantModel = "M8RAW Digital Camera";
 
-}  // namespace
-
-unsigned int DNGlib::createDNGTree(bool preview, bool blackLevelGiven, unsigned short blackLevel,
-                                   bool verbose, bool rawModelVariant, bool lensFix) {
-    ifd0_.clear();
-    sub_ifd_.clear();
-    exif_ifd_.clear();
-    preview_ = preview;
-    verbose_ = verbose;
-
-    IFD& raw_ifd = preview_ ? sub_ifd_ : ifd0_;
-    AddRawImageTags(raw_ifd);
-    if (blackLevelGiven) {
-        setBlackLevel(&raw_ifd, blackLevel);
-    }
-    if (preview_) {
-        AddPreviewTags();
-    }
-    AddMainTags(rawModelVariant);
-    AddColorTags(rawModelVariant);
-    AddExposureTags(lensFix);
-    AddShootingTags();
-    return 0;
+/// What makes an IFD a complete image, whichever image it holds.
+void AddStripTags(IFD& ifd) {
+    using namespace tag_values;
+    ifd::Add(ifd, tag::kCompression, kUncompressed);
+    ifd::Add(ifd, tag::kStripOffsets, kPlaceholder);
+    ifd::Add(ifd, tag::kPlanarConfiguration, kInterleaved);
+    ifd::Add(ifd, tag::kResolutionUnit, kInch);
 }
 
-void DNGlib::AddRawImageTags(IFD& ifd) {
+/// The black level, which comes with the raw image, is not among them.
+void AddRawImageTags(const ReadInputData& input, std::uint32_t white_level, IFD& ifd) {
     using namespace tag_values;
-    const auto width = static_cast<std::uint32_t>(input_->Width);
-    const auto height = static_cast<std::uint32_t>(input_->Height);
-    const std::array crop_size = {static_cast<unsigned short>(width - 2 * kCropMargin),
-                                  static_cast<unsigned short>(height - 2 * kCropMargin)};
+    const auto width = static_cast<std::uint32_t>(input.Width);
+    const auto height = static_cast<std::uint32_t>(input.Height);
+    const std::array crop_size = {static_cast<std::uint16_t>(width - 2 * kCropMargin),
+                                  static_cast<std::uint16_t>(height - 2 * kCropMargin)};
     constexpr std::array crop_origin = {kCropMargin, kCropMargin};
-    constexpr unsigned short bits_per_sample = 16;
-    constexpr unsigned short samples_per_pixel = 1;
+    constexpr std::uint16_t bits_per_sample = 16;
+    constexpr std::uint16_t samples_per_pixel = 1;
+    const std::uint32_t strip_bytes = static_cast<std::uint32_t>(sizeof(std::uint16_t)) * width * height;
 
-    AddIFDTag(&ifd, tag::kNewSubFileType, kFullImage);
-    AddIFDTag(&ifd, tag::kImageWidth, width);
-    AddIFDTag(&ifd, tag::kImageLength, height);
-    AddIFDTag(&ifd, tag::kBitsPerSample, bits_per_sample);
-    AddIFDTag(&ifd, tag::kPhotometricInterpretation, kColorFilterArray);
-    AddIFDTag(&ifd, tag::kSamplesPerPixel, samples_per_pixel);
-    AddIFDTag(&ifd, tag::kRowsPerStrip, height);
-    AddIFDTag(&ifd, tag::kStripByteCounts, static_cast<unsigned int>(sizeof(std::uint16_t)) * width * height);
-    AddIFDTag(&ifd, tag::kXResolution, kRawResolution, 1U);
-    AddIFDTag(&ifd, tag::kYResolution, kRawResolution, 1U);
-    AddIFDTag(&ifd, tag::kCFARepeatPatternDim, kTwoByTwo.data(), kTwoByTwo.size());
-    AddIFDTag(&ifd, tag::kCFAPattern, kRedGreenGreenBlue.data(), kRedGreenGreenBlue.size());
-    AddIFDTag(&ifd, tag::kWhiteLevel, preview_ ? kWhiteLevelInSubIFD : kWhiteLevelInIFD0);
-    AddIFDTag(&ifd, tag::kDefaultCropOrigin, crop_origin.data(), crop_origin.size());
-    AddIFDTag(&ifd, tag::kDefaultCropSize, crop_size.data(), crop_size.size());
-    AddIFDTag(&ifd, tag::kBayerGreenSplit, kBayerGreenSplit);
-    AddIFDTag(&ifd, tag::kAntiAliasStrength, 0U, 1U);
+    ifd::Add(ifd, tag::kNewSubFileType, kFullImage);
+    ifd::Add(ifd, tag::kImageWidth, width);
+    ifd::Add(ifd, tag::kImageLength, height);
+    ifd::Add(ifd, tag::kBitsPerSample, bits_per_sample);
+    ifd::Add(ifd, tag::kPhotometricInterpretation, kColorFilterArray);
+    ifd::Add(ifd, tag::kSamplesPerPixel, samples_per_pixel);
+    ifd::Add(ifd, tag::kRowsPerStrip, height);
+    ifd::Add(ifd, tag::kStripByteCounts, strip_bytes);
+    ifd::Add(ifd, tag::kXResolution, kRawResolution);
+    ifd::Add(ifd, tag::kYResolution, kRawResolution);
+    ifd::Add(ifd, tag::kCFARepeatPatternDim, kTwoByTwo);
+    ifd::Add(ifd, tag::kCFAPattern, kRedGreenGreenBlue);
+    ifd::Add(ifd, tag::kWhiteLevel, white_level);
+    ifd::Add(ifd, tag::kDefaultCropOrigin, crop_origin);
+    ifd::Add(ifd, tag::kDefaultCropSize, crop_size);
+    ifd::Add(ifd, tag::kBayerGreenSplit, kBayerGreenSplit);
+    ifd::Add(ifd, tag::kAntiAliasStrength, kNoAntiAliasing);
     AddStripTags(ifd);
 }
 
-/// What makes an IFD a complete image, whichever image it holds.
-void DNGlib::AddStripTags(IFD& ifd) {
+void AddPreviewTags(IFD& ifd0) {
     using namespace tag_values;
-    AddIFDTag(&ifd, tag::kCompression, kUncompressed);
-    AddIFDTag(&ifd, tag::kStripOffsets, kPlaceholder);
-    AddIFDTag(&ifd, tag::kPlanarConfiguration, kInterleaved);
-    AddIFDTag(&ifd, tag::kResolutionUnit, kInch);
+    constexpr std::array<std::uint16_t, 3> bits_per_sample = {8, 8, 8};
+    constexpr std::uint32_t width = PreviewSampler::kWidth;
+    constexpr std::uint32_t height = PreviewSampler::kHeight;
+    constexpr std::uint32_t strip_bytes = PreviewSampler::kSize;
+
+    ifd::Add(ifd0, tag::kNewSubFileType, kReducedImage);
+    ifd::Add(ifd0, tag::kImageWidth, width);
+    ifd::Add(ifd0, tag::kImageLength, height);
+    ifd::Add(ifd0, tag::kBitsPerSample, bits_per_sample);
+    ifd::Add(ifd0, tag::kPhotometricInterpretation, kRgb);
+    ifd::Add(ifd0, tag::kSamplesPerPixel, static_cast<std::uint16_t>(bits_per_sample.size()));
+    ifd::Add(ifd0, tag::kRowsPerStrip, height);
+    ifd::Add(ifd0, tag::kStripByteCounts, strip_bytes);
+    ifd::Add(ifd0, tag::kXResolution, kPreviewResolution);
+    ifd::Add(ifd0, tag::kYResolution, kPreviewResolution);
+    ifd::Add(ifd0, tag::kSubIFDs, kPlaceholder);
+    AddStripTags(ifd0);
 }
 
-void DNGlib::AddPreviewTags() {
+void AddMainTags(const EXIFInfo& exif, bool raw_model_variant, IFD& ifd0) {
     using namespace tag_values;
-    constexpr std::array<unsigned short, 3> bits_per_sample = {8, 8, 8};
-
-    AddIFDTag(&ifd0_, tag::kNewSubFileType, kReducedImage);
-    AddIFDTag(&ifd0_, tag::kImageWidth, static_cast<unsigned int>(PreviewSampler::kWidth));
-    AddIFDTag(&ifd0_, tag::kImageLength, static_cast<unsigned int>(PreviewSampler::kHeight));
-    AddIFDTag(&ifd0_, tag::kBitsPerSample, bits_per_sample.data(), bits_per_sample.size());
-    AddIFDTag(&ifd0_, tag::kPhotometricInterpretation, kRgb);
-    AddIFDTag(&ifd0_, tag::kSamplesPerPixel, static_cast<unsigned short>(bits_per_sample.size()));
-    AddIFDTag(&ifd0_, tag::kRowsPerStrip, static_cast<unsigned int>(PreviewSampler::kHeight));
-    AddIFDTag(&ifd0_, tag::kStripByteCounts, static_cast<unsigned int>(PreviewSampler::kSize));
-    AddIFDTag(&ifd0_, tag::kXResolution, kPreviewResolution, 1U);
-    AddIFDTag(&ifd0_, tag::kYResolution, kPreviewResolution, 1U);
-    AddIFDTag(&ifd0_, tag::kSubIFDs, kPlaceholder);
-    AddStripTags(ifd0_);
+    ifd::Add(ifd0, tag::kMake, exif.Make);
+    ifd::Add(ifd0, tag::kModel, raw_model_variant ? kRawVariantModel : kModel);
+    ifd::Add(ifd0, tag::kOrientation, exif.Orientation);
+    ifd::Add(ifd0, tag::kSoftware, exif.Software);
+    ifd::Add(ifd0, tag::kArtist, "");
+    ifd::Add(ifd0, tag::kCopyright, "");
+    ifd::Add(ifd0, tag::kExifIFD, kPlaceholder);
+    ifd::Add(ifd0, tag::kSelfTimerMode, kNoSelfTimer);
+    ifd::Add(ifd0, tag::kDateTimeOriginal, exif.DateTimeOriginal);
+    ifd::Add(ifd0, tag::kFocalPlaneXResolution, kFocalPlaneXResolution);
+    ifd::Add(ifd0, tag::kFocalPlaneYResolution, kFocalPlaneYResolution);
+    ifd::Add(ifd0, tag::kFocalPlaneResolutionUnit, kInch);
+    ifd::Add(ifd0, tag::kTIFFEPStandardID, kTiffEpStandard);
+    ifd::Add(ifd0, tag::kDNGVersion, kDngVersion);
+    ifd::Add(ifd0, tag::kUniqueCameraModel, exif.Model);
+    ifd::Add(ifd0, tag::kCameraSerialNumber, std::to_string(std::bit_cast<std::int32_t>(exif.SerialNumber)));
+    ifd::Add(ifd0, tag::kMakerNoteSafety, kSafe);
 }
 
-void DNGlib::AddMainTags(bool rawModelVariant) {
+void AddColorTags(const EXIFInfo& exif, bool raw_model_variant, IFD& ifd0) {
     using namespace tag_values;
-    const EXIFInfo& exif = input_->Exif;
-
-    AddIFDTag(&ifd0_, tag::kMake, exif.Make);
-    AddIFDTag(&ifd0_, tag::kModel, std::string(rawModelVariant ? kRawVariantModel : kModel));
-    AddIFDTag(&ifd0_, tag::kOrientation, exif.Orientation);
-    AddIFDTag(&ifd0_, tag::kSoftware, exif.Software);
-    AddIFDTag(&ifd0_, tag::kArtist, std::string());
-    AddIFDTag(&ifd0_, tag::kCopyright, std::string());
-    AddIFDTag(&ifd0_, tag::kExifIFD, kPlaceholder);
-    AddIFDTag(&ifd0_, tag::kSelfTimerMode, kNoSelfTimer);
-    AddIFDTag(&ifd0_, tag::kDateTimeOriginal, exif.DateTimeOriginal);
-    AddIFDTag(&ifd0_, tag::kFocalPlaneXResolution, kFocalPlaneXResolution, 1U);
-    AddIFDTag(&ifd0_, tag::kFocalPlaneYResolution, kFocalPlaneYResolution, 1U);
-    AddIFDTag(&ifd0_, tag::kFocalPlaneResolutionUnit, kInch);
-    AddIFDTag(&ifd0_, tag::kTIFFEPStandardID, kTiffEpStandard.data(), kTiffEpStandard.size());
-    AddIFDTag(&ifd0_, tag::kDNGVersion, kDngVersion.data(), kDngVersion.size());
-    AddIFDTag(&ifd0_, tag::kUniqueCameraModel, exif.Model);
-    AddIFDTag(&ifd0_, tag::kCameraSerialNumber,
-              std::to_string(std::bit_cast<std::int32_t>(exif.SerialNumber)));
-    AddIFDTag(&ifd0_, tag::kMakerNoteSafety, kSafe);
+    const auto& matrices = raw_model_variant ? color_matrices::kRawVariant : color_matrices::kPlain;
+    ifd::Add(ifd0, tag::kColorMatrix1, matrices.color_matrix1);
+    ifd::Add(ifd0, tag::kColorMatrix2, matrices.color_matrix2);
+    ifd::Add(ifd0, tag::kCameraCalibration1, color_matrices::kIdentity);
+    ifd::Add(ifd0, tag::kCameraCalibration2, color_matrices::kIdentity);
+    ifd::Add(ifd0, tag::kAsShotNeutral, std::array{exif.Mn0322, exif.Mn0323, exif.Mn0324});
+    ifd::Add(ifd0, tag::kBaselineNoise, kBaseline);
+    ifd::Add(ifd0, tag::kBaselineSharpness, kBaseline);
+    ifd::Add(ifd0, tag::kCalibrationIlluminant1, kStandardLightA);
+    ifd::Add(ifd0, tag::kCalibrationIlluminant2, kD65);
 }
 
-void DNGlib::AddColorTags(bool rawModelVariant) {
-    using color_matrices::Matrix;
-    const EXIFInfo& exif = input_->Exif;
-    const auto add_matrix = [this](unsigned short tag, const Matrix& matrix) {
-        AddIFDTag(&ifd0_, tag, matrix.numerators.data(), matrix.denominators.data(),
-                  color_matrices::kElements);
-    };
-    const auto& matrices = rawModelVariant ? color_matrices::kRawVariant : color_matrices::kPlain;
-    add_matrix(tag::kColorMatrix1, matrices.color_matrix1);
-    add_matrix(tag::kColorMatrix2, matrices.color_matrix2);
-    add_matrix(tag::kCameraCalibration1, color_matrices::kIdentity);
-    add_matrix(tag::kCameraCalibration2, color_matrices::kIdentity);
-
-    const std::array neutral = {exif.Mn0322.numerator, exif.Mn0323.numerator, exif.Mn0324.numerator};
-    const std::array over = {exif.Mn0322.denominator, exif.Mn0323.denominator, exif.Mn0324.denominator};
-    AddIFDTag(&ifd0_, tag::kAsShotNeutral, neutral.data(), over.data(), neutral.size());
-
-    AddIFDTag(&ifd0_, tag::kBaselineNoise, 1U, 1U);
-    AddIFDTag(&ifd0_, tag::kBaselineSharpness, 1U, 1U);
-    AddIFDTag(&ifd0_, tag::kCalibrationIlluminant1, tag_values::kStandardLightA);
-    AddIFDTag(&ifd0_, tag::kCalibrationIlluminant2, tag_values::kD65);
-}
-
-void DNGlib::AddExposureTags(bool lensFix) {
-    EXIFInfo& exif = input_->Exif;
-    const bool detected = lensFix && exif.LensCode != 0;
-    const auto* lens = detected ? lens_tags::FindLens(*lenses_, exif.LensCodeBits) : nullptr;
+/// Exposure and lens. With a lens that the database holds, the record's focal length is overwritten; its 35
+/// mm focal length is computed when it is 0.
+void AddExposureTags(const lensdb::Lensdbtype* lens, EXIFInfo& exif, IFD& exif_ifd) {
     if (lens != nullptr) {
-        AddLensTags(*lens);
+        lens_tags::AddLens(*lens, exif_ifd);
         exif.FocalLength = lens_tags::FocalLength(lens->FocalLength);
     }
     if (exif.FocalLengthIn35mmFilm == 0) {
@@ -166,47 +135,61 @@ void DNGlib::AddExposureTags(bool lensFix) {
         lens_tags::EstimatedFNumber(AsSigned(exif.Mn0311).numerator, AsSigned(exif.Mn0312).numerator);
     const auto apertures = lens_tags::PictureApertures(lens, estimate, exif.Mn0313.denominator);
 
-    AddRational(exif_ifd_, tag::kExposureTime, exif.ExposureTime);
-    AddRational(exif_ifd_, tag::kFNumber, apertures.f_number);
-    AddRational(exif_ifd_, tag::kMaxApertureValue, apertures.max_aperture.value_or(exif.MaxApertureValue));
-    AddRational(exif_ifd_, tag::kFocalLength, exif.FocalLength);
-    AddIFDTag(&exif_ifd_, tag::kFocalLengthIn35mmFilm, exif.FocalLengthIn35mmFilm);
+    ifd::Add(exif_ifd, tag::kExposureTime, exif.ExposureTime);
+    ifd::Add(exif_ifd, tag::kFNumber, apertures.f_number);
+    ifd::Add(exif_ifd, tag::kMaxApertureValue, apertures.max_aperture.value_or(exif.MaxApertureValue));
+    ifd::Add(exif_ifd, tag::kFocalLength, exif.FocalLength);
+    ifd::Add(exif_ifd, tag::kFocalLengthIn35mmFilm, exif.FocalLengthIn35mmFilm);
 }
 
-void DNGlib::AddLensTags(const lensdb::Lensdbtype& lens) {
-    AddIFDTag(&exif_ifd_, tag::kLensMake, lens.Maker);
-    AddIFDTag(&exif_ifd_, tag::kLensModel, lens.Model);
-    if (!lens.SerialNo.empty()) {
-        AddIFDTag(&exif_ifd_, tag::kLensSerialNumber, lens.SerialNo);
-    }
-}
-
-void DNGlib::AddShootingTags() {
-    const EXIFInfo& exif = input_->Exif;
-    const auto add_undefined = [this](unsigned short tag, const std::vector<std::uint8_t>& value) {
-        AddIFDTag(&exif_ifd_, tag, value.data(), tiff::kUndefined, static_cast<unsigned int>(value.size()));
+void AddShootingTags(const EXIFInfo& exif, IFD& exif_ifd) {
+    const auto add_undefined = [&exif_ifd](std::uint16_t tag, std::span<const std::uint8_t> value) {
+        ifd::AddBytes(exif_ifd, tag, tiff::kUndefined, value);
     };
-    const SRational shutter_speed = AsSigned(exif.ShutterSpeedValue);
+    const std::array file_source = {static_cast<std::uint8_t>(exif.FileSource)};
+    const std::array scene_type = {static_cast<std::uint8_t>(exif.SceneType)};
 
-    AddIFDTag(&exif_ifd_, tag::kExposureProgram, exif.ExposureProgram);
-    AddIFDTag(&exif_ifd_, tag::kISOSpeedRatings, exif.ISOSpeedRatings);
+    ifd::Add(exif_ifd, tag::kExposureProgram, exif.ExposureProgram);
+    ifd::Add(exif_ifd, tag::kISOSpeedRatings, exif.ISOSpeedRatings);
     add_undefined(tag::kExifVersion, exif.ExifVersion);
-    AddIFDTag(&exif_ifd_, tag::kDateTimeDigitized, exif.DateTimeDigitized);
-    AddIFDTag(&exif_ifd_, tag::kShutterSpeedValue, shutter_speed.numerator, shutter_speed.denominator);
-    AddIFDTag(&exif_ifd_, tag::kExposureBiasValue, exif.ExposureBiasValue.numerator,
-              exif.ExposureBiasValue.denominator);
-    AddIFDTag(&exif_ifd_, tag::kMeteringMode, exif.MeteringMode);
-    AddIFDTag(&exif_ifd_, tag::kLightSource, exif.LightSource);
-    AddIFDTag(&exif_ifd_, tag::kFlash, exif.Flash);
+    ifd::Add(exif_ifd, tag::kDateTimeDigitized, exif.DateTimeDigitized);
+    ifd::Add(exif_ifd, tag::kShutterSpeedValue, AsSigned(exif.ShutterSpeedValue));
+    ifd::Add(exif_ifd, tag::kExposureBiasValue, exif.ExposureBiasValue);
+    ifd::Add(exif_ifd, tag::kMeteringMode, exif.MeteringMode);
+    ifd::Add(exif_ifd, tag::kLightSource, exif.LightSource);
+    ifd::Add(exif_ifd, tag::kFlash, exif.Flash);
     add_undefined(tag::kMakerNote, exif.MakerNote);
-    AddIFDTag(&exif_ifd_, tag::kFileSource, static_cast<unsigned char>(exif.FileSource), tiff::kUndefined);
-    AddIFDTag(&exif_ifd_, tag::kSceneType, static_cast<unsigned char>(exif.SceneType), tiff::kUndefined);
-    AddIFDTag(&exif_ifd_, tag::kWhiteBalance, exif.WhiteBalance);
-    AddRational(exif_ifd_, tag::kDigitalZoomRatio, exif.DigitalZoomRatio);
-    AddIFDTag(&exif_ifd_, tag::kSceneCaptureType, exif.SceneCaptureType);
-    AddIFDTag(&exif_ifd_, tag::kImageUniqueID, exif.ImageUniqueID);
+    add_undefined(tag::kFileSource, file_source);
+    add_undefined(tag::kSceneType, scene_type);
+    ifd::Add(exif_ifd, tag::kWhiteBalance, exif.WhiteBalance);
+    ifd::Add(exif_ifd, tag::kDigitalZoomRatio, exif.DigitalZoomRatio);
+    ifd::Add(exif_ifd, tag::kSceneCaptureType, exif.SceneCaptureType);
+    ifd::Add(exif_ifd, tag::kImageUniqueID, exif.ImageUniqueID);
 }
 
-void DNGlib::AddRational(IFD& ifd, unsigned short tag, Rational value) {
-    AddIFDTag(&ifd, tag, value.numerator, value.denominator);
+}  // namespace
+
+unsigned int DNGlib::createDNGTree(bool preview, bool blackLevelGiven, std::uint16_t blackLevel, bool verbose,
+                                   bool rawModelVariant, bool lensFix) {
+    using namespace tag_values;
+    tree_ = {};
+    preview_ = preview;
+    verbose_ = verbose;
+    EXIFInfo& exif = input_->Exif;
+
+    IFD& raw_ifd = preview_ ? tree_.sub_ifd : tree_.ifd0;
+    AddRawImageTags(*input_, preview_ ? kWhiteLevelInSubIFD : kWhiteLevelInIFD0, raw_ifd);
+    if (blackLevelGiven) {
+        setBlackLevel(&raw_ifd, blackLevel);
+    }
+    if (preview_) {
+        AddPreviewTags(tree_.ifd0);
+    }
+    AddMainTags(exif, rawModelVariant, tree_.ifd0);
+    AddColorTags(exif, rawModelVariant, tree_.ifd0);
+    const bool detected = lensFix && exif.LensCode != 0;
+    AddExposureTags(detected ? lens_tags::FindLens(*lenses_, exif.LensCodeBits) : nullptr, exif,
+                    tree_.exif_ifd);
+    AddShootingTags(exif, tree_.exif_ifd);
+    return 0;
 }

@@ -6,18 +6,23 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <fstream>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "base/byte_order.h"
 #include "dng/dnglib.h"
+#include "dng/ifd.h"
+#include "dng/tag_tree.h"
 #include "dng/tag_values.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
 #include "system/file_system.h"
 #include "system/replacement_file.h"
+#include "tiff/entry.h"
 #include "tiff/tags.h"
 #include "tiff/types.h"
 
@@ -29,23 +34,19 @@ constexpr std::array<std::uint8_t, tiff::kHeaderSize> kHeader = {
 
 constexpr std::uint64_t kFarthestOffset = std::numeric_limits<std::uint32_t>::max();
 
-bool StandsInEntry(const DNGlib::IFDTag& entry) {
-    return entry.length <= tiff::kValueFieldSize;
+bool StandsInEntry(const IFDTag& entry) {
+    return tiff::StandsInEntry(entry.length);
 }
 
 /// Room of an out-of-line value: values and IFDs start at even offsets.
-std::uint64_t PaddedLength(const DNGlib::IFDTag& entry) {
+std::uint64_t PaddedLength(const IFDTag& entry) {
     return std::uint64_t{entry.length} + entry.length % 2;
-}
-
-std::uint64_t TableSize(const DNGlib::IFD& ifd) {
-    return tiff::kCountSize + std::uint64_t{tiff::kEntrySize} * ifd.size() + tiff::kLinkSize;
 }
 
 /// Gives the values of an IFD at `position` their offsets. Returns the position behind the last one. An
 /// offset beyond 32 bits is cut; the layout as a whole is refused then.
-std::uint64_t LayOutIFD(DNGlib::IFD& ifd, std::uint64_t position) {
-    position += TableSize(ifd);
+std::uint64_t LayOutIFD(IFD& ifd, std::uint64_t position) {
+    position += tiff::IFDSize(ifd.size());
     for (auto& [tag, entry] : ifd) {
         if (!StandsInEntry(entry)) {
             entry.position = static_cast<std::uint32_t>(position);
@@ -60,9 +61,9 @@ std::span<const char> AsChars(std::span<const std::uint8_t> bytes) {
 }
 
 /// An IFD and its values, laid out before, as they stand in a file from `start` on.
-std::vector<std::uint8_t> TreeBytes(const DNGlib::IFD& ifd, std::uint64_t start) {
+std::vector<std::uint8_t> TreeBytes(const IFD& ifd, std::uint64_t start) {
     std::vector<std::uint8_t> bytes;
-    bytes.reserve(static_cast<std::size_t>(TableSize(ifd)));
+    bytes.reserve(static_cast<std::size_t>(tiff::IFDSize(ifd.size())));
     byte_order::AppendLittle(bytes, static_cast<std::uint16_t>(ifd.size()));
     for (const auto& [tag, entry] : ifd) {
         byte_order::AppendLittle(bytes, entry.tag);
@@ -99,36 +100,80 @@ void ReportUnwritten(const std::string& path, int error) {
     std::printf("%s: DNG not written: %s\n", path.c_str(), file_system::ErrorText(error));
 }
 
+/// Makes sure that the tags which the layout fills in stand in their entries already: one that a file brought
+/// along with more values, or lacks, would shift what comes behind it.
+void SetPlaceholders(TagTree& tree, bool preview) {
+    ifd::Add(tree.ifd0, tag::kExifIFD, tag_values::kPlaceholder);
+    ifd::Add(tree.ifd0, tag::kStripOffsets, tag_values::kPlaceholder);
+    if (preview) {
+        ifd::Add(tree.ifd0, tag::kSubIFDs, tag_values::kPlaceholder);
+        ifd::Add(tree.sub_ifd, tag::kStripOffsets, tag_values::kPlaceholder);
+    }
+}
+
+/// Header and IFDs, laid out before.
+std::vector<std::uint8_t> HeadBytes(const TagTree& tree, bool preview) {
+    std::vector<std::uint8_t> bytes(kHeader.begin(), kHeader.end());
+    const auto append = [&](const IFD& ifd) {
+        const auto ifd_bytes = TreeBytes(ifd, bytes.size());
+        bytes.insert(bytes.end(), ifd_bytes.begin(), ifd_bytes.end());
+    };
+    append(tree.ifd0);
+    if (preview) {
+        append(tree.sub_ifd);
+    }
+    append(tree.exif_ifd);
+    return bytes;
+}
+
+/// Starts the file. Returns 0 or the system's error number. A layout of no size does not fit into a file.
+int OpenOutput(const std::string& path, std::uint64_t size, bool keep_existing, ReplacementFile& file) {
+    using Existing = ReplacementFile::Existing;
+    return size == 0 ? EFBIG : file.Open(path, keep_existing ? Existing::kKeep : Existing::kReplace);
+}
+
+struct Images {
+    std::optional<std::span<const char>> preview;
+    std::span<const char> raw;
+};
+
+/// Writes header, IFDs and images. Stops at a failure, which `file` remembers.
+void WriteBlocks(const TagTree& tree, const Images& images, bool verbose, ReplacementFile& file) {
+    if (verbose) {
+        std::printf("Writing DNG header...");
+    }
+    const auto head = HeadBytes(tree, images.preview.has_value());
+    if (!file.Write(AsChars(head))) {
+        return;
+    }
+    if (verbose) {
+        std::printf("Done!\nWriting image data...");
+    }
+    if (images.preview) {
+        file.Write(*images.preview);
+    }
+    file.Write(images.raw);
+}
+
 }  // namespace
 
 unsigned int DNGlib::DoFileLayout(int rawBytes) {
-    SetPlaceholders();
-    std::uint64_t position = LayOutIFD(ifd0_, tiff::kHeaderSize);
+    SetPlaceholders(tree_, preview_);
+    std::uint64_t position = LayOutIFD(tree_.ifd0, tiff::kHeaderSize);
     if (preview_) {
-        AddIFDTag(&ifd0_, tag::kSubIFDs, static_cast<std::uint32_t>(position));
-        position = LayOutIFD(sub_ifd_, position);
+        ifd::Add(tree_.ifd0, tag::kSubIFDs, static_cast<std::uint32_t>(position));
+        position = LayOutIFD(tree_.sub_ifd, position);
     }
-    AddIFDTag(&ifd0_, tag::kExifIFD, static_cast<std::uint32_t>(position));
-    position = LayOutIFD(exif_ifd_, position);
+    ifd::Add(tree_.ifd0, tag::kExifIFD, static_cast<std::uint32_t>(position));
+    position = LayOutIFD(tree_.exif_ifd, position);
 
     if (preview_) {
-        AddIFDTag(&ifd0_, tag::kStripOffsets, static_cast<std::uint32_t>(position));
+        ifd::Add(tree_.ifd0, tag::kStripOffsets, static_cast<std::uint32_t>(position));
         position += PreviewSampler::kSize;
     }
-    AddIFDTag(preview_ ? &sub_ifd_ : &ifd0_, tag::kStripOffsets, static_cast<std::uint32_t>(position));
+    ifd::Add(preview_ ? tree_.sub_ifd : tree_.ifd0, tag::kStripOffsets, static_cast<std::uint32_t>(position));
     position += static_cast<std::uint32_t>(std::max(rawBytes, 0));
     return position <= kFarthestOffset ? static_cast<std::uint32_t>(position) : 0;
-}
-
-/// Makes sure that the tags which the layout fills in stand in their entries already: one that a file brought
-/// along with more values, or lacks, would shift what comes behind it.
-void DNGlib::SetPlaceholders() {
-    AddIFDTag(&ifd0_, tag::kExifIFD, tag_values::kPlaceholder);
-    AddIFDTag(&ifd0_, tag::kStripOffsets, tag_values::kPlaceholder);
-    if (preview_) {
-        AddIFDTag(&ifd0_, tag::kSubIFDs, tag_values::kPlaceholder);
-        AddIFDTag(&sub_ifd_, tag::kStripOffsets, tag_values::kPlaceholder);
-    }
 }
 
 int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
@@ -140,38 +185,20 @@ int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
     return 0;
 }
 
-/// Header and IFDs, laid out before.
-std::vector<std::uint8_t> DNGlib::HeadBytes() const {
-    std::vector<std::uint8_t> bytes(kHeader.begin(), kHeader.end());
-    const auto append = [&](const IFD& ifd) {
-        const auto tree = TreeBytes(ifd, bytes.size());
-        bytes.insert(bytes.end(), tree.begin(), tree.end());
-    };
-    append(ifd0_);
-    if (preview_) {
-        append(sub_ifd_);
-    }
-    append(exif_ifd_);
-    return bytes;
-}
-
-/// Starts the file. Returns 0 or the system's error number. A layout of no size does not fit into a file.
-int DNGlib::OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& file) const {
-    using Existing = ReplacementFile::Existing;
-    return size == 0 ? EFBIG : file.Open(path, keep_existing_ ? Existing::kKeep : Existing::kReplace);
-}
-
 int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceName, const char* rawData,
                          const char* previewData, int rawBytes, int previewBytes) {
     const std::uint64_t size = DoFileLayout(rawBytes);
     const std::string path = prefix + UpToExtension(sourceName) + "DNG";
     ReplacementFile file;
-    if (const int error = OpenOutput(path, size, file); error != 0) {
+    if (const int error = OpenOutput(path, size, keep_existing_, file); error != 0) {
         ReportUnwritten(path, error);
         return 0;
     }
-    WriteBlocks(file, {rawData, static_cast<std::size_t>(rawBytes)},
-                {previewData, static_cast<std::size_t>(previewBytes)});
+    Images images = {std::nullopt, {rawData, static_cast<std::size_t>(rawBytes)}};
+    if (preview_) {
+        images.preview = {previewData, static_cast<std::size_t>(previewBytes)};
+    }
+    WriteBlocks(tree_, images, verbose_, file);
     const int error = file.Commit(size);
     if (verbose_) {
         std::printf(error == 0 ? "Done!\n" : "\n");
@@ -180,24 +207,6 @@ int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceNam
         ReportUnwritten(path, error);
     }
     return 0;
-}
-
-void DNGlib::WriteBlocks(ReplacementFile& file, std::span<const char> raw,
-                         std::span<const char> preview) const {
-    if (verbose_) {
-        std::printf("Writing DNG header...");
-    }
-    const auto head = HeadBytes();
-    if (!file.Write(AsChars(head))) {
-        return;
-    }
-    if (verbose_) {
-        std::printf("Done!\nWriting image data...");
-    }
-    if (preview_) {
-        file.Write(preview);
-    }
-    file.Write(raw);
 }
 
 int DNGlib::writeDNGTree(const std::string& prefix) {

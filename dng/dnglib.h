@@ -3,37 +3,24 @@
 #define VELMARCON_DNG_DNGLIB_H
 
 #include <cstdint>
-#include <fstream>
-#include <map>
-#include <span>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
+#include "dng/ifd.h"
+#include "dng/tag_tree.h"
 #include "exif/lensdb.h"
 #include "tiff/rational.h"
 
-struct CameraImage;
-struct MakerNoteStruct;
-struct RepairOptions;
 class ReadInputData;
-class ReplacementFile;
 class sensdb;
 
 /// The tag tree of one DNG file in memory (TIFF 6.0, DNG 1.4): built for a RAW+JPEG pair, or read from a DNG
-/// that the camera wrote; laid out, and written. An IFD is a map by tag number, so that walking it yields the
-/// entries in the ascending order that TIFF asks for.
+/// that the camera wrote; laid out, and written.
 class DNGlib {
   public:
-    /// One IFD entry.
-    struct IFDTag {
-        std::uint16_t tag = 0;
-        std::vector<std::uint8_t> value;  ///< as it stands in the file, little-endian element by element
-        std::uint32_t position = 0;       ///< file offset of a value longer than an entry; 0 until laid out
-        std::uint16_t type = 0;           ///< TIFF field type, 1 to 10
-        std::uint32_t count = 0;          ///< of values of that type
-        std::uint32_t length = 0;         ///< of the value, in bytes
-    };
-    using IFD = std::map<unsigned short, IFDTag>;
+    using IFDTag = ::IFDTag;
+    using IFD = ::IFD;
 
     /// For converting a pair. The record must outlive the object, as must the databases; none is owned.
     DNGlib(ReadInputData* input, lensdb* lenses, sensdb* sensors);
@@ -42,69 +29,69 @@ class DNGlib {
     DNGlib(lensdb* lenses, sensdb* sensors);
 
     /// The three IFDs as they are; the SubIFD is empty unless IFD0 holds a preview.
-    const IFD& ifd0() const { return ifd0_; }
-    const IFD& sub_ifd() const { return sub_ifd_; }
-    const IFD& exif_ifd() const { return exif_ifd_; }
+    const IFD& ifd0() const { return tree_.ifd0; }
+    const IFD& sub_ifd() const { return tree_.sub_ifd; }
+    const IFD& exif_ifd() const { return tree_.exif_ifd; }
 
-    // --- Tag model. Each AddIFDTag stores a new entry under `tag`, replacing one that is there, and returns
-    // 0.
+    // --- Tag model; the program itself uses the functions of dng/ifd.h. Each AddIFDTag stores a new entry
+    // under `tag`, replacing one that is there, and returns 0.
 
     /// `byteCount` bytes at `data`, unchanged, as a value of `type`, which must be 1 to 10.
-    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned char* data, unsigned short type,
-                  unsigned int byteCount);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::uint8_t* data, std::uint16_t type,
+                  std::uint32_t byteCount);
 
     // Arrays of n values: BYTE, SBYTE, SHORT, SSHORT, LONG, SLONG, RATIONAL, SRATIONAL.
-    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned char* values, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const char* values, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned short* values, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const short* values, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned int* values, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const int* values, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const unsigned int* numerators,
-                  const unsigned int* denominators, unsigned int n);
-    int AddIFDTag(IFD* ifd, unsigned short tag, const int* numerators, const int* denominators,
-                  unsigned int n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::uint8_t* values, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const char* values, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::uint16_t* values, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::int16_t* values, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::uint32_t* values, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::int32_t* values, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::uint32_t* numerators,
+                  const std::uint32_t* denominators, std::uint32_t n);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::int32_t* numerators,
+                  const std::int32_t* denominators, std::uint32_t n);
 
     // Single values of the same types.
-    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned int value);
-    int AddIFDTag(IFD* ifd, unsigned short tag, int value);
-    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned short value);
-    int AddIFDTag(IFD* ifd, unsigned short tag, short value);
-    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned char value);
-    int AddIFDTag(IFD* ifd, unsigned short tag, char value);
-    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned int numerator, unsigned int denominator);
-    int AddIFDTag(IFD* ifd, unsigned short tag, int numerator, int denominator);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::uint32_t value);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::int32_t value);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::uint16_t value);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::int16_t value);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::uint8_t value);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, char value);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::uint32_t numerator, std::uint32_t denominator);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::int32_t numerator, std::int32_t denominator);
 
     /// One byte of a given one-byte type.
-    int AddIFDTag(IFD* ifd, unsigned short tag, unsigned char value, unsigned short type);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, std::uint8_t value, std::uint16_t type);
 
     /// ASCII: the text and a NUL, unless it ends in one. A value that is longer than an entry and odd gets a
     /// second NUL, which its length counts and its count does not.
-    int AddIFDTag(IFD* ifd, unsigned short tag, const std::string& text);
+    int AddIFDTag(IFD* ifd, std::uint16_t tag, const std::string& text);
 
     /// The entry stored under `tag`, which must be there.
-    IFDTag* GetElement(unsigned short tag, IFD* ifd);
+    IFDTag* GetElement(std::uint16_t tag, IFD* ifd);
 
     /// Sets the file offset of the value of `tag`, making an empty entry if there is none. Returns 0.
-    int UpdateIFDTagPos(IFD* ifd, unsigned short tag, unsigned int position);
+    int UpdateIFDTagPos(IFD* ifd, std::uint16_t tag, std::uint32_t position);
 
     /// Adds BlackLevel, `value` scaled by the record's ISO speed, and its repeat dimensions to the IFD of the
     /// raw image. Returns 0.
-    int setBlackLevel(IFD* ifd, unsigned short value);
+    int setBlackLevel(IFD* ifd, std::uint16_t value);
 
     // --- Conversion of a pair
 
     /// Fills the three IFDs for the record, which must be loaded; what they held is dropped. Offsets stay 0
     /// until the layout. With `lensFix` and a lens that the database holds, the record's focal length is
     /// overwritten; its 35 mm focal length is computed when it is 0. Returns 0.
-    unsigned int createDNGTree(bool preview, bool blackLevelGiven, unsigned short blackLevel, bool verbose,
-                               bool rawModelVariant, bool lensFix);
+    std::uint32_t createDNGTree(bool preview, bool blackLevelGiven, std::uint16_t blackLevel, bool verbose,
+                                bool rawModelVariant, bool lensFix);
 
     // --- Writing
 
     /// Gives every value, IFD and strip its file offset; the raw strip has `rawBytes` bytes. Returns the
     /// length of the file in bytes, or 0 when it would reach beyond the 32 bits of a TIFF offset.
-    unsigned int DoFileLayout(int rawBytes);
+    std::uint32_t DoFileLayout(int rawBytes);
 
     /// Writes the IFD and its values, laid out before, at the stream's position, which must be the one of the
     /// layout. Returns 0.
@@ -135,10 +122,10 @@ class DNGlib {
     int GetIFDs(std::ifstream* file, IFD* tags);
 
     // The `n` values that begin at `data`, which must hold them.
-    static std::vector<unsigned int> ParseLong(const unsigned char* data, unsigned int n);
-    static std::vector<int> ParseSLong(const unsigned char* data, unsigned int n);
-    static std::vector<unsigned short> ParseShort(const unsigned char* data, unsigned int n);
-    static std::vector<SRational> ParseSRational(const unsigned char* data, unsigned int n);
+    static std::vector<std::uint32_t> ParseLong(const std::uint8_t* data, std::uint32_t n);
+    static std::vector<std::int32_t> ParseSLong(const std::uint8_t* data, std::uint32_t n);
+    static std::vector<std::uint16_t> ParseShort(const std::uint8_t* data, std::uint32_t n);
+    static std::vector<SRational> ParseSRational(const std::uint8_t* data, std::uint32_t n);
 
     /// Repairs `folder` + `base`.DNG: decodes its 8-bit data to 14 bits, corrects them and the lens data as
     /// asked for, and writes `outputFolder` + `base`.DNG, which may be the same file. `lensCode` stands in
@@ -151,30 +138,9 @@ class DNGlib {
                const std::string& lensCode, const std::string& outputFolder);
 
     /// Four zeros: a place for the sensor's horizontal levels, which nothing asks for yet.
-    std::vector<unsigned short> getSensorHorzLevel();
+    std::vector<std::uint16_t> getSensorHorzLevel();
 
   private:
-    void AddRawImageTags(IFD& ifd);
-    void AddPreviewTags();
-    void AddMainTags(bool rawModelVariant);
-    void AddColorTags(bool rawModelVariant);
-    void AddExposureTags(bool lensFix);
-    void AddLensTags(const lensdb::Lensdbtype& lens);
-    void AddShootingTags();
-    void AddStripTags(IFD& ifd);
-    void AddRational(IFD& ifd, unsigned short tag, Rational value);
-    void SetPlaceholders();
-    std::vector<std::uint8_t> HeadBytes() const;
-    int OpenOutput(const std::string& path, std::uint64_t size, ReplacementFile& file) const;
-    void WriteBlocks(ReplacementFile& file, std::span<const char> raw, std::span<const char> preview) const;
-
-    int ReadCameraDng(const std::string& path, CameraImage& image);
-    bool ReadLinkedIFD(std::ifstream& file, unsigned short pointer, IFD& ifd);
-    void DescribeStrips(const CameraImage& image);
-    void FixSensor(const RepairOptions& options, const MakerNoteStruct& note, CameraImage& image);
-    void FixLens(const RepairOptions& options, const MakerNoteStruct& note);
-    void FixExposure();
-
     ReadInputData* input_;
     lensdb* lenses_;
     sensdb* sensors_;
@@ -182,9 +148,7 @@ class DNGlib {
     bool verbose_ = false;
     bool keep_existing_ = false;
     std::uint64_t directory_bytes_ = 0;  ///< read by GetIFDs so far
-    IFD ifd0_;
-    IFD sub_ifd_;
-    IFD exif_ifd_;
+    TagTree tree_;
 };
 
 #endif  // VELMARCON_DNG_DNGLIB_H

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "base/truncate.h"
+#include "tiff/tags.h"
 
 namespace lens_tags {
 
@@ -25,6 +26,14 @@ std::int32_t EstimatedFNumber(std::int32_t external_brightness, std::int32_t mea
 const lensdb::Lensdbtype* FindLens(const lensdb& lenses, const std::string& lens_code_bits) {
     const auto lens = lenses.Lenses.find(lens_code_bits);
     return lens == lenses.Lenses.end() ? nullptr : &lens->second;
+}
+
+void AddLens(const lensdb::Lensdbtype& lens, IFD& exif_ifd) {
+    ifd::Add(exif_ifd, tag::kLensMake, lens.Maker);
+    ifd::Add(exif_ifd, tag::kLensModel, lens.Model);
+    if (!lens.SerialNo.empty()) {
+        ifd::Add(exif_ifd, tag::kLensSerialNumber, lens.SerialNo);
+    }
 }
 
 std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate) {

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "dng/ifd.h"
 #include "exif/lensdb.h"
 #include "tiff/rational.h"
 
@@ -20,6 +21,9 @@ std::int32_t EstimatedFNumber(std::int32_t external_brightness, std::int32_t mea
 
 /// The lens that `lens_code_bits` names; null when the database lacks it.
 const lensdb::Lensdbtype* FindLens(const lensdb& lenses, const std::string& lens_code_bits);
+
+/// Adds the maker, the model and, if it has one, the serial number of `lens`.
+void AddLens(const lensdb::Lensdbtype& lens, IFD& exif_ifd);
 
 /// The engraved aperture that the estimate stands for. `apertures` is ascending and not empty.
 std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate);

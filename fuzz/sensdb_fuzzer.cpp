@@ -17,7 +17,7 @@
 
 namespace {
 
-using Pixels = std::vector<unsigned short>;
+using Pixels = std::vector<std::uint16_t>;
 
 constexpr int kHeight = 6;
 
@@ -49,8 +49,8 @@ struct Mode {
 Pixels Image(const Mode& mode) {
     Pixels pixels(static_cast<std::size_t>(mode.width) * kHeight);
     std::uint32_t step = 0;
-    for (unsigned short& pixel : pixels) {
-        pixel = static_cast<unsigned short>(mode.brightness + step++ * 7 % 61);
+    for (std::uint16_t& pixel : pixels) {
+        pixel = static_cast<std::uint16_t>(mode.brightness + step++ * 7 % 61);
     }
     return pixels;
 }

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "dng/dnglib.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/files.h"
 #include "tiff/tags.h"
@@ -17,16 +18,16 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using Pixels = std::vector<unsigned short>;
+using Pixels = std::vector<std::uint16_t>;
 using samples::Long;
 using samples::Longs;
 using samples::Short;
 using samples::Shorts;
 using support::SmallCameraDng;
 
-DNGlib::IFD ReadIFD(InputFile& file, std::uint32_t offset) {
+IFD ReadIFD(InputFile& file, std::uint32_t offset) {
     DNGlib dng(nullptr, nullptr);
-    DNGlib::IFD ifd;
+    IFD ifd;
     file.stream().seekg(offset);
     dng.GetIFDs(&file.stream(), &ifd);
     return ifd;

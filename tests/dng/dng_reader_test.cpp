@@ -180,14 +180,14 @@ TEST(IFDReader, FailsTheStreamWhenTheValuesTogetherAreLongerThanTheFile) {
 
 TEST(Parsers, PutBytesTogetherLowByteFirst) {
     const Bytes bytes = {0x34, 0x12, 0x78, 0x56, 0x34, 0x92};
-    EXPECT_EQ(DNGlib::ParseShort(bytes.data(), 1), std::vector<unsigned short>{0x1234});
+    EXPECT_EQ(DNGlib::ParseShort(bytes.data(), 1), std::vector<std::uint16_t>{0x1234});
     EXPECT_EQ(DNGlib::ParseLong(&bytes[2], 1), std::vector<unsigned int>{0x92345678});
     EXPECT_EQ(DNGlib::ParseSLong(&bytes[2], 1), std::vector<int>{-1842063752});
 }
 
 TEST(Parsers, CountValuesNotBytes) {
     const Bytes bytes = {1, 0, 0, 0, 2, 0, 0, 0, 0xFD, 0xFF, 0xFF, 0xFF, 4, 0, 0, 0};
-    EXPECT_EQ(DNGlib::ParseShort(bytes.data(), 3), (std::vector<unsigned short>{1, 0, 2}));
+    EXPECT_EQ(DNGlib::ParseShort(bytes.data(), 3), (std::vector<std::uint16_t>{1, 0, 2}));
     EXPECT_EQ(DNGlib::ParseLong(bytes.data(), 3), (std::vector<unsigned int>{1, 2, 4294967293}));
     EXPECT_EQ(DNGlib::ParseSLong(bytes.data(), 4), (std::vector<int>{1, 2, -3, 4}));
     const auto rationals = DNGlib::ParseSRational(bytes.data(), 2);

@@ -398,7 +398,7 @@ TEST(Repair, AcceptsEveryMakeAndModelThatContainsTheCameras) {
 TEST(Repair, HasFourEmptyPlacesForHorizontalLevels) {
     lensdb lenses("");
     sensdb sensors("");
-    EXPECT_EQ(DNGlib(&lenses, &sensors).getSensorHorzLevel(), std::vector<unsigned short>(4));
+    EXPECT_EQ(DNGlib(&lenses, &sensors).getSensorHorzLevel(), std::vector<std::uint16_t>(4));
 }
 
 }  // namespace

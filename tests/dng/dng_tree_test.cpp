@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -21,7 +22,7 @@ using samples::Rationals;
 using samples::Set;
 using samples::Short;
 
-constexpr unsigned short kDefaultBlackLevel = 92;
+constexpr std::uint16_t kDefaultBlackLevel = 92;
 
 unsigned int Build(DNGlib& dng, const Mode& mode, bool verbose = false, bool lens_fix = false) {
     return dng.createDNGTree(mode.preview, mode.black_level, kDefaultBlackLevel, verbose, mode.raw_variant,

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 
+#include <cstdint>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -81,7 +82,7 @@ std::string Positions(const DNGlib::IFD& ifd) {
     return text;
 }
 
-std::string ValueOf(const DNGlib::IFD& ifd, unsigned short tag) {
+std::string ValueOf(const DNGlib::IFD& ifd, std::uint16_t tag) {
     return expected::Hex(ifd.at(tag).value);
 }
 
@@ -165,8 +166,8 @@ TEST(SingleTree, IsWrittenAtTheStreamsPosition) {
     DNGlib dng(nullptr, nullptr);
     DNGlib::IFD ifd;
     const Bytes five = {'a', 'b', 'c', 'd', 'e'};
-    dng.AddIFDTag(&ifd, 300, five.data(), static_cast<unsigned short>(7), 5U);
-    dng.AddIFDTag(&ifd, 256, static_cast<unsigned short>(0x0102));
+    dng.AddIFDTag(&ifd, 300, five.data(), static_cast<std::uint16_t>(7), 5U);
+    dng.AddIFDTag(&ifd, 256, static_cast<std::uint16_t>(0x0102));
     dng.AddIFDTag(&ifd, 301, five.data(), 4U);
     dng.AddIFDTag(&ifd, 302, std::string("12345"));
     dng.UpdateIFDTagPos(&ifd, 300, 58);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <array>
 #include <climits>
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -17,7 +18,7 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr unsigned short kTag = 777;
+constexpr std::uint16_t kTag = 777;
 
 struct Addition {
     const char* name;
@@ -37,9 +38,9 @@ TEST_P(AddIFDTag, StoresTypeCountAndLittleEndianBytes) {
     EXPECT_EQ(ifd[kTag].position, 0U);
 }
 
-constexpr std::array<unsigned char, 3> kBytes = {1, 0, 255};
+constexpr std::array<std::uint8_t, 3> kBytes = {1, 0, 255};
 constexpr std::array<char, 2> kSBytes = {'\x01', '\xFF'};
-constexpr std::array<unsigned short, 2> kShorts = {2, 0xABCD};
+constexpr std::array<std::uint16_t, 2> kShorts = {2, 0xABCD};
 constexpr std::array<short, 2> kSShorts = {-2, 258};
 constexpr std::array<unsigned int, 2> kLongs = {0x01020304, 0xFFFFFFFF};
 constexpr std::array<int, 2> kSLongs = {-2, INT_MIN};
@@ -70,12 +71,11 @@ const std::vector<Addition> kAdditions = {
     {"OneSLong", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, -3); },
      "type 9 count 1: FD FF FF FF"},
     {"OneShort",
-     [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, static_cast<unsigned short>(0x8001)); },
+     [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, static_cast<std::uint16_t>(0x8001)); },
      "type 3 count 1: 01 80"},
     {"OneSShort", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, static_cast<short>(-3)); },
      "type 8 count 1: FD FF"},
-    {"OneByte",
-     [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, static_cast<unsigned char>(200)); },
+    {"OneByte", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, static_cast<std::uint8_t>(200)); },
      "type 1 count 1: C8"},
     {"OneSByte", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, '\xFD'); }, "type 6 count 1: FD"},
     {"OneRational", [](auto& dng, auto* ifd) { return dng.AddIFDTag(ifd, kTag, 300U, 1U); },
@@ -84,7 +84,7 @@ const std::vector<Addition> kAdditions = {
      "type 10 count 1: 92 FF FF FF CF 00 00 00"},
     {"OneByteOfAType",
      [](auto& dng, auto* ifd) {
-         return dng.AddIFDTag(ifd, kTag, static_cast<unsigned char>(3), static_cast<unsigned short>(7));
+         return dng.AddIFDTag(ifd, kTag, static_cast<std::uint8_t>(3), static_cast<std::uint16_t>(7));
      },
      "type 7 count 1: 03"},
 };
@@ -94,11 +94,11 @@ INSTANTIATE_TEST_SUITE_P(Overloads, AddIFDTag, testing::ValuesIn(kAdditions),
 
 TEST(IFDTag, GenericBytesAreCountedInElementsOfTheirType) {
     struct Case {
-        unsigned short type;
+        std::uint16_t type;
         unsigned int bytes;
         unsigned int count;
     };
-    constexpr std::array<unsigned char, 16> data = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+    constexpr std::array<std::uint8_t, 16> data = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     for (const auto& [type, bytes, count] :
          {Case{1, 3, 3}, Case{2, 5, 5}, Case{6, 1, 1}, Case{7, 7, 7}, Case{3, 6, 3}, Case{8, 2, 1},
           Case{4, 8, 2}, Case{9, 4, 1}, Case{5, 16, 2}, Case{10, 8, 1}}) {
@@ -155,7 +155,7 @@ TEST(IFDTag, EntriesAreInAscendingOrder) {
     DNGlib dng(nullptr, nullptr);
     DNGlib::IFD ifd;
     for (const unsigned int tag : {50779U, 254U, 34665U, 33421U}) {
-        dng.AddIFDTag(&ifd, static_cast<unsigned short>(tag), "A"s);
+        dng.AddIFDTag(&ifd, static_cast<std::uint16_t>(tag), "A"s);
     }
     EXPECT_EQ(expected::Listing(ifd),
               "254 type 2 count 2: 41 00\n33421 type 2 count 2: 41 00\n"
@@ -201,7 +201,7 @@ TEST(IFDTag, BothConstructorsBeginWithEmptyIFDs) {
 
 struct BlackLevelCase {
     std::uint16_t iso;
-    unsigned short value;
+    std::uint16_t value;
     const char* bytes;
 
     friend void PrintTo(const BlackLevelCase& test, std::ostream* out) {

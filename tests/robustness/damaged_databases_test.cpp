@@ -105,7 +105,7 @@ class DamagedDatabase : public testing::Test {
     }
 
     support::TempFolder folder_;
-    mutable std::vector<unsigned short> pixels_;
+    mutable std::vector<std::uint16_t> pixels_;
 };
 
 class DamagedDatabaseOfSeed : public DamagedDatabase, public testing::WithParamInterface<std::uint32_t> {
