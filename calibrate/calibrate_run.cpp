@@ -12,6 +12,7 @@
 #include "calibrate/findings_text.h"
 #include "calibrate/measuring.h"
 #include "calibrate/report.h"
+#include "errors/version.h"
 #include "system/file_system.h"
 
 namespace {
@@ -158,7 +159,7 @@ int RunCalibrate(std::span<const std::string> arguments, const DefaultDatabase& 
             return Refuse(problem);
         }
         if (options.help || options.version) {
-            std::printf("%s %s\n%s", kName, VELMARCON_VERSION, options.help ? kCalibrateHelp : "");
+            std::printf("%s %s\n%s", kName, kVersion, options.help ? kCalibrateHelp : "");
             return std::fflush(stdout) == 0 ? kCalibrated : kNotCalibrated;
         }
         return Run(options, CommandLine(arguments), default_database);

@@ -5,6 +5,7 @@
 
 #include "base/error_codes.h"
 #include "errors/usage_text.h"
+#include "errors/version.h"
 
 ErrorHandler::ErrorHandler()
     : messages_{
@@ -29,7 +30,7 @@ ErrorHandler::ErrorHandler()
       } {}
 
 int ErrorHandler::UsageText() const {
-    std::printf("%s%s", kBanner, kUsageText);
+    std::printf("%s# velmarcon v%s #\n%s%s", kBannerEdge, kVersion, kBannerEdge, kUsageText);
     return 0;
 }
 

@@ -2,11 +2,8 @@
 #ifndef VELMARCON_ERRORS_USAGE_TEXT_H
 #define VELMARCON_ERRORS_USAGE_TEXT_H
 
-constexpr const char* kBanner =
-    "###################\n"
-    "# velmarcon v" VELMARCON_VERSION
-    " #\n"
-    "###################\n";
+/// Above and below the name and the version of the program.
+constexpr const char* kBannerEdge = "###################\n";
 
 /// Users know these lines by heart, so they stay unchanged, even though the default of -i is the current
 /// folder rather than the folder of the executable. -c and -sb are not listed.

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "errors/version.h"
 #include "exif/lensdb.h"
 #include "packaging/command_line_remarks.h"
 #include "packaging/data_folder.h"
@@ -35,7 +36,7 @@ constexpr const char* kProgram = "lib/velmarcon/velmarcon";
 constexpr const char* kPackagedDatabases = "share/velmarcon";
 
 void PrintVersion() {
-    std::printf("velmarcon %s\n", VELMARCON_VERSION);
+    std::printf("velmarcon %s\n", kVersion);
 }
 
 /// A write that fails is reported, or does not matter; the program sees it the same way.

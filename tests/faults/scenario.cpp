@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <ostream>
 #include <string_view>
 
 #include "samples/camera_jpeg.h"

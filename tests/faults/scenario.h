@@ -3,7 +3,7 @@
 #define VELMARCON_TESTS_FAULTS_SCENARIO_H
 
 #include <cstdint>
-#include <ostream>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
