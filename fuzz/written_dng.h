@@ -9,9 +9,8 @@
 
 #include "tests/support/tiff_file.h"
 
-/// A DNG that the program wrote. The constructor ends the process unless the file is complete: a
-/// little-endian TIFF with sorted IFDs, whose IFDs, values and strips lie in the file at even offsets and do
-/// not overlap, and which ends with the raw strip.
+/// A DNG that the program wrote. The constructor ends the process unless support::FaultOfDng finds the file
+/// complete.
 class WrittenDng {
   public:
     /// Checks `bytes`. If `preview` is set, IFD0 must hold the preview and a SubIFD the raw image.
@@ -26,23 +25,11 @@ class WrittenDng {
     std::span<const std::uint8_t> bytes() const { return bytes_; }
 
   private:
-    /// A part of the file, in bytes.
-    struct Place {
-        std::uint64_t begin;
-        std::uint64_t end;
-    };
-
-    void AddPlace(std::uint64_t offset, std::uint64_t size);
-    void AddIFD(const support::TiffIFD& ifd);
-    void AddStrip(const support::TiffIFD& ifd);
-    void RequireNoOverlap();
-
     std::vector<std::uint8_t> bytes_;
     support::TiffFile file_;
     support::TiffIFD ifd0_;
     support::TiffIFD raw_ifd_;
     support::TiffIFD exif_ifd_;
-    std::vector<Place> places_;
 };
 
 /// Requires that `entry` is an ASCII value: `text`, followed by a NUL unless it ends in one.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/matrix/dng_check.h"
+#include "tests/support/dng_check.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,8 +21,8 @@
 namespace {
 
 using matrix::Bytes;
-using matrix::FaultOfDng;
-using matrix::RawStrip;
+using support::FaultOfDng;
+using support::RawStrip;
 
 /// A DNG in the program's format, with an image of 8 x 6 pixels.
 Bytes WrittenDng(bool preview) {

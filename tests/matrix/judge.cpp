@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/matrix/judge.h"
 
-#include "tests/matrix/dng_check.h"
 #include "tests/matrix/known_output.h"
 #include "tests/matrix/mapped_file.h"
+#include "tests/support/dng_check.h"
 
 namespace matrix {
 
@@ -36,8 +36,8 @@ std::string FaultOfEnding(const Ending& ending, const Said& said) {
 
 std::string FaultOfResult(const Case& one, const CaseFolder& folder, const KnownPixels& known) {
     const MappedFile file(folder.Result());
-    RawStrip raw;
-    if (std::string fault = FaultOfDng(file.bytes(), raw); !fault.empty()) {
+    support::RawStrip raw;
+    if (std::string fault = support::FaultOfDng(file.bytes(), raw); !fault.empty()) {
         return "the DNG: " + fault;
     }
     if (one.pixels == Pixels::kKnown && !known.Include(one.options->kind, one.options->correction,

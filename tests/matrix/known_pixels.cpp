@@ -94,7 +94,7 @@ std::string KnownPixels::MakeOne(const std::string& folder, const Child& child, 
     std::filesystem::rename(cases.Result(), path, error);
     Known known = {options.kind, options.correction, std::make_unique<MappedFile>(path), {}};
     fault += error ? ending.output + ending.errors + "no DNG from an undamaged input"
-                   : FaultOfDng(known.file->bytes(), known.strip);
+                   : support::FaultOfDng(known.file->bytes(), known.strip);
     known_.push_back(std::move(known));
     return fault;
 }

@@ -10,9 +10,9 @@
 
 #include "tests/matrix/case_folder.h"
 #include "tests/matrix/child.h"
-#include "tests/matrix/dng_check.h"
 #include "tests/matrix/mapped_file.h"
 #include "tests/matrix/option_sets.h"
+#include "tests/support/dng_check.h"
 
 namespace matrix {
 
@@ -32,7 +32,7 @@ class KnownPixels {
         Kind kind;
         Correction correction;
         std::unique_ptr<MappedFile> file;  ///< kept mapped, because almost every case uses it
-        RawStrip strip;
+        support::RawStrip strip;
 
         std::span<const std::uint8_t> Pixels() const {
             return file->bytes().subspan(strip.offset, strip.size);

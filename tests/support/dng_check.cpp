@@ -1,18 +1,26 @@
 // SPDX-License-Identifier: MIT
-#include "tests/matrix/dng_check.h"
+#include "tests/support/dng_check.h"
 
 #include <algorithm>
 #include <map>
 #include <optional>
 #include <vector>
 
-#include "tests/matrix/bytes.h"
 #include "tiff/tags.h"
 #include "tiff/types.h"
 
-namespace matrix {
+namespace support {
 
 namespace {
+
+/// The number of `width` bytes at `offset`, low byte first, read without the program's own code.
+std::uint32_t NumberAt(std::span<const std::uint8_t> bytes, std::size_t offset, std::size_t width) {
+    std::uint32_t number = 0;
+    for (std::size_t i = width; i-- > 0;) {
+        number = number << 8U | bytes[offset + i];
+    }
+    return number;
+}
 
 struct Value {
     std::uint16_t type = 0;
@@ -47,11 +55,16 @@ class Inspector {
             Blame(what + " is outside the file");
             return false;
         }
+        if (offset % 2 != 0) {
+            Blame(what + " is at an odd offset");
+        }
         seen_.push_back({offset, static_cast<std::size_t>(size)});
         return true;
     }
 
-    std::uint32_t Number(std::size_t offset, std::size_t width) const { return Get(file_, {offset, width}); }
+    std::uint32_t Number(std::size_t offset, std::size_t width) const {
+        return NumberAt(file_, offset, width);
+    }
 
     Ifd ReadIfd(std::size_t offset, const std::string& name) {
         Ifd ifd;
@@ -126,9 +139,6 @@ class Inspector {
         }
         if (size > tiff::kValueFieldSize) {
             value.offset = Number(value.offset, 4);
-            if (value.offset % 2 != 0) {
-                Blame(what + " is at an odd offset");
-            }
             See(value.offset, size, what);
         }
         ifd[tag] = value;
@@ -143,7 +153,7 @@ class Inspector {
 
 std::string FaultOfDng(std::span<const std::uint8_t> file, RawStrip& raw) {
     constexpr std::size_t preview_bytes = 320UL * 240 * 3;
-    if (file.size() < 8 || Get(file, {0, 4}) != 0x002A4949) {
+    if (file.size() < 8 || NumberAt(file, 0, 4) != 0x002A4949) {
         return "no TIFF header";
     }
     Inspector inspector(file);
@@ -172,4 +182,4 @@ std::string FaultOfDng(std::span<const std::uint8_t> file, RawStrip& raw) {
     return inspector.fault();
 }
 
-}  // namespace matrix
+}  // namespace support
