@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/run_settings.h"
+#include "base/pixel.h"
 #include "errors/error_handler.h"
 #include "exif/lensdb.h"
 #include "sensor/sensdb.h"
@@ -44,7 +45,7 @@ class ConversionRun {
 
     /// Whether the leftovers of killed runs have been removed from the output folder.
     bool output_is_clean_ = false;
-    std::vector<std::uint16_t> frame_;  ///< memory for the image, handed from record to record
+    std::vector<Pixel> frame_;  ///< memory for the image, handed from record to record
 
     // These three change when an image has a dark frame, and stay changed until such an image has been
     // written: if it fails to load, the next image inherits them.

@@ -67,7 +67,7 @@ std::optional<LinearizationTable> FindTable(const IFD& ifd) {
 /// The layout, if it is one of the two that are known: the camera's, and that of a file repaired before.
 std::optional<RawLayout> FindRawLayout(const IFD& ifd) {
     constexpr std::uint32_t camera_bits = 8;
-    constexpr std::uint32_t repaired_bits = 16;
+    constexpr std::uint32_t repaired_bits = tag_values::kRawBitsPerSample;
     const auto width = ifd::FirstNumber(ifd, tag::kImageWidth);
     const auto height = ifd::FirstNumber(ifd, tag::kImageLength);
     const auto bits = ifd::FirstNumber(ifd, tag::kBitsPerSample);
@@ -86,13 +86,13 @@ std::optional<RawLayout> FindRawLayout(const IFD& ifd) {
     return std::nullopt;
 }
 
-std::span<std::uint8_t> AsBytes(std::vector<std::uint16_t>& pixels) {
-    return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size() * sizeof(std::uint16_t)};
+std::span<std::uint8_t> AsBytes(std::vector<Pixel>& pixels) {
+    return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size() * sizeof(Pixel)};
 }
 
 /// Looks up the samples, which fill the rear half of the pixels' own memory: pixel i is written where the
 /// samples up to i have been read.
-void Linearize(std::vector<std::uint16_t>& pixels, const LinearizationTable& table) {
+void Linearize(std::vector<Pixel>& pixels, const LinearizationTable& table) {
     const auto samples = AsBytes(pixels).last(pixels.size());
     for (std::size_t i = 0; i < pixels.size(); ++i) {
         const std::uint8_t sample = samples[i];
@@ -100,8 +100,7 @@ void Linearize(std::vector<std::uint16_t>& pixels, const LinearizationTable& tab
     }
 }
 
-bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout,
-                std::vector<std::uint16_t>& pixels) {
+bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout, std::vector<Pixel>& pixels) {
     pixel_memory::Resize(pixels, static_cast<std::size_t>(layout.Pixels()));
     if (!ReadBytes(file, offset, AsBytes(pixels).last(static_cast<std::size_t>(layout.Bytes())))) {
         return false;
@@ -123,7 +122,7 @@ bool ReadImages(InputFile& file, const IFD& preview_ifd, const IFD& raw_ifd, Cam
     }
     // Width and height have 32 bits each: their product fits,
     // and is at most the file's size before it is doubled.
-    constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(std::uint16_t);
+    constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(Pixel);
     if (preview->size > file.size() || raw->size > file.size() - preview->size ||
         layout->Pixels() > std::min(raw->size, most_pixels) || layout->Bytes() > raw->size) {
         return false;

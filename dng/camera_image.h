@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/pixel.h"
 #include "dng/ifd.h"
 #include "system/input_file.h"
 
 /// The images of a DNG that the camera wrote.
 struct CameraImage {
     std::vector<std::uint8_t> preview;  ///< 320 x 240 pixels of 3 bytes
-    std::vector<std::uint16_t> pixels;  ///< width x height 14-bit values, row by row
+    std::vector<Pixel> pixels;          ///< width x height 14-bit values, row by row
     int width = 0;                      ///< pixels
     int height = 0;                     ///< pixels
 };

@@ -14,6 +14,7 @@
 
 #include "base/byte_view.h"
 #include "base/error_codes.h"
+#include "base/pixel.h"
 #include "dng/camera_image.h"
 #include "dng/dnglib.h"
 #include "dng/ifd.h"
@@ -127,14 +128,13 @@ int ReadCameraDng(DNGlib& reader, const std::string& path, TagTree& tree, Camera
 
 /// One strip an image, as the layout writes them, and 16 bits for the raw image.
 void DescribeStrips(const CameraImage& image, TagTree& tree) {
-    constexpr std::uint16_t bits_per_sample = 16;
     ifd::Add(tree.ifd0, tag::kStripByteCounts, static_cast<std::uint32_t>(image.preview.size()));
     ifd::Add(tree.ifd0, tag::kRowsPerStrip, static_cast<std::uint32_t>(PreviewSampler::kHeight));
 
     ifd::Add(tree.sub_ifd, tag::kStripByteCounts,
-             static_cast<std::uint32_t>(image.pixels.size() * sizeof(std::uint16_t)));
+             static_cast<std::uint32_t>(image.pixels.size() * sizeof(Pixel)));
     ifd::Add(tree.sub_ifd, tag::kRowsPerStrip, static_cast<std::uint32_t>(image.height));
-    ifd::Add(tree.sub_ifd, tag::kBitsPerSample, bits_per_sample);
+    ifd::Add(tree.sub_ifd, tag::kBitsPerSample, tag_values::kRawBitsPerSample);
     tree.sub_ifd.erase(tag::kLinearizationTable);
 }
 
@@ -236,7 +236,7 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     FixExposure(tree_.exif_ifd);
     ifd::Add(tree_.ifd0, tag::kMakerNoteSafety, tag_values::kSafe);
     DescribeStrips(image, tree_);
-    const auto raw_bytes = static_cast<int>(image.pixels.size() * sizeof(std::uint16_t));
+    const auto raw_bytes = static_cast<int>(image.pixels.size() * sizeof(Pixel));
     return writeDNGTree(outputFolder, name, reinterpret_cast<const char*>(image.pixels.data()),
                         reinterpret_cast<const char*>(image.preview.data()), raw_bytes,
                         PreviewSampler::kSize);

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 
+#include "base/pixel.h"
 #include "dng/color_matrices.h"
 #include "dng/dnglib.h"
 #include "dng/ifd.h"
@@ -41,14 +42,13 @@ void AddRawImageTags(const ReadInputData& input, std::uint32_t white_level, IFD&
     const std::array crop_size = {static_cast<std::uint16_t>(width - 2 * kCropMargin),
                                   static_cast<std::uint16_t>(height - 2 * kCropMargin)};
     constexpr std::array crop_origin = {kCropMargin, kCropMargin};
-    constexpr std::uint16_t bits_per_sample = 16;
     constexpr std::uint16_t samples_per_pixel = 1;
-    const std::uint32_t strip_bytes = static_cast<std::uint32_t>(sizeof(std::uint16_t)) * width * height;
+    const std::uint32_t strip_bytes = static_cast<std::uint32_t>(sizeof(Pixel)) * width * height;
 
     ifd::Add(ifd, tag::kNewSubFileType, kFullImage);
     ifd::Add(ifd, tag::kImageWidth, width);
     ifd::Add(ifd, tag::kImageLength, height);
-    ifd::Add(ifd, tag::kBitsPerSample, bits_per_sample);
+    ifd::Add(ifd, tag::kBitsPerSample, kRawBitsPerSample);
     ifd::Add(ifd, tag::kPhotometricInterpretation, kColorFilterArray);
     ifd::Add(ifd, tag::kSamplesPerPixel, samples_per_pixel);
     ifd::Add(ifd, tag::kRowsPerStrip, height);

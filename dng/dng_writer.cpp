@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "base/byte_order.h"
+#include "base/pixel.h"
 #include "dng/dnglib.h"
 #include "dng/ifd.h"
 #include "dng/tag_tree.h"
@@ -210,7 +211,7 @@ int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceNam
 }
 
 int DNGlib::writeDNGTree(const std::string& prefix) {
-    const int raw_bytes = input_->ImageSize * static_cast<int>(sizeof(std::uint16_t));
+    const int raw_bytes = input_->ImageSize * static_cast<int>(sizeof(Pixel));
     return writeDNGTree(prefix, input_->RawFileName, reinterpret_cast<const char*>(input_->ImageData.data()),
                         reinterpret_cast<const char*>(input_->PreviewData.data()), raw_bytes,
                         PreviewSampler::kSize);

@@ -10,6 +10,8 @@
 /// Values that every written DNG carries, named after what they mean in TIFF 6.0, TIFF/EP and DNG 1.4.
 namespace tag_values {
 
+constexpr std::uint16_t kRawBitsPerSample = 16;
+
 constexpr std::uint32_t kFullImage = 0;     ///< NewSubFileType
 constexpr std::uint32_t kReducedImage = 1;  ///< NewSubFileType
 

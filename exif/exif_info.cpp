@@ -1,31 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "exif/exif_info.h"
 
-EXIFInfo::EXIFInfo() {
-    clear();
-}
+#include <utility>
 
 void EXIFInfo::clear() {
-    LittleEndian = false;
-
-    for (std::string* text : {&ImageDescription, &Make, &Model, &Software, &DateTime, &DateTimeOriginal,
-                              &DateTimeDigitized, &SubSecTimeOriginal, &Copyright, &LensCodeBits}) {
-        text->clear();
+    EXIFInfo before = std::exchange(*this, EXIFInfo());
+    MaxApertureValue = before.MaxApertureValue;
+    WhiteBalance = before.WhiteBalance;
+    ImageUniqueID = std::move(before.ImageUniqueID);
+    SerialNumber = before.SerialNumber;
+    LensCode = before.LensCode;
+    FrameSelector = before.FrameSelector;
+    for (const auto rational : {&EXIFInfo::Mn0311, &EXIFInfo::Mn0312, &EXIFInfo::Mn0313, &EXIFInfo::Mn0322,
+                                &EXIFInfo::Mn0323, &EXIFInfo::Mn0324}) {
+        this->*rational = before.*rational;
     }
-    ExifVersion.clear();
-    MakerNote.clear();
-
-    for (std::uint16_t* number :
-         {&Orientation, &BitsPerSample, &ISOSpeedRatings, &ExposureProgram, &FocalLengthIn35mmFilm, &Flash,
-          &MeteringMode, &LightSource, &FileSource, &SceneType, &SceneCaptureType}) {
-        *number = 0;
+    for (const auto ratio : {&EXIFInfo::Mn0322Ratio, &EXIFInfo::Mn0323Ratio, &EXIFInfo::Mn0324Ratio}) {
+        this->*ratio = before.*ratio;
     }
-    PixelXDimension = 0;
-    PixelYDimension = 0;
-
-    for (Rational* rational :
-         {&ExposureTime, &FNumber, &ShutterSpeedValue, &SubjectDistance, &FocalLength, &DigitalZoomRatio}) {
-        *rational = kClearedRational;
-    }
-    ExposureBiasValue = kClearedSRational;
 }

@@ -18,10 +18,8 @@ class EXIFInfo {
     static constexpr int kUnknownByteOrder = 1984;
     static constexpr int kCorruptExif = 1985;
 
-    EXIFInfo();
-
-    /// Empties the record, but deliberately for MaxApertureValue, WhiteBalance, ImageUniqueID and what the
-    /// maker note's numbers fill: these keep what an earlier parse left.
+    /// Clears everything except MaxApertureValue, WhiteBalance, ImageUniqueID and the numbers of the maker
+    /// note, which deliberately keep what an earlier parse left.
     void clear();
 
     /// Reads a whole JPEG file of `len` bytes in memory. Returns 0 or one of the results above; a file that
@@ -53,16 +51,16 @@ class EXIFInfo {
     std::string DateTimeDigitized;
     std::string SubSecTimeOriginal;
     std::string Copyright;
-    Rational ExposureTime;  ///< seconds, the fastest three snapped to their nominal values
-    Rational FNumber;
+    Rational ExposureTime = kClearedRational;  ///< seconds, the fastest three snapped to their nominal values
+    Rational FNumber = kClearedRational;
     std::uint16_t ISOSpeedRatings = 0;
     std::uint16_t ExposureProgram = 0;
     std::vector<std::uint8_t> ExifVersion;
-    Rational ShutterSpeedValue;   ///< APEX
-    SRational ExposureBiasValue;  ///< EV in thirds
-    Rational SubjectDistance;     ///< metres
-    Rational FocalLength;         ///< millimetres
-    Rational DigitalZoomRatio;
+    Rational ShutterSpeedValue = kClearedRational;    ///< APEX
+    SRational ExposureBiasValue = kClearedSRational;  ///< EV in thirds
+    Rational SubjectDistance = kClearedRational;      ///< metres
+    Rational FocalLength = kClearedRational;          ///< millimetres
+    Rational DigitalZoomRatio = kClearedRational;
     std::uint16_t FocalLengthIn35mmFilm = 0;  ///< millimetres
     std::uint16_t Flash = 0;
     Rational MaxApertureValue;  ///< APEX

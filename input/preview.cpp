@@ -36,7 +36,7 @@ std::vector<std::int32_t> SamplePositions(std::int32_t count, std::int32_t lengt
     return positions;
 }
 
-std::uint8_t Grey(std::uint16_t value) {
+std::uint8_t Grey(Pixel value) {
     constexpr double white = 255.0;
     return Truncate<std::uint8_t>(std::min(std::sqrt(value * 4.0), white) + 0.5);
 }
@@ -48,7 +48,7 @@ PreviewSampler::PreviewSampler(std::int32_t width, std::int32_t height, std::spa
       rows_(SamplePositions(kHeight, height, kEven)),
       unfilled_(preview) {}
 
-void PreviewSampler::AddRow(std::int32_t y, std::span<const std::uint16_t> row) {
+void PreviewSampler::AddRow(std::int32_t y, std::span<const Pixel> row) {
     if (next_row_ == rows_.size() || rows_[next_row_] != y) {
         return;
     }

@@ -6,6 +6,8 @@
 #include <span>
 #include <vector>
 
+#include "base/pixel.h"
+
 /// The grey preview of an image: 320 x 240 single pixels of the sensor data, mapped from 14 bits to 0...255
 /// by a square-root curve. The samples lie in even rows and odd columns, so all of them are green.
 class PreviewSampler {
@@ -20,7 +22,7 @@ class PreviewSampler {
     PreviewSampler(std::int32_t width, std::int32_t height, std::span<std::uint8_t> preview);
 
     /// Takes image row `y`; the rows must come from top to bottom. Rows without samples are ignored.
-    void AddRow(std::int32_t y, std::span<const std::uint16_t> row);
+    void AddRow(std::int32_t y, std::span<const Pixel> row);
 
   private:
     std::vector<std::int32_t> columns_;  ///< columns of the samples in every sampled row

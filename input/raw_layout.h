@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/pixel.h"
+
 /// Layout of the camera's RAW and BIA files: a bare dump of little-endian 16-bit words, of which 14 bits are
 /// used.
 namespace raw_layout {
@@ -16,7 +18,7 @@ constexpr std::int32_t kPixelCount = kImageWidth * kImageHeight;
 constexpr std::size_t kLeadingWords = 54;  ///< before the first row; skipped
 constexpr std::size_t kRowWords = 3976;    ///< the last 8 are skipped
 constexpr std::size_t kFileWords = kLeadingWords + kRowWords * kImageHeight;
-constexpr std::size_t kFileBytes = kFileWords * sizeof(std::uint16_t);
+constexpr std::size_t kFileBytes = kFileWords * sizeof(Pixel);
 
 }  // namespace raw_layout
 

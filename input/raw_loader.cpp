@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/error_codes.h"
+#include "base/pixel.h"
 #include "input/preview.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
@@ -18,7 +19,7 @@ namespace {
 
 /// Reads the words of a sensor dump from the first `size` bytes of `file`. Words beyond the end of the file
 /// are 0; bytes after `size` are ignored. Returns false if the file can't be read.
-[[nodiscard]] bool ReadWords(InputFile& file, std::uint64_t size, std::vector<std::uint16_t>& words) {
+[[nodiscard]] bool ReadWords(InputFile& file, std::uint64_t size, std::vector<Pixel>& words) {
     pixel_memory::Resize(words, raw_layout::kFileWords);
     const std::span bytes(reinterpret_cast<std::uint8_t*>(words.data()), raw_layout::kFileBytes);
     const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(size, bytes.size()));
@@ -31,9 +32,9 @@ constexpr std::size_t RowStart(std::size_t y) {
     return raw_layout::kLeadingWords + y * raw_layout::kRowWords;
 }
 
-void SubtractDarkRow(std::span<std::uint16_t> row, std::span<const std::uint16_t> dark) {
+void SubtractDarkRow(std::span<Pixel> row, std::span<const Pixel> dark) {
     for (std::size_t x = 0; x < row.size(); ++x) {
-        row[x] = static_cast<std::uint16_t>(row[x] - std::min(row[x], dark[x]));
+        row[x] = static_cast<Pixel>(row[x] - std::min(row[x], dark[x]));
     }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/pixel.h"
 #include "exif/exif_info.h"
 #include "exif/lensdb.h"
 
@@ -34,12 +35,12 @@ class ReadInputData {
     /// Prints a summary of Exif, 25 lines, to standard output. For diagnosis only; a run does not call it.
     void PrintExifData() const;
 
-    std::vector<std::uint16_t> BiaData;  ///< words of the dark frame, in the layout of a RAW file
-    bool Verbose = false;                ///< print progress
+    std::vector<Pixel> BiaData;  ///< words of the dark frame, in the layout of a RAW file
+    bool Verbose = false;        ///< print progress
     bool SubtractBia = false;
     /// First the words of the RAW file, then the image: Width x Height 14-bit values, row by row. The vector
     /// may be moved from one record to the next to reuse its memory; its old content does not matter.
-    std::vector<std::uint16_t> ImageData;
+    std::vector<Pixel> ImageData;
     std::vector<std::uint8_t> PreviewData;  ///< 320 x 240 pixels of 3 equal bytes, row by row
     std::int32_t ImageSize = 0;    ///< first the RAW file's length in bytes, then the number of pixels
     std::int32_t PreviewSize = 0;  ///< bytes

@@ -18,7 +18,7 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using Pixels = std::vector<std::uint16_t>;
+using Pixels = std::vector<Pixel>;
 using samples::Long;
 using samples::Longs;
 using samples::Short;
@@ -64,7 +64,7 @@ TEST(RawImage, GoesThroughTheLinearizationTable) {
 
 TEST(RawImage, GoesThroughWhateverTableTheFileHas) {
     auto file = WithRow({0, 1, 255});
-    std::vector<std::uint16_t> table(300);  // more entries than a byte can ask for
+    std::vector<Pixel> table(300);  // more entries than a byte can ask for
     for (std::size_t i = 0; i < table.size(); ++i) {
         table[i] = static_cast<std::uint16_t>(65535 - i);
     }
@@ -170,7 +170,7 @@ INSTANTIATE_TEST_SUITE_P(
         Without("NoBitsPerSample", tag::kBitsPerSample),
         Without("EightBitsWithoutTable", tag::kLinearizationTable),
         With("WidthZero", Long(tag::kImageWidth, 0)), With("HeightZero", Long(tag::kImageLength, 0)),
-        With("TableOf255", Shorts(tag::kLinearizationTable, std::vector<std::uint16_t>(255, 1))),
+        With("TableOf255", Shorts(tag::kLinearizationTable, std::vector<Pixel>(255, 1))),
         With("TableOfLongs", Longs(tag::kLinearizationTable, std::vector<std::uint32_t>(256, 1))),
         With("TwelveBits", Short(tag::kBitsPerSample, 12)), With("Compressed", Short(tag::kCompression, 7)),
         With("WidthTooLarge", Long(tag::kImageWidth, 5)),
