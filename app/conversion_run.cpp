@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "app/conversion_run.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <system_error>
 #include <utility>
 
 #include "app/input_discovery.h"
 #include "app/sensor_stage.h"
 #include "base/error_codes.h"
 #include "dng/dnglib.h"
+#include "errors/not_written.h"
 #include "input/read_input_data.h"
 #include "system/file_state.h"
-#include "system/file_system.h"
 #include "system/part_files.h"
+#include "system/path_names.h"
 #include "system/replacement_in_steps.h"
 
 namespace {
@@ -45,7 +46,9 @@ std::string FileConcerned(int error, const ReadInputData& record) {
 
 /// Whether the system says that nothing exists at `path`. If it cannot tell, the answer is no.
 bool IsMissing(const std::string& path) {
-    return !StateOf(path) && (errno == ENOENT || errno == ENOTDIR);
+    std::error_code error;
+    return !StateOf(path, error) &&
+           (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory);
 }
 
 }  // namespace
@@ -70,7 +73,7 @@ int ConversionRun::Run() {
             }
         } catch (const std::bad_alloc&) {
             // All of the image's memory has been released by now, and the next image may need less.
-            std::printf("%s: DNG not written: out of memory\n", name.c_str());
+            PrintNotWritten(name, output_names::kDng, "out of memory");
         }
     }
     return 0;
@@ -78,15 +81,16 @@ int ConversionRun::Run() {
 
 /// Returns the code of an error that ends the run, else 0, even if this image failed.
 int ConversionRun::ConvertEntry(const std::string& name) {
-    const std::string base = BaseName(name);
-    const std::string dng = settings_.output_folder + base + ".DNG";
+    const std::string base = path_names::BaseName(name);
+    const std::string dng =
+        settings_.output_folder + path_names::WithExtension(base, path_names::kDngExtension);
     (void)replacement_in_steps::PutBack(dng);
     if (!settings_.refresh && isfile(dng.c_str())) {
         std::printf("File %s.DNG already exists!\n", base.c_str());
         return 0;
     }
     CleanOutputFolder(dng);
-    if (Extension(name) == "RAW") {
+    if (path_names::Extension(name) == path_names::kRawExtension) {
         return ConvertPair(base);
     }
     RepairDng(base);
@@ -96,7 +100,7 @@ int ConversionRun::ConvertEntry(const std::string& name) {
 /// Done once per run, because a folder may hold thousands of files.
 void ConversionRun::CleanOutputFolder(const std::string& dng) {
     if (!std::exchange(output_is_clean_, true)) {
-        part_files::RemoveStale(file_system::FolderOf(dng));
+        part_files::RemoveStale(path_names::SystemFolderPart(dng));
     }
 }
 
@@ -151,7 +155,8 @@ int ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record)
 /// A dark frame replaces black level and dark-field fix, because it already contains the sensor's dark level.
 /// If there is one but it cannot be read, the image fails: without it the picture would look different.
 void ConversionRun::BeginDarkFrame(const std::string& base) {
-    if (settings_.black_level_given && !IsMissing(settings_.input.folder + base + ".BIA")) {
+    const std::string name = path_names::WithExtension(base, path_names::kDarkFrameExtension);
+    if (settings_.black_level_given && !IsMissing(settings_.input.folder + name)) {
         subtract_dark_frame_ = true;
         dark_field_fix_ = false;
         black_level_ = 0;

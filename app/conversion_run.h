@@ -23,7 +23,7 @@ class ConversionRun {
     ConversionRun(const RunSettings& settings, lensdb& lenses, sensdb& sensors, const ErrorHandler& errors);
 
     /// Processes the list. Returns the exit status: 0 even if images failed, unless an error ended the run.
-    int Run();
+    [[nodiscard]] int Run();
 
   private:
     [[nodiscard]] int ConvertEntry(const std::string& name);
@@ -34,7 +34,7 @@ class ConversionRun {
     [[nodiscard]] int ConvertRecord(const std::string& base, ReadInputData& record);
     void BeginDarkFrame(const std::string& base);
     void EndDarkFrame();
-    bool LoadPair(const std::string& base, ReadInputData& record) const;
+    [[nodiscard]] bool LoadPair(const std::string& base, ReadInputData& record) const;
     void FixLensCode(ReadInputData& record) const;
     void WriteDng(ReadInputData& record) const;
 

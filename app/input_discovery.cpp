@@ -2,19 +2,20 @@
 #include "app/input_discovery.h"
 
 #include <cstdio>
-#include <string_view>
 #include <utility>
 
 #include "base/error_codes.h"
-#include "system/file_system.h"
 #include "system/folder_listing.h"
 #include "system/input_file.h"
+#include "system/path_names.h"
 #include "system/replacement_in_steps.h"
+#include "system/system_error.h"
 
 namespace {
 
-constexpr const char* kRaw = "RAW";
-constexpr const char* kDng = "DNG";
+using path_names::Extension;
+using path_names::kDngExtension;
+using path_names::kRawExtension;
 
 /// A DNG named with -i counts as one of the camera's up to this many bytes.
 constexpr std::uint64_t kLargestSingleDng = 15000000;
@@ -27,19 +28,20 @@ std::uint64_t FileSize(const std::string& path) {
 
 bool IsWanted(const std::string& name, const std::string& path) {
     const std::string extension = Extension(name);
-    return extension == kRaw || (extension == kDng && FileSize(path) == kCameraDngSize);
+    return extension == kRawExtension || (extension == kDngExtension && FileSize(path) == kCameraDngSize);
 }
 
 /// Whether `name` is one that a DNG temporarily gets while a new one replaces it.
 bool IsSetAside(const std::string& name) {
-    return name.ends_with("." + std::string(kDng) + std::string(replacement_in_steps::kOldEnd));
+    const auto dng = path_names::NameOfOld(name);
+    return dng && dng->ends_with("." + std::string(kDngExtension));
 }
 
 /// Restores DNGs that a run set aside and then did not replace, and adds the wanted ones to `names`.
 void PutBack(const std::string& folder, const std::vector<std::string>& set_aside,
              std::vector<std::string>& names) {
     for (const std::string& old : set_aside) {
-        const std::string name = old.substr(0, old.size() - replacement_in_steps::kOldEnd.size());
+        const std::string name = path_names::NameOfOld(old).value_or("");
         if (replacement_in_steps::PutBack(folder + name) && IsWanted(name, folder + name)) {
             names.push_back(name);
         }
@@ -47,40 +49,27 @@ void PutBack(const std::string& folder, const std::vector<std::string>& set_asid
 }
 
 InputError ResolveFolder(const std::string& path, InputFiles& input) {
-    const std::string folder = WithSeparator(path);
+    const std::string folder = path_names::WithSeparator(path);
     input = {folder, GetFileList(folder)};
     return {input.names.empty() ? kNoRawFiles : kNoError, ""};
 }
 
-std::string FileNamePart(const std::string& path) {
-    return path.substr(path.find_last_of(kSeparators) + 1);
-}
-
-std::string FolderPart(const std::string& path) {
-    return path.substr(0, path.find_last_of(kSeparators) + 1);
-}
-
 /// The file at `path`, or at `path` with an extension appended; empty if there is none.
 std::string FindFile(const std::string& path) {
-    for (const std::string extension : {"", ".RAW", ".DNG"}) {
-        if (Extension(path + extension) == kDng) {
-            (void)replacement_in_steps::PutBack(path + extension);
+    const std::string raw = path_names::WithExtension(path, kRawExtension);
+    const std::string dng = path_names::WithExtension(path, kDngExtension);
+    for (const std::string& file : {path, raw, dng}) {
+        if (Extension(file) == kDngExtension) {
+            (void)replacement_in_steps::PutBack(file);
         }
-        if (isfile((path + extension).c_str())) {
-            return path + extension;
+        if (isfile(file.c_str())) {
+            return file;
         }
     }
     return "";
 }
 
 }  // namespace
-
-std::string WithSeparator(std::string folder) {
-    if (!folder.empty() && std::string_view(kSeparators).find(folder.back()) == std::string_view::npos) {
-        folder += '/';
-    }
-    return folder;
-}
 
 bool isdir(const char* path) {
     return FolderListing(path).IsOpen();
@@ -106,10 +95,10 @@ std::vector<std::string> GetFileList(const std::string& folder) {
         }
     }
     PutBack(folder, set_aside, names);
-    if (listing.error() != 0) {
+    if (listing.error()) {
         // The listed files are still converted, but the user must know that the list is incomplete.
         std::printf("%s: folder not read to its end: %s\n", folder.c_str(),
-                    file_system::ErrorText(listing.error()));
+                    system_error::Text(listing.error()));
     }
     return names;
 }
@@ -119,26 +108,18 @@ InputError ResolveInput(const std::string& path, InputFiles& input) {
         return ResolveFolder(path, input);
     }
     const std::string file = FindFile(path);
-    const std::string name = FileNamePart(file);
+    const std::string name = path_names::FileNamePart(file);
     const std::string extension = Extension(name);
-    if (extension != kRaw && extension != kDng) {
+    if (extension != kRawExtension && extension != kDngExtension) {
         return {kBadInput, ""};
     }
-    if (extension == kDng && FileSize(file) > kLargestSingleDng) {
+    if (extension == kDngExtension && FileSize(file) > kLargestSingleDng) {
         return {kNotACameraDng, name};
     }
-    input = {FolderPart(file), {name}};
+    input = {path_names::FolderPart(file), {name}};
     return {};
 }
 
 InputFiles CurrentFolder() {
     return {"./", GetFileList(".")};
-}
-
-std::string Extension(const std::string& name) {
-    return name.substr(name.rfind('.') + 1);
-}
-
-std::string BaseName(const std::string& name) {
-    return name.substr(0, name.rfind('.'));
 }

@@ -6,21 +6,15 @@
 #include <string>
 #include <vector>
 
-/// The characters that separate the parts of a path.
-constexpr const char* kSeparators = "\\/";
-
 /// Size in bytes of every DNG that the camera writes. A search of a folder accepts no other size, so it never
 /// finds the DNGs that this program wrote.
 constexpr std::uint64_t kCameraDngSize = 10575296;
 
-/// `folder` with a separator at the end; an empty text stays empty.
-std::string WithSeparator(std::string folder);
-
 /// Whether `path` can be opened as a folder.
-bool isdir(const char* path);
+[[nodiscard]] bool isdir(const char* path);
 
 /// Whether `path` can be opened for reading as a file.
-bool isfile(const char* path);
+[[nodiscard]] bool isfile(const char* path);
 
 /// The names, without `folder`, of the RAW files and of the camera DNGs (recognised by their exact size) in
 /// `folder`, in the order in which the system lists them. Extensions must be in upper case. `folder` ends in
@@ -41,16 +35,10 @@ struct InputError {
 };
 
 /// Resolves `path`, the value of -i: a folder, a RAW or DNG file, or such a file without its extension.
-InputError ResolveInput(const std::string& path, InputFiles& input);
+[[nodiscard]] InputError ResolveInput(const std::string& path, InputFiles& input);
 
 /// The input of a run without -i: the RAW files of the current folder. DNGs are not found there, because "."
 /// is put in front of their names without a separator.
 InputFiles CurrentFolder();
-
-/// The text after the last "." of `name`; all of it if there is none.
-std::string Extension(const std::string& name);
-
-/// The text before the last "." of `name`; all of it if there is none.
-std::string BaseName(const std::string& name);
 
 #endif  // VELMARCON_APP_INPUT_DISCOVERY_H

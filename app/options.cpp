@@ -6,6 +6,7 @@
 #include "app/command_line.h"
 #include "app/input_discovery.h"
 #include "base/error_codes.h"
+#include "system/path_names.h"
 
 namespace {
 
@@ -89,7 +90,7 @@ class OptionReader {
 
     int SetOutput(const std::string& path) {
         output_given_ = true;
-        settings_.output_folder = WithSeparator(path);
+        settings_.output_folder = path_names::WithSeparator(path);
         return isdir(settings_.output_folder.c_str()) ? 0 : errors_.PrintError(kBadOutputFolder);
     }
 
@@ -107,11 +108,8 @@ class OptionReader {
 }  // namespace
 
 std::string ExecutableFolder(const std::string& program) {
-    const auto separator = program.find_last_of(kSeparators);
-    if (separator == std::string::npos) {
-        return "";
-    }
-    return separator == 0 ? "./" : program.substr(0, separator + 1);
+    const std::string folder = path_names::FolderPart(program);
+    return folder.size() == 1 ? "./" : folder;
 }
 
 int ParseOptions(std::span<char* const> arguments, const lensdb& lenses, const ErrorHandler& errors,

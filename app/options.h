@@ -16,7 +16,7 @@ std::string ExecutableFolder(const std::string& program);
 /// Turns the command line (argv, including the program's name) into `settings`, and prints the error that
 /// ends the run if there is one. Returns 0, or that error's code as the exit status. Unknown options are
 /// ignored; of a repeated option the first one counts.
-int ParseOptions(std::span<char* const> arguments, const lensdb& lenses, const ErrorHandler& errors,
-                 RunSettings& settings);
+[[nodiscard]] int ParseOptions(std::span<char* const> arguments, const lensdb& lenses,
+                               const ErrorHandler& errors, RunSettings& settings);
 
 #endif  // VELMARCON_APP_OPTIONS_H

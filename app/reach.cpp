@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "app/reach.h"
 
+#include <array>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
-#include "app/input_discovery.h"
 #include "system/file_system.h"
+#include "system/path_names.h"
 #include "system/system_path.h"
 
 namespace {
 
+/// Extensions of the files in the input folder that a run may read for one image.
+constexpr std::array kExtensions = {path_names::kRawExtension, path_names::kJpegExtension,
+                                    path_names::kDarkFrameExtension, path_names::kDngExtension};
+
 /// The folder of `file`; "./" instead of an empty name, which cannot be opened.
 std::string FolderOf(const std::string& file) {
-    const std::string folder = file_system::FolderOf(file);
+    const std::string folder = path_names::SystemFolderPart(file);
     return folder.empty() ? "./" : folder;
 }
 
@@ -39,18 +45,19 @@ Reach ReachOf(const RunSettings& settings, const std::string& sensor_database) {
     const std::string& output = settings.output_folder.empty() ? input : settings.output_folder;
     Reach reach = {{FolderOfPrefix(input)}, {FolderOfPrefix(output)}, {}};
     for (const std::string& name : settings.input.names) {
-        const std::string base = BaseName(name);
-        for (const char* extension : {".RAW", ".JPG", ".BIA", ".DNG"}) {
-            AddLink(input + base + extension, reach.read_files);
+        const std::string base = path_names::BaseName(name);
+        for (const std::string_view extension : kExtensions) {
+            AddLink(input + path_names::WithExtension(base, extension), reach.read_files);
         }
         if (output != input) {
-            AddLink(output + base + ".DNG", reach.read_files);  // to tell whether the DNG exists
+            // To tell whether the DNG exists.
+            AddLink(output + path_names::WithExtension(base, path_names::kDngExtension), reach.read_files);
         }
     }
     if (settings.sensor_fix) {
         reach.written_folders.push_back(FolderOf(sensor_database));
         std::string target;
-        if (file_system::FollowLinks(sensor_database, target) == 0 && target != sensor_database) {
+        if (!file_system::FollowLinks(sensor_database, target) && target != sensor_database) {
             reach.written_folders.push_back(FolderOf(target));
         }
     }

@@ -16,6 +16,6 @@ using Confinement = bool (*)(const Reach& reach);
 /// The whole program: reads the options, finds the images and converts or repairs them. `arguments` is argv,
 /// including the program's name. `confine`, unless null, is called after the options are read and before the
 /// first image. Prints to standard output. Returns the exit status.
-int RunProgram(std::span<char* const> arguments, Confinement confine = nullptr);
+[[nodiscard]] int RunProgram(std::span<char* const> arguments, Confinement confine = nullptr);
 
 #endif  // VELMARCON_APP_RUN_PROGRAM_H

@@ -41,6 +41,6 @@ int SensorStage::CreateDarkReference(const std::string& base, bool loaded, ReadI
                 static_cast<std::int32_t>(serial), base.c_str());
     sensors_.CalcSensLevel(&record);
     // WriteSensData reports a failure; the image is still corrected with the new values.
-    sensors_.WriteSensData();
+    (void)sensors_.WriteSensData();
     return 0;
 }

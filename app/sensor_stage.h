@@ -22,7 +22,7 @@ class SensorStage {
     [[nodiscard]] int Run(const std::string& base, bool dark_field_fix, ReadInputData& record) const;
 
   private:
-    int CreateDarkReference(const std::string& base, bool loaded, ReadInputData& record) const;
+    [[nodiscard]] int CreateDarkReference(const std::string& base, bool loaded, ReadInputData& record) const;
 
     const RunSettings& settings_;
     sensdb& sensors_;

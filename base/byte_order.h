@@ -2,6 +2,7 @@
 #ifndef VELMARCON_BASE_BYTE_ORDER_H
 #define VELMARCON_BASE_BYTE_ORDER_H
 
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -12,9 +13,12 @@
 /// Which byte of a number stands first in a file: the lowest or the highest.
 enum class ByteOrder : std::uint8_t { kLittleEndian, kBigEndian };
 
-/// All conversions between integers and the bytes of a file.
-/// Shifts only, so the host's byte order never matters.
+/// All conversions between integers and the bytes of a file, except those of pixels.
 namespace byte_order {
+
+static_assert(std::endian::native == std::endian::little,
+              "16-bit pixels are read from sensor dumps, and written to DNG files, as they stand in memory: "
+              "both are little-endian, and so must be the machine");
 
 /// The unsigned integer whose bytes are the first sizeof(T)
 /// of `bytes`, low byte first. `bytes` must hold them.

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <new>
 
-#include "app/input_discovery.h"
 #include "calibrate/calibrate_options.h"
 #include "calibrate/database_check.h"
 #include "calibrate/database_file.h"
@@ -12,8 +11,10 @@
 #include "calibrate/findings_text.h"
 #include "calibrate/measuring.h"
 #include "calibrate/report.h"
+#include "errors/not_written.h"
 #include "errors/version.h"
-#include "system/file_system.h"
+#include "system/path_names.h"
+#include "system/system_error.h"
 
 namespace {
 
@@ -25,7 +26,8 @@ int Refuse(const std::string& problem) {
 }
 
 int NotWritten(const std::string& path, const std::string& reason) {
-    std::printf("\n%s: sensor database not written: %s\n", path.c_str(), reason.c_str());
+    std::printf("\n");
+    PrintNotWritten(path, output_names::kSensorDatabase, reason.c_str());
     return kNotCalibrated;
 }
 
@@ -34,7 +36,7 @@ struct Database {
     std::string path;
     std::string text;
     std::string problem;  ///< why it cannot be read
-    std::function<int()> make_folder;
+    std::function<std::error_code()> make_folder;
 };
 
 std::vector<ListedRows> RowsToList(const Calibration& calibration, bool doubtful) {
@@ -59,8 +61,8 @@ int WriteDatabase(const Database& database, int serial, const Calibration& calib
         std::printf("\n%s is left as it is.\n", database.path.c_str());
         return kCalibrated;
     }
-    if (const int error = database.make_folder ? database.make_folder() : 0; error != 0) {
-        return NotWritten(database.path, file_system::ErrorText(error));
+    if (const std::error_code error = database.make_folder ? database.make_folder() : std::error_code()) {
+        return NotWritten(database.path, system_error::Text(error));
     }
     std::string kept;
     if (const std::string reason = database_file::Replace(database.path, database.text, text, kept);
@@ -124,10 +126,10 @@ int Run(const CalibrateOptions& options, const std::string& command,
         return status;
     }
     if (const std::string reason = WriteReport(options.report, command, measuring); !reason.empty()) {
-        std::printf("%s: report not written: %s\n", options.report.c_str(), reason.c_str());
+        PrintNotWritten(options.report, output_names::kReport, reason.c_str());
         return kNotCalibrated;
     }
-    std::printf("The report is %s.\n", (WithSeparator(options.report) + "index.html").c_str());
+    std::printf("The report is %s.\n", (path_names::WithSeparator(options.report) + "index.html").c_str());
     return status;
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <system_error>
 
 /// Exit statuses.
 constexpr int kCalibrated = 0;
@@ -15,11 +16,12 @@ constexpr int kWrongUsage = 2;
 /// The database of a run whose options name none.
 struct DefaultDatabase {
     std::string path;  ///< empty: there is none
-    /// Called before the database is written; returns 0 or the system's error number.
-    std::function<int()> make_folder;
+    /// Called before the database is written, unless it is empty.
+    std::function<std::error_code()> make_folder;
 };
 
 /// Runs the program; `arguments` is without the program's name. Returns the exit status.
-int RunCalibrate(std::span<const std::string> arguments, const DefaultDatabase& default_database);
+[[nodiscard]] int RunCalibrate(std::span<const std::string> arguments,
+                               const DefaultDatabase& default_database);
 
 #endif  // VELMARCON_CALIBRATE_CALIBRATE_RUN_H

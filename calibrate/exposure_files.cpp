@@ -8,6 +8,7 @@
 #include "errors/error_handler.h"
 #include "input/read_input_data.h"
 #include "system/file_system.h"
+#include "system/path_names.h"
 
 namespace {
 
@@ -29,14 +30,16 @@ std::vector<ExposureFile> FindExposures(std::span<const std::string> paths,
     for (const std::string& path : paths) {
         InputFiles files;
         const InputError error = ResolveInput(path, files);
-        std::erase_if(files.names, [](const std::string& name) { return Extension(name) != "RAW"; });
+        std::erase_if(files.names, [](const std::string& name) {
+            return path_names::Extension(name) != path_names::kRawExtension;
+        });
         if (error.code != 0 || files.names.empty()) {
             problems.push_back(path + WhyNothingIsThere(path));
             continue;
         }
         std::ranges::sort(files.names);
         for (const std::string& name : files.names) {
-            const ExposureFile file = {files.folder, BaseName(name)};
+            const ExposureFile file = {files.folder, path_names::BaseName(name)};
             // A file that is named twice must not count twice.
             if (std::ranges::find(found, file) == found.end()) {
                 found.push_back(file);
@@ -54,7 +57,8 @@ int ExposureLoader::Load(const ExposureFile& file) {
     const int error = record.ProcessFile(file.folder, file.base, verbose, subtract_dark_frame);
     pixels_ = std::move(record.ImageData);
     if (error != 0) {
-        return ErrorHandler().PrintError(error, file.base + ".RAW");
+        return ErrorHandler().PrintError(error,
+                                         path_names::WithExtension(file.base, path_names::kRawExtension));
     }
     serial_ = record.Exif.SerialNumber;
     iso_ = record.Exif.ISOSpeedRatings;

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <csignal>
 #include <cstddef>
 #include <filesystem>
 #include <span>
@@ -8,7 +7,9 @@
 
 #include "calibrate/calibrate_run.h"
 #include "packaging/data_folder.h"
+#include "system/path_names.h"
 #include "system/pixel_memory.h"
+#include "system/posix/write_signals.h"
 #include "system/standard_streams.h"
 
 namespace {
@@ -19,15 +20,13 @@ DefaultDatabase InDataFolder() {
     if (folder.empty()) {
         return {};
     }
-    return {(folder / "sensdb.ini").string(), [folder] { return MakeDataFolder(folder); }};
+    return {(folder / path_names::kSensorDatabase).string(), [folder] { return MakeDataFolder(folder); }};
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    // A failed write is reported; the signal must not end the program.
-    (void)std::signal(SIGXFSZ, SIG_IGN);
-    (void)std::signal(SIGPIPE, SIG_IGN);
+    IgnoreWriteSignals();
     FillMissingStandardStreams();
     pixel_memory::RetainFreedMemory();
     const std::span<char*> all(argv, static_cast<std::size_t>(argc));

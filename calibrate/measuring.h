@@ -36,9 +36,10 @@ class Measuring {
     ExposureLoader& loader() { return loader_; }
 
   private:
-    bool ReadAllDarks(const std::vector<ExposureFile>& files, const std::set<std::string>& without);
-    bool LoadOne(const ExposureFile& file, std::size_t number, std::size_t count);
-    bool IsOfCamera(const ExposureFile& file);
+    [[nodiscard]] bool ReadAllDarks(const std::vector<ExposureFile>& files,
+                                    const std::set<std::string>& without);
+    [[nodiscard]] bool LoadOne(const ExposureFile& file, std::size_t number, std::size_t count);
+    [[nodiscard]] bool IsOfCamera(const ExposureFile& file);
     void LeaveOut(const std::string& name, const std::string& reason);
 
     const CalibrateOptions& options_;

@@ -5,27 +5,28 @@
 #include <cmath>
 
 #include "calibrate/number_text.h"
-#include "calibrate/run_tool.h"
 #include "calibrate/sensor_grid.h"
 #include "system/file_system.h"
+#include "system/path_names.h"
 #include "system/replacement_file.h"
+#include "system/run_tool.h"
 
 namespace {
 
 using sensor_grid::kColumns;
 using sensor_grid::kRows;
 
-constexpr const char* kData = ".velmarcon-report.data";
-constexpr const char* kScript = ".velmarcon-report.gnuplot";
-constexpr const char* kPart = ".velmarcon-report.part";
+using path_names::kReportData;
+using path_names::kReportPart;
+using path_names::kReportScript;
 
 bool WriteWhole(const std::string& path, const std::string& bytes) {
     ReplacementFile file;
-    if (file.Open(path, ReplacementFile::Existing::kReplace) != 0) {
+    if (file.Open(path, ReplacementFile::Existing::kReplace)) {
         return false;
     }
     file.Write(bytes);
-    return file.Commit(bytes.size()) == 0;
+    return !file.Commit(bytes.size());
 }
 
 std::size_t PixelIndex(int column, int row) {
@@ -97,10 +98,11 @@ GreyPicture SideBySide(std::span<const GreyPicture> pictures) {
 /// gnuplot runs in the folder, so that no path has to be quoted. Its output gets its final name when it is
 /// complete.
 bool PictureWriter::RunScript(const std::string& script, const std::string& data, const std::string& name) {
-    const bool done = WriteWhole(folder_ + kData, data) && WriteWhole(folder_ + kScript, script) &&
-                      RunTool(folder_, "gnuplot", {kScript}) &&
-                      file_system::Rename(folder_ + kPart, folder_ + name) == 0;
-    for (const char* const file : {kData, kScript, kPart}) {
+    const bool done = WriteWhole(folder_ + kReportData, data) &&
+                      WriteWhole(folder_ + kReportScript, script) &&
+                      RunTool(folder_, "gnuplot", {kReportScript}) &&
+                      !file_system::Rename(folder_ + kReportPart, folder_ + name);
+    for (const char* const file : {kReportData, kReportScript, kReportPart}) {
         file_system::Remove(folder_ + file);
     }
     return done;
@@ -110,11 +112,11 @@ bool PictureWriter::WritePng(const std::string& name, const GreyPicture& picture
     const std::string width = std::to_string(picture.width);
     const std::string height = std::to_string(picture.height);
     const std::string script =
-        "set terminal pngcairo size " + width + "," + height + "\nset output '" + kPart +
+        "set terminal pngcairo size " + width + "," + height + "\nset output '" + kReportPart +
         "'\nset margins 0,0,0,0\nunset border\nunset tics\nunset key\nunset colorbox\n"
         "set palette gray\nset cbrange [0:255]\nset xrange [-0.5:" +
-        width + "-0.5]\nset yrange [" + height + "-0.5:-0.5]\nplot '" + kData + "' binary array=(" + width +
-        "," + height + ") format='%uchar' with image pixels\nset output\n";
+        width + "-0.5]\nset yrange [" + height + "-0.5:-0.5]\nplot '" + kReportData + "' binary array=(" +
+        width + "," + height + ") format='%uchar' with image pixels\nset output\n";
     return RunScript(script, std::string(picture.pixels.begin(), picture.pixels.end()), name);
 }
 
@@ -126,9 +128,9 @@ bool PictureWriter::WriteLevelPlot(const std::string& name, std::span<const floa
     }
     const std::string script =
         std::string("set terminal svg size 1000,360 dynamic font 'sans-serif,14' background ") +
-        "'white'\nset output '" + kPart +
+        "'white'\nset output '" + kReportPart +
         "'\nunset key\nset grid\nset xrange [0:3967]\nset yrange [0:*]\n"
         "set xlabel 'Column'\nset ylabel 'Dark level, raw units at ISO 160'\nplot '" +
-        kData + "' with lines lc rgb '#20608f'\nset output\n";
+        kReportData + "' with lines lc rgb '#20608f'\nset output\n";
     return RunScript(script, data, name);
 }

@@ -39,11 +39,11 @@ class PictureWriter {
     explicit PictureWriter(std::string folder) : folder_(std::move(folder)) {}
 
     /// Both return whether the file was written. On failure the run leaves no file of that name.
-    bool WritePng(const std::string& name, const GreyPicture& picture);
-    bool WriteLevelPlot(const std::string& name, std::span<const float> levels);
+    [[nodiscard]] bool WritePng(const std::string& name, const GreyPicture& picture);
+    [[nodiscard]] bool WriteLevelPlot(const std::string& name, std::span<const float> levels);
 
   private:
-    bool RunScript(const std::string& script, const std::string& data, const std::string& name);
+    [[nodiscard]] bool RunScript(const std::string& script, const std::string& data, const std::string& name);
 
     std::string folder_;  // ends in a separator
 };

@@ -1,28 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "calibrate/progress.h"
 
-#include <unistd.h>
-
 #include <cstdio>
+
+#include "system/standard_streams.h"
 
 namespace progress {
 
-namespace {
-
-bool IsShown() {
-    return ::isatty(STDERR_FILENO) != 0;
-}
-
-}  // namespace
-
 void Show(const std::string& text) {
-    if (IsShown()) {
+    if (ErrorsGoToTerminal()) {
         (void)std::fprintf(stderr, "\r%-78s", text.c_str());
     }
 }
 
 void Clear() {
-    if (IsShown()) {
+    if (ErrorsGoToTerminal()) {
         (void)std::fprintf(stderr, "\r%-78s\r", "");
     }
 }

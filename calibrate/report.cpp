@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "app/input_discovery.h"
 #include "calibrate/database_text.h"
 #include "calibrate/pictures.h"
 #include "calibrate/progress.h"
@@ -14,8 +13,9 @@
 #include "calibrate/statistics.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensorfixtools.h"
-#include "system/file_system.h"
+#include "system/path_names.h"
 #include "system/replacement_file.h"
+#include "system/system_error.h"
 #include "system/system_path.h"
 
 namespace {
@@ -151,12 +151,12 @@ void ShowDark(Exposure& exposure, const std::string& name, PictureWriter& writer
 
 std::string WritePage(const std::string& path, const std::string& page) {
     ReplacementFile file;
-    int error = file.Open(path, ReplacementFile::Existing::kReplaceTarget);
-    if (error == 0) {
+    std::error_code error = file.Open(path, ReplacementFile::Existing::kReplaceTarget);
+    if (!error) {
         file.Write(page);
         error = file.Commit(page.size());
     }
-    return error == 0 ? "" : file_system::ErrorText(error);
+    return error ? system_error::Text(error) : "";
 }
 
 }  // namespace
@@ -175,7 +175,7 @@ std::string WriteReport(const std::string& folder, const std::string& command, M
     if (error) {
         return error.message();
     }
-    const std::string prefix = WithSeparator(folder);
+    const std::string prefix = path_names::WithSeparator(folder);
     PictureWriter writer(prefix);
     progress::Show("Making the pictures");
     if (writer.WriteLevelPlot("levels.svg", calibration.levels().above_darkest)) {

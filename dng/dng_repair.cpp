@@ -3,7 +3,6 @@
 // conversion, and are written anew with the camera's own tags around them.
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
@@ -23,6 +22,8 @@
 #include "dng/tag_tree.h"
 #include "dng/tag_values.h"
 #include "errors/error_handler.h"
+#include "errors/not_written.h"
+#include "errors/step_lines.h"
 #include "exif/exif_info.h"
 #include "exif/exposure_rules.h"
 #include "exif/lensdb.h"
@@ -31,6 +32,7 @@
 #include "sensor/sensdb.h"
 #include "sensor/sensor_steps.h"
 #include "system/input_file.h"
+#include "system/path_names.h"
 #include "system/system_path.h"
 #include "tiff/tags.h"
 #include "tiff/types.h"
@@ -201,12 +203,10 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
                    bool lineTest, sensdb* db, const std::string& lensCode, const std::string& outputFolder) {
     const RepairOptions options = {verbose,      lensFix,  sensorFix, darkFieldCreation, darkFieldFix,
                                    estimateRows, lineTest, db,        lensCode};
-    const std::string name = base + ".DNG";
+    const std::string name = path_names::WithExtension(base, path_names::kDngExtension);
     preview_ = true;
     verbose_ = verbose;
-    if (verbose_) {
-        std::printf("Reading DNG Image...");
-    }
+    step_lines::Begin(verbose_, "Reading DNG Image");
     CameraImage image;
     int error = ReadCameraDng(*this, folder + name, tree_, image);
     const auto lost = RemoveUnreadDirectories({&tree_.ifd0, &tree_.sub_ifd, &tree_.exif_ifd});
@@ -216,13 +216,12 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     if (error != 0) {
         return ErrorHandler().PrintError(error, name);
     }
-    if (verbose_) {
-        std::printf("Done\n");
-    }
+    step_lines::End(verbose_, "Done");
     const std::string output = outputFolder + name;
     if (lost && MayReplace(output, folder + name)) {
-        std::printf("%s: DNG not written: it holds %s, which a repair does not keep; name another folder\n",
-                    output.c_str(), lost->c_str());
+        const std::string reason =
+            "it holds " + *lost + ", which a repair does not keep; name another folder";
+        PrintNotWritten(output, output_names::kDng, reason.c_str());
         return 0;
     }
     const MakerNoteStruct note = DecodeMakerNote(ByteView(ifd::Bytes(tree_.exif_ifd, tag::kMakerNote)));

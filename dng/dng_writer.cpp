@@ -3,14 +3,13 @@
 // behind them, and one uncompressed strip an image.
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <limits>
 #include <optional>
 #include <span>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "base/byte_order.h"
@@ -19,10 +18,13 @@
 #include "dng/ifd.h"
 #include "dng/tag_tree.h"
 #include "dng/tag_values.h"
+#include "errors/not_written.h"
+#include "errors/step_lines.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
-#include "system/file_system.h"
+#include "system/path_names.h"
 #include "system/replacement_file.h"
+#include "system/system_error.h"
 #include "tiff/entry.h"
 #include "tiff/tags.h"
 #include "tiff/types.h"
@@ -91,14 +93,9 @@ std::vector<std::uint8_t> TreeBytes(const IFD& ifd, std::uint64_t start) {
     return bytes;
 }
 
-/// The name up to and including its last "."; empty when it has none.
-std::string UpToExtension(const std::string& name) {
-    return name.substr(0, name.rfind('.') + 1);
-}
-
 /// A failure ends the run's work on this file, not the run.
-void ReportUnwritten(const std::string& path, int error) {
-    std::printf("%s: DNG not written: %s\n", path.c_str(), file_system::ErrorText(error));
+void ReportUnwritten(const std::string& path, std::error_code error) {
+    PrintNotWritten(path, output_names::kDng, system_error::Text(error));
 }
 
 /// Makes sure that the tags which the layout fills in stand in their entries already: one that a file brought
@@ -127,10 +124,12 @@ std::vector<std::uint8_t> HeadBytes(const TagTree& tree, bool preview) {
     return bytes;
 }
 
-/// Starts the file. Returns 0 or the system's error number. A layout of no size does not fit into a file.
-int OpenOutput(const std::string& path, std::uint64_t size, bool keep_existing, ReplacementFile& file) {
+/// Starts the file. A layout of no size does not fit into a file.
+std::error_code OpenOutput(const std::string& path, std::uint64_t size, bool keep_existing,
+                           ReplacementFile& file) {
     using Existing = ReplacementFile::Existing;
-    return size == 0 ? EFBIG : file.Open(path, keep_existing ? Existing::kKeep : Existing::kReplace);
+    return size == 0 ? std::make_error_code(std::errc::file_too_large)
+                     : file.Open(path, keep_existing ? Existing::kKeep : Existing::kReplace);
 }
 
 struct Images {
@@ -140,16 +139,14 @@ struct Images {
 
 /// Writes header, IFDs and images. Stops at a failure, which `file` remembers.
 void WriteBlocks(const TagTree& tree, const Images& images, bool verbose, ReplacementFile& file) {
-    if (verbose) {
-        std::printf("Writing DNG header...");
-    }
+    step_lines::Begin(verbose, "Writing DNG header");
     const auto head = HeadBytes(tree, images.preview.has_value());
-    if (!file.Write(AsChars(head))) {
+    file.Write(AsChars(head));
+    if (!file.IsGood()) {
         return;
     }
-    if (verbose) {
-        std::printf("Done!\nWriting image data...");
-    }
+    step_lines::End(verbose);
+    step_lines::Begin(verbose, "Writing image data");
     if (images.preview) {
         file.Write(*images.preview);
     }
@@ -189,9 +186,9 @@ int DNGlib::writeSingleTree(std::ofstream& file, IFD* ifd) {
 int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceName, const char* rawData,
                          const char* previewData, int rawBytes, int previewBytes) {
     const std::uint64_t size = DoFileLayout(rawBytes);
-    const std::string path = prefix + UpToExtension(sourceName) + "DNG";
+    const std::string path = prefix + path_names::WithOtherExtension(sourceName, path_names::kDngExtension);
     ReplacementFile file;
-    if (const int error = OpenOutput(path, size, keep_existing_, file); error != 0) {
+    if (const std::error_code error = OpenOutput(path, size, keep_existing_, file)) {
         ReportUnwritten(path, error);
         return 0;
     }
@@ -200,11 +197,9 @@ int DNGlib::writeDNGTree(const std::string& prefix, const std::string& sourceNam
         images.preview = {previewData, static_cast<std::size_t>(previewBytes)};
     }
     WriteBlocks(tree_, images, verbose_, file);
-    const int error = file.Commit(size);
-    if (verbose_) {
-        std::printf(error == 0 ? "Done!\n" : "\n");
-    }
-    if (error != 0) {
+    const std::error_code error = file.Commit(size);
+    step_lines::End(verbose_, error ? "" : step_lines::kDone);
+    if (error) {
         ReportUnwritten(path, error);
     }
     return 0;

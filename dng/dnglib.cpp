@@ -3,9 +3,9 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 
 #include "dng/ifd.h"
+#include "errors/step_lines.h"
 #include "input/read_input_data.h"
 #include "sensor/iso_gain.h"
 #include "tiff/tags.h"
@@ -16,14 +16,10 @@ DNGlib::DNGlib(ReadInputData* input, lensdb* lenses, sensdb* sensors)
 DNGlib::DNGlib(lensdb* lenses, sensdb* sensors) : DNGlib(nullptr, lenses, sensors) {}
 
 int DNGlib::setBlackLevel(IFD* ifd, std::uint16_t value) {
-    if (verbose_) {
-        std::printf("Calculating blacklevel...");
-    }
+    step_lines::Begin(verbose_, "Calculating blacklevel");
     // Only the low 16 bits are kept, as the tag's SHORT holds them.
     const auto scaled = static_cast<std::uint16_t>(value * IsoGain(input_->Exif.ISOSpeedRatings));
-    if (verbose_) {
-        std::printf("Done!\n");
-    }
+    step_lines::End(verbose_);
     constexpr std::array<std::uint16_t, 2> one_by_one = {1, 1};
     ifd::Add(*ifd, tag::kBlackLevel, scaled);
     ifd::Add(*ifd, tag::kBlackLevelRepeatDim, one_by_one);

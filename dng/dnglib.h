@@ -133,9 +133,10 @@ class DNGlib {
     /// with either is not replaced by its own repair, and one line with name and reason is printed. Returns
     /// 0, or the ErrorCode that ended the repair before anything was written, after printing it with the
     /// file's name.
-    int fixDNG(const std::string& folder, const std::string& base, bool verbose, bool lensFix, bool sensorFix,
-               bool darkFieldCreation, bool darkFieldFix, bool estimateRows, bool lineTest, sensdb* db,
-               const std::string& lensCode, const std::string& outputFolder);
+    [[nodiscard]] int fixDNG(const std::string& folder, const std::string& base, bool verbose, bool lensFix,
+                             bool sensorFix, bool darkFieldCreation, bool darkFieldFix, bool estimateRows,
+                             bool lineTest, sensdb* db, const std::string& lensCode,
+                             const std::string& outputFolder);
 
     /// Four zeros: a place for the sensor's horizontal levels, which nothing asks for yet.
     std::vector<std::uint16_t> getSensorHorzLevel();

@@ -6,6 +6,7 @@
 
 #include "base/truncate.h"
 #include "system/ini_file.h"
+#include "system/path_names.h"
 
 namespace {
 
@@ -47,7 +48,7 @@ lensdb::Lensdbtype ReadLens(const ini_file::File& ini, const char* section) {
 
 }  // namespace
 
-lensdb::lensdb(const std::string& folder) : DatabaseFile(folder + "lensdb.ini") {}
+lensdb::lensdb(const std::string& folder) : DatabaseFile(folder + path_names::kLensDatabase) {}
 
 int lensdb::LoadLensData() {
     ini_file::File ini;

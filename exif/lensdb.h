@@ -32,7 +32,7 @@ class lensdb {
     /// Reads the file. Returns 0, or the INI library's negative error code when it cannot be read; the lenses
     /// then stay as they were. A bad number counts as its numeric prefix, or 0; one out of range as the
     /// nearest that fits.
-    int LoadLensData();
+    [[nodiscard]] int LoadLensData();
 
     std::string DatabaseFile;                  ///< path of lensdb.ini
     std::map<std::string, Lensdbtype> Lenses;  ///< by lens code, as EXIFInfo::LensCodeBits has it

@@ -19,6 +19,7 @@
 #include "fuzz/fuzz_target.h"
 #include "fuzz/require.h"
 #include "fuzz/scratch_folder.h"
+#include "system/path_names.h"
 
 namespace {
 
@@ -119,8 +120,10 @@ void RequireUsable(const RunSettings& settings, const lensdb& lenses) {
     Require(!settings.input.names.empty(), "a run has at least one image");
     for (const std::string& name : settings.input.names) {
         Require(isfile((settings.input.folder + name).c_str()), "every image exists");
-        Require(Extension(name) == "RAW" || Extension(name) == "DNG", "an image is a RAW file or a DNG");
-        Require(name.find_first_of(kSeparators) == std::string::npos, "an image's name has no folder");
+        Require(path_names::Extension(name) == "RAW" || path_names::Extension(name) == "DNG",
+                "an image is a RAW file or a DNG");
+        Require(name.find_first_of(path_names::kSeparators) == std::string::npos,
+                "an image's name has no folder");
     }
     Require(settings.output_folder.empty() || isdir(settings.output_folder.c_str()),
             "the output folder exists");
@@ -138,7 +141,7 @@ bool IsExitStatus(int status) {
 
 void RequireFolderOf(const std::string& program) {
     const std::string folder = ExecutableFolder(program);
-    const auto separator = program.find_last_of(kSeparators);
+    const auto separator = program.find_last_of(path_names::kSeparators);
     if (separator == std::string::npos) {
         Require(folder.empty(), "a bare name has no folder");
     } else if (separator == 0) {

@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <cstdint>
-#include <cstdio>
 #include <vector>
 
 #include "base/error_codes.h"
+#include "errors/step_lines.h"
 #include "input/read_input_data.h"
 #include "system/input_file.h"
 
 int ReadInputData::LoadJPGExif() {
-    if (Verbose) {
-        std::printf("Reading %s...", JpgFileName.c_str());
-    }
+    step_lines::Begin(Verbose, "Reading", JpgFileName.c_str());
     InputFile file;
     if (!file.Open(Folder + JpgFileName)) {
         return kJpgNotFound;
@@ -28,8 +26,6 @@ int ReadInputData::LoadJPGExif() {
     if (Exif.parseFrom(bytes.data(), static_cast<unsigned int>(bytes.size())) != 0) {
         return kExifDamaged;
     }
-    if (Verbose) {
-        std::printf("Done!\n");
-    }
+    step_lines::End(Verbose);
     return 0;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 #include <span>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include "base/error_codes.h"
 #include "base/pixel.h"
+#include "errors/step_lines.h"
 #include "input/preview.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
@@ -41,9 +41,7 @@ void SubtractDarkRow(std::span<Pixel> row, std::span<const Pixel> dark) {
 }  // namespace
 
 int ReadInputData::LoadRawFile() {
-    if (Verbose) {
-        std::printf("Reading %s...", RawFileName.c_str());
-    }
+    step_lines::Begin(Verbose, "Reading", RawFileName.c_str());
     InputFile raw;
     if (!raw.Open(Folder + RawFileName)) {
         return kRawNotFound;
@@ -99,8 +97,6 @@ int ReadInputData::ExtractRawImage() {
         }
     }
     ImageData.resize(static_cast<std::size_t>(ImageSize));
-    if (Verbose) {
-        std::printf("Done!\n");
-    }
+    step_lines::End(Verbose);
     return 0;
 }

@@ -13,6 +13,7 @@
 
 #include "packaging/path_remarks.h"
 #include "packaging/shell_word.h"
+#include "system/path_names.h"
 
 namespace {
 
@@ -214,7 +215,8 @@ bool AreOfOneFolder(std::span<const std::string_view> paths) {
 
 /// Whether the program would find something to convert at `path`, where the extension may be left out.
 bool IsInput(const std::string& path) {
-    return Exists(path) || Exists(path + ".RAW") || Exists(path + ".DNG");
+    return Exists(path) || Exists(path_names::WithExtension(path, path_names::kRawExtension)) ||
+           Exists(path_names::WithExtension(path, path_names::kDngExtension));
 }
 
 std::string FolderOf(std::string_view path) {

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The installed command. The program looks for its databases in the folder of argv[0]; this starts it with
 // one in a folder of the user's own, where they can be edited without being root and outlive the package.
-#include <unistd.h>
-
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <new>
@@ -12,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "app/command_line.h"
@@ -21,7 +18,10 @@
 #include "packaging/data_folder.h"
 #include "packaging/help_text.h"
 #include "packaging/kept_sensor_database.h"
-#include "packaging/own_path.h"
+#include "system/path_names.h"
+#include "system/posix/program.h"
+#include "system/posix/write_signals.h"
+#include "system/system_error.h"
 
 namespace {
 
@@ -39,19 +39,9 @@ void PrintVersion() {
     std::printf("velmarcon %s\n", kVersion);
 }
 
-/// A write that fails is reported, or does not matter; the program sees it the same way.
-void IgnoreWriteSignals() {
-    (void)std::signal(SIGXFSZ, SIG_IGN);
-    (void)std::signal(SIGPIPE, SIG_IGN);
-}
-
 /// Prints to standard error, so that what the program prints stays the same.
 void Say(const std::string& text) {
     std::fprintf(stderr, "velmarcon: %s\n", text.c_str());
-}
-
-std::string Reason(int error) {
-    return std::generic_category().message(error);
 }
 
 /// The folder in which the program looks for its databases.
@@ -63,13 +53,14 @@ struct Databases {
 /// An account without a home, as a service has one, still gets the lenses of the package.
 Databases PrepareDatabases(const fs::path& installed) {
     const fs::path own = DataFolder();
-    if (const int error = MakeDataFolder(own); error != 0) {
-        return {installed / kPackagedDatabases, own.empty() ? "neither XDG_DATA_HOME nor a home folder"
-                                                            : own.string() + ": " + Reason(error)};
+    if (const std::error_code error = MakeDataFolder(own)) {
+        return {installed / kPackagedDatabases, own.empty()
+                                                    ? "neither XDG_DATA_HOME nor a home folder"
+                                                    : own.string() + ": " + system_error::Text(error)};
     }
-    const fs::path packaged = installed / kPackagedDatabases / "lensdb.ini";
-    if (const int error = CopyLensDatabase(packaged, own); error != 0) {
-        Say(packaged.string() + ": not copied to " + own.string() + ": " + Reason(error));
+    const fs::path packaged = installed / kPackagedDatabases / path_names::kLensDatabase;
+    if (const std::error_code error = CopyLensDatabase(packaged, own)) {
+        Say(packaged.string() + ": not copied to " + own.string() + ": " + system_error::Text(error));
     }
     return {own, ""};
 }
@@ -118,13 +109,13 @@ void SayWhatIsPassedOver(std::span<const Argument> arguments, const fs::path& da
 
 /// Before -sd. Returns 0, or the exit status when the run would lose what is there.
 int KeepDatabase(const Databases& databases) {
-    const std::string database = (databases.folder / kSensorDatabase).string();
+    const std::string database = (databases.folder / path_names::kSensorDatabase).string();
     if (!databases.no_own_folder.empty()) {
         Say(database + ": cannot be written by -sd: set XDG_DATA_HOME to a folder of your own");
         return kNotKept;
     }
-    if (const int error = KeepSensorDatabase(databases.folder); error != 0) {
-        Say(database + ": no backup could be made, so nothing was run: " + Reason(error));
+    if (const std::error_code error = KeepSensorDatabase(database)) {
+        Say(database + ": no backup could be made, so nothing was run: " + system_error::Text(error));
         return kNotKept;
     }
     return 0;
@@ -136,17 +127,14 @@ int Printed() {
 }
 
 /// Becomes the program. Returns only when that fails, with the exit status.
-int StartProgram(const fs::path& program, const fs::path& folder, std::span<char*> arguments) {
-    std::string name = (folder / "velmarcon").string();
-    std::vector<char*> handed_over = {name.data()};
+int StartProgram(const fs::path& file, const fs::path& folder, std::span<char*> arguments) {
+    std::vector<std::string> handed_over = {(folder / "velmarcon").string()};
     if (!arguments.empty()) {
         handed_over.insert(handed_over.end(), arguments.begin() + 1, arguments.end());
     }
-    handed_over.push_back(nullptr);
-    ::execv(program.c_str(), handed_over.data());
-    const int error = errno;
-    Say(program.string() + ": cannot be started: " + Reason(error));
-    return error == ENOENT ? kNotFound : kNotStarted;
+    const std::error_code error = program::Become(file, std::move(handed_over));
+    Say(file.string() + ": cannot be started: " + system_error::Text(error));
+    return error == std::errc::no_such_file_or_directory ? kNotFound : kNotStarted;
 }
 
 }  // namespace
@@ -164,7 +152,9 @@ int main(int argc, char* argv[]) {
         return Printed();
     }
     IgnoreWriteSignals();
-    const fs::path installed = OwnPath().parent_path().parent_path();
+    // The rest of the package is found from there, wherever it was installed.
+    const fs::path own = program::OwnFile().value_or(VELMARCON_INSTALLED_LAUNCHER);
+    const fs::path installed = own.parent_path().parent_path();
     const Databases databases = PrepareDatabases(installed);
     if (first == "--where") {
         SayWhichFolder(databases);

@@ -12,15 +12,19 @@
 
 #include "app/input_discovery.h"
 #include "packaging/shell_word.h"
+#include "system/path_names.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using path_names::kDngExtension;
+using path_names::kRawExtension;
+using path_names::WithExtension;
 
 constexpr const char* kCapitalLetters = "names must end in .RAW, in capital letters";
 
 std::string UpperCaseExtension(const std::string& name) {
-    std::string extension = name.substr(name.rfind('.') + 1);
+    std::string extension = path_names::Extension(name);
     std::ranges::transform(extension, extension.begin(),
                            [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return extension;
@@ -41,13 +45,13 @@ FolderContent ContentOf(const fs::path& folder) {
     for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
          entry.increment(error)) {
         const std::string name = entry->path().filename().string();
-        const std::string extension = name.substr(name.rfind('.') + 1);
-        if (extension == "RAW") {
+        const std::string extension = path_names::Extension(name);
+        if (extension == kRawExtension) {
             content.has_raw = true;
-        } else if (extension == "DNG") {
+        } else if (extension == kDngExtension) {
             std::error_code no_size;
             content.has_camera_dng |= entry->file_size(no_size) == kCameraDngSize && !no_size;
-        } else if (UpperCaseExtension(name) == "RAW") {
+        } else if (UpperCaseExtension(name) == kRawExtension) {
             content.has_raw_in_small = true;
         }
         std::error_code no_kind;
@@ -66,8 +70,10 @@ bool IsMissing(const std::string& path) {
 /// Whether the program would find nothing for the input `path`. The program also restores a DNG that a run
 /// has set aside.
 bool IsInputMissing(const std::string& path) {
-    return std::ranges::all_of(std::array{"", ".RAW", ".DNG", ".old", ".DNG.old"},
-                               [&](const char* ending) { return IsMissing(path + ending); });
+    const std::string dng = WithExtension(path, kDngExtension);
+    return std::ranges::all_of(std::array{path, WithExtension(path, kRawExtension), dng,
+                                          path_names::OldName(path), path_names::OldName(dng)},
+                               IsMissing);
 }
 
 bool IsFolder(const std::string& path) {
@@ -89,10 +95,12 @@ std::string RemarkOnInputFile(const std::string& path) {
         return RemarkOnMissingInput(path);
     }
     const std::string extension = UpperCaseExtension(path);
-    if (extension == "JPG" || extension == "JPEG") {
+    if (extension == path_names::kJpegExtension || extension == "JPEG") {
         return ShellWord(path) + ": name the RAW file, not the JPEG";
     }
-    return extension == "RAW" && !path.ends_with("RAW") ? ShellWord(path) + ": " + kCapitalLetters : "";
+    return extension == kRawExtension && !path.ends_with(kRawExtension)
+               ? ShellWord(path) + ": " + kCapitalLetters
+               : "";
 }
 
 std::string RemarkOnInputFolder(const std::string& path) {
@@ -135,9 +143,11 @@ bool IsCameraDng(const std::string& path) {
     if (IsFolder(path)) {
         return ContentOf(path).has_camera_dng;
     }
-    const std::string file = IsMissing(path) && IsMissing(path + ".RAW") ? path + ".DNG" : path;
+    const bool named_in_full = !IsMissing(path) || !IsMissing(WithExtension(path, kRawExtension));
+    const std::string file = named_in_full ? path : WithExtension(path, kDngExtension);
     std::error_code error;
-    return file.ends_with(".DNG") && fs::file_size(file, error) == kCameraDngSize && !error;
+    return file.ends_with("." + std::string(kDngExtension)) && fs::file_size(file, error) == kCameraDngSize &&
+           !error;
 }
 
 }  // namespace

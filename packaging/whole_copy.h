@@ -2,11 +2,12 @@
 #ifndef VELMARCON_PACKAGING_WHOLE_COPY_H
 #define VELMARCON_PACKAGING_WHOLE_COPY_H
 
-#include <filesystem>
+#include <string>
+#include <system_error>
 
-/// Copies the file `source` to `final_path`, a name without a dash. The copy gets that name when it is
-/// complete and on disk, and only if the name is free. A symbolic link at `source` is followed. Returns 0 or
-/// the system's error number, EEXIST if the name is taken; `source` is never changed.
-[[nodiscard]] int CopyWhole(const std::filesystem::path& source, const std::filesystem::path& final_path);
+/// Copies the file `source` to `final_path`. The copy gets that name when it is complete and on disk, and
+/// only if the name is free. A symbolic link at `source` is followed. Returns file_exists if the name is
+/// taken; `source` is never changed.
+[[nodiscard]] std::error_code CopyWhole(const std::string& source, const std::string& final_path);
 
 #endif  // VELMARCON_PACKAGING_WHOLE_COPY_H

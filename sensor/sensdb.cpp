@@ -2,20 +2,21 @@
 #include "sensor/sensdb.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <system_error>
 #include <utility>
 
+#include "errors/not_written.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
-#include "system/file_system.h"
 #include "system/ini_file.h"
 #include "system/part_files.h"
+#include "system/path_names.h"
 #include "system/replacement_file.h"
 #include "system/replacement_in_steps.h"
+#include "system/system_error.h"
 
 namespace {
 
@@ -103,11 +104,10 @@ bool AddCamera(ini_file::File& ini, int serial, const sensdb::Sensdbtype& camera
     return true;
 }
 
-/// Returns 0 or the system's error number.
-int ReplaceFile(const std::string& path, const std::string& text) {
-    part_files::RemoveStale(file_system::FolderOf(path));
+std::error_code ReplaceFile(const std::string& path, const std::string& text) {
+    part_files::RemoveStale(path_names::SystemFolderPart(path));
     ReplacementFile file;
-    if (const int error = file.Open(path, ReplacementFile::Existing::kReplaceTarget); error != 0) {
+    if (const std::error_code error = file.Open(path, ReplacementFile::Existing::kReplaceTarget)) {
         return error;
     }
     file.Write(text);
@@ -116,18 +116,19 @@ int ReplaceFile(const std::string& path, const std::string& text) {
 
 /// Prints why the file was not written. Returns the library's error code.
 int ReportUnwritten(const std::string& path, const char* reason) {
-    std::printf("%s: sensor database not written: %s\n", path.c_str(), reason);
+    PrintNotWritten(path, output_names::kSensorDatabase, reason);
     return SI_FILE;
 }
 
 }  // namespace
 
-sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + "sensdb.ini") {}
+sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + path_names::kSensorDatabase) {}
 
 int sensdb::LoadSensData() {
     (void)replacement_in_steps::PutBack(DatabaseFile);
-    const auto state = StateOf(DatabaseFile);
-    const bool missing = !state && errno == ENOENT;
+    std::error_code unknown;
+    const auto state = StateOf(DatabaseFile, unknown);
+    const bool missing = unknown == std::errc::no_such_file_or_directory;
     if (state && state == seen_) {
         return result_;
     }
@@ -210,6 +211,8 @@ int sensdb::WriteSensData() {
     std::erase(text, '\r');  // lines end alike on all systems, and not as the library has it on Windows
     Forget();
     // One that no later run could load is not written.
-    const int error = text.size() > ini_file::kLongestFile ? EFBIG : ReplaceFile(DatabaseFile, text);
-    return error == 0 ? SI_OK : ReportUnwritten(DatabaseFile, file_system::ErrorText(error));
+    const std::error_code error = text.size() > ini_file::kLongestFile
+                                      ? std::make_error_code(std::errc::file_too_large)
+                                      : ReplaceFile(DatabaseFile, text);
+    return error ? ReportUnwritten(DatabaseFile, system_error::Text(error)) : SI_OK;
 }

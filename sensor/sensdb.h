@@ -35,7 +35,7 @@ class sensdb {
     /// the same, when the file is the one that was last read. Returns 0, or the INI library's negative error
     /// code when the file cannot be read, or when a camera's Line list names more pixels than the sensor has;
     /// the cameras then stay as they were. A bad number counts as its numeric prefix, or 0.
-    int LoadSensData();
+    [[nodiscard]] int LoadSensData();
 
     /// Replaces the dark levels of the image's camera by those of the image, which must be an exposure in the
     /// dark (loaded, Width x Height pixels). Returns 0.
@@ -44,7 +44,7 @@ class sensdb {
     /// Writes the file anew, whole or not at all; cameras without values are left out. A file that could not
     /// be read whole is not replaced. A failure prints one line with name and reason. Returns 0, or the INI
     /// library's negative error code.
-    int WriteSensData();
+    [[nodiscard]] int WriteSensData();
 
     /// The record of a camera; an empty one is made if it is unknown.
     Sensdbtype& Camera(std::uint32_t serial) { return Cameras[static_cast<int>(serial)]; }

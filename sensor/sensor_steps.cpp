@@ -3,15 +3,7 @@
 
 #include <cstdio>
 
-namespace {
-
-void PrintIf(bool verbose, const char* text) {
-    if (verbose) {
-        std::printf("%s", text);
-    }
-}
-
-}  // namespace
+#include "errors/step_lines.h"
 
 void SensorSteps::FixPixelLines(bool test) {
     const auto& list = sensors_.Camera(image_.serial).Line;
@@ -22,9 +14,9 @@ void SensorSteps::FixPixelLines(bool test) {
         std::printf("No pixel error correction values available for camera No.%u.\n", image_.serial);
         return;
     }
-    PrintIf(verbose_, "Fixing pixel errors...");
+    step_lines::Begin(verbose_, "Fixing pixel errors");
     tools_.fixPixelLine(image_.serial, image_.pixels, image_.width, image_.height, &sensors_, test);
-    PrintIf(verbose_, "Done!\n");
+    step_lines::End(verbose_);
 }
 
 bool SensorSteps::FixDarkField(bool estimate) {
@@ -32,9 +24,9 @@ bool SensorSteps::FixDarkField(bool estimate) {
         std::printf("No dark field correction values available for camera No.%u.\n", image_.serial);
         return false;
     }
-    PrintIf(verbose_, "Fixing sensor dark field...");
+    step_lines::Begin(verbose_, "Fixing sensor dark field");
     tools_.fixBlackLevels(image_.serial, image_.pixels, image_.iso, image_.width, image_.height,
                           image_.width * image_.height, &sensors_, estimate);
-    PrintIf(verbose_, "Done!\n");
+    step_lines::End(verbose_);
     return true;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <system_error>
 
 /// What tells one version of a file from another without reading it.
 struct FileState {
@@ -23,7 +24,8 @@ struct FileState {
     bool Settled() const;
 };
 
-/// The state of the file at `path`; nothing, and errno, when it can't be told: ENOENT when there is no file.
-std::optional<FileState> StateOf(const std::string& path);
+/// The state of the file at `path`; nothing when it can't be told: no_such_file_or_directory when there is no
+/// file.
+[[nodiscard]] std::optional<FileState> StateOf(const std::string& path, std::error_code& error);
 
 #endif  // VELMARCON_SYSTEM_FILE_STATE_H

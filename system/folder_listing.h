@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 
 /// The names in a folder, in the order in which the system lists them.
 class FolderListing {
@@ -24,14 +25,14 @@ class FolderListing {
     /// leads to. Nothing at the end. Called only when open.
     std::optional<std::string> NextFile();
 
-    /// The error number that ended the listing early, or 0.
-    int error() const { return error_; }
+    /// What ended the listing early, or no error.
+    std::error_code error() const { return error_; }
 
   private:
     struct System;  ///< what the system needs for it
 
     std::unique_ptr<System> system_;
-    int error_ = 0;
+    std::error_code error_;
 };
 
 #endif  // VELMARCON_SYSTEM_FOLDER_LISTING_H

@@ -2,16 +2,15 @@
 #include "system/part_files.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <filesystem>
 #include <iterator>
 #include <optional>
-#include <string_view>
 #include <system_error>
 
 #include "system/file_system.h"
 #include "system/input_file.h"
+#include "system/path_names.h"
 #include "system/running_process.h"
 #include "system/system_path.h"
 
@@ -21,46 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kBegin = ".velmarcon-";
-constexpr std::string_view kEnd = ".part";
-constexpr char kBetween = '-';
-constexpr int kHexadecimal = 16;
-
-/// The computer's name as far as it can stand in a file's name.
-std::string HostPart() {
-    constexpr std::size_t longest = 32;
-    constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
-    std::string host = running_process::HostName().substr(0, longest);
-    std::ranges::replace_if(
-        host, [&](char letter) { return allowed.find(letter) == std::string_view::npos; }, '_');
-    return host.empty() ? "host" : host;
-}
-
-std::optional<std::uint64_t> ToNumber(std::string_view text, int base) {
-    std::uint64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number, base);
-    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
-}
-
-std::string InHexadecimal(std::uint64_t number) {
-    constexpr std::size_t digits = 2 * sizeof(number);
-    std::string text(digits, '0');
-    for (std::size_t i = digits; i > 0; --i, number /= kHexadecimal) {
-        text[i - 1] = "0123456789abcdef"[number % kHexadecimal];
-    }
-    return text;
-}
-
-/// Cuts what follows the last `kBetween` off `text`, and returns it.
-std::string_view CutLast(std::string_view& text) {
-    const auto position = text.rfind(kBetween);
-    if (position == std::string_view::npos) {
-        return {};
-    }
-    const auto last = text.substr(position + 1);
-    text = text.substr(0, position);
-    return last;
+std::string OwnHost() {
+    return path_names::HostPart(running_process::HostName());
 }
 
 /// Whether no run of this computer can be writing a part of that process: this one has not begun to.
@@ -70,21 +31,16 @@ bool HasEnded(std::uint64_t process) {
 
 /// Seconds for which nobody may have written to the part `name` for it to be stale; nothing when it is no
 /// part's name.
-std::optional<std::int64_t> AgeWhenStale(std::string_view name, const std::string& host) {
+std::optional<std::int64_t> AgeWhenStale(const std::string& name, const std::string& host) {
+    if (const auto process = path_names::ParseLauncherPartName(name)) {
+        return HasEnded(*process) ? std::optional<std::int64_t>(0) : std::nullopt;
+    }
     constexpr std::int64_t day = 86400;  // s
-    if (name.size() < kBegin.size() + kEnd.size() || !name.starts_with(kBegin) || !name.ends_with(kEnd)) {
+    const auto part = path_names::ParsePartName(name);
+    if (!part) {
         return std::nullopt;
     }
-    auto text = name.substr(kBegin.size(), name.size() - kBegin.size() - kEnd.size());
-    if (ToNumber(text, 10)) {
-        return day;  // an older version wrote it
-    }
-    const auto random = ToNumber(CutLast(text), kHexadecimal);
-    const auto process = ToNumber(CutLast(text), 10);
-    if (!random || !process || text.empty()) {
-        return std::nullopt;
-    }
-    return text == host && HasEnded(*process) ? 0 : day;
+    return part->host == host && HasEnded(part->process) ? 0 : day;
 }
 
 bool HaveSameBytes(const fs::path& a, const fs::path& b) {
@@ -122,12 +78,11 @@ bool MayBeNamedFile(const fs::path& part, const std::string& host) {
 }  // namespace
 
 std::string NewName() {
-    return std::string(kBegin) + HostPart() + kBetween + std::to_string(running_process::Number()) +
-           kBetween + InHexadecimal(running_process::RandomNumber()) + std::string(kEnd);
+    return path_names::PartName({OwnHost(), running_process::Number()}, running_process::RandomNumber());
 }
 
 void RemoveStale(const std::string& folder) {
-    const std::string host = HostPart();
+    const std::string host = OwnHost();
     std::error_code error;
     fs::directory_iterator entry(system_path::ToSystem(folder.empty() ? "." : folder), error);
     while (!error && entry != fs::directory_iterator()) {

@@ -1,139 +1,147 @@
 // SPDX-License-Identifier: MIT
 #include "system/replacement_file.h"
 
-#include <cerrno>
 #include <utility>
 
 #include "system/part_files.h"
+#include "system/path_names.h"
 #include "system/replacement_in_steps.h"
 
 using file_system::Kind;
-using file_system::Readers;
 
+/// The part is removed while it is open, and locked.
 ReplacementFile::~ReplacementFile() {
     if (!part_path_.empty()) {
         file_system::Remove(part_path_);
     }
-    if (descriptor_ >= 0) {
-        file_system::Close(descriptor_);
-    }
 }
 
-int ReplacementFile::Open(const std::string& path, Existing existing) {
+std::error_code ReplacementFile::Open(const std::string& path, Existing existing,
+                                      std::filesystem::perms permissions) {
     existing_ = existing;
     final_path_ = path;
     if (existing == Existing::kReplaceTarget) {
-        if (const int error = file_system::FollowLinks(path, final_path_); error != 0) {
+        if (const std::error_code error = file_system::FollowLinks(path, final_path_)) {
             return error;
         }
     }
     auto kind = Kind::kNothing;
-    if (const int error = Look(kind); error != 0) {
+    if (const std::error_code error = Look(kind)) {
         return error;
     }
     if (kind != Kind::kPlainFile) {
-        return CreatePart(Readers::kAsUsual);
+        return CreatePart(permissions);
     }
-    const int error = file_system::CheckWritable(final_path_);
-    return error != 0 ? error : CreatePart(Readers::kOwner);
+    const std::error_code error = file_system::CheckWritable(final_path_);
+    return error ? error : CreatePart(file_system::kForOwner);
 }
 
-/// Returns an error number when what stands at the final name is not replaced.
-int ReplacementFile::Look(Kind& kind) const {
-    if (const int error = file_system::KindOf(final_path_, kind); error != 0) {
+/// Returns an error when what stands at the final name is not replaced.
+std::error_code ReplacementFile::Look(Kind& kind) const {
+    if (const std::error_code error = file_system::KindOf(final_path_, kind)) {
         return error;
     }
     if (kind == Kind::kFolder) {
-        return EISDIR;
+        return std::make_error_code(std::errc::is_a_directory);
     }
     const bool replaceable = existing_ != Existing::kKeep && kind != Kind::kOther;
-    return kind == Kind::kNothing || replaceable ? 0 : EEXIST;
+    return kind == Kind::kNothing || replaceable ? std::error_code()
+                                                 : std::make_error_code(std::errc::file_exists);
 }
 
-int ReplacementFile::CreatePart(Readers readers) {
+std::error_code ReplacementFile::CreatePart(std::filesystem::perms permissions) {
     constexpr int most_tries = 10;  // the first succeeds, unless somebody plays tricks
-    int error = 0;
+    std::error_code error;
     for (int tries = 0; tries < most_tries; ++tries) {
-        std::string part = file_system::FolderOf(final_path_) + part_files::NewName();
-        descriptor_ = file_system::CreateNew(part, readers);
-        if (descriptor_ >= 0) {
+        std::string part = path_names::SystemFolderPart(final_path_) + part_files::NewName();
+        error = file_system::CreateNew(part, permissions, part_);
+        if (!error) {
             part_path_ = std::move(part);  // without an allocation, which could fail and leave the file
-            return 0;
+            return {};
         }
-        error = file_system::LastError();
-        if (error != EEXIST) {
+        if (error != std::errc::file_exists) {
             break;
         }
     }
     return error;
 }
 
-bool ReplacementFile::Write(std::span<const char> bytes) {
-    if (error_ == 0) {
-        error_ = file_system::Write(descriptor_, bytes);
+void ReplacementFile::Write(std::span<const char> bytes) {
+    if (!error_) {
+        error_ = file_system::Write(part_, bytes);
     }
-    return error_ == 0;
 }
 
-int ReplacementFile::Commit(std::uint64_t size) {
-    if (const int error = CheckWritten(size); error != 0) {
+std::error_code ReplacementFile::Commit(std::uint64_t size) {
+    if (const std::error_code error = CheckWritten(size)) {
         return error;
     }
     auto replaced = Kind::kNothing;
     if (existing_ != Existing::kKeep) {
-        if (const int error = Look(replaced); error != 0) {
+        if (const std::error_code error = Look(replaced)) {
             return error;
         }
     }
-    if (const int error = Prepare(replaced); error != 0) {
+    if (const std::error_code error = Prepare(replaced)) {
         return error;
     }
-    if (const int error = TakeName(replaced); error != 0) {
+    if (const std::error_code error = TakeName(replaced)) {
         return error;
     }
     part_path_.clear();
-    return 0;
+    return {};
 }
 
-int ReplacementFile::CheckWritten(std::uint64_t size) const {
-    if (error_ != 0) {
+std::error_code ReplacementFile::CommitToDisk(std::uint64_t size) {
+    if (const std::error_code error = CheckWritten(size)) {
+        return error;
+    }
+    if (const std::error_code error = file_system::Synchronize(part_)) {
+        return error;
+    }
+    const std::error_code error = Commit(size);
+    return error ? error : file_system::SynchronizeFolder(path_names::SystemFolderPart(final_path_));
+}
+
+std::error_code ReplacementFile::CheckWritten(std::uint64_t size) const {
+    if (error_) {
         return error_;
     }
-    if (const int error = file_system::Flush(descriptor_); error != 0) {
+    if (const std::error_code error = file_system::Flush(part_)) {
         return error;
     }
     std::uint64_t written = 0;
-    if (const int error = file_system::SizeOf(descriptor_, written); error != 0) {
+    if (const std::error_code error = file_system::SizeOf(part_, written)) {
         return error;
     }
-    return written == size ? 0 : EIO;
+    return written == size ? std::error_code() : std::make_error_code(std::errc::io_error);
 }
 
 /// A new file may wait for the system to write it; one that replaces another must be on the disk before that
 /// one goes.
-int ReplacementFile::Prepare(Kind replaced) const {
+std::error_code ReplacementFile::Prepare(Kind replaced) const {
     if (replaced == Kind::kNothing) {
-        return 0;
+        return {};
     }
     if (replaced == Kind::kPlainFile) {
-        if (const int error = file_system::TakeOver(descriptor_, final_path_); error != 0) {
+        if (const std::error_code error = file_system::TakeOver(part_, final_path_)) {
             return error;
         }
     }
-    return file_system::Synchronize(descriptor_);
+    return file_system::Synchronize(part_);
 }
 
 /// Under the part's name there may be another file by now: where a folder is shared, another computer can
 /// take it for a stale one.
-int ReplacementFile::TakeName(Kind replaced) const {
-    if (const int error = file_system::CheckName(descriptor_, part_path_); error != 0) {
+std::error_code ReplacementFile::TakeName(Kind replaced) const {
+    if (const std::error_code error = file_system::CheckName(part_, part_path_)) {
         return error;
     }
     if (existing_ == Existing::kKeep) {
         return file_system::RenameToFree(part_path_, final_path_);
     }
     if (replaced == Kind::kPlainFile && file_system::LosesReplacedFiles(part_path_)) {
-        return replacement_in_steps::Replace(descriptor_, part_path_, final_path_);
+        return replacement_in_steps::Replace(part_, part_path_, final_path_);
     }
     return file_system::Rename(part_path_, final_path_);
 }

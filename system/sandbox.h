@@ -15,6 +15,6 @@ struct Reach {
 /// From here on the system refuses the process every file that is not in its reach, for good: a damaged file
 /// that found a bug could do no harm elsewhere. Files that are open stay so. Returns whether it does: Linux
 /// with Landlock can; without it nothing changes.
-bool EnterSandbox(const Reach& reach);
+[[nodiscard]] bool EnterSandbox(const Reach& reach);
 
 #endif  // VELMARCON_SYSTEM_SANDBOX_H

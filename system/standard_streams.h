@@ -7,4 +7,7 @@
 /// before any file is opened.
 void FillMissingStandardStreams();
 
+/// Whether a person sees what is printed to standard error.
+[[nodiscard]] bool ErrorsGoToTerminal();
+
 #endif  // VELMARCON_SYSTEM_STANDARD_STREAMS_H

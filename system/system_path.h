@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #if defined(_WIN32)
 #include <string_view>
@@ -46,8 +47,9 @@ inline std::string FromSystem(const std::filesystem::path& path) {
 
 /// Opens the plain file at `path`, or the one to which a symbolic link leads, for reading; `stream` then
 /// stands at its end. Folders, pipes and devices are told without being opened. One that takes the file's
-/// place in that moment is not waited for, and not read. Returns whether the file is open.
-[[nodiscard]] bool OpenPlainFile(const std::string& path, std::ifstream& stream);
+/// place in that moment is not waited for, and not read. Returns why the file is not open: invalid_argument
+/// when it is not a plain one.
+[[nodiscard]] std::error_code OpenPlainFile(const std::string& path, std::ifstream& stream);
 
 }  // namespace system_path
 

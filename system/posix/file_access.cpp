@@ -17,16 +17,17 @@
 #include "system/file_system.h"
 #include "system/posix/file_status.h"
 #include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 
 namespace file_system {
 
 namespace {
 
 /// Whether the open file now belongs to the group of `existing`.
-bool TakeOwner(int descriptor, const struct stat& existing) {
+bool TakeOwner(const Handle& file, const struct stat& existing) {
     constexpr auto stays = static_cast<uid_t>(-1);
     const auto give = [&](uid_t user) {
-        return RetryOnInterrupt([&] { return ::fchown(descriptor, user, existing.st_gid); }) == 0;
+        return RetryOnInterrupt([&] { return ::fchown(file.Get(), user, existing.st_gid); }) == 0;
     };
     return give(existing.st_uid) || give(stays);
 }
@@ -62,12 +63,13 @@ std::optional<Value> Attribute(const std::string& path, const char* name) {
         [&](char* value, std::size_t size) { return ::lgetxattr(path.c_str(), name, value, size); });
 }
 
-int SetAttribute(int descriptor, const char* name, const Value& value) {
-    return RetryOnInterrupt([&] { return ::fsetxattr(descriptor, name, value.data(), value.size(), 0); });
+bool SetAttribute(const Handle& file, const char* name, const Value& value) {
+    return RetryOnInterrupt([&] { return ::fsetxattr(file.Get(), name, value.data(), value.size(), 0); }) ==
+           0;
 }
 
 /// Ratings, tags, labels. What the system or the file system does not take is left out.
-void TakeAttributes(int descriptor, const std::string& path) {
+void TakeAttributes(const Handle& file, const std::string& path) {
     auto names =
         ReadAll([&](char* list, std::size_t size) { return ::llistxattr(path.c_str(), list, size); });
     if (!names) {
@@ -77,7 +79,7 @@ void TakeAttributes(int descriptor, const std::string& path) {
     for (const char* name = names->data(); *name != '\0'; name += std::strlen(name) + 1) {
         if (std::ranges::find(kNotCopied, std::string_view(name)) == kNotCopied.end()) {
             if (const auto value = Attribute(path, name)) {
-                (void)SetAttribute(descriptor, name, *value);
+                (void)SetAttribute(file, name, *value);
             }
         }
     }
@@ -85,28 +87,29 @@ void TakeAttributes(int descriptor, const std::string& path) {
 
 enum class AccessList { kNone, kTaken, kUnknown };
 
-bool MeansNone(int error) {
-    return error == ENODATA || error == EOPNOTSUPP || error == ENOSYS;
+bool MeansNone(std::error_code error) {
+    return error == std::errc::no_message_available || error == std::errc::operation_not_supported ||
+           error == std::errc::function_not_supported;
 }
 
 /// The folder may have given the new file a list that the old one does not have.
-AccessList TakeAccessList(int descriptor, const std::string& path) {
+AccessList TakeAccessList(const Handle& file, const std::string& path) {
     if (const auto list = Attribute(path, kAccessList)) {
-        return SetAttribute(descriptor, kAccessList, *list) == 0 ? AccessList::kTaken : AccessList::kUnknown;
+        return SetAttribute(file, kAccessList, *list) ? AccessList::kTaken : AccessList::kUnknown;
     }
-    const bool none = MeansNone(LastError());
-    const bool removed = RetryOnInterrupt([&] { return ::fremovexattr(descriptor, kAccessList); }) == 0 ||
-                         MeansNone(LastError());
+    const bool none = MeansNone(system_error::Last());
+    const bool removed = RetryOnInterrupt([&] { return ::fremovexattr(file.Get(), kAccessList); }) == 0 ||
+                         MeansNone(system_error::Last());
     return none && removed ? AccessList::kNone : AccessList::kUnknown;
 }
 
 #else
 
-void TakeAttributes(int /*descriptor*/, const std::string& /*path*/) {}
+void TakeAttributes(const Handle& /*file*/, const std::string& /*path*/) {}
 
 enum class AccessList { kNone, kTaken, kUnknown };
 
-AccessList TakeAccessList(int /*descriptor*/, const std::string& /*path*/) {
+AccessList TakeAccessList(const Handle& /*file*/, const std::string& /*path*/) {
     return AccessList::kNone;
 }
 
@@ -131,18 +134,18 @@ mode_t ModeFor(const struct stat& existing, bool group_is_kept, AccessList list)
 }  // namespace
 
 /// Attributes come first: they need the right to write, which the mode may take away.
-int TakeOver(int descriptor, const std::string& path) {
+std::error_code TakeOver(const Handle& file, const std::string& path) {
     struct stat existing = {};
-    if (const int error = StatusOf(path, existing); error != 0) {
+    if (const std::error_code error = StatusOf(path, existing)) {
         return error;
     }
-    TakeAttributes(descriptor, path);
-    const bool group_is_kept = TakeOwner(descriptor, existing);
-    const AccessList list = TakeAccessList(descriptor, path);
+    TakeAttributes(file, path);
+    const bool group_is_kept = TakeOwner(file, existing);
+    const AccessList list = TakeAccessList(file, path);
     const mode_t mode = ModeFor(existing, group_is_kept, list);
     // A refusal leaves the mode of a new file.
-    (void)RetryOnInterrupt([&] { return ::fchmod(descriptor, mode); });
-    return 0;
+    (void)RetryOnInterrupt([&] { return ::fchmod(file.Get(), mode); });
+    return {};
 }
 
 }  // namespace file_system

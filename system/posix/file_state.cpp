@@ -4,12 +4,15 @@
 #include <sys/stat.h>
 
 #include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 
-std::optional<FileState> StateOf(const std::string& path) {
+std::optional<FileState> StateOf(const std::string& path, std::error_code& error) {
     struct stat status = {};
     if (RetryOnInterrupt([&] { return ::stat(path.c_str(), &status); }) != 0) {
+        error = system_error::Last();
         return std::nullopt;
     }
+    error.clear();
 #if defined(__APPLE__)
     const auto& modified = status.st_mtimespec;
     const auto& changed = status.st_ctimespec;

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <system_error>
@@ -20,12 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kUsualMode = 0666;  // less the user's mask
-constexpr mode_t kOwnersMode = 0600;
-
-/// Returns 0 or an error number: EWOULDBLOCK when another run holds the lock.
-int Lock(int descriptor) {
-    return RetryOnInterrupt([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0 ? 0 : LastError();
+/// operation_would_block: another run holds the lock.
+std::error_code Lock(const Handle& file) {
+    return ErrorOf(RetryOnInterrupt([&] { return ::flock(file.Get(), LOCK_EX | LOCK_NB); }));
 }
 
 bool SameTime(const timespec& a, const timespec& b) {
@@ -48,44 +45,45 @@ bool SameFile(const struct stat& a, const struct stat& b) {
            (a.st_ino == b.st_ino || (a.st_size == b.st_size && SameTime(ModifiedTime(a), ModifiedTime(b))));
 }
 
-bool IsAbandoned(int descriptor, const std::string& path, std::int64_t least_age) {
+bool IsAbandoned(const Handle& file, const std::string& path, std::int64_t least_age) {
     struct stat status = {};
-    return StatusOf(descriptor, status) == 0 && S_ISREG(status.st_mode) &&
+    return !StatusOf(file, status) && S_ISREG(status.st_mode) &&
            std::int64_t{std::time(nullptr)} - status.st_mtime >= least_age &&
-           Lock(descriptor) != EWOULDBLOCK && CheckName(descriptor, path) == 0;
+           Lock(file) != std::errc::operation_would_block && !CheckName(file, path);
+}
+
+/// What is not there is a state like others.
+std::error_code UnlessMissing(std::error_code unknown) {
+    return unknown == std::errc::no_such_file_or_directory ? std::error_code() : unknown;
 }
 
 }  // namespace
 
-const char* ErrorText(int error) {
-    return std::strerror(error);
-}
-
-int FollowLinks(const std::string& path, std::string& target) {
+std::error_code FollowLinks(const std::string& path, std::string& target) {
     constexpr int longest_chain = 40;  // as on Linux
     fs::path end = path;
     for (int i = 0; i < longest_chain; ++i) {
         struct stat status = {};
-        const int unknown = StatusOf(end.string(), status);
-        if (unknown != 0 || !S_ISLNK(status.st_mode)) {
+        const std::error_code unknown = StatusOf(end.string(), status);
+        if (unknown || !S_ISLNK(status.st_mode)) {
             target = end.string();
-            return unknown == ENOENT ? 0 : unknown;
+            return UnlessMissing(unknown);
         }
         std::error_code error;
         const fs::path next = fs::read_symlink(end, error);
         if (error) {
-            return error.value();
+            return error;
         }
         end = end.parent_path() / next;  // an absolute `next` stands alone
     }
-    return ELOOP;
+    return std::make_error_code(std::errc::too_many_symbolic_link_levels);
 }
 
-int KindOf(const std::string& path, Kind& kind) {
+std::error_code KindOf(const std::string& path, Kind& kind) {
     struct stat status = {};
     kind = Kind::kNothing;
-    if (const int unknown = StatusOf(path, status); unknown != 0) {
-        return unknown == ENOENT ? 0 : unknown;
+    if (const std::error_code unknown = StatusOf(path, status)) {
+        return UnlessMissing(unknown);
     }
     kind = Kind::kOther;
     if (S_ISREG(status.st_mode)) {
@@ -95,103 +93,103 @@ int KindOf(const std::string& path, Kind& kind) {
     } else if (S_ISDIR(status.st_mode)) {
         kind = Kind::kFolder;
     }
-    return 0;
+    return {};
 }
 
-int CheckWritable(const std::string& path) {
-    return RetryOnInterrupt([&] { return ::access(path.c_str(), W_OK); }) == 0 ? 0 : LastError();
-}
-
-std::string FolderOf(const std::string& path) {
-    const fs::path file = path;
-    return file.has_parent_path() ? file.parent_path().string() + "/" : "";
+std::error_code CheckWritable(const std::string& path) {
+    return ErrorOf(RetryOnInterrupt([&] { return ::access(path.c_str(), W_OK); }));
 }
 
 bool IsTaken(const std::string& path) {
     struct stat in_the_way = {};
-    return StatusOf(path, in_the_way) == 0;
+    return !StatusOf(path, in_the_way);
 }
 
-int CreateNew(const std::string& path, Readers readers) {
+std::error_code CreateNew(const std::string& path, fs::perms permissions, Handle& file) {
     constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
-    const mode_t mode = readers == Readers::kOwner ? kOwnersMode : kUsualMode;
-    const int descriptor = RetryOnInterrupt([&] { return ::open(path.c_str(), flags, mode); });
-    if (descriptor >= 0) {
-        (void)Lock(descriptor);  // nobody else knows the name, and some file systems have no locks
+    const auto mode = static_cast<mode_t>(permissions);
+    file = Handle(RetryOnInterrupt([&] { return ::open(path.c_str(), flags, mode); }));
+    if (!file.IsOpen()) {
+        return system_error::Last();
     }
-    return descriptor;
+    (void)Lock(file);  // nobody else knows the name, and some file systems have no locks
+    return {};
 }
 
 void RemoveAbandoned(const std::string& path, std::int64_t least_age) {
     constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    const int descriptor = RetryOnInterrupt([&] { return ::open(path.c_str(), flags); });
-    if (descriptor < 0) {
-        return;
-    }
-    if (IsAbandoned(descriptor, path, least_age)) {
+    const Handle file(RetryOnInterrupt([&] { return ::open(path.c_str(), flags); }));
+    if (file.IsOpen() && IsAbandoned(file, path, least_age)) {
         Remove(path);
     }
-    Close(descriptor);
 }
 
-int Write(int descriptor, std::span<const char> bytes) {
+std::error_code Write(const Handle& file, std::span<const char> bytes) {
     while (!bytes.empty()) {
         const auto written =
-            RetryOnInterrupt([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+            RetryOnInterrupt([&] { return ::write(file.Get(), bytes.data(), bytes.size()); });
         if (written < 0) {
-            return LastError();
+            return system_error::Last();
         }
         if (written == 0) {
-            return EIO;  // it would be so for ever
+            return std::make_error_code(std::errc::io_error);  // it would be so for ever
         }
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
-    return 0;
+    return {};
 }
 
 /// A file system in a network hears of it when a descriptor is closed; the file's own stays open, and with it
 /// the lock.
-int Flush(int descriptor) {
-    const int copy = RetryOnInterrupt([&] { return ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0); });
-    return copy >= 0 && ::close(copy) == 0 ? 0 : LastError();
+std::error_code Flush(const Handle& file) {
+    const int copy = RetryOnInterrupt([&] { return ::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0); });
+    return copy >= 0 ? ErrorOf(::close(copy)) : system_error::Last();
 }
 
-int SizeOf(int descriptor, std::uint64_t& size) {
+std::error_code SizeOf(const Handle& file, std::uint64_t& size) {
     struct stat status = {};
-    const int error = StatusOf(descriptor, status);
+    const std::error_code error = StatusOf(file, status);
     size = static_cast<std::uint64_t>(status.st_size);
     return error;
 }
 
-int CheckName(int descriptor, const std::string& path) {
+std::error_code CheckName(const Handle& file, const std::string& path) {
     struct stat open_file = {};
     struct stat named_file = {};
-    if (const int error = StatusOf(descriptor, open_file); error != 0) {
+    if (const std::error_code error = StatusOf(file, open_file)) {
         return error;
     }
-    if (const int error = StatusOf(path, named_file); error != 0) {
+    if (const std::error_code error = StatusOf(path, named_file)) {
         return error;
     }
-    return SameFile(open_file, named_file) ? 0 : ESTALE;
+    return SameFile(open_file, named_file) ? std::error_code()
+                                           : std::error_code(ESTALE, std::generic_category());
 }
 
-int Synchronize(int descriptor) {
+std::error_code Synchronize(const Handle& file) {
 #if defined(F_FULLFSYNC)
     // macOS: fsync hands the file to the drive, which may keep it in its memory. Not every drive knows
     // better.
-    if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
-        return 0;
+    if (::fcntl(file.Get(), F_FULLFSYNC) == 0) {
+        return {};
     }
 #endif
-    return RetryOnInterrupt([&] { return ::fsync(descriptor); }) == 0 ? 0 : LastError();
+    return ErrorOf(RetryOnInterrupt([&] { return ::fsync(file.Get()); }));
+}
+
+std::error_code SynchronizeFolder(const std::string& folder) {
+    const char* const path = folder.empty() ? "." : folder.c_str();
+    constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+    const Handle names(RetryOnInterrupt([&] { return ::open(path, flags); }));
+    if (!names.IsOpen()) {
+        return system_error::Last();
+    }
+    const std::error_code error = ErrorOf(RetryOnInterrupt([&] { return ::fsync(names.Get()); }));
+    return error == std::errc::invalid_argument ? std::error_code() : error;  // some cannot do it to a folder
 }
 
 void Remove(const std::string& path) {
     (void)RetryOnInterrupt([&] { return ::unlink(path.c_str()); });
-}
-
-void Close(int descriptor) {
-    ::close(descriptor);
 }
 
 }  // namespace file_system

@@ -47,6 +47,6 @@ std::optional<std::string> FolderListing::NextFile() {
         }
         errno = 0;
     }
-    error_ = errno;
+    error_ = {errno, std::generic_category()};
     return std::nullopt;
 }

@@ -14,22 +14,17 @@ namespace file_system {
 namespace {
 
 #if defined(RENAME_NOREPLACE)
-int RenameInOneStep(const std::string& from, const std::string& to) {
-    return RetryOnInterrupt([&] {
-               return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
-           }) == 0
-               ? 0
-               : LastError();
+std::error_code RenameInOneStep(const std::string& from, const std::string& to) {
+    return ErrorOf(RetryOnInterrupt(
+        [&] { return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE); }));
 }
 #elif defined(RENAME_EXCL)
-int RenameInOneStep(const std::string& from, const std::string& to) {
-    return RetryOnInterrupt([&] { return ::renamex_np(from.c_str(), to.c_str(), RENAME_EXCL); }) == 0
-               ? 0
-               : LastError();
+std::error_code RenameInOneStep(const std::string& from, const std::string& to) {
+    return ErrorOf(RetryOnInterrupt([&] { return ::renamex_np(from.c_str(), to.c_str(), RENAME_EXCL); }));
 }
 #else
-int RenameInOneStep(const std::string& /*from*/, const std::string& /*to*/) {
-    return ENOSYS;
+std::error_code RenameInOneStep(const std::string& /*from*/, const std::string& /*to*/) {
+    return std::make_error_code(std::errc::function_not_supported);
 }
 #endif
 
@@ -37,50 +32,49 @@ int RenameInOneStep(const std::string& /*from*/, const std::string& /*to*/) {
 bool NameOneFile(const std::string& a, const std::string& b) {
     struct stat status_a = {};
     struct stat status_b = {};
-    return StatusOf(a, status_a) == 0 && StatusOf(b, status_b) == 0 && status_a.st_dev == status_b.st_dev &&
+    return !StatusOf(a, status_a) && !StatusOf(b, status_b) && status_a.st_dev == status_b.st_dev &&
            status_a.st_ino == status_b.st_ino;
 }
 
 /// Over a network the answer to a call that was made may get lost; the second one then fails.
-int Link(const std::string& from, const std::string& to) {
-    if (RetryOnInterrupt([&] { return ::link(from.c_str(), to.c_str()); }) == 0) {
-        return 0;
-    }
-    const int error = LastError();
-    return error == EEXIST && NameOneFile(from, to) ? 0 : error;
+std::error_code Link(const std::string& from, const std::string& to) {
+    const std::error_code error = ErrorOf(RetryOnInterrupt([&] { return ::link(from.c_str(), to.c_str()); }));
+    return error == std::errc::file_exists && NameOneFile(from, to) ? std::error_code() : error;
 }
 
 /// Whether a file system without the operation answers so.
-bool MeansUnknown(int error) {
-    return error == EINVAL || error == ENOSYS || error == ENOTSUP;
+bool MeansUnknown(std::error_code error) {
+    return error == std::errc::invalid_argument || error == std::errc::function_not_supported ||
+           error == std::errc::not_supported;
 }
 
-bool MeansNoLinks(int error) {
-    return MeansUnknown(error) || error == EPERM || error == EACCES || error == EMLINK;
+bool MeansNoLinks(std::error_code error) {
+    return MeansUnknown(error) || error == std::errc::operation_not_permitted ||
+           error == std::errc::permission_denied || error == std::errc::too_many_links;
 }
 
 }  // namespace
 
-int Rename(const std::string& from, const std::string& to) {
-    return RetryOnInterrupt([&] { return std::rename(from.c_str(), to.c_str()); }) == 0 ? 0 : LastError();
+std::error_code Rename(const std::string& from, const std::string& to) {
+    return ErrorOf(RetryOnInterrupt([&] { return std::rename(from.c_str(), to.c_str()); }));
 }
 
-int RenameToFree(const std::string& from, const std::string& to) {
-    if (const int error = RenameInOneStep(from, to); !MeansUnknown(error)) {
+std::error_code RenameToFree(const std::string& from, const std::string& to) {
+    if (const std::error_code error = RenameInOneStep(from, to); !MeansUnknown(error)) {
         return error;
     }
-    const int error = Link(from, to);
-    if (error == 0) {
+    const std::error_code error = Link(from, to);
+    if (!error) {
         Remove(from);
     }
     if (!MeansNoLinks(error)) {
         return error;
     }
     auto existing = Kind::kNothing;
-    if (const int unknown = KindOf(to, existing); unknown != 0) {
+    if (const std::error_code unknown = KindOf(to, existing)) {
         return unknown;
     }
-    return existing == Kind::kNothing ? Rename(from, to) : EEXIST;
+    return existing == Kind::kNothing ? Rename(from, to) : std::make_error_code(std::errc::file_exists);
 }
 
 }  // namespace file_system

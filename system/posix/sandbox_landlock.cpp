@@ -8,11 +8,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdint>
 #include <string>
+#include <system_error>
 
+#include "system/handle.h"
 #include "system/sandbox.h"
+#include "system/system_error.h"
 
 #if defined(SYS_landlock_create_ruleset)
 
@@ -45,35 +47,17 @@ struct [[gnu::packed]] PathRule {
     std::int32_t path;  ///< descriptor
 };
 
-class Descriptor {
-  public:
-    explicit Descriptor(long number) : number_(static_cast<int>(number)) {}
-    ~Descriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    Descriptor(Descriptor&&) = delete;
-    Descriptor& operator=(Descriptor&&) = delete;
-
-    bool open() const { return number_ >= 0; }
-    int number() const { return number_; }
-
-  private:
-    int number_;
-};
-
 /// Names a file or folder without opening it.
-Descriptor Locate(const std::string& path) {
-    return Descriptor(::open(path.c_str(), O_PATH | O_CLOEXEC));
+Handle Locate(const std::string& path) {
+    return Handle(::open(path.c_str(), O_PATH | O_CLOEXEC));
 }
 
 /// Whether the program could not open such a path either: then there is nothing to allow.
-bool IsOutOfReachAnyway(int error) {
-    constexpr std::array out_of_reach = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
-    return std::ranges::find(out_of_reach, error) != out_of_reach.end();
+bool IsOutOfReachAnyway(std::error_code error) {
+    constexpr std::array out_of_reach = {
+        std::errc::no_such_file_or_directory, std::errc::not_a_directory, std::errc::permission_denied,
+        std::errc::too_many_symbolic_link_levels, std::errc::filename_too_long};
+    return std::ranges::any_of(out_of_reach, [&](std::errc reason) { return error == reason; });
 }
 
 /// The rights that the system at hand can refuse.
@@ -91,25 +75,26 @@ class Ruleset {
   public:
     explicit Ruleset(std::uint64_t handled)
         : attributes_{handled},
-          ruleset_(::syscall(SYS_landlock_create_ruleset, &attributes_, sizeof(attributes_), 0)) {}
+          ruleset_(static_cast<int>(
+              ::syscall(SYS_landlock_create_ruleset, &attributes_, sizeof(attributes_), 0))) {}
 
-    bool Made() const { return ruleset_.open(); }
+    bool Made() const { return ruleset_.IsOpen(); }
 
     /// Returns false when the folder would be out of reach although it is there.
     bool AllowFolder(const std::string& path, std::uint64_t access) const {
-        const Descriptor folder = Locate(path);
-        return folder.open() ? Allow(folder, access) : IsOutOfReachAnyway(errno);
+        const Handle folder = Locate(path);
+        return folder.IsOpen() ? Allow(folder, access) : IsOutOfReachAnyway(system_error::Last());
     }
 
     /// Allows to read what the link leads to, if that is a plain file; a folder would be all that is in it.
     /// Returns false when the file would be out of reach although it is there.
     bool AllowFile(const std::string& link) const {
-        const Descriptor file = Locate(link);
-        if (!file.open()) {
-            return IsOutOfReachAnyway(errno);
+        const Handle file = Locate(link);
+        if (!file.IsOpen()) {
+            return IsOutOfReachAnyway(system_error::Last());
         }
         struct stat status = {};
-        if (::fstat(file.number(), &status) != 0) {
+        if (::fstat(file.Get(), &status) != 0) {
             return false;
         }
         return !S_ISREG(status.st_mode) || Allow(file, access_right::kReadFile);
@@ -117,18 +102,18 @@ class Ruleset {
 
     bool Confine() const {
         return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-               ::syscall(SYS_landlock_restrict_self, ruleset_.number(), 0) == 0;
+               ::syscall(SYS_landlock_restrict_self, ruleset_.Get(), 0) == 0;
     }
 
   private:
-    bool Allow(const Descriptor& path, std::uint64_t access) const {
+    bool Allow(const Handle& path, std::uint64_t access) const {
         constexpr int beneath_path = 1;
-        const PathRule rule = {access & attributes_.handled_access, path.number()};
-        return ::syscall(SYS_landlock_add_rule, ruleset_.number(), beneath_path, &rule, 0) == 0;
+        const PathRule rule = {access & attributes_.handled_access, path.Get()};
+        return ::syscall(SYS_landlock_add_rule, ruleset_.Get(), beneath_path, &rule, 0) == 0;
     }
 
     RulesetAttributes attributes_;
-    Descriptor ruleset_;
+    Handle ruleset_;
 };
 
 }  // namespace

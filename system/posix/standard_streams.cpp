@@ -24,3 +24,7 @@ void FillMissingStandardStreams() {
         ::close(descriptor);
     }
 }
+
+bool ErrorsGoToTerminal() {
+    return ::isatty(STDERR_FILENO) != 0;
+}

@@ -1,65 +1,66 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #if !defined(_LIBCPP_VERSION)
 #include <ext/stdio_filebuf.h>
 #endif
 
-#include <cerrno>
 #include <ios>
 #include <system_error>
+#include <utility>
 
+#include "system/handle.h"
+#include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 #include "system/system_path.h"
 
 namespace system_path {
 
 namespace {
 
-/// Returns a descriptor, or -1. A pipe that nobody writes to would otherwise be waited for.
-int OpenWithoutWaiting(const std::string& path) {
+/// A pipe that nobody writes to would otherwise be waited for.
+Handle OpenWithoutWaiting(const std::string& path) {
     constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    int descriptor = -1;
-    do {
-        descriptor = ::open(path.c_str(), flags);
-    } while (descriptor < 0 && errno == EINTR);
-    return descriptor;
+    return Handle(RetryOnInterrupt([&] { return ::open(path.c_str(), flags); }));
 }
 
-bool IsPlain(int descriptor) {
+bool IsPlain(const Handle& file) {
     struct stat status = {};
-    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    return ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// The stream reads from the descriptor and closes it in the end. Returns whether it could take it.
-bool Attach(int descriptor, std::ifstream& stream) {
+/// The stream reads from the file and closes it in the end. Returns whether it could take it.
+bool Attach(Handle file, std::ifstream& stream) {
     constexpr auto mode = std::ios::in | std::ios::binary;
 #if defined(_LIBCPP_VERSION)
-    stream.__open(descriptor, mode);
+    stream.__open(file.Get(), mode);
 #else
-    *stream.rdbuf() = __gnu_cxx::stdio_filebuf<char>(descriptor, mode);
+    *stream.rdbuf() = __gnu_cxx::stdio_filebuf<char>(file.Get(), mode);
 #endif
+    if (stream.is_open()) {
+        (void)file.Release();
+    }
     return stream.is_open();
 }
 
 }  // namespace
 
-bool OpenPlainFile(const std::string& path, std::ifstream& stream) {
+std::error_code OpenPlainFile(const std::string& path, std::ifstream& stream) {
+    const std::error_code not_plain = std::make_error_code(std::errc::invalid_argument);
     std::error_code unknown;
     if (!std::filesystem::is_regular_file(path, unknown)) {
-        return false;
+        return unknown ? unknown : not_plain;
     }
-    const int descriptor = OpenWithoutWaiting(path);
-    if (descriptor < 0) {
-        return false;
+    Handle file = OpenWithoutWaiting(path);
+    if (!file.IsOpen()) {
+        return system_error::Last();
     }
-    if (!IsPlain(descriptor) || !Attach(descriptor, stream)) {
-        ::close(descriptor);
-        return false;
+    if (!IsPlain(file) || !Attach(std::move(file), stream)) {
+        return not_plain;
     }
     stream.seekg(0, std::ios::end);
-    return true;
+    return {};
 }
 
 }  // namespace system_path

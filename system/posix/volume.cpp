@@ -15,6 +15,7 @@
 
 #include "system/file_system.h"
 #include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 
 namespace file_system {
 
@@ -37,9 +38,9 @@ bool LosesReplacedFiles(const std::string& path) {
 
 /// Some write all that they hold back, but leave it in the memory of the disk; that one is emptied for a
 /// file.
-int SynchronizeVolume(int descriptor) {
-    const bool written = RetryOnInterrupt([&] { return ::syncfs(descriptor); }) == 0;
-    return written ? Synchronize(descriptor) : LastError();
+std::error_code SynchronizeVolume(const Handle& file) {
+    const bool written = RetryOnInterrupt([&] { return ::syncfs(file.Get()); }) == 0;
+    return written ? Synchronize(file) : system_error::Last();
 }
 
 #else
@@ -51,17 +52,17 @@ bool LosesReplacedFiles(const std::string& path) {
            std::ranges::find(losing, std::string_view(volume.f_fstypename)) != losing.end();
 }
 
-int SynchronizeVolume(int descriptor) {
+std::error_code SynchronizeVolume(const Handle& file) {
     ::sync();
-    return Synchronize(descriptor);
+    return Synchronize(file);
 }
 
 #endif
 
-int Hold(const std::string& path, int& descriptor) {
+std::error_code Hold(const std::string& path, Handle& file) {
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    descriptor = RetryOnInterrupt([&] { return ::open(path.c_str(), flags); });
-    return descriptor >= 0 ? 0 : LastError();
+    file = Handle(RetryOnInterrupt([&] { return ::open(path.c_str(), flags); }));
+    return file.IsOpen() ? std::error_code() : system_error::Last();
 }
 
 }  // namespace file_system

@@ -3,10 +3,9 @@
 
 #include <windows.h>
 
-#include <cerrno>
-
+#include "system/handle.h"
+#include "system/system_error.h"
 #include "system/system_path.h"
-#include "system/windows/windows_error.h"
 
 namespace {
 
@@ -21,24 +20,18 @@ std::uint64_t Join(DWORD high, DWORD low) {
 
 }  // namespace
 
-std::optional<FileState> StateOf(const std::string& path) {
+std::optional<FileState> StateOf(const std::string& path, std::error_code& error) {
     constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    auto* const file = ::CreateFileW(system_path::ToSystem(path).c_str(), FILE_READ_ATTRIBUTES, share,
-                                     nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        errno = ErrnoOfLastWindowsError();
-        return std::nullopt;
-    }
+    const Handle file(::CreateFileW(system_path::ToSystem(path).c_str(), FILE_READ_ATTRIBUTES, share, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     BY_HANDLE_FILE_INFORMATION status = {};
     FILE_BASIC_INFO times = {};
-    const bool known = ::GetFileInformationByHandle(file, &status) != 0 &&
-                       ::GetFileInformationByHandleEx(file, FileBasicInfo, &times, sizeof(times)) != 0;
-    const int error = known ? 0 : ErrnoOfLastWindowsError();
-    ::CloseHandle(file);
-    if (!known) {
-        errno = error;
+    if (!file.IsOpen() || ::GetFileInformationByHandle(file.Get(), &status) == 0 ||
+        ::GetFileInformationByHandleEx(file.Get(), FileBasicInfo, &times, sizeof(times)) == 0) {
+        error = system_error::Last();
         return std::nullopt;
     }
+    error.clear();
     const std::int64_t modified = times.LastWriteTime.QuadPart;
     const std::int64_t changed = times.ChangeTime.QuadPart;
     return FileState{status.dwVolumeSerialNumber,

@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "system/file_system.h"
 
-#include <fcntl.h>
-#include <io.h>
 #include <windows.h>
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
+#include "system/system_error.h"
 #include "system/system_path.h"
-#include "system/windows/windows_error.h"
 
 namespace file_system {
 
@@ -20,10 +17,10 @@ using system_path::ToSystem;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Opens what stands at `path` for `access`, while others do with it what `share` leaves them. Returns a
-/// handle or INVALID_HANDLE_VALUE.
-HANDLE OpenExisting(const std::string& path, DWORD access, DWORD share, DWORD flags) {
-    return ::CreateFileW(ToSystem(path).c_str(), access, share, nullptr, OPEN_EXISTING, flags, nullptr);
+/// Opens what stands at `path` for `access`, while others do with it what `share` leaves them.
+Handle OpenExisting(const std::string& path, DWORD access, DWORD share, DWORD flags) {
+    return Handle(
+        ::CreateFileW(ToSystem(path).c_str(), access, share, nullptr, OPEN_EXISTING, flags, nullptr));
 }
 
 /// Of a symbolic link, its own; INVALID_FILE_ATTRIBUTES when there are none.
@@ -31,8 +28,9 @@ DWORD AttributesOf(const std::string& path) {
     return ::GetFileAttributesW(ToSystem(path).c_str());
 }
 
-HANDLE HandleOf(int descriptor) {
-    return reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor));  // NOLINT(performance-no-int-to-ptr)
+/// No error when a call of Windows returned `done`; else the error that it left.
+std::error_code ErrorUnless(bool done) {
+    return done ? std::error_code() : system_error::Last();
 }
 
 /// A path without the prefix that switches off what Windows otherwise does to paths.
@@ -45,18 +43,17 @@ std::wstring WithoutPrefix(const std::wstring& path) {
     return path.starts_with(local) ? path.substr(local.size()) : path;
 }
 
-/// The file at `path` by its real name. Returns 0 or an error number.
-int FindRealName(const std::string& path, std::wstring& name) {
-    auto* const file = OpenExisting(path, FILE_READ_ATTRIBUTES, kShareAll, FILE_FLAG_BACKUP_SEMANTICS);
-    if (file == INVALID_HANDLE_VALUE) {
-        return ErrnoOfLastWindowsError();
+/// The file at `path` by its real name.
+std::error_code FindRealName(const std::string& path, std::wstring& name) {
+    const Handle file = OpenExisting(path, FILE_READ_ATTRIBUTES, kShareAll, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!file.IsOpen()) {
+        return system_error::Last();
     }
-    name.resize(::GetFinalPathNameByHandleW(file, nullptr, 0, FILE_NAME_NORMALIZED));
-    const DWORD length =
-        ::GetFinalPathNameByHandleW(file, name.data(), static_cast<DWORD>(name.size()), FILE_NAME_NORMALIZED);
-    const int error = length == 0 || length >= name.size() ? ErrnoOfLastWindowsError() : 0;
-    ::CloseHandle(file);
-    name.resize(error == 0 ? length : 0);
+    name.resize(::GetFinalPathNameByHandleW(file.Get(), nullptr, 0, FILE_NAME_NORMALIZED));
+    const DWORD length = ::GetFinalPathNameByHandleW(file.Get(), name.data(), static_cast<DWORD>(name.size()),
+                                                     FILE_NAME_NORMALIZED);
+    const std::error_code error = ErrorUnless(length != 0 && length < name.size());
+    name.resize(error ? 0 : length);
     name = WithoutPrefix(name);
     return error;
 }
@@ -75,32 +72,28 @@ std::int64_t SecondsSince(const FILETIME& time) {
 
 }  // namespace
 
-const char* ErrorText(int error) {
-    return error == EBUSY ? "The file is in use by another program" : std::strerror(error);
-}
-
-int FollowLinks(const std::string& path, std::string& target) {
+std::error_code FollowLinks(const std::string& path, std::string& target) {
     target = path;
     const DWORD attributes = AttributesOf(path);
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
-        return 0;
+        return {};
     }
     std::wstring name;
-    const int error = FindRealName(path, name);
+    const std::error_code error = FindRealName(path, name);
     target = system_path::FromWide(name);
     return error;
 }
 
-int KindOf(const std::string& path, Kind& kind) {
+std::error_code KindOf(const std::string& path, Kind& kind) {
     kind = Kind::kOther;
     if (system_path::IsDevice(path)) {
-        return 0;
+        return {};
     }
     const DWORD attributes = AttributesOf(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         kind = Kind::kNothing;
-        const int error = ErrnoOfLastWindowsError();
-        return error == ENOENT ? 0 : error;
+        const std::error_code error = system_error::Last();
+        return error == std::errc::no_such_file_or_directory ? std::error_code() : error;
     }
     kind = Kind::kPlainFile;
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
@@ -108,111 +101,89 @@ int KindOf(const std::string& path, Kind& kind) {
     } else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         kind = Kind::kFolder;
     }
-    return 0;
+    return {};
 }
 
 /// One that a program has open in a way that forbids to write it could not be replaced at the end, either.
-int CheckWritable(const std::string& path) {
+std::error_code CheckWritable(const std::string& path) {
     const DWORD attributes = AttributesOf(path);
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        return EACCES;
+        return std::make_error_code(std::errc::permission_denied);
     }
-    auto* const file = OpenExisting(path, GENERIC_WRITE, kShareAll, FILE_ATTRIBUTE_NORMAL);
-    if (file == INVALID_HANDLE_VALUE) {
-        return ErrnoOfLastWindowsError();
-    }
-    ::CloseHandle(file);
-    return 0;
-}
-
-std::string FolderOf(const std::string& path) {
-    return path.substr(0, path.find_last_of("\\/") + 1);
+    return ErrorUnless(OpenExisting(path, GENERIC_WRITE, kShareAll, FILE_ATTRIBUTE_NORMAL).IsOpen());
 }
 
 bool IsTaken(const std::string& path) {
-    return AttributesOf(path) != INVALID_FILE_ATTRIBUTES || ErrnoOfLastWindowsError() != ENOENT;
+    return AttributesOf(path) != INVALID_FILE_ATTRIBUTES ||
+           system_error::Last() != std::errc::no_such_file_or_directory;
 }
 
-int CreateNew(const std::string& path, Readers /*readers*/) {
-    auto* const file = ::CreateFileW(ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, kShareAll, nullptr,
-                                     CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        errno = ErrnoOfLastWindowsError();
-        return -1;
-    }
-    const int descriptor =
-        ::_open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_RDWR | _O_BINARY | _O_NOINHERIT);
-    if (descriptor < 0) {
-        const int error = LastError();
-        ::CloseHandle(file);
-        Remove(path);
-        errno = error;
-    }
-    return descriptor;
+std::error_code CreateNew(const std::string& path, std::filesystem::perms /*permissions*/, Handle& file) {
+    file = Handle(::CreateFileW(ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, kShareAll, nullptr,
+                                CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return ErrorUnless(file.IsOpen());
 }
 
 /// A run that is writing the file has it open, and no other can open it for itself alone.
 void RemoveAbandoned(const std::string& path, std::int64_t least_age) {
     constexpr DWORD alone = 0;
-    auto* const file = OpenExisting(path, DELETE | FILE_READ_ATTRIBUTES, alone, FILE_FLAG_OPEN_REPARSE_POINT);
-    if (file == INVALID_HANDLE_VALUE) {
-        return;
-    }
+    const Handle file =
+        OpenExisting(path, DELETE | FILE_READ_ATTRIBUTES, alone, FILE_FLAG_OPEN_REPARSE_POINT);
     constexpr DWORD not_plain = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
     BY_HANDLE_FILE_INFORMATION status = {};
-    if (::GetFileType(file) == FILE_TYPE_DISK && ::GetFileInformationByHandle(file, &status) != 0 &&
+    if (file.IsOpen() && ::GetFileType(file.Get()) == FILE_TYPE_DISK &&
+        ::GetFileInformationByHandle(file.Get(), &status) != 0 &&
         (status.dwFileAttributes & not_plain) == 0 && SecondsSince(status.ftLastWriteTime) >= least_age) {
         FILE_DISPOSITION_INFO removal = {};
         removal.DeleteFile = TRUE;
-        ::SetFileInformationByHandle(file, FileDispositionInfo, &removal, sizeof(removal));
+        ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &removal, sizeof(removal));
     }
-    ::CloseHandle(file);
 }
 
-int Write(int descriptor, std::span<const char> bytes) {
+std::error_code Write(const Handle& file, std::span<const char> bytes) {
     constexpr std::size_t most_at_once = std::size_t{1} << 30U;
     while (!bytes.empty()) {
         const auto piece = bytes.first(std::min(bytes.size(), most_at_once));
         DWORD written = 0;
-        if (::WriteFile(HandleOf(descriptor), piece.data(), static_cast<DWORD>(piece.size()), &written,
-                        nullptr) == 0) {
-            return ErrnoOfLastWindowsError();
+        if (::WriteFile(file.Get(), piece.data(), static_cast<DWORD>(piece.size()), &written, nullptr) == 0) {
+            return system_error::Last();
         }
         if (written == 0) {
-            return EIO;  // it would be so for ever
+            return std::make_error_code(std::errc::io_error);  // it would be so for ever
         }
         bytes = bytes.subspan(written);
     }
-    return 0;
+    return {};
 }
 
 /// Nothing is kept back.
-int Flush(int /*descriptor*/) {
-    return 0;
+std::error_code Flush(const Handle& /*file*/) {
+    return {};
 }
 
-int SizeOf(int descriptor, std::uint64_t& size) {
+std::error_code SizeOf(const Handle& file, std::uint64_t& size) {
     LARGE_INTEGER length = {};
-    const int error = ::GetFileSizeEx(HandleOf(descriptor), &length) != 0 ? 0 : ErrnoOfLastWindowsError();
+    const std::error_code error = ErrorUnless(::GetFileSizeEx(file.Get(), &length) != 0);
     size = static_cast<std::uint64_t>(length.QuadPart);
     return error;
 }
 
 /// Who takes the file for a stale one cannot remove it while it is open.
-int CheckName(int /*descriptor*/, const std::string& path) {
-    return IsTaken(path) ? 0 : ENOENT;
+std::error_code CheckName(const Handle& /*file*/, const std::string& path) {
+    return IsTaken(path) ? std::error_code() : std::make_error_code(std::errc::no_such_file_or_directory);
 }
 
-int Synchronize(int descriptor) {
-    return ::FlushFileBuffers(HandleOf(descriptor)) != 0 ? 0 : ErrnoOfLastWindowsError();
+std::error_code Synchronize(const Handle& file) {
+    return ErrorUnless(::FlushFileBuffers(file.Get()) != 0);
+}
+
+/// A rename waits for its own change.
+std::error_code SynchronizeFolder(const std::string& /*folder*/) {
+    return {};
 }
 
 void Remove(const std::string& path) {
     ::DeleteFileW(ToSystem(path).c_str());
-}
-
-void Close(int descriptor) {
-    ::_close(descriptor);
 }
 
 }  // namespace file_system

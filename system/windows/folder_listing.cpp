@@ -3,8 +3,9 @@
 
 #include <windows.h>
 
+#include "system/path_names.h"
+#include "system/system_error.h"
 #include "system/system_path.h"
-#include "system/windows/windows_error.h"
 
 struct FolderListing::System {
     HANDLE search = INVALID_HANDLE_VALUE;
@@ -18,7 +19,7 @@ FolderListing::FolderListing(const std::string& path) {
         return;
     }
     auto system = std::make_unique<System>();
-    const std::string all = path + (path.ends_with('\\') || path.ends_with('/') ? "*" : "\\*");
+    const std::string all = path + (path_names::EndsInSeparator(path) ? "*" : "\\*");
     system->search = ::FindFirstFileW(system_path::ToSystem(all).c_str(), &system->entry);
     system->at_entry = system->search != INVALID_HANDLE_VALUE;
     // The root of a drive may be empty; other folders list themselves.
@@ -39,7 +40,7 @@ std::optional<std::string> FolderListing::NextFile() {
         std::string name = system_path::FromWide(&system_->entry.cFileName[0]);
         system_->at_entry = ::FindNextFileW(system_->search, &system_->entry) != 0;
         if (!system_->at_entry && ::GetLastError() != ERROR_NO_MORE_FILES) {
-            error_ = ErrnoOfLastWindowsError();
+            error_ = system_error::Last();
         }
         if (!folder) {
             return name;

@@ -7,6 +7,8 @@
 #include <limits>
 #include <random>
 
+#include "system/handle.h"
+
 namespace running_process {
 
 std::string HostName() {
@@ -24,14 +26,12 @@ bool IsGone(std::uint64_t number) {
     if (number > std::numeric_limits<DWORD>::max()) {
         return false;
     }
-    auto* const process = ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(number));
-    if (process == nullptr) {
+    const Handle process(::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(number)));
+    if (!process.IsOpen()) {
         return ::GetLastError() == ERROR_INVALID_PARAMETER;
     }
     DWORD status = STILL_ACTIVE;
-    const bool ended = ::GetExitCodeProcess(process, &status) != 0 && status != STILL_ACTIVE;
-    ::CloseHandle(process);
-    return ended;
+    return ::GetExitCodeProcess(process.Get(), &status) != 0 && status != STILL_ACTIVE;
 }
 
 std::uint64_t RandomNumber() {

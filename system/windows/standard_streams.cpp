@@ -4,14 +4,23 @@
 #include <fcntl.h>
 #include <io.h>
 
+namespace {
+
+constexpr int kStandardError = 2;
+
+}  // namespace
+
 void FillMissingStandardStreams() {
-    constexpr int standard_error = 2;
     const auto open_nothing = [] { return ::_wopen(L"NUL", _O_RDWR); };
     int descriptor = open_nothing();
-    while (descriptor >= 0 && descriptor <= standard_error) {
+    while (descriptor >= 0 && descriptor <= kStandardError) {
         descriptor = open_nothing();
     }
-    if (descriptor > standard_error) {
+    if (descriptor > kStandardError) {
         ::_close(descriptor);
     }
+}
+
+bool ErrorsGoToTerminal() {
+    return ::_isatty(kStandardError) != 0;
 }

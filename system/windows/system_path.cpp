@@ -4,8 +4,10 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "base/utf16.h"
+#include "system/handle.h"
 
 namespace system_path {
 
@@ -24,27 +26,6 @@ std::wstring ToWide(const std::string& path) {
     }
     return wide;
 }
-
-/// An open handle, or none.
-class Handle {
-  public:
-    explicit Handle(HANDLE handle) : handle_(handle) {}
-    ~Handle() {
-        if (good()) {
-            ::CloseHandle(handle_);
-        }
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    Handle(Handle&&) = delete;
-    Handle& operator=(Handle&&) = delete;
-
-    bool good() const { return handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE get() const { return handle_; }
-
-  private:
-    HANDLE handle_;
-};
 
 }  // namespace
 
@@ -75,19 +56,21 @@ bool IsPlainFile(const std::string& path) {
     const Handle file(::CreateFileW(ToWide(path).c_str(), FILE_READ_ATTRIBUTES, share, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     BY_HANDLE_FILE_INFORMATION status = {};
-    return file.good() && ::GetFileType(file.get()) == FILE_TYPE_DISK &&
-           ::GetFileInformationByHandle(file.get(), &status) != 0 &&
+    return file.IsOpen() && ::GetFileType(file.Get()) == FILE_TYPE_DISK &&
+           ::GetFileInformationByHandle(file.Get(), &status) != 0 &&
            (status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 }  // namespace
 
-bool OpenPlainFile(const std::string& path, std::ifstream& stream) {
+std::error_code OpenPlainFile(const std::string& path, std::ifstream& stream) {
     if (!IsPlainFile(path)) {
-        return false;
+        return std::make_error_code(std::errc::invalid_argument);
     }
+    errno = 0;
     stream.open(ToSystem(path), std::ios::binary | std::ios::ate);
-    return stream.is_open();
+    return stream.is_open() ? std::error_code()
+                            : std::error_code(errno != 0 ? errno : EIO, std::generic_category());
 }
 
 }  // namespace system_path

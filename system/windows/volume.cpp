@@ -22,14 +22,14 @@ bool LosesReplacedFiles(const std::string& path) {
 }
 
 /// Only an administrator may bring a whole volume to the disk; a rename waits for its own change.
-int SynchronizeVolume(int descriptor) {
-    return Synchronize(descriptor);
+std::error_code SynchronizeVolume(const Handle& file) {
+    return Synchronize(file);
 }
 
 /// An open file could not be replaced.
-int Hold(const std::string& /*path*/, int& descriptor) {
-    descriptor = -1;
-    return 0;
+std::error_code Hold(const std::string& /*path*/, Handle& file) {
+    file = Handle();
+    return {};
 }
 
 }  // namespace file_system

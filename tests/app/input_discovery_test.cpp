@@ -243,28 +243,4 @@ TEST(FileSystemTests, TellFoldersFromFiles) {
     }
 }
 
-TEST(Name, IsSplitAtItsLastDot) {
-    struct Case {
-        const char* name;
-        const char* base;
-        const char* extension;
-    };
-    for (const auto& [name, base, extension] :
-         {Case{"L1000123.RAW", "L1000123", "RAW"}, Case{"a.b.DNG", "a.b", "DNG"},
-          Case{"README", "README", "README"}, Case{".RAW", "", "RAW"}, Case{"x.", "x", ""},
-          Case{"", "", ""}}) {
-        EXPECT_EQ(BaseName(name), base);
-        EXPECT_EQ(Extension(name), extension);
-    }
-}
-
-TEST(WithSeparator, AddsOneOnlyIfItIsMissing) {
-    EXPECT_EQ(WithSeparator("/tmp"), "/tmp/");
-    EXPECT_EQ(WithSeparator("/tmp/"), "/tmp/");
-    EXPECT_EQ(WithSeparator("tmp\\"), "tmp\\");
-    EXPECT_EQ(WithSeparator("/"), "/");
-    EXPECT_EQ(WithSeparator("."), "./");
-    EXPECT_EQ(WithSeparator(""), "");
-}
-
 }  // namespace

@@ -25,7 +25,7 @@ class KeptSensorDatabase : public testing::Test {
     /// The names that are there after the database with this text was kept.
     Texts NamesAfterKeeping(const std::string& text) {
         support::WriteFile(Path("sensdb.ini"), text);
-        EXPECT_EQ(KeepSensorDatabase(folder_.path()), 0);
+        EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
         return support::Names(folder_.path());
     }
 
@@ -54,7 +54,7 @@ TEST_F(KeptSensorDatabase, IsNotKeptTwiceInARow) {
 TEST_F(KeptSensorDatabase, IsKeptFromWhereItsLinkLeads) {
     support::WriteFile(Path("elsewhere"), "linked");
     fs::create_symlink("elsewhere", Path("sensdb.ini"));
-    EXPECT_EQ(KeepSensorDatabase(folder_.path()), 0);
+    EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
     EXPECT_EQ(support::ReadText(Path("sensdb.ini.1")), "linked");
     EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(Path("sensdb.ini.1"))));
     EXPECT_TRUE(fs::is_symlink(Path("sensdb.ini")));
@@ -79,18 +79,18 @@ TEST_F(KeptSensorDatabase, CountsNoOtherNames) {
 }
 
 TEST_F(KeptSensorDatabase, IsNotKeptWhereThereIsNone) {
-    EXPECT_EQ(KeepSensorDatabase(folder_.path()), 0);
+    EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
     fs::create_symlink("nowhere", Path("sensdb.ini"));
-    EXPECT_EQ(KeepSensorDatabase(folder_.path()), 0);
+    EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
     fs::remove(Path("sensdb.ini"));
     ASSERT_EQ(::mkfifo(Path("sensdb.ini").c_str(), S_IRUSR), 0);
-    EXPECT_EQ(KeepSensorDatabase(folder_.path()), 0);
+    EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
     EXPECT_EQ(support::Names(folder_.path()), Texts{"sensdb.ini"});
 }
 
 TEST_F(KeptSensorDatabase, IsAnErrorWhereItCannotBeLookedAt) {
     fs::create_symlink("sensdb.ini", Path("sensdb.ini"));
-    EXPECT_EQ(KeepSensorDatabase(folder_.path()), ELOOP);
+    EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), ELOOP);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -60,7 +61,8 @@ class SensdbTest : public testing::Test {
 
     /// Waits until the file is so old that its times tell every change.
     void Settle() const {
-        while (!StateOf(path())->Settled()) {
+        std::error_code unknown;
+        while (!StateOf(path(), unknown)->Settled()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
         }
     }

@@ -5,6 +5,11 @@
 # Every folder of the program, from the top down, with those whose headers it may include.
 # shellcheck disable=SC2034  # read by the scripts that source this
 rooms=(app dng sensor input exif errors tiff system base)
+
+# The folders of the programs that stand beside the house.
+# shellcheck disable=SC2034  # read by the scripts that source this
+tools=(calibrate packaging)
+
 declare -A may_include=(
   [app]="dng sensor input exif errors tiff system base"
   [dng]="sensor input exif errors tiff system base"
@@ -16,6 +21,7 @@ declare -A may_include=(
   [system]="base"
   [base]=""
   # Tools on top of the program.
+  [packaging]="app exif errors system base"
   [calibrate]="packaging app sensor input exif errors system base"
   # Next to the program: camera files for tests are made without the code that reads and writes them.
   [samples]="tiff system base"

@@ -87,12 +87,12 @@ class FileAccess : public testing::Test {
 
 TEST_F(FileAccess, OfAPrivateFileIsPrivateFromTheStart) {
     ReplacementFile file;
-    ASSERT_EQ(file.Open(dng_, Existing::kReplace), 0);
+    ASSERT_EQ(file.Open(dng_, Existing::kReplace).value(), 0);
     file.Write("new"sv);
     for (const std::string& name : support::Names(folder_.path())) {
         EXPECT_EQ(ModeOf(folder_ / name), mode_t{0600}) << name;
     }
-    EXPECT_EQ(file.Commit(3), 0);
+    EXPECT_EQ(file.Commit(3).value(), 0);
     EXPECT_EQ(ModeOf(dng_), mode_t{0600});
 }
 

@@ -5,6 +5,9 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -15,62 +18,72 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Of a file that is there.
+std::optional<FileState> State(const std::string& path) {
+    std::error_code error = std::make_error_code(std::errc::io_error);
+    const auto state = StateOf(path, error);
+    EXPECT_FALSE(error) << error;
+    return state;
+}
+
 TEST(FileState, OfAMissingFileIsNone) {
     const support::TempFolder folder;
-    EXPECT_FALSE(StateOf(folder / "missing").has_value());
-    EXPECT_EQ(errno, ENOENT);
+    std::error_code error;
+    EXPECT_FALSE(StateOf(folder / "missing", error).has_value());
+    EXPECT_EQ(error.value(), ENOENT);
 }
 
 TEST(FileState, OfAFileThatCannotBeReachedIsNoneForAnotherReason) {
     const support::TempFolder folder;
     fs::create_symlink("circle", folder / "circle");
-    EXPECT_FALSE(StateOf(folder / "circle").has_value());
-    EXPECT_EQ(errno, ELOOP);
+    std::error_code error;
+    EXPECT_FALSE(StateOf(folder / "circle", error).has_value());
+    EXPECT_EQ(error.value(), ELOOP);
 }
 
 TEST(FileState, StaysTheSameWhileTheFileDoes) {
     const support::TempFolder folder;
     support::WriteFile(folder / "file", "four");
-    const auto state = StateOf(folder / "file");
+    const auto state = State(folder / "file");
     ASSERT_TRUE(state.has_value());
     EXPECT_EQ(state->size, 4);
-    EXPECT_EQ(state, StateOf(folder / "file"));
+    EXPECT_EQ(state, State(folder / "file"));
 }
 
 TEST(FileState, OfALinkIsThatOfItsFile) {
     const support::TempFolder folder;
     support::WriteFile(folder / "file", "four");
     fs::create_symlink("file", folder / "link");
-    EXPECT_EQ(StateOf(folder / "link"), StateOf(folder / "file"));
+    EXPECT_EQ(State(folder / "link"), State(folder / "file"));
 }
 
 TEST(FileState, ChangesWithSizeTimeAndIdentity) {
     const support::TempFolder folder;
     const std::string path = folder / "file";
     support::WriteFile(path, "four");
-    const auto original = StateOf(path);
+    const auto original = State(path);
     support::WriteFile(path, "fifth");
-    EXPECT_NE(StateOf(path), original);
+    EXPECT_NE(State(path), original);
 
-    const auto before = StateOf(path);
+    const auto before = State(path);
     fs::last_write_time(path, fs::last_write_time(path) - std::chrono::nanoseconds(1));
-    EXPECT_NE(StateOf(path), before);
+    EXPECT_NE(State(path), before);
 
-    const auto replaced = StateOf(path);
+    const auto replaced = State(path);
     support::WriteFile(folder / "other", "other");
     fs::last_write_time(folder / "other", fs::last_write_time(path));
     fs::rename(folder / "other", path);
-    EXPECT_NE(StateOf(path)->inode, replaced->inode);
+    EXPECT_NE(State(path)->inode, replaced->inode);
 }
 
 TEST(FileState, ChangesWithWhatOnlyTheChangeTimeTells) {
     const support::TempFolder folder;
     support::WriteFile(folder / "file", "four");
-    const auto before = StateOf(folder / "file");
+    const auto before = State(folder / "file");
     constexpr std::chrono::milliseconds longer_than_a_tick(50);
     std::this_thread::sleep_for(longer_than_a_tick);
     fs::permissions(folder / "file", fs::perms::owner_all);
-    EXPECT_NE(StateOf(folder / "file"), before);
+    EXPECT_NE(State(folder / "file"), before);
 }
 
 TEST(FileState, IsSettledWhenBothTimesAreOverTwoSecondsOld) {

@@ -6,6 +6,9 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <span>
+#include <string>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
@@ -94,6 +97,48 @@ TEST(InputFile, AFileThatBecameShorterAfterItWasOpenedIsNotRead) {
     FiveBytes bytes = {9, 9, 9, 9, 9};
     EXPECT_FALSE(file.ReadStart(bytes));
     EXPECT_EQ(bytes, (FiveBytes{'1', '2', '3', 0, 0}));
+}
+
+TEST(InputFile, IsReadInPiecesFromItsStartToItsEnd) {
+    const support::TempFolder folder;
+    const std::string text = std::string(2'500'000, 'a') + "z";
+    support::WriteFile(folder / "file", text);
+    InputFile file;
+    ASSERT_TRUE(file.Open(folder / "file"));
+    for (int i = 0; i < 2; ++i) {
+        std::string read;
+        EXPECT_TRUE(file.ReadPieces([&](std::span<const char> piece) {
+            read.append(piece.begin(), piece.end());
+            return true;
+        }));
+        EXPECT_TRUE(read == text);
+    }
+}
+
+TEST(InputFile, IsReadNoFurtherThanIsWanted) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "file", std::string(2'500'000, 'a'));
+    InputFile file;
+    ASSERT_TRUE(file.Open(folder / "file"));
+    int pieces = 0;
+    EXPECT_FALSE(file.ReadPieces([&](std::span<const char>) { return ++pieces == 0; }));
+    EXPECT_EQ(pieces, 1);
+    EXPECT_FALSE(file.error()) << file.error();
+}
+
+TEST(InputFile, TellsWhyItCannotBeOpenedOrRead) {
+    const support::TempFolder folder;
+    InputFile file;
+    EXPECT_FALSE(file.Open(folder / "missing"));
+    EXPECT_EQ(file.error(), std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(file.Open(folder.path()));
+    EXPECT_EQ(file.error(), std::errc::invalid_argument);
+    support::WriteFile(folder / "file", "12345");
+    ASSERT_TRUE(file.Open(folder / "file"));
+    EXPECT_FALSE(file.error()) << file.error();
+    std::filesystem::resize_file(folder / "file", 3);
+    EXPECT_FALSE(file.ReadPieces([](std::span<const char>) { return true; }));
+    EXPECT_EQ(file.error(), std::errc::io_error);
 }
 
 }  // namespace

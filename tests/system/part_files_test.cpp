@@ -146,4 +146,12 @@ TEST_F(PartFiles, OfAFolderThatIsNotThereAreNone) {
     EXPECT_EQ(support::Names(folder_.path()), Names());
 }
 
+TEST_F(PartFiles, OfAnOlderLauncherGoWithItsProcess) {
+    Put(".lensdb-" + EndedProcess() + ".part");
+    Put(".sensdb.ini-" + EndedProcess() + ".part");
+    const std::string running = ".lensdb-" + std::to_string(::getppid()) + ".part";
+    Put(running, 2 * kDay);
+    EXPECT_EQ(AfterRemoval(), Names{running});
+}
+
 }  // namespace

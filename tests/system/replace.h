@@ -18,11 +18,11 @@ inline std::string Content(const std::string& path) {
 inline int Replace(const std::string& path, std::string_view text,
                    ReplacementFile::Existing existing = ReplacementFile::Existing::kReplace) {
     ReplacementFile file;
-    if (const int error = file.Open(path, existing); error != 0) {
+    if (const int error = file.Open(path, existing).value(); error != 0) {
         return error;
     }
     file.Write(text);
-    return file.Commit(text.size());
+    return file.Commit(text.size()).value();
 }
 
 #endif  // VELMARCON_TESTS_SYSTEM_REPLACE_H

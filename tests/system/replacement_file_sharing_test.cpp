@@ -97,12 +97,12 @@ TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {
     const support::TempFolder folder;
     ReplacementFile first;
     ReplacementFile second;
-    ASSERT_EQ(first.Open(folder / "L1.DNG", Existing::kReplace), 0);
-    ASSERT_EQ(second.Open(folder / "L2.DNG", Existing::kReplace), 0);
+    ASSERT_EQ(first.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
+    ASSERT_EQ(second.Open(folder / "L2.DNG", Existing::kReplace).value(), 0);
     first.Write("first"sv);
     second.Write("second"sv);
-    EXPECT_EQ(first.Commit(5), 0);
-    EXPECT_EQ(second.Commit(6), 0);
+    EXPECT_EQ(first.Commit(5).value(), 0);
+    EXPECT_EQ(second.Commit(6).value(), 0);
     EXPECT_EQ(Content(folder / "L1.DNG"), "first");
     EXPECT_EQ(Content(folder / "L2.DNG"), "second");
     EXPECT_EQ(support::Names(folder.path()), (Names{"L1.DNG", "L2.DNG"}));

@@ -30,10 +30,11 @@ TEST(ReplacementFile, TakesItsNameOnlyWhenItIsCommitted) {
     const support::TempFolder folder;
     {
         ReplacementFile file;
-        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
-        EXPECT_TRUE(file.Write("new"sv));
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
+        file.Write("new"sv);
+        EXPECT_TRUE(file.IsGood());
         EXPECT_FALSE(fs::exists(folder / "L1.DNG"));
-        EXPECT_EQ(file.Commit(3), 0);
+        EXPECT_EQ(file.Commit(3).value(), 0);
         EXPECT_EQ(Content(folder / "L1.DNG"), "new");
     }
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
@@ -43,10 +44,10 @@ TEST(ReplacementFile, AnExistingFileIsUntouchedUntilCommit) {
     const support::TempFolder folder;
     support::WriteFile(folder / "L1.DNG", "old and longer");
     ReplacementFile file;
-    ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+    ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
     file.Write("new"sv);
     EXPECT_EQ(Content(folder / "L1.DNG"), "old and longer");
-    EXPECT_EQ(file.Commit(3), 0);
+    EXPECT_EQ(file.Commit(3).value(), 0);
     EXPECT_EQ(Content(folder / "L1.DNG"), "new");
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
@@ -58,8 +59,8 @@ TEST(ReplacementFile, ForWhichNoDescriptorIsLeftLeavesNothing) {
          {0U, 1U}) {  // none for the part; one for it, but none to find out about a full disk
         ReplacementFile file;
         const support::DescriptorLimit limit(descriptors);
-        const int error = file.Open(folder / "L1.DNG", Existing::kReplace);
-        EXPECT_EQ(error != 0 ? error : file.Commit(0), EMFILE);
+        const int error = file.Open(folder / "L1.DNG", Existing::kReplace).value();
+        EXPECT_EQ(error != 0 ? error : file.Commit(0).value(), EMFILE);
     }
     EXPECT_EQ(Content(folder / "L1.DNG"), "old");
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
@@ -70,7 +71,7 @@ TEST(ReplacementFile, WithoutCommitNothingIsLeft) {
     support::WriteFile(folder / "L1.DNG", "old");
     {
         ReplacementFile file;
-        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
         file.Write("new"sv);
         EXPECT_EQ(support::Names(folder.path()).size(), 2U);
     }
@@ -81,7 +82,7 @@ TEST(ReplacementFile, WithoutCommitNothingIsLeft) {
 TEST(ReplacementFile, WhileItIsWrittenNoSearchForImagesFindsIt) {
     const support::TempFolder folder;
     ReplacementFile file;
-    ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+    ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
     const Names names = support::Names(folder.path());
     ASSERT_EQ(names.size(), 1U);
     EXPECT_EQ(names[0].front(), '.');
@@ -96,9 +97,9 @@ TEST(ReplacementFile, AWrongSizeIsRefused) {
         support::WriteFile(folder / "L1.DNG", "old");
         {
             ReplacementFile file;
-            ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+            ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
             file.Write("new"sv);
-            EXPECT_EQ(file.Commit(size), EIO) << size;
+            EXPECT_EQ(file.Commit(size).value(), EIO) << size;
         }
         EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
         EXPECT_EQ(Content(folder / "L1.DNG"), "old");
@@ -115,7 +116,7 @@ TEST(ReplacementFile, AMissingFolderOrAFolderInItsPlaceIsTheSystemsError) {
     const support::TempFolder folder;
     fs::create_directory(folder / "L1.DNG");
     EXPECT_EQ(Replace(folder / "missing/L1.DNG", "new"), ENOENT);
-    EXPECT_EQ(ReplacementFile().Open(folder / "L1.DNG", Existing::kReplace), EISDIR);
+    EXPECT_EQ(ReplacementFile().Open(folder / "L1.DNG", Existing::kReplace).value(), EISDIR);
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
 
@@ -123,10 +124,10 @@ TEST(ReplacementFile, ANameThatCannotBeTakenLeavesNothing) {
     const support::TempFolder folder;
     {
         ReplacementFile file;
-        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
         file.Write("new"sv);
         fs::create_directory(folder / "L1.DNG");
-        EXPECT_EQ(file.Commit(3), EISDIR);
+        EXPECT_EQ(file.Commit(3).value(), EISDIR);
     }
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
@@ -146,15 +147,17 @@ TEST(ReplacementFile, ANameWithoutAFolderIsInTheCurrentOne) {
 int CommitOntoFullDisk(const support::TempFolder& folder, bool room) {
     ReplacementFile file;
     const support::FileSizeLimit limit(1000);
-    EXPECT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
-    EXPECT_FALSE(file.Write(std::string(1001, 'x')));
+    EXPECT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
+    file.Write(std::string(1001, 'x'));
+    EXPECT_FALSE(file.IsGood());
     if (!room) {
-        return file.Commit(1001);
+        return file.Commit(1001).value();
     }
     const support::FileSizeLimit no_limit(RLIM_INFINITY);
     errno = EINTR;  // what happens later does not change the reason
-    EXPECT_FALSE(file.Write("x"sv));
-    return file.Commit(1001);
+    file.Write("x"sv);
+    EXPECT_FALSE(file.IsGood());
+    return file.Commit(1001).value();
 }
 
 TEST(ReplacementFile, AFailedWriteIsReportedAndLeavesTheOldFile) {
@@ -171,12 +174,12 @@ TEST(ReplacementFile, OnlyOneOfTwoThatKeepWhatIsThereGetsTheName) {
     const support::TempFolder folder;
     ReplacementFile first;
     ReplacementFile second;
-    ASSERT_EQ(first.Open(folder / "L1.DNG", Existing::kKeep), 0);
-    ASSERT_EQ(second.Open(folder / "L1.DNG", Existing::kKeep), 0);
+    ASSERT_EQ(first.Open(folder / "L1.DNG", Existing::kKeep).value(), 0);
+    ASSERT_EQ(second.Open(folder / "L1.DNG", Existing::kKeep).value(), 0);
     first.Write("first"sv);
     second.Write("second"sv);
-    EXPECT_EQ(second.Commit(6), 0);
-    EXPECT_EQ(first.Commit(5), EEXIST);
+    EXPECT_EQ(second.Commit(6).value(), 0);
+    EXPECT_EQ(first.Commit(5).value(), EEXIST);
     EXPECT_EQ(Content(folder / "L1.DNG"), "second");
 }
 
@@ -197,10 +200,10 @@ void ExpectKept(const std::function<void(const std::string& path)>& put) {
     const std::string path = folder / "L1.DNG";
     {
         ReplacementFile file;
-        ASSERT_EQ(file.Open(path, Existing::kKeep), 0);
+        ASSERT_EQ(file.Open(path, Existing::kKeep).value(), 0);
         file.Write("new"sv);
         put(path);
-        EXPECT_EQ(file.Commit(3), EEXIST);
+        EXPECT_EQ(file.Commit(3).value(), EEXIST);
     }
     EXPECT_NE(fs::symlink_status(path).type(), fs::file_type::not_found);
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
@@ -217,7 +220,7 @@ TEST(ReplacementFile, APartThatAnotherFileHasTakenThePlaceOfIsNotGivenTheName) {
     const support::TempFolder folder;
     for (const bool gone : {false, true}) {
         ReplacementFile file;
-        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace), 0);
+        ASSERT_EQ(file.Open(folder / "L1.DNG", Existing::kReplace).value(), 0);
         file.Write("new"sv);
         const Names names = support::Names(folder.path());
         ASSERT_EQ(names.size(), 1U);
@@ -225,7 +228,7 @@ TEST(ReplacementFile, APartThatAnotherFileHasTakenThePlaceOfIsNotGivenTheName) {
         if (!gone) {
             support::WriteFile(folder / names[0], "another picture");
         }
-        EXPECT_EQ(file.Commit(3), gone ? ENOENT : ESTALE);
+        EXPECT_EQ(file.Commit(3).value(), gone ? ENOENT : ESTALE);
     }
     EXPECT_EQ(support::Names(folder.path()), Names());
 }

@@ -2,7 +2,6 @@
 #include "system/replacement_in_steps.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -13,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "system/file_system.h"
+#include "system/handle.h"
 #include "tests/support/files.h"
 #include "tests/system/replace.h"
 
@@ -28,25 +28,24 @@ class InSteps : public testing::Test {
         support::WriteFile(dng_, "old");
         fs::last_write_time(dng_, fs::file_time_type::clock::now() - std::chrono::hours(1));
         support::WriteFile(part_, "new");
-        descriptor_ = ::open(part_.c_str(), O_RDWR | O_CLOEXEC);
+        file_ = Handle(::open(part_.c_str(), O_RDWR | O_CLOEXEC));
     }
-    void TearDown() override { ::close(descriptor_); }
 
     support::TempFolder folder_;
     std::string dng_ = folder_ / "L1.DNG";
     std::string part_ = folder_ / "part";
-    int descriptor_ = -1;
+    Handle file_;
 };
 
 TEST_F(InSteps, TheNewFileTakesTheNameAndNothingElseIsLeft) {
-    EXPECT_EQ(replacement_in_steps::Replace(descriptor_, part_, dng_), 0);
+    EXPECT_EQ(replacement_in_steps::Replace(file_, part_, dng_).value(), 0);
     EXPECT_EQ(Content(dng_), "new");
     EXPECT_EQ(support::Names(folder_.path()), Names{"L1.DNG"});
 }
 
 TEST_F(InSteps, AFileOfTheCopysNameIsNotTouched) {
     support::WriteFile(dng_ + ".old", "precious");
-    EXPECT_EQ(replacement_in_steps::Replace(descriptor_, part_, dng_), 0);
+    EXPECT_EQ(replacement_in_steps::Replace(file_, part_, dng_).value(), 0);
     EXPECT_EQ(Content(dng_), "new");
     EXPECT_EQ(Content(dng_ + ".old"), "precious");
     EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "L1.DNG.old"}));
@@ -56,19 +55,19 @@ TEST_F(InSteps, WithoutAFreeNameTheOldFileStays) {
     for (const char* end : {".old", ".old2", ".old3", ".old4", ".old5", ".old6", ".old7", ".old8", ".old9"}) {
         support::WriteFile(dng_ + end, "precious");
     }
-    EXPECT_EQ(replacement_in_steps::Replace(descriptor_, part_, dng_), EEXIST);
+    EXPECT_EQ(replacement_in_steps::Replace(file_, part_, dng_).value(), EEXIST);
     EXPECT_EQ(Content(dng_), "old");
     EXPECT_EQ(Content(part_), "new");
 }
 
 TEST_F(InSteps, WithoutANewFileTheOldOneStays) {
-    EXPECT_EQ(replacement_in_steps::Replace(descriptor_, folder_ / "missing", dng_), ENOENT);
+    EXPECT_EQ(replacement_in_steps::Replace(file_, folder_ / "missing", dng_).value(), ENOENT);
     EXPECT_EQ(Content(dng_), "old");
     EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "part"}));
 }
 
 TEST_F(InSteps, ACopyStaysWhenTheNewFileMayNotBeOnTheDisk) {
-    EXPECT_EQ(replacement_in_steps::Replace(-1, part_, dng_), EBADF);
+    EXPECT_EQ(replacement_in_steps::Replace(Handle(), part_, dng_).value(), EBADF);
     EXPECT_EQ(Content(dng_), "new");
     EXPECT_EQ(Content(dng_ + ".old"), "old");
     EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "L1.DNG.old"}));
@@ -79,7 +78,7 @@ TEST_F(InSteps, TheCopyIsWholeAndHasTheModeOfTheOldFile) {
     support::WriteFile(dng_, bytes);
     constexpr auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
     fs::permissions(dng_, mode);
-    EXPECT_EQ(replacement_in_steps::Replace(-1, part_, dng_), EBADF);
+    EXPECT_EQ(replacement_in_steps::Replace(Handle(), part_, dng_).value(), EBADF);
     EXPECT_EQ(Content(dng_ + ".old"), bytes);
     EXPECT_EQ(fs::status(dng_ + ".old").permissions(), mode);
 }
@@ -87,7 +86,7 @@ TEST_F(InSteps, TheCopyIsWholeAndHasTheModeOfTheOldFile) {
 TEST_F(InSteps, WhatCannotBeCopiedIsNotReplaced) {
     fs::remove(dng_);
     fs::create_directory(dng_);
-    EXPECT_NE(replacement_in_steps::Replace(descriptor_, part_, dng_), 0);
+    EXPECT_NE(replacement_in_steps::Replace(file_, part_, dng_).value(), 0);
     EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "part"}));
     EXPECT_EQ(Content(part_), "new");
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "calibrate/run_tool.h"
+#include "system/run_tool.h"
 
 #include <process.h>
 

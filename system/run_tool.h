@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SYSTEM_RUN_TOOL_H
+#define VELMARCON_SYSTEM_RUN_TOOL_H
+
+#include <string>
+#include <vector>
+
+/// Runs a program of the search path in `folder`, without a shell and without input; what it prints is not
+/// shown. Returns whether it was there and ended with status 0.
+[[nodiscard]] bool RunTool(const std::string& folder, const std::string& name,
+                           const std::vector<std::string>& arguments);
+
+#endif  // VELMARCON_SYSTEM_RUN_TOOL_H
