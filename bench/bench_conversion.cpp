@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // bench_conversion SCENARIO PROGRAM FOLDER [ROUNDS]: runs PROGRAM on the files in FOLDER as the scenario says
-// (see scenario.cpp), alternating with the scenario's yardstick, ROUNDS times each (default 15). Prints the
-// cost as ratios, next to the target if there is one. It prints no bare times, because they say more about
-// the machine than about the program.
+// (see scenario.cpp), alternating with the scenario's yardstick, ROUNDS times each (default 15). Prints one
+// line, its fields separated by tabs: what ran; the yardstick; the median of the ratios of the wall times,
+// and the ratio of the best runs; the same of the CPU times; the peak memory in MiB; page faults per image;
+// the target for the wall time, or "-". It prints no bare times, because they say more about the machine than
+// about the program.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +20,7 @@ namespace {
 const char* NameOf(Yardstick yardstick) {
     switch (yardstick) {
         case Yardstick::kPlainConversion:
-            return "a plain conversion";
+            return "velmarcon";
         case Yardstick::kCopyOfOutputs:
             return "cp of its output";
         default:
@@ -26,16 +28,9 @@ const char* NameOf(Yardstick yardstick) {
     }
 }
 
-void PrintTarget(double most) {
-    if (most > 0) {
-        std::printf("; target: at most %.1f", most);
-    }
-    std::printf("\n");
-}
-
 /// On a busy machine the median of the ratios is noisy; the ratio of the best runs shows what the program
 /// itself costs.
-void PrintTime(const char* what, const PairedCosts& costs, double RunCost::*time, double most) {
+void PrintTime(const PairedCosts& costs, double RunCost::*time) {
     std::vector<double> ratios;
     for (std::size_t i = 0; i < costs.scenario.size(); ++i) {
         ratios.push_back(costs.scenario[i].*time / costs.yardstick[i].*time);
@@ -45,30 +40,22 @@ void PrintTime(const char* what, const PairedCosts& costs, double RunCost::*time
         const auto least = [time](const RunCost& a, const RunCost& b) { return a.*time < b.*time; };
         return (*std::ranges::min_element(runs, least)).*time;
     };
-    std::printf("  %-12s %5.2f  (best against best %.2f; least %.2f, most %.2f)", what,
-                ratios[ratios.size() / 2], best(costs.scenario) / best(costs.yardstick), ratios.front(),
-                ratios.back());
-    PrintTarget(most);
+    std::printf("\t%.2f\t%.2f", ratios[ratios.size() / 2], best(costs.scenario) / best(costs.yardstick));
 }
 
-void Print(const Scenario& scenario, const std::string& folder, const PairedCosts& costs) {
-    std::string options;
-    for (const std::string& option : scenario.options) {
-        options += " " + option;
-    }
-    std::printf("%s%s: %zu images in %s, %zu rounds, in times %s:\n", scenario.name.data(), options.c_str(),
-                costs.images, folder.c_str(), costs.scenario.size(), NameOf(scenario.yardstick));
-    PrintTime("wall time", costs, &RunCost::wall_seconds, scenario.most_time);
-    PrintTime("CPU time", costs, &RunCost::cpu_seconds, 0);
-
-    const double unit = scenario.memory_in_outputs ? costs.output_kilobytes : costs.input_kilobytes;
+void Print(const Scenario& scenario, const PairedCosts& costs) {
+    std::printf("%s\t%s", scenario.label.data(), NameOf(scenario.yardstick));
+    PrintTime(costs, &RunCost::wall_seconds);
+    PrintTime(costs, &RunCost::cpu_seconds);
+    constexpr double kilobytes = 1024;
     const auto largest = std::ranges::max_element(costs.scenario, {}, &RunCost::peak_kilobytes);
-    std::printf("  %-12s %5.2f  times a file it %s", "peak memory",
-                static_cast<double>(largest->peak_kilobytes) / unit,
-                scenario.memory_in_outputs ? "writes" : "reads");
-    PrintTarget(scenario.most_memory);
-    std::printf("  %-12s %5.1f  an image\n", "page faults",
+    std::printf("\t%.1f\t%.0f", static_cast<double>(largest->peak_kilobytes) / kilobytes,
                 static_cast<double>(costs.scenario.back().page_faults) / static_cast<double>(costs.images));
+    if (scenario.most_time > 0) {
+        std::printf("\t%.2f\n", scenario.most_time);
+    } else {
+        std::printf("\t-\n");
+    }
 }
 
 [[noreturn]] void Fail(const std::string& problem) {
@@ -104,6 +91,6 @@ int main(int argc, char* argv[]) {
     if (!problem.empty()) {
         Fail(problem);
     }
-    Print(*scenario, arguments[3], costs);
+    Print(*scenario, costs);
     return EXIT_SUCCESS;
 }

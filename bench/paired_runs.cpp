@@ -21,11 +21,6 @@ std::vector<std::string> FilesOf(const fs::path& folder, const std::vector<std::
     return files;
 }
 
-double Kilobytes(const std::string& file) {
-    constexpr double bytes = 1024;
-    return static_cast<double>(fs::file_size(file)) / bytes;
-}
-
 /// Deletes `folder` and creates it again, empty.
 void Clear(const fs::path& folder) {
     fs::remove_all(folder);
@@ -52,7 +47,9 @@ class Sides {
     Sides(Sides&&) = delete;
     Sides& operator=(Sides&&) = delete;
 
-    RunCost RunScenario() const { return Convert(scenario_.options, made_); }
+    RunCost RunScenario() const {
+        return scenario_.other_program.empty() ? Convert(scenario_.options, made_) : RunOther();
+    }
 
     RunCost RunYardstick() const {
         switch (scenario_.yardstick) {
@@ -67,13 +64,25 @@ class Sides {
 
     /// One file per image.
     std::vector<std::string> Images() const { return FilesOf(folder_, {scenario_.inputs.front()}); }
-    std::vector<std::string> Outputs() const { return FilesOf(made_, {".DNG"}); }
+    std::vector<std::string> Outputs() const { return FilesOf(made_, {std::string(scenario_.output)}); }
 
   private:
     RunCost Convert(const std::vector<std::string>& options, const fs::path& output) const {
         Clear(output);
         std::vector<std::string> command = {program_, "-i", folder_.string(), "-o", output.string()};
         std::ranges::copy(options, std::back_inserter(command));
+        return TimedRun(command);
+    }
+
+    /// On links to the images, beside which it writes.
+    RunCost RunOther() const {
+        Clear(made_);
+        std::vector<std::string> command = scenario_.other_program;
+        for (const fs::path image : Images()) {
+            const fs::path link = made_ / image.filename();
+            fs::create_hard_link(image, link);
+            command.push_back(link.string());
+        }
         return TimedRun(command);
     }
 
@@ -101,11 +110,9 @@ std::string RunPaired(const Scenario& scenario, const std::string& program, cons
     const Sides sides(scenario, program, folder);
     const auto images = sides.Images();
     if (!sides.RunScenario().succeeded || images.empty() || sides.Outputs().size() != images.size()) {
-        return program + " left images unconverted in " + folder;
+        return std::string(scenario.label) + " left images unconverted in " + folder;
     }
     costs.images = images.size();
-    costs.input_kilobytes = Kilobytes(images.front());
-    costs.output_kilobytes = Kilobytes(sides.Outputs().front());
     (void)sides.RunYardstick();
     for (int round = 0; round < rounds; ++round) {
         costs.yardstick.push_back(sides.RunYardstick());

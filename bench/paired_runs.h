@@ -14,8 +14,6 @@ struct PairedCosts {
     std::vector<RunCost> scenario;
     std::vector<RunCost> yardstick;
     std::size_t images = 0;
-    double input_kilobytes = 0;   ///< of one raw file
-    double output_kilobytes = 0;  ///< of one DNG written
 };
 
 /// Runs `program` on the files in `folder` as `scenario` says, alternating with the yardstick, `rounds` times

@@ -19,6 +19,7 @@ constexpr std::string_view kUsage =
     "Writes files as the camera writes them to its card: L1000001.RAW and .JPG and so on.\n"
     "  --pairs N     number of RAW+JPEG pairs, 0 to 9999 (default 3)\n"
     "  --iso N       160, 320, 640, 1250 or 2500 for all pairs (default: varies from pair to pair)\n"
+    "  --seed N      of the noise, 1 to 9999: cards with different seeds have different pixels (default 1)\n"
     "  --no-noise    no photon noise and no read noise\n"
     "  --flat        pictures of an even grey sky instead of the test scene, for finding defective columns\n"
     "  --dark        a dark frame (.BIA) for every pair, and one more pair that is a dark exposure\n"
@@ -77,6 +78,7 @@ bool SetFlag(std::string_view option, samples::CardOptions& card) {
 
 Request ReadArguments(std::span<const std::string_view> arguments) {
     constexpr int kMostPairs = 9999;
+    constexpr int kLargestSeed = 9999;
     Request request;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
@@ -86,6 +88,12 @@ Request ReadArguments(std::span<const std::string_view> arguments) {
                                                      : ReadNumber(value, kMostPairs, request.card.pairs);
             if (!is_good) {
                 request.problem = "invalid value for " + std::string(argument);
+                return request;
+            }
+        } else if (argument == "--seed") {
+            const std::string_view value = ++i < arguments.size() ? arguments[i] : "";
+            if (!ReadNumber(value, kLargestSeed, request.card.seed) || request.card.seed == 0) {
+                request.problem = "invalid value for --seed";
                 return request;
             }
         } else if (argument == "--guide") {

@@ -68,7 +68,8 @@ struct CardFile {
 /// The content of the card's files; frames and pictures that several files share are computed once.
 class CardContent {
   public:
-    explicit CardContent(const CardOptions& options) : noise_(options.noise), flat_(options.flat) {}
+    explicit CardContent(const CardOptions& options)
+        : noise_(options.noise), seed_(static_cast<std::uint64_t>(options.seed)), flat_(options.flat) {}
 
     FileBytes Dump(std::uint16_t iso) {
         return Remembered(dumps_, iso, [&] { return DumpBytes(Words(Light(), Sensor(iso, 1))); });
@@ -121,7 +122,8 @@ class CardContent {
         SensorOptions sensor;
         sensor.iso = iso;
         sensor.noise = noise_;
-        sensor.seed = seed * 10000 + iso;
+        constexpr std::uint64_t kSeedsOfACard = 1000000;
+        sensor.seed = ((seed_ - 1) * kSeedsOfACard) + (seed * 10000) + iso;
         return sensor;
     }
 
@@ -154,6 +156,7 @@ class CardContent {
     }
 
     bool noise_;
+    std::uint64_t seed_;
     bool flat_;
     std::vector<float> light_;
     FileBytes picture_;

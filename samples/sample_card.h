@@ -17,6 +17,7 @@ struct CardOptions {
     /// The ISO speed of all pairs; default: varies from pair to pair, 160, 640, 2500, ...
     std::optional<std::uint16_t> iso = std::nullopt;
     bool noise = true;
+    int seed = 1;       ///< of the noise
     bool flat = false;  ///< an even grey sky instead of the test scene
     bool dark = false;  ///< a dark frame (.BIA) for every .RAW, and one more pair that is a dark exposure
     bool dng = false;   ///< a DNG as the camera writes it, as the last file

@@ -16,6 +16,7 @@
 #include "samples/camera_dng.h"
 #include "samples/sample_databases.h"
 #include "samples/sensor_dump.h"
+#include "tests/support/files.h"
 
 namespace {
 
@@ -72,6 +73,16 @@ TEST_F(SampleCard, KeepsExistingFilesUnlessForced) {
     EXPECT_NE(samples::WriteCard(Folder(), options).find("exists already"), std::string::npos);
     options.force = true;
     EXPECT_EQ(samples::WriteCard(Folder(), options), "");
+}
+
+TEST_F(SampleCard, HasOtherPixelsWithAnotherSeed) {
+    const auto card = [this](int seed) {
+        EXPECT_EQ(samples::WriteCard(Folder(), {.pairs = 1, .seed = seed, .force = true}), "");
+        return support::ReadFile(Folder() + "/L1000001.RAW");
+    };
+    const auto first = card(1);
+    EXPECT_TRUE(card(1) == first);
+    EXPECT_FALSE(card(2) == first);
 }
 
 TEST_F(SampleCard, ReportsAFolderThatCannotBeCreated) {
