@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "app/input_discovery.h"
-#include "app/sensor_stage.h"
+#include "app/pair_correction.h"
 #include "base/error_codes.h"
 #include "dng/dnglib.h"
 #include "errors/not_written.h"
@@ -129,8 +129,10 @@ void ConversionRun::RepairDng(const std::string& base) {
 int ConversionRun::ConvertPair(const std::string& base) {
     const auto record = std::make_unique<ReadInputData>();
     record->ImageData = std::move(frame_);
+    record->BiaData = std::move(dark_frame_);
     const int error = ConvertRecord(base, *record);
     frame_ = std::move(record->ImageData);
+    dark_frame_ = std::move(record->BiaData);
     return error;
 }
 
@@ -141,8 +143,8 @@ int ConversionRun::ConvertRecord(const std::string& base, ReadInputData& record)
         return 0;
     }
     if (settings_.sensor_fix) {
-        const SensorStage stage(settings_, sensors_, errors_);
-        if (const int error = stage.Run(base, dark_field_fix_, record); error != 0) {
+        const PairCorrection correction(settings_, sensors_, errors_);
+        if (const int error = correction.Run(base, dark_field_fix_, record); error != 0) {
             return error;
         }
     }

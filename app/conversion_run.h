@@ -45,7 +45,9 @@ class ConversionRun {
 
     /// Whether the leftovers of killed runs have been removed from the output folder.
     bool output_is_clean_ = false;
-    std::vector<Pixel> frame_;  ///< memory for the image, handed from record to record
+    // Memory for image and dark frame, handed from record to record.
+    std::vector<Pixel> frame_;
+    std::vector<Pixel> dark_frame_;
 
     // These three change when an image has a dark frame, and stay changed until such an image has been
     // written: if it fails to load, the next image inherits them.

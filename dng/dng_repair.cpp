@@ -29,8 +29,8 @@
 #include "exif/lensdb.h"
 #include "exif/maker_note.h"
 #include "input/preview.h"
+#include "sensor/reported_corrections.h"
 #include "sensor/sensdb.h"
-#include "sensor/sensor_steps.h"
 #include "system/input_file.h"
 #include "system/path_names.h"
 #include "system/system_path.h"
@@ -142,19 +142,19 @@ void DescribeStrips(const CameraImage& image, TagTree& tree) {
 
 void FixSensor(const RepairOptions& options, const MakerNoteStruct& note, TagTree& tree, CameraImage& image) {
     const ErrorHandler errors;
-    if (options.sensors->LoadSensData() != 0 && !options.dark_field_creation) {
+    if (options.sensors->LoadCamera(note.serial_number) != 0 && !options.dark_field_creation) {
         errors.PrintError(kNoSensorDatabase);
         return;
     }
     const auto iso = ifd::First<std::uint16_t>(tree.exif_ifd, tag::kISOSpeedRatings).value_or(0);
-    SensorSteps steps({note.serial_number, iso, &image.pixels, image.width, image.height}, *options.sensors,
-                      options.verbose);
-    steps.FixPixelLines(options.line_test);
+    ReportedCorrections corrections({note.serial_number, iso, &image.pixels, image.width, image.height},
+                                    *options.sensors, options.verbose);
+    corrections.FixPixelLines(options.line_test);
     if (options.dark_field_creation) {
         errors.PrintError(kNoDarkfieldFromDng);
     }
     const bool already_fixed = Contains(tree.ifd0, tag::kHostComputer, kProgramName);
-    if (options.dark_field_fix && !already_fixed && steps.FixDarkField(options.estimate_rows)) {
+    if (options.dark_field_fix && !already_fixed && corrections.FixDarkField(options.estimate_rows)) {
         ifd::Add(tree.ifd0, tag::kHostComputer, kProgramName);
     }
 }

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "app/conversion_run.h"
+#include "app/pair_correction.h"
 #include "app/run_settings.h"
-#include "app/sensor_stage.h"
 #include "base/error_codes.h"
 #include "dng/dnglib.h"
 #include "errors/error_handler.h"
@@ -147,8 +147,8 @@ class Studio {
         record.ImageData.assign(image_.begin(), image_.begin() + record.ImageSize);
         record.PreviewData = preview_;
         if (settings.sensor_fix) {
-            const SensorStage stage(settings, sensors_, errors_);
-            Require(stage.Run("L1", settings.dark_field_fix, record) == 0, "the corrections end well");
+            const PairCorrection correction(settings, sensors_, errors_);
+            Require(correction.Run("L1", settings.dark_field_fix, record) == 0, "the corrections end well");
         }
         if (settings.lens_fix && record.Exif.LensCode == 0 && !settings.lens_code.empty()) {
             record.Exif.LensCodeBits = settings.lens_code;

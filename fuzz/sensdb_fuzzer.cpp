@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Reads the text of sensdb.ini, applies it to a small image, writes it and reads it back.
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <ranges>
 #include <span>
 #include <vector>
 
@@ -11,9 +14,9 @@
 #include "fuzz/require.h"
 #include "fuzz/scratch_folder.h"
 #include "input/read_input_data.h"
+#include "sensor/reported_corrections.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensor_frame.h"
-#include "sensor/sensor_steps.h"
 
 namespace {
 
@@ -72,12 +75,12 @@ void FillColumns(sensdb::Sensdbtype& camera) {
 void Apply(const Mode& mode, std::uint32_t serial, sensdb& sensors) {
     Pixels pixels = Image(mode);
     const Pixels before = pixels;
-    SensorSteps steps({serial, mode.iso, &pixels, mode.width, kHeight}, sensors, true);
-    steps.FixPixelLines(mode.test);
+    ReportedCorrections corrections({serial, mode.iso, &pixels, mode.width, kHeight}, sensors, true);
+    corrections.FixPixelLines(mode.test);
     const sensdb::Sensdbtype camera = sensors.Camera(serial);
     Require(camera.Line.size() >= sensdb::Sensdbtype::kLineGroup || pixels == before,
             "without defects no pixel changes");
-    const bool corrected = steps.FixDarkField(mode.estimate);
+    const bool corrected = corrections.FixDarkField(mode.estimate);
     Require(corrected == !camera.LevelCorrection.empty(), "only a camera with levels is corrected");
     Require(pixels.size() == before.size(), "an image keeps its size");
 }
@@ -135,6 +138,27 @@ void WriteAndReadBack(const ScratchFolder& folder, const sensdb& sensors) {
     Require(again.Cameras.size() == with_values, "cameras without values are left out");
 }
 
+/// Not-a-numbers, which a text can hold, are the same as themselves.
+bool SameBits(const std::vector<float>& a, const std::vector<float>& b) {
+    return std::ranges::equal(
+        a, b, {}, [](float value) { return std::bit_cast<std::uint32_t>(value); },
+        [](float value) { return std::bit_cast<std::uint32_t>(value); });
+}
+
+/// The camera by itself is what it is among all.
+void RequireSameByItself(const ScratchFolder& folder, std::uint32_t serial, const sensdb& sensors) {
+    sensdb alone(folder.prefix());
+    Require(alone.LoadCamera(serial) == 0, "one camera can be read where all can");
+    const auto known = sensors.Cameras.find(static_cast<int>(serial));
+    const auto found = alone.Cameras.find(static_cast<int>(serial));
+    Require(alone.Cameras.size() == (known == sensors.Cameras.end() ? 0 : 1), "no other camera is taken");
+    if (known != sensors.Cameras.end()) {
+        Require(found != alone.Cameras.end() && found->second.Line == known->second.Line &&
+                    SameBits(found->second.LevelCorrection, known->second.LevelCorrection),
+                "one camera reads as it does among all");
+    }
+}
+
 }  // namespace
 
 void FuzzInput(std::span<const std::uint8_t> bytes) {
@@ -145,9 +169,15 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     sensdb sensors(folder.prefix());
     if (sensors.LoadSensData() != 0) {
         Require(sensors.Cameras.empty(), "an unreadable file yields no cameras");
+        Require(sensdb(folder.prefix()).LoadCamera(0) != 0, "nor a single one");
         return;
     }
     const std::uint32_t serial = AnyCamera(sensors);
+    // Each takes a reading of the file.
+    constexpr int most_looked_at = 4;
+    for (const auto& [number, camera] : sensors.Cameras | std::views::take(most_looked_at)) {
+        RequireSameByItself(folder, static_cast<std::uint32_t>(number), sensors);
+    }
     if (mode.create) {
         Create(mode, serial, sensors);
     }

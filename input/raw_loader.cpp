@@ -32,9 +32,13 @@ constexpr std::size_t RowStart(std::size_t y) {
     return raw_layout::kLeadingWords + y * raw_layout::kRowWords;
 }
 
+/// Through bare pointers: a check of each index would keep the loop from using vectors. `dark` is as long as
+/// `row`.
 void SubtractDarkRow(std::span<Pixel> row, std::span<const Pixel> dark) {
+    Pixel* const pixels = row.data();
+    const Pixel* const dark_pixels = dark.data();
     for (std::size_t x = 0; x < row.size(); ++x) {
-        row[x] = static_cast<Pixel>(row[x] - std::min(row[x], dark[x]));
+        pixels[x] = static_cast<Pixel>(pixels[x] - std::min(pixels[x], dark_pixels[x]));
     }
 }
 

@@ -35,8 +35,9 @@ class ReadInputData {
     /// Prints a summary of Exif, 25 lines, to standard output. For diagnosis only; a run does not call it.
     void PrintExifData() const;
 
-    std::vector<Pixel> BiaData;  ///< words of the dark frame, in the layout of a RAW file
-    bool Verbose = false;        ///< print progress
+    /// Words of the dark frame, in the layout of a RAW file. The vector may be moved on as ImageData's.
+    std::vector<Pixel> BiaData;
+    bool Verbose = false;  ///< print progress
     bool SubtractBia = false;
     /// First the words of the RAW file, then the image: Width x Height 14-bit values, row by row. The vector
     /// may be moved from one record to the next to reuse its memory; its old content does not matter.

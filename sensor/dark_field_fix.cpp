@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Removal of the sensor's dark level, column by column.
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,14 +12,11 @@
 #include "sensor/sensdb.h"
 #include "sensor/sensor_frame.h"
 #include "sensor/sensorfixtools.h"
+#include "sensor/split_levels.h"
+#include "sensor/usable_level.h"
+#include "sensor/wrapping_subtraction.h"
 
 namespace {
-
-/// `level` where an int can hold it; else 0, which leaves a pixel as it is.
-float Usable(float level) {
-    constexpr float limit = 2147483648.0F;
-    return std::abs(level) < limit ? level : 0.0F;
-}
 
 /// The levels that an image of `width` columns needs, scaled by `gain`; none when it is no frame of the
 /// sensor or there are too few levels.
@@ -33,13 +29,12 @@ std::vector<float> FrameLevels(std::span<const float> correction, int width, flo
     }
     std::vector<float> levels(columns);
     std::ranges::transform(correction.subspan(first, columns), levels.begin(),
-                           [gain](float level) { return Usable(level * gain); });
+                           [gain](float level) { return UsableLevel(level * gain); });
     return levels;
 }
 
-/// Subtracts `levels` and `random`, each pixel's share of the dither, from a row: so no banding is left by
-/// what a whole number can't express. Only the low 16 bits of a level count. Through bare pointers, as the
-/// loop below: a check of each index would double the time of a correction.
+/// Subtracts `levels` and `random`, each pixel's share of the dither, from a row. Only the low 16 bits of a
+/// level count. Through bare pointers: a check of each index would double the time.
 void SubtractDithered(std::span<std::uint16_t> row, const float* levels, const float* random) {
     std::uint16_t* const pixels = row.data();
     for (std::size_t x = 0; x < row.size(); ++x) {
@@ -48,8 +43,8 @@ void SubtractDithered(std::span<std::uint16_t> row, const float* levels, const f
     }
 }
 
-void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float> levels) {
-    Dither dither;
+/// For levels of which no dark reference makes any: negative ones, and those beyond 16 bits.
+void SubtractAnyLevels(std::span<std::uint16_t> pixels, std::span<const float> levels, Dither& dither) {
     std::vector<float> random((levels.size() + Dither::kLanes - 1) / Dither::kLanes * Dither::kLanes);
     while (!pixels.empty()) {
         const auto row = pixels.first(std::min(levels.size(), pixels.size()));
@@ -59,12 +54,13 @@ void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float
     }
 }
 
-/// Undithered, in 16 bits that wrap: nothing is clamped at 0, and a negative level raises the pixel.
-void SubtractWrapping(std::span<std::uint16_t> row, const float* levels, float offset, float gain) {
-    std::uint16_t* const pixels = row.data();
-    for (std::size_t x = 0; x < row.size(); ++x) {
-        const auto level = static_cast<std::int32_t>(Usable((levels[x] + offset) * gain));
-        pixels[x] = static_cast<std::uint16_t>(pixels[x] - static_cast<std::uint16_t>(level));
+/// Dithered: so no banding is left by what a whole number can't express.
+void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float> levels) {
+    Dither dither;
+    if (const auto split = SplitLevels::Of(levels)) {
+        split->SubtractFrom(pixels, dither);
+    } else {
+        SubtractAnyLevels(pixels, levels, dither);
     }
 }
 
@@ -81,8 +77,8 @@ void SubtractWithRowOffsets(std::span<std::uint16_t> pixels, std::span<const flo
     const std::size_t half = columns / 2;
     for (std::size_t y = 0; y < rows; ++y) {
         const auto row = pixels.subspan(y * columns, columns);
-        SubtractWrapping(row.first(half), correction.data(), offsets.left[y], gain);
-        SubtractWrapping(row.subspan(half), correction.data() + half, offsets.right[rows - 1 - y], gain);
+        SubtractWrapping(row.first(half), correction, offsets.left[y], gain);
+        SubtractWrapping(row.subspan(half), correction.subspan(half), offsets.right[rows - 1 - y], gain);
     }
 }
 

@@ -37,21 +37,13 @@ Dither::Dither() {
 }
 
 void Dither::Fill(std::span<float> values) {
-    constexpr unsigned int half_bits = 16;
-    constexpr std::uint32_t low_half = 0xFFFF;
-    constexpr float unit = 1.0F / (1U << half_bits);
-    auto generators = generators_;
+    constexpr float unit = 1.0F / 65536.0F;
+    Generators generators = generators_;
     for (std::size_t start = 0; start + kLanes <= values.size(); start += kLanes) {
         float* const next = &values[start];
-        for (std::size_t i = 0; i < kGenerators; ++i) {
-            std::uint32_t x = generators[i];
-            x ^= x << 13U;
-            x ^= x >> 17U;
-            x ^= x << 5U;
-            generators[i] = x;
-            // A signed number converts in one instruction.
-            next[i] = static_cast<float>(static_cast<std::int32_t>(x >> half_bits)) * unit;
-            next[i + kGenerators] = static_cast<float>(static_cast<std::int32_t>(x & low_half)) * unit;
+        const Numbers numbers = Step(generators);
+        for (std::size_t i = 0; i < kLanes; ++i) {
+            next[i] = static_cast<float>(numbers[i]) * unit;
         }
     }
     generators_ = generators;

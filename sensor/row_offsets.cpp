@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/row_offsets.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <numeric>
+
+#include "sensor/dark_pixels.h"
 
 namespace {
 
@@ -11,30 +12,6 @@ namespace {
 constexpr std::uint16_t kDarkForComparison = 111;
 /// Pixels below it make the offsets.
 constexpr std::uint16_t kDarkForOffset = 100;
-
-/// The sum and the number of the pixels below a threshold, in one row: 32 bits hold those of 39 million.
-struct DarkPixels {
-    std::uint32_t sum = 0;
-    std::uint32_t count = 0;
-};
-
-/// Looks at `samples` pixels, every second one from `start` on; those outside the image don't count.
-DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, std::size_t samples,
-                     std::uint16_t threshold) {
-    DarkPixels dark;
-    if (start >= pixels.size()) {
-        return dark;
-    }
-    const std::uint16_t* const first = &pixels[start];
-    samples = std::min(samples, (pixels.size() - start + 1) / 2);
-    for (std::size_t i = 0; i < samples; ++i) {
-        const std::uint32_t pixel = first[2 * i];
-        const std::uint32_t is_dark = pixel < threshold ? 1 : 0;
-        dark.sum += pixel * is_dark;
-        dark.count += is_dark;
-    }
-    return dark;
-}
 
 /// Walks an image two pixels at a time and measures half rows on the way.
 class HalfRowReader {

@@ -11,6 +11,8 @@
 #include "errors/not_written.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
+#include "sensor/camera_text.h"
+#include "sensor/database_names.h"
 #include "system/ini_file.h"
 #include "system/part_files.h"
 #include "system/path_names.h"
@@ -20,15 +22,8 @@
 
 namespace {
 
-constexpr const char* kLineKey = "Line";
-constexpr const char* kLevelKey = "LevelCorrection";
-
-/// The low bits of the number that `text` begins with, 0 without one.
-template <typename T>
-T ToInteger(const char* text) {
-    constexpr int decimal = 10;
-    return static_cast<T>(std::strtoll(text, nullptr, decimal));
-}
+using database_names::kLevelKey;
+using database_names::kLineKey;
 
 /// The number that `text` begins with, 0 without one; one beyond the range of a float is infinite.
 float ToFloat(const char* text) {
@@ -52,7 +47,7 @@ sensdb::Sensdbtype ReadCamera(const ini_file::File::TKeyVal& section) {
         if (std::strcmp(name, kLevelKey) == 0) {
             camera.LevelCorrection.push_back(ToFloat(value));
         } else if (std::strcmp(name, kLineKey) == 0) {
-            camera.Line.push_back(ToInteger<std::uint16_t>(value));
+            camera.Line.push_back(database_names::ToInteger<std::uint16_t>(value));
         }
     }
     return camera;
@@ -65,7 +60,7 @@ std::map<int, sensdb::Sensdbtype> ReadCameras(const ini_file::File& ini) {
     for (const auto& name : names) {
         const auto* section = ini.GetSection(name.pItem);
         if (section != nullptr && !section->empty()) {
-            cameras[ToInteger<int>(name.pItem)] = ReadCamera(*section);
+            cameras[database_names::SerialOf(name.pItem)] = ReadCamera(*section);
         }
     }
     return cameras;
@@ -125,45 +120,63 @@ int ReportUnwritten(const std::string& path, const char* reason) {
 sensdb::sensdb(const std::string& folder) : DatabaseFile(folder + path_names::kSensorDatabase) {}
 
 int sensdb::LoadSensData() {
+    return Load(std::nullopt);
+}
+
+int sensdb::LoadCamera(std::uint32_t serial) {
+    return Load(static_cast<int>(serial));
+}
+
+int sensdb::Load(std::optional<int> camera) {
     (void)replacement_in_steps::PutBack(DatabaseFile);
     std::error_code unknown;
     const auto state = StateOf(DatabaseFile, unknown);
     const bool missing = unknown == std::errc::no_such_file_or_directory;
-    if (state && state == seen_) {
-        return result_;
+    if (!state || state != seen_) {
+        const bool settled = state && state->Settled();
+        auto text = ini_file::Read(DatabaseFile);
+        if (!text) {
+            unreadable_ = !missing;
+            Forget();
+            return SI_FILE;
+        }
+        // A file with a time in the future is read for every image; it is not taken apart for every image.
+        if (text != text_) {
+            Forget();
+            text_ = std::move(text);
+        }
+        seen_ = settled ? state : std::nullopt;
     }
-    const bool settled = state && state->Settled();
-    auto text = ini_file::Read(DatabaseFile);
-    if (!text) {
-        unreadable_ = !missing;
-        Forget();
-        return SI_FILE;
+    if (!all_taken_ && !(camera && taken_.contains(*camera))) {
+        result_ = Take(*text_, camera);
+        all_taken_ = !camera;
+        if (camera) {
+            taken_.insert(*camera);
+        }
     }
-    // A file with a time in the future is read for every image; it is not taken apart for every image.
-    if (text != text_) {
-        Forget();
-        result_ = Take(*text);
-        text_ = std::move(text);
-    }
-    seen_ = settled ? state : std::nullopt;
     return result_;
 }
 
-/// Takes the cameras of the file's text. Returns 0 or the INI library's error code; the cameras then stay as
-/// they were.
-int sensdb::Take(const std::string& text) {
+/// Takes the cameras of the file's text, or only one. Returns 0 or the INI library's error code; the cameras
+/// then stay as they were.
+int sensdb::Take(const std::string& text, std::optional<int> camera) {
     ini_file::File ini;
     ini.SetMultiKey(true);
     bool complete = false;
     unreadable_ = true;
-    if (const int error = ini_file::Parse(text, ini, complete); error != SI_OK) {
+    if (const int error = ini_file::Parse(camera ? CameraText(text, *camera) : text, ini, complete);
+        error != SI_OK) {
         return error;
     }
     auto cameras = ReadCameras(ini);
-    if (!std::ranges::all_of(cameras, [](const auto& camera) { return FitsSensor(camera.second.Line); })) {
+    if (!std::ranges::all_of(cameras, [](const auto& entry) { return FitsSensor(entry.second.Line); })) {
         return SI_FAIL;
     }
-    unreadable_ = !complete;
+    if (camera) {
+        std::erase_if(cameras, [&](const auto& entry) { return entry.first != *camera; });
+    } else {
+        unreadable_ = !complete;
+    }
     cameras.merge(Cameras);
     Cameras = std::move(cameras);
     return SI_OK;
@@ -172,6 +185,8 @@ int sensdb::Take(const std::string& text) {
 void sensdb::Forget() {
     seen_.reset();
     text_.reset();
+    taken_.clear();
+    all_taken_ = false;
 }
 
 int sensdb::CalcSensLevel(ReadInputData* image) {

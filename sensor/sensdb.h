@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,10 @@ class sensdb {
     /// the cameras then stay as they were. A bad number counts as its numeric prefix, or 0.
     [[nodiscard]] int LoadSensData();
 
+    /// The same for one camera, whatever their number in the file; the others stay as they are. Afterwards
+    /// the database can't be written before LoadSensData has read all of it.
+    int LoadCamera(std::uint32_t serial);
+
     /// Replaces the dark levels of the image's camera by those of the image, which must be an exposure in the
     /// dark (loaded, Width x Height pixels). Returns 0.
     int CalcSensLevel(ReadInputData* image);
@@ -53,15 +58,19 @@ class sensdb {
     std::map<int, Sensdbtype> Cameras;  ///< by camera serial number
 
   private:
-    [[nodiscard]] int Take(const std::string& text);
+    [[nodiscard]] int Load(std::optional<int> camera);
+    [[nodiscard]] int Take(const std::string& text, std::optional<int> camera);
     void Forget();
 
     // The file as it was last read, unless the cameras have changed since.
     std::optional<FileState> seen_;  ///< unless the file is too young for its times to tell
     std::optional<std::string> text_;
-    int result_ = 0;  ///< of reading it
+    std::set<int> taken_;  ///< cameras that were looked for in it
+    bool all_taken_ = false;
+    int result_ = 0;  ///< of taking them
 
-    bool unreadable_ = false;  ///< a file may be there, but its last reading failed or ended early
+    /// A file may be there of which not everything was read: that failed, or one camera was enough.
+    bool unreadable_ = false;
 };
 
 #endif  // VELMARCON_SENSOR_SENSDB_H

@@ -41,11 +41,15 @@ void RetainFreedMemory() {
 #endif
 }
 
-void Resize(std::vector<std::uint16_t>& buffer, std::size_t words) {
+void Reserve(std::vector<std::uint16_t>& buffer, std::size_t words) {
     if (buffer.capacity() < words) {
         buffer.reserve(words);
         AdviseLargePages(buffer);
     }
+}
+
+void Resize(std::vector<std::uint16_t>& buffer, std::size_t words) {
+    Reserve(buffer, words);
     buffer.resize(words);
 }
 

@@ -14,8 +14,11 @@ namespace pixel_memory {
 /// Lets the allocator keep the freed buffers of one image for the next. Called once, at start.
 void RetainFreedMemory();
 
-/// Resizes `buffer` to `words`, in large pages where the system has them. A buffer that served before keeps
-/// its memory and its values; new ones are 0.
+/// Gives `buffer` room for `words`, in large pages where the system has them. One that has it keeps its
+/// memory.
+void Reserve(std::vector<std::uint16_t>& buffer, std::size_t words);
+
+/// Resizes `buffer` to `words`, with Reserve. Values that it had stay; new ones are 0.
 void Resize(std::vector<std::uint16_t>& buffer, std::size_t words);
 
 }  // namespace pixel_memory

@@ -62,6 +62,49 @@ TEST(RawImage, GoesThroughTheLinearizationTable) {
     EXPECT_EQ(image->height, 1);
 }
 
+/// Neighbours differ, and so do pixels a whole number of 256 apart.
+std::uint8_t SampleAt(std::size_t i) {
+    return static_cast<std::uint8_t>(i + i / 251);
+}
+
+TEST(RawImage, OfManyPiecesIsReadWhole) {
+    constexpr int width = 1100;
+    constexpr int height = 600;
+    auto file = SmallCameraDng(width, height);
+    file.raw.resize(static_cast<std::size_t>(width) * height);
+    for (std::size_t i = 0; i < file.raw.size(); ++i) {
+        file.raw[i] = SampleAt(i);
+    }
+    const auto image = Read(file);
+    ASSERT_TRUE(image);
+    ASSERT_EQ(image->pixels.size(), file.raw.size());
+    for (std::size_t i = 0; i < file.raw.size(); ++i) {
+        ASSERT_EQ(image->pixels[i], SampleAt(i) * SampleAt(i) / 4) << i;
+    }
+    EXPECT_FALSE(Read(file, 1));
+}
+
+TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadWhole) {
+    constexpr int width = 1000;
+    constexpr int height = 500;
+    auto file = SmallCameraDng(width, height);
+    Pixels pixels;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(width) * height; ++i) {
+        pixels.push_back(static_cast<unsigned short>(i * 31));
+    }
+    file.raw.resize(2 * pixels.size());
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        file.raw[2 * i] = static_cast<std::uint8_t>(pixels[i] & 0xFF);
+        file.raw[2 * i + 1] = static_cast<std::uint8_t>(pixels[i] >> 8);
+    }
+    samples::Remove(file.raw_ifd, tag::kLinearizationTable);
+    samples::Set(file.raw_ifd, Short(tag::kBitsPerSample, 16));
+    samples::Set(file.raw_ifd, Long(tag::kStripByteCounts, static_cast<std::uint32_t>(file.raw.size())));
+    const auto image = Read(file);
+    ASSERT_TRUE(image);
+    EXPECT_TRUE(image->pixels == pixels);
+}
+
 TEST(RawImage, GoesThroughWhateverTableTheFileHas) {
     auto file = WithRow({0, 1, 255});
     std::vector<Pixel> table(300);  // more entries than a byte can ask for

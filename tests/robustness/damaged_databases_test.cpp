@@ -15,8 +15,8 @@
 #include "input/read_input_data.h"
 #include "samples/sample_databases.h"
 #include "samples/sensor_dump.h"
+#include "sensor/reported_corrections.h"
 #include "sensor/sensdb.h"
-#include "sensor/sensor_steps.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/damage.h"
 #include "tests/support/files.h"
@@ -99,9 +99,9 @@ class DamagedDatabase : public testing::Test {
     }
 
     void Correct(sensdb& sensors, bool estimate) const {
-        SensorSteps steps({kSerial, 2500, &pixels_, kWidth, kHeight}, sensors, false);
-        steps.FixPixelLines(false);
-        steps.FixDarkField(estimate);
+        ReportedCorrections corrections({kSerial, 2500, &pixels_, kWidth, kHeight}, sensors, false);
+        corrections.FixPixelLines(false);
+        corrections.FixDarkField(estimate);
     }
 
     support::TempFolder folder_;

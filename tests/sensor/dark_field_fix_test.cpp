@@ -125,11 +125,13 @@ class DitheredFrame {
   public:
     static constexpr int kHeight = 2646;
 
-    DitheredFrame() {
+    /// With `beyond_16_bits` one level is larger by 65536, which changes no pixel.
+    explicit DitheredFrame(bool beyond_16_bits) {
         Floats levels(kFull);
         for (std::size_t x = 0; x < levels.size(); ++x) {
             levels[x] = 20 + Fraction(x);
         }
+        levels[2] += beyond_16_bits ? 65536.0F : 0.0F;
         for (const std::uint16_t pixel : Fixed(Flat(kFull, kHeight, 1000), levels, 160, false)) {
             offsets_.push_back(static_cast<std::int8_t>(980 - pixel));
         }
@@ -150,8 +152,11 @@ class DitheredFrame {
 /// A statistic further than six standard deviations from what it should be is no chance.
 constexpr double kDeviations = 6;
 
-TEST(DarkFieldFix, DitherMakesEveryColumnsMeanItsLevel) {
-    const DitheredFrame frame;
+class DarkFieldDither : public testing::TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(LevelBeyond16Bits, DarkFieldDither, testing::Bool());
+
+TEST_P(DarkFieldDither, MakesEveryColumnsMeanItsLevel) {
+    const DitheredFrame frame(GetParam());
     for (std::size_t x = 0; x < kFull; ++x) {
         double sum = 0;
         for (std::size_t y = 0; y < DitheredFrame::kHeight; ++y) {
@@ -165,8 +170,8 @@ TEST(DarkFieldFix, DitherMakesEveryColumnsMeanItsLevel) {
     }
 }
 
-TEST(DarkFieldFix, DitherLeavesNoRowsAndNoPattern) {
-    const DitheredFrame frame;
+TEST_P(DarkFieldDither, LeavesNoRowsAndNoPattern) {
+    const DitheredFrame frame(GetParam());
     constexpr double variance = 43.0 / 256;  // the mean of fraction * (1 - fraction)
     double total_squares = 0;
     double to_the_right = 0;

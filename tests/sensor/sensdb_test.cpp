@@ -118,6 +118,16 @@ const std::vector<ReadingCase> kReadingCases = {
      {{1, {{1, 3}, {}}}, {2, {{2}, {}}}}},
     {"NothingInAnEmptyFile", "", {}},
     {"NoComments", "; Line = 1\n[1]\n# Line = 2\nLine = 3\n; Line = 4\n", {{1, {{3}, {}}}}},
+    {"AByteOrderMark", "\xEF\xBB\xBF[1]\nLine = 3\nLevelCorrection = 0.5\n", {{1, {{3}, {0.5F}}}}},
+    {"LoneCarriageReturns",
+     "[1]\rLine = 3\rLevelCorrection = 0.5\r[2]\rLine = 4\r",
+     {{1, {{3}, {0.5F}}}, {2, {{4}, {}}}}},
+    {"NamesOverTwoLines",
+     "[\n1]\nLevelCorrection = 0.5\n[2\nLine = 4\n",
+     {{1, {{}, {0.5F}}}, {2, {{4}, {}}}}},
+    {"LevelsBeforeAnySection",
+     "LevelCorrection = 1\n[1]\nLevelCorrection = 2\n",
+     {{0, {{}, {1}}}, {1, {{}, {2}}}}},
     {"WindowsLineEnds", "[1]\r\nLine = 3\r\nLevelCorrection = 0.5\r\n", {{1, {{3}, {0.5F}}}}},
 };
 
@@ -127,6 +137,18 @@ TEST_P(SensdbReading, Takes) {
     WriteText(GetParam().text);
     EXPECT_EQ(sensors_.LoadSensData(), 0);
     EXPECT_EQ(ContentsOf(sensors_), GetParam().expected);
+}
+
+/// One camera after the other, known or not.
+TEST_P(SensdbReading, TakesTheSameOfOneCamera) {
+    WriteText(GetParam().text);
+    for (const int serial : {0, 1, 2, 3, 7, 12, 42, -5}) {
+        sensdb sensors(folder_.prefix());
+        EXPECT_EQ(sensors.LoadCamera(static_cast<std::uint32_t>(serial)), 0);
+        Contents expected = GetParam().expected;
+        std::erase_if(expected, [serial](const auto& camera) { return camera.first != serial; });
+        EXPECT_EQ(ContentsOf(sensors), expected) << serial;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, SensdbReading, testing::ValuesIn(kReadingCases),
@@ -229,6 +251,54 @@ TEST_F(SensdbTest, AnOldFileIsReadAgainAfterNewLevels) {
     EXPECT_EQ(sensors_.Camera(5).LevelCorrection, Levels{0});
     EXPECT_EQ(sensors_.LoadSensData(), 0);
     EXPECT_EQ(sensors_.Camera(5).LevelCorrection, Levels{7});
+}
+
+TEST_F(SensdbTest, EachCameraIsTakenOnceAndKeepsTheOthers) {
+    WriteText("[1]\nLine = 1\n[2]\nLine = 2\n[3]\nLine = 3\n");
+    EXPECT_EQ(sensors_.LoadCamera(1), 0);
+    sensors_.Camera(1).Line = {9};
+    sensors_.Camera(3).Line = {8};
+    EXPECT_EQ(sensors_.LoadCamera(2), 0);
+    EXPECT_EQ(sensors_.LoadCamera(1), 0);
+    EXPECT_EQ(ContentsOf(sensors_), (Contents{{1, {{9}, {}}}, {2, {{2}, {}}}, {3, {{8}, {}}}}));
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(ContentsOf(sensors_), (Contents{{1, {{1}, {}}}, {2, {{2}, {}}}, {3, {{3}, {}}}}));
+    sensors_.Camera(1).Line = {9};
+    EXPECT_EQ(sensors_.LoadCamera(1), 0);
+    EXPECT_EQ(sensors_.Camera(1).Line, Lines{9}) << "all were taken";
+}
+
+TEST_F(SensdbTest, ACameraOfAnEditedFileIsTakenAgain) {
+    for (const std::uint16_t value : Lines{1, 2, 3}) {
+        WriteText("[1]\nLine = " + std::to_string(value) + "\n[2]\nLine = 5\n");
+        EXPECT_EQ(sensors_.LoadCamera(1), 0);
+        EXPECT_EQ(sensors_.Camera(1).Line, Lines{value});
+    }
+}
+
+TEST_F(SensdbTest, ACameraIsRefusedWithTheListOfAnother) {
+    std::string text = "[1]\nLine = 5\n[2]\n";
+    for (int i = 0; i < 3969; ++i) {
+        text += "Line = 7\nLine = 0\nLine = 7\nLine = 9999\n";
+    }
+    WriteText(text);
+    EXPECT_LT(sensors_.LoadCamera(1), 0);
+    EXPECT_LT(sensors_.LoadCamera(1), 0);
+    EXPECT_TRUE(sensors_.Cameras.empty());
+}
+
+TEST_F(SensdbTest, AMissingFileHasNoCamera) {
+    EXPECT_LT(sensors_.LoadCamera(1), 0);
+    EXPECT_TRUE(sensors_.Cameras.empty());
+}
+
+TEST_F(SensdbTest, AFileOfWhichOneCameraWasTakenIsNotReplacedUntilAllAre) {
+    WriteText("[1]\nLine = 1\n[2]\nLine = 2\n");
+    EXPECT_EQ(sensors_.LoadCamera(1), 0);
+    EXPECT_EQ(Write(), NotWritten("the file that is there could not be read"));
+    EXPECT_EQ(sensors_.LoadSensData(), 0);
+    EXPECT_EQ(Write(), "");
+    EXPECT_EQ(Text(), "[1]\nLine = 1\n\n\n[2]\nLine = 2\n");
 }
 
 TEST_F(SensdbTest, WritesOneSectionACameraInTheOrderOfTheirNumbers) {

@@ -140,6 +140,18 @@ std::vector<std::uint16_t> WithoutDarkField(const Frame& frame, const std::vecto
     return result;
 }
 
+std::vector<std::uint16_t> Dithered(const Frame& frame, const std::vector<float>& levels,
+                                    const std::function<float()>& random) {
+    std::vector<std::uint16_t> result;
+    for (std::size_t i = 0; i < frame.pixels.size(); ++i) {
+        const float v = levels.at(i % levels.size()) + random();
+        const auto t = static_cast<std::uint16_t>(static_cast<int>(v));
+        result.push_back(t < frame.pixels[i] ? static_cast<std::uint16_t>(frame.pixels[i] - t)
+                                             : std::uint16_t{0});
+    }
+    return result;
+}
+
 void Interpolate(Frame& frame, int x, int y) {
     const int w = frame.width;
     const int here = y * w + x;

@@ -3,6 +3,7 @@
 #define VELMARCON_TESTS_SENSOR_SENSOR_ORACLE_H
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "sensor/row_offsets.h"
@@ -32,6 +33,11 @@ RowOffsets Offsets(const Frame& frame);
 /// What the subtraction of `correction` and of the row offsets leaves.
 std::vector<std::uint16_t> WithoutDarkField(const Frame& frame, const std::vector<float>& correction,
                                             int gain);
+
+/// What the dithered subtraction leaves: from each pixel the whole part of its column's level and of a random
+/// number in [0, 1), in 16 bits and not below 0.
+std::vector<std::uint16_t> Dithered(const Frame& frame, const std::vector<float>& levels,
+                                    const std::function<float()>& random);
 
 /// Replaces the pixel at column `x`, row `y`.
 void Interpolate(Frame& frame, int x, int y);

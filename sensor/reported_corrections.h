@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef VELMARCON_SENSOR_SENSOR_STEPS_H
-#define VELMARCON_SENSOR_SENSOR_STEPS_H
+#ifndef VELMARCON_SENSOR_REPORTED_CORRECTIONS_H
+#define VELMARCON_SENSOR_REPORTED_CORRECTIONS_H
 
 #include <cstdint>
 #include <vector>
@@ -17,15 +17,15 @@ struct SensorImage {
     int height = 0;
 };
 
-/// The two corrections as steps of a run, for conversion and repair alike: what is printed, and when they are
-/// left out because the database has nothing for the camera.
-class SensorSteps {
+/// The two corrections of sensorfixtools as a run makes them, for conversion and repair alike: what is
+/// printed about them, and when they are left out because the database has nothing for the camera.
+class ReportedCorrections {
   public:
-    SensorSteps(const SensorImage& image, sensdb& sensors, bool verbose)
+    ReportedCorrections(const SensorImage& image, sensdb& sensors, bool verbose)
         : image_(image), sensors_(sensors), verbose_(verbose) {}
 
-    /// Repairs the camera's defective columns, or paints them
-    /// white with `test`. A camera without any is no matter.
+    /// Repairs the camera's defective columns, or paints them white with `test`. A camera with no listed
+    /// columns is left unchanged, silently.
     void FixPixelLines(bool test);
 
     /// Removes the dark field; see sensorfixtools::fixBlackLevels.
@@ -39,4 +39,4 @@ class SensorSteps {
     sensorfixtools tools_;
 };
 
-#endif  // VELMARCON_SENSOR_SENSOR_STEPS_H
+#endif  // VELMARCON_SENSOR_REPORTED_CORRECTIONS_H

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "sensor/sensor_steps.h"
+#include "sensor/reported_corrections.h"
 
 #include <cstdio>
 
 #include "errors/step_lines.h"
 
-void SensorSteps::FixPixelLines(bool test) {
+void ReportedCorrections::FixPixelLines(bool test) {
     const auto& list = sensors_.Camera(image_.serial).Line;
     if (list.empty()) {
         return;
@@ -19,7 +19,7 @@ void SensorSteps::FixPixelLines(bool test) {
     step_lines::End(verbose_);
 }
 
-bool SensorSteps::FixDarkField(bool estimate) {
+bool ReportedCorrections::FixDarkField(bool estimate) {
     if (sensors_.Camera(image_.serial).LevelCorrection.empty()) {
         std::printf("No dark field correction values available for camera No.%u.\n", image_.serial);
         return false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef VELMARCON_APP_SENSOR_STAGE_H
-#define VELMARCON_APP_SENSOR_STAGE_H
+#ifndef VELMARCON_APP_PAIR_CORRECTION_H
+#define VELMARCON_APP_PAIR_CORRECTION_H
 
 #include <string>
 
@@ -9,12 +9,12 @@
 #include "input/read_input_data.h"
 #include "sensor/sensdb.h"
 
-/// Applies the sensor corrections to a pair after it is loaded and before its DNG is built: defective
-/// columns, a new dark reference if requested, the dark field.
-class SensorStage {
+/// Applies the sensor corrections to a pair after it is loaded and before its DNG is built: the camera's part
+/// of the database is read, then come defective columns, a new dark reference if requested, the dark field.
+class PairCorrection {
   public:
     /// The caller owns all arguments.
-    SensorStage(const RunSettings& settings, sensdb& sensors, const ErrorHandler& errors)
+    PairCorrection(const RunSettings& settings, sensdb& sensors, const ErrorHandler& errors)
         : settings_(settings), sensors_(sensors), errors_(errors) {}
 
     /// Corrects the image of `record`, whose base name is `base`. Returns 0, or the code of the error that
@@ -29,4 +29,4 @@ class SensorStage {
     const ErrorHandler& errors_;
 };
 
-#endif  // VELMARCON_APP_SENSOR_STAGE_H
+#endif  // VELMARCON_APP_PAIR_CORRECTION_H

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "sensor/sensor_steps.h"
+#include "sensor/reported_corrections.h"
 
 #include <string>
 #include <utility>
@@ -13,17 +13,18 @@ namespace {
 
 constexpr std::uint32_t kSerial = 4000000000;  // beyond a signed number
 
-class SensorStepsTest : public testing::Test {
+class ReportedCorrectionsTest : public testing::Test {
   protected:
     std::string FixPixelLines(std::vector<std::uint16_t> list, bool verbose, bool test = false) {
         sensors_.Camera(kSerial).Line = std::move(list);
-        return support::CaptureStdout([&] { SensorSteps(image_, sensors_, verbose).FixPixelLines(test); });
+        return support::CaptureStdout(
+            [&] { ReportedCorrections(image_, sensors_, verbose).FixPixelLines(test); });
     }
 
     std::string FixDarkField(std::vector<float> levels, bool verbose) {
         sensors_.Camera(kSerial).LevelCorrection = std::move(levels);
         return support::CaptureStdout(
-            [&] { has_levels_ = SensorSteps(image_, sensors_, verbose).FixDarkField(true); });
+            [&] { has_levels_ = ReportedCorrections(image_, sensors_, verbose).FixDarkField(true); });
     }
 
     sensdb sensors_ = sensdb("");
@@ -32,23 +33,23 @@ class SensorStepsTest : public testing::Test {
     bool has_levels_ = false;
 };
 
-TEST_F(SensorStepsTest, PixelFixNamesItselfOnlyWhenVerbose) {
+TEST_F(ReportedCorrectionsTest, PixelFixNamesItselfOnlyWhenVerbose) {
     EXPECT_EQ(FixPixelLines({1, 0, 1, 2}, true), "Fixing pixel errors...Done!\n");
     EXPECT_EQ(FixPixelLines({1, 0, 1, 2}, false), "");
 }
 
-TEST_F(SensorStepsTest, PixelFixPaintsWhiteOnlyAsATest) {
+TEST_F(ReportedCorrectionsTest, PixelFixPaintsWhiteOnlyAsATest) {
     FixPixelLines({1, 0, 1, 1}, false);
     EXPECT_EQ(pixels_[1], 45) << "a column at the edge comes out at nine tenths";
     FixPixelLines({1, 0, 1, 1}, false, true);
     EXPECT_EQ(pixels_[1], 16383);
 }
 
-TEST_F(SensorStepsTest, NoDefectsAreNoMatter) {
+TEST_F(ReportedCorrectionsTest, NoDefectsAreNoMatter) {
     EXPECT_EQ(FixPixelLines({}, true), "");
 }
 
-TEST_F(SensorStepsTest, AnIncompleteDefectListIsReportedAndNotUsed) {
+TEST_F(ReportedCorrectionsTest, AnIncompleteDefectListIsReportedAndNotUsed) {
     const auto untouched = pixels_;
     for (const bool verbose : {false, true}) {
         EXPECT_EQ(FixPixelLines({1, 0, 1, 2, 3, 0}, verbose),
@@ -57,7 +58,7 @@ TEST_F(SensorStepsTest, AnIncompleteDefectListIsReportedAndNotUsed) {
     EXPECT_EQ(pixels_, untouched);
 }
 
-TEST_F(SensorStepsTest, DarkFieldFixNamesItselfOnlyWhenVerbose) {
+TEST_F(ReportedCorrectionsTest, DarkFieldFixNamesItselfOnlyWhenVerbose) {
     EXPECT_EQ(FixDarkField({1, 2, 3, 4}, true), "Fixing sensor dark field...Done!\n");
     EXPECT_TRUE(has_levels_);
     EXPECT_EQ(pixels_, (std::vector<unsigned short>{49, 48, 47, 46, 49, 48, 47, 46}));
@@ -65,7 +66,7 @@ TEST_F(SensorStepsTest, DarkFieldFixNamesItselfOnlyWhenVerbose) {
     EXPECT_TRUE(has_levels_);
 }
 
-TEST_F(SensorStepsTest, MissingDarkLevelsAreReported) {
+TEST_F(ReportedCorrectionsTest, MissingDarkLevelsAreReported) {
     const auto untouched = pixels_;
     for (const bool verbose : {false, true}) {
         has_levels_ = true;

@@ -1,35 +1,38 @@
 // SPDX-License-Identifier: MIT
-#include "app/sensor_stage.h"
+#include "app/pair_correction.h"
 
 #include <cstdint>
 #include <cstdio>
 
 #include "base/error_codes.h"
-#include "sensor/sensor_steps.h"
+#include "sensor/reported_corrections.h"
 
-int SensorStage::Run(const std::string& base, bool dark_field_fix, ReadInputData& record) const {
-    const bool loaded = sensors_.LoadSensData() == 0;
+int PairCorrection::Run(const std::string& base, bool dark_field_fix, ReadInputData& record) const {
+    // A new dark reference is written with everything that the database has about other cameras.
+    const int result = settings_.dark_field_creation ? sensors_.LoadSensData()
+                                                     : sensors_.LoadCamera(record.Exif.SerialNumber);
+    const bool loaded = result == 0;
     if (!loaded && !settings_.dark_field_creation) {
         errors_.PrintError(kNoSensorDatabase);
         return 0;
     }
     const EXIFInfo& exif = record.Exif;
-    SensorSteps steps(
+    ReportedCorrections corrections(
         {exif.SerialNumber, exif.ISOSpeedRatings, &record.ImageData, record.Width, record.Height}, sensors_,
         settings_.verbose);
-    steps.FixPixelLines(settings_.pixel_line_test);
+    corrections.FixPixelLines(settings_.pixel_line_test);
     if (settings_.dark_field_creation) {
         if (const int error = CreateDarkReference(base, loaded, record); error != 0) {
             return error;
         }
     }
     if (dark_field_fix) {
-        steps.FixDarkField(settings_.row_offset_estimation);
+        corrections.FixDarkField(settings_.row_offset_estimation);
     }
     return 0;
 }
 
-int SensorStage::CreateDarkReference(const std::string& base, bool loaded, ReadInputData& record) const {
+int PairCorrection::CreateDarkReference(const std::string& base, bool loaded, ReadInputData& record) const {
     const std::uint32_t serial = record.Exif.SerialNumber;
     if (loaded) {
         sensors_.Camera(serial).LevelCorrection.clear();

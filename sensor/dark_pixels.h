@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SENSOR_DARK_PIXELS_H
+#define VELMARCON_SENSOR_DARK_PIXELS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "sensor/instruction_set.h"
+
+/// The sum and the number of the pixels below a threshold, in one row: 32 bits hold those of 39 million.
+struct DarkPixels {
+    /// Up to this threshold pixels can be counted.
+    static constexpr std::uint16_t kHighestThreshold = 111;
+
+    std::uint32_t sum = 0;
+    std::uint32_t count = 0;
+
+    DarkPixels& operator+=(const DarkPixels& other) {
+        sum += other.sum;
+        count += other.count;
+        return *this;
+    }
+};
+
+/// Looks at `samples` pixels, every second one from `start` on; those outside the image don't count. Each
+/// version gives the same result.
+DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, std::size_t samples,
+                     std::uint16_t threshold, InstructionSet version = instruction_set::Best());
+
+#endif  // VELMARCON_SENSOR_DARK_PIXELS_H

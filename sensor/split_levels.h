@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SENSOR_SPLIT_LEVELS_H
+#define VELMARCON_SENSOR_SPLIT_LEVELS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "sensor/dither.h"
+#include "sensor/instruction_set.h"
+
+/// The dark levels of a row, each split into a whole number and a fraction of 16 bits, so that a dithered
+/// subtraction needs numbers of 16 bits only.
+class SplitLevels {
+  public:
+    /// Splits `levels`, one a column; nothing without any, and when one is negative, or 65536 or more, or not
+    /// a number.
+    static std::optional<SplitLevels> Of(std::span<const float> levels);
+
+    /// Subtracts the levels from each row of `pixels`, whose last row may be incomplete. A level with the
+    /// fraction f is rounded up with the probability f, to 1/65536, and 65536 then is 0; a pixel below it
+    /// becomes 0. Each version gives the same result for the same state of `dither`.
+    void SubtractFrom(std::span<std::uint16_t> pixels, Dither& dither,
+                      InstructionSet version = instruction_set::Best()) const;
+
+  private:
+    explicit SplitLevels(std::span<const float> levels);
+
+    std::size_t columns_;
+    // Padded to a multiple of Dither::kLanes.
+    std::vector<std::uint16_t> whole_;
+    std::vector<std::uint16_t> fraction_;  ///< in 1/65536
+};
+
+#endif  // VELMARCON_SENSOR_SPLIT_LEVELS_H

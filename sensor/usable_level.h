@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_SENSOR_USABLE_LEVEL_H
+#define VELMARCON_SENSOR_USABLE_LEVEL_H
+
+#include <cmath>
+
+/// `level` where an int can hold it; else 0, which leaves a pixel as it is. For loops over pixels.
+[[gnu::always_inline]] inline float UsableLevel(float level) {
+    constexpr float limit = 2147483648.0F;
+    return std::abs(level) < limit ? level : 0.0F;
+}
+
+#endif  // VELMARCON_SENSOR_USABLE_LEVEL_H
