@@ -8,9 +8,9 @@
 #include "system/path_names.h"
 #include "system/replacement_file.h"
 
-std::error_code CopyWhole(const std::string& source, const std::string& final_path) {
+std::error_code CopyWhole(const std::string& source, const std::string& destination) {
     namespace fs = std::filesystem;
-    part_files::RemoveStale(path_names::SystemFolderPart(final_path));
+    part_files::RemoveStale(path_names::SystemFolderPart(destination));
     InputFile from;
     if (!from.Open(source)) {
         return from.error();
@@ -23,7 +23,7 @@ std::error_code CopyWhole(const std::string& source, const std::string& final_pa
     constexpr fs::perms who_may_do_what = fs::perms::all;  // without those of a program
     ReplacementFile copy;
     if (const std::error_code error =
-            copy.Open(final_path, ReplacementFile::Existing::kKeep, permissions & who_may_do_what)) {
+            copy.Open(destination, ReplacementFile::Existing::kKeep, permissions & who_may_do_what)) {
         return error;
     }
     const bool whole = from.ReadPieces([&](std::span<const char> piece) {
