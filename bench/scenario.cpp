@@ -7,7 +7,7 @@ std::span<const Scenario> Scenarios() {
     static const std::vector<Scenario> scenarios = {
         {.name = "tiffcp",
          .label = "tiffcp -r 64",
-         .other_program = {"sh", "-c", "for f do tiffcp -r 64 \"$f\" \"$f.tiff\" 2>/dev/null || exit; done",
+         .other_program = {"sh", "-c", R"(for f do tiffcp -r 64 "$f" "$f.tiff" 2>/dev/null || exit; done)",
                            "sh"},
          .inputs = {".DNG"},
          .output = ".tiff",
