@@ -153,7 +153,8 @@ void Trial::GoOn(const std::string& where, Tally& tally) const {
             std::string violation = where;
             violation.append(": ").append(file.path).append(" is lost after a further run (");
             violation.append(Name(state)).append("):\n").append(output);
-            tally.violations.push_back(violation + Listing(fs::path(kDisk + file.path).parent_path()));
+            violation.append(Listing(fs::path(kDisk + file.path).parent_path()));
+            tally.violations.push_back(violation);
         }
     }
 }
