@@ -36,7 +36,8 @@ Floats RandomLevels(int columns, std::uint32_t seed, std::uint32_t end, std::uin
     std::mt19937 engine(seed);
     Floats levels;
     for (int x = 0; x < columns; ++x) {
-        levels.push_back(static_cast<float>(engine() % (end * steps)) / static_cast<float>(steps));
+        levels.push_back(static_cast<float>(engine() % (std::uint64_t{end} * steps)) /
+                         static_cast<float>(steps));
     }
     return levels;
 }
@@ -59,7 +60,7 @@ TEST(SplitLevels, AreThePlainLoopWithTheSameRandomNumbers) {
         Frame frame = oracle::RandomFrame(width, 7, 6, 0, 400);
         frame.pixels.pop_back();  // an incomplete last row
         Dither dither = Seeded(9);
-        const auto padded = static_cast<std::size_t>((width + 31) / 32 * 32);
+        const auto padded = (static_cast<std::size_t>(width) + 31) / 32 * 32;
         Floats random(padded);
         std::size_t i = 0;
         const Pixels plain = oracle::Dithered(frame, levels, [&] {
@@ -128,7 +129,7 @@ class Corrections {
         for (std::size_t i = 0; i < corrected.size(); ++i) {
             const std::size_t x = i % kWidth;
             const int offset = kPixel - corrected[i] - static_cast<int>(levels_[x]);
-            ++histogram_.at(static_cast<std::size_t>(offset + 1));
+            ++histogram_.at(static_cast<std::size_t>(offset) + 1);
             columns_.at(x) += offset;
             const double deviation = offset - Fraction(x);
             sum_ += deviation;
@@ -155,7 +156,7 @@ class Corrections {
 };
 
 Corrections PlainCorrections() {
-    std::mt19937 engine(17);
+    std::mt19937 engine(17);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same numbers each time
     return Corrections(oracle::Dithered(Corrections::Flat(), Corrections::Levels(), [&] {
         constexpr float unit = 1.0F / 16777216;
         return static_cast<float>(engine() >> 8U) * unit;
