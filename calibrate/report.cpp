@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "calibrate/database_file.h"
 #include "calibrate/database_text.h"
 #include "calibrate/pictures.h"
 #include "calibrate/progress.h"
@@ -159,6 +160,14 @@ std::string WritePage(const std::string& path, const std::string& page) {
     return error ? system_error::Text(error) : "";
 }
 
+/// Whether the file at `path`, which may be absent, is one that a report may replace. One that cannot be read
+/// is not.
+bool IsReportOrAbsent(const std::string& path) {
+    std::string text;
+    return database_file::Read(path, text).empty() &&
+           (text.empty() || text.find(kReportMark) != std::string::npos);
+}
+
 }  // namespace
 
 std::string WriteReport(const std::string& folder, const std::string& command, Measuring& measuring) {
@@ -176,6 +185,9 @@ std::string WriteReport(const std::string& folder, const std::string& command, M
         return error.message();
     }
     const std::string prefix = path_names::WithSeparator(folder);
+    if (!IsReportOrAbsent(prefix + "index.html")) {
+        return "index.html there is not a report of velmarcon-calibrate; name another folder";
+    }
     PictureWriter writer(prefix);
     progress::Show("Making the pictures");
     if (writer.WriteLevelPlot("levels.svg", calibration.levels().above_darkest)) {

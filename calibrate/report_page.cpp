@@ -128,7 +128,8 @@ std::string ReportPage(const ReportContents& contents, const Calibration& calibr
             findings_text::StripesRow(calibration.darks().exposures()[i], calibration.StripesOf(i)));
     }
     std::string page = kHead;
-    page += "<title>" + title + "</title>\n</head>\n<body>\n<main>\n<h1>" + title + "</h1>\n";
+    page += std::string(kReportMark) + "\n<title>" + title + "</title>\n</head>\n<body>\n<main>\n<h1>" +
+            title + "</h1>\n";
     page += "<p>" + std::to_string(stripes.size()) + " dark and " + std::to_string(calibration.flats()) +
             " flat exposures.</p>\n";
     page += contents.missing.empty() ? "" : "<p><strong>" + EscapedHtml(contents.missing) + "</strong></p>\n";

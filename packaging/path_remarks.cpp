@@ -135,7 +135,10 @@ std::string RemarkOnOutput(const std::string& path) {
     if (IsMissing(path)) {
         return ShellWord(path) + ": there is no such folder";
     }
-    return IsFolder(path) ? "" : ShellWord(path) + ": this is not a folder; -o names the folder for the DNGs";
+    // What cannot be looked at may be a folder.
+    std::error_code error;
+    const bool is_other = !fs::is_directory(fs::status(path, error)) && !error;
+    return is_other ? ShellWord(path) + ": this is not a folder; -o names the folder for the DNGs" : "";
 }
 
 /// Whether `path` is a camera DNG, or a folder that contains one.

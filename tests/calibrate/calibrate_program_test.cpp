@@ -331,4 +331,21 @@ TEST_F(CalibrateProgramTest, TheReportNamesEveryFileThatItShows) {
     EXPECT_EQ(support::Names(Path("page")).size(), shown + 1);
 }
 
+TEST_F(CalibrateProgramTest, AReportReplacesOnlyAReport) {
+    const Texts arguments = {"--dry-run", "--report", "page", Original("dark0")};
+    fs::create_directory(Path("page"));
+    support::WriteFile(Path("page/index.html"), "<h1>Mine</h1>\n");
+    const Outcome refused = Make(arguments);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(Holds(refused.output,
+                      "page: report not written: index.html there is not a report of velmarcon-calibrate; "
+                      "name another folder\n"))
+        << refused.output;
+    EXPECT_EQ(support::ReadText(Path("page/index.html")), "<h1>Mine</h1>\n");
+    EXPECT_EQ(support::Names(Path("page")), Texts{"index.html"});
+    fs::remove(Path("page/index.html"));
+    EXPECT_EQ(Make(arguments).status, 0);
+    EXPECT_EQ(Make(arguments).status, 0);
+}
+
 }  // namespace

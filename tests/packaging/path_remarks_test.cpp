@@ -73,6 +73,8 @@ TEST_F(RemarksOnPathsIn, NameAnOutputFolderThatIsNotThere) {
 TEST_F(RemarksOnPathsIn, TellOfAFileInPlaceOfTheOutputFolder) {
     EXPECT_EQ(RemarksOnPathsOf({"-i", "card", "-o", "own/L1.DNG"}),
               Texts{"own/L1.DNG: this is not a folder; -o names the folder for the DNGs"});
+    fs::create_symlink("circle", "circle");  // cannot be looked at, as what lies in another's private folder
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "card", "-o", "circle"}), Texts());
 }
 
 TEST_F(RemarksOnPathsIn, TellOfAFolderThatHasPicturesOnlyInFoldersBelow) {
