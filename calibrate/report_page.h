@@ -26,7 +26,7 @@ struct ReportContents {
 };
 
 /// What every such page contains, so that a later report recognises the page that it may replace.
-constexpr const char* kReportMark = "<meta name=\"generator\" content=\"velmarcon-calibrate\">";
+constexpr const char* kReportMark = R"(<meta name="generator" content="velmarcon-calibrate">)";
 
 /// The page as one HTML file without scripts; it refers to its pictures by file name.
 std::string ReportPage(const ReportContents& contents, const Calibration& calibration);
