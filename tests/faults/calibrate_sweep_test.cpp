@@ -32,7 +32,7 @@ constexpr const char* kKept = "out/sensdb.ini.1";
 /// Most calls are reads, and all of them are alike.
 constexpr std::size_t kReadingStep = 23;
 #if defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t kWritingStep = 9;
+constexpr std::size_t kWritingStep = 4;
 #else
 constexpr std::size_t kWritingStep = 1;
 #endif
@@ -103,7 +103,7 @@ class CalibrateSweep : public testing::Test {
         run_ = {.arguments = {"--database", "../out/sensdb.ini", "dark"},
                 .folder = Path("card"),
                 .name = "velmarcon-calibrate",
-                .watched = "",
+                .watched = "dark",
                 .program = VELMARCON_CALIBRATE};
     }
 

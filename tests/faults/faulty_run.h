@@ -19,7 +19,7 @@ struct Command {
     std::vector<std::string> arguments;
     std::string folder;      ///< current folder
     std::string name;        ///< argv[0]
-    std::string watched;     ///< path of a folder; calls are counted from its first use on
+    std::string watched;     ///< calls are counted from the first use of a path that begins so
     bool on_fat = false;     ///< tell the program that its files are on a FAT file system
     bool renumbers = false;  ///< tell it another inode number at every query
     std::string program = VELMARCON_PROGRAM;
