@@ -156,6 +156,15 @@ void WriteDatabases(SeedWriter& seeds) {
                 WithOptions({0, 0}, AsBytes("; dark\n" + lines + "[-1]\n" + levels + "[7]\nline = 3\n")));
 }
 
+void WriteCalibration(SeedWriter& seeds) {
+    const std::string camera =
+        "[3106091]\nLine = 8\nLine = 100\nLine = 8\nLine = 2646\nLevelCorrection = 1\n";
+    seeds.Write("calibrate", "camera", AsBytes(camera));
+    seeds.Write("calibrate", "among-others",
+                AsBytes("; mine\n[7]\nLine = 1\n" + camera + "[9]\nOwner = Anna\n"));
+    seeds.Write("calibrate", "another-camera", AsBytes("[7]\nlevelcorrection = 2\n"));
+}
+
 void WriteOptions(SeedWriter& seeds) {
     const std::initializer_list<std::vector<const char*>> command_lines = {
         {"/opt/velmarcon/velmarcon"},
@@ -209,6 +218,7 @@ int main(int argc, char* argv[]) {
     WriteMakerNote(seeds);
     WriteDng(seeds);
     WriteDatabases(seeds);
+    WriteCalibration(seeds);
     WriteOptions(seeds);
     WritePair(seeds);
     return seeds.Failed() ? 1 : 0;
