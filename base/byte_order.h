@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <vector>
 
-/// Which byte of a number stands first in a file: the lowest or the highest.
+/// Which byte of a number comes first in a file: the lowest or the highest.
 enum class ByteOrder : std::uint8_t { kLittleEndian, kBigEndian };
 
 /// All conversions between integers and the bytes of a file, except those of pixels.
@@ -31,7 +31,7 @@ constexpr T GetLittle(std::span<const std::uint8_t> bytes) {
     return static_cast<T>(value);
 }
 
-/// The same, high byte first.
+/// Like GetLittle, but with the high byte first.
 template <std::unsigned_integral T>
 constexpr T GetBig(std::span<const std::uint8_t> bytes) {
     std::uint64_t value = 0;
@@ -41,7 +41,7 @@ constexpr T GetBig(std::span<const std::uint8_t> bytes) {
     return static_cast<T>(value);
 }
 
-/// The same in the order of the file.
+/// Like GetLittle, in the given byte order.
 template <std::unsigned_integral T>
 constexpr T Get(std::span<const std::uint8_t> bytes, ByteOrder order) {
     return order == ByteOrder::kLittleEndian ? GetLittle<T>(bytes) : GetBig<T>(bytes);

@@ -8,14 +8,13 @@
 
 #include "base/byte_order.h"
 
-/// Whether all of the `count` bytes at `offset` are among the first `size` ones. No sum is formed that could
-/// wrap.
+/// Whether all `count` bytes at `offset` are among the first `size` bytes. Forms no sum that could wrap.
 constexpr bool IsInRange(std::uint64_t offset, std::uint64_t count, std::uint64_t size) {
     return offset <= size && count <= size - offset;
 }
 
-/// Bytes of a file that is not trusted, with the one range test that every access goes through. Does not own.
-/// Offsets and sizes are 64 bits wide: a sum of values read from a file cannot wrap.
+/// The bytes of an untrusted file, with the one range check that every access goes through. Does not own
+/// them. Offsets and sizes are 64 bits wide: a sum of values read from a file cannot wrap.
 class ByteView {
   public:
     constexpr ByteView() = default;
@@ -23,19 +22,19 @@ class ByteView {
 
     constexpr std::uint64_t size() const { return bytes_.size(); }
 
-    /// Whether `count` bytes stand at `offset`.
+    /// Whether there are `count` bytes at `offset`.
     constexpr bool Holds(std::uint64_t offset, std::uint64_t count) const {
         return IsInRange(offset, count, size());
     }
 
-    /// The `count` bytes at `offset`; empty when they are not all there.
+    /// The `count` bytes at `offset`; empty if not all of them are there.
     constexpr std::span<const std::uint8_t> Bytes(std::uint64_t offset, std::uint64_t count) const {
         return Holds(offset, count)
                    ? bytes_.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(count))
                    : std::span<const std::uint8_t>();
     }
 
-    /// The unsigned integer at `offset` in the given byte order; 0 when it is not all there.
+    /// The unsigned integer at `offset` in the given byte order; 0 if not all of its bytes are there.
     template <std::unsigned_integral T>
     constexpr T Get(std::uint64_t offset, ByteOrder order) const {
         return Holds(offset, sizeof(T)) ? byte_order::Get<T>(Bytes(offset, sizeof(T)), order) : T{0};

@@ -5,7 +5,7 @@
 /// The codes by which every stage reports failure. 0 is success; ErrorHandler holds the messages.
 enum ErrorCode : int {
     kNoError = 0,
-    kUsage = 1,  ///< no message: stands for printing the usage text
+    kUsage = 1,  ///< no message: the usage text is printed instead
     kBadInput = 2,
     kNoRawFolder = 3,
     kBadOutputFolder = 4,

@@ -4,8 +4,7 @@
 
 #include <cstdint>
 
-/// One value of the sensor, 14 bits wide. Images, rows and dark frames consist of these, whoever reads,
-/// corrects or writes them.
+/// One 14-bit sensor value. Every image, row and dark frame in the program is made of these.
 using Pixel = std::uint16_t;
 
 #endif  // VELMARCON_BASE_PIXEL_H

@@ -5,9 +5,8 @@
 #include <concepts>
 #include <limits>
 
-/// The integer part of `value`, truncated toward zero. Not a number gives 0;
-/// a value outside the range of T gives the end of the range that it lies
-/// beyond. T has at most 32 bits, so that a double holds both ends exactly.
+/// The integer part of `value`, truncated toward zero. Returns 0 for NaN, and the nearest end of T's range
+/// for a value outside it. T has at most 32 bits, so that a double holds both ends exactly.
 template <std::integral T>
 constexpr T Truncate(double value) {
     static_assert(sizeof(T) <= 4);

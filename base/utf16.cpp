@@ -9,25 +9,25 @@ namespace utf16 {
 
 namespace {
 
-constexpr char32_t kFirstHigh = 0xD800;  // half of a surrogate pair: the upper ten bits
-constexpr char32_t kFirstLow = 0xDC00;   // the lower ten
+constexpr char32_t kFirstHigh = 0xD800;  // the half of a surrogate pair that holds the upper ten bits
+constexpr char32_t kFirstLow = 0xDC00;   // the half that holds the lower ten
 constexpr char32_t kLastLow = 0xDFFF;
 constexpr char32_t kFirstPaired = 0x10000;  // the first number that needs a pair
-constexpr char32_t kLast = 0x10FFFF;        // of Unicode
-constexpr char32_t kReplacement = 0xFFFD;   // for bytes that are no UTF-8
+constexpr char32_t kLast = 0x10FFFF;        // the last number of Unicode
+constexpr char32_t kReplacement = 0xFFFD;   // for bytes that are not UTF-8
 constexpr unsigned int kHalfBits = 10;
 constexpr char32_t kHalfMask = 0x3FF;
 
-constexpr unsigned int kTailBits = 6;  // of each byte of UTF-8 but the first
+constexpr unsigned int kTailBits = 6;  // in each byte of UTF-8 except the first
 constexpr char32_t kTailMask = 0x3F;
 constexpr char32_t kTail = 0x80;
 
-/// What the first byte of a number's UTF-8 tells.
+/// What the first byte of a number in UTF-8 tells about the rest.
 struct Lead {
-    char32_t mask;      ///< the bits that tell the length
+    char32_t mask;      ///< the bits that encode the length
     char32_t mark;      ///< their value
     std::size_t tails;  ///< bytes that follow
-    char32_t least;     ///< the smallest number that takes this length
+    char32_t least;     ///< the smallest number that needs this length
 };
 constexpr std::array<Lead, 4> kLeads = {{
     {0x80, 0x00, 0, 0},
@@ -48,7 +48,8 @@ void AppendUtf8(std::string& text, char32_t number) {
     }
 }
 
-/// The number at `position`, which moves behind it. A byte that begins none is passed over alone.
+/// Reads the number at `position` and moves `position` past it. If no number begins there, skips one byte and
+/// returns kReplacement.
 char32_t TakeNumber(std::string_view text, std::size_t& position) {
     const auto byte = [&](std::size_t at) {
         return at < text.size() ? char32_t{static_cast<std::uint8_t>(text[at])} : char32_t{0};

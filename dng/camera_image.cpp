@@ -18,10 +18,10 @@ namespace {
 
 using LinearizationTable = std::array<std::uint16_t, 256>;
 
-/// Strips that follow each other without a gap, as the camera writes them.
+/// Contiguous strips, as the camera writes them.
 struct Strips {
     std::uint64_t offset = 0;  ///< of the first one
-    std::uint64_t size = 0;    ///< bytes of all
+    std::uint64_t size = 0;    ///< bytes of all strips
 };
 
 std::optional<Strips> FindStrips(const IFD& ifd) {
@@ -33,8 +33,8 @@ std::optional<Strips> FindStrips(const IFD& ifd) {
     return Strips{offsets.front(), std::accumulate(sizes.begin(), sizes.end(), std::uint64_t{0})};
 }
 
-/// Reads `bytes.size()` bytes at `offset`. Returns whether
-/// they were all there; the missing ones stay as they were.
+/// Reads `bytes.size()` bytes at `offset`. Returns whether all of them were there; missing bytes stay
+/// unchanged.
 bool ReadBytes(InputFile& file, std::uint64_t offset, std::span<std::uint8_t> bytes) {
     std::ifstream& stream = file.stream();
     stream.clear();
@@ -48,7 +48,7 @@ struct RawLayout {
     std::uint64_t width = 0;
     std::uint64_t height = 0;
     std::uint64_t sample_bytes = 0;
-    std::optional<LinearizationTable> table;  ///< of 8-bit samples
+    std::optional<LinearizationTable> table;  ///< for 8-bit samples only
 
     std::uint64_t Pixels() const { return width * height; }
     std::uint64_t Bytes() const { return Pixels() * sample_bytes; }
@@ -64,7 +64,7 @@ std::optional<LinearizationTable> FindTable(const IFD& ifd) {
     return table;
 }
 
-/// The layout, if it is one of the two that are known: the camera's, and that of a file repaired before.
+/// The layout, if it is one of the two known ones: the camera's, and that of a repaired DNG.
 std::optional<RawLayout> FindRawLayout(const IFD& ifd) {
     constexpr std::uint32_t camera_bits = 8;
     constexpr std::uint32_t repaired_bits = tag_values::kRawBitsPerSample;
@@ -90,8 +90,8 @@ std::span<std::uint8_t> AsBytes(std::span<Pixel> pixels) {
     return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size_bytes()};
 }
 
-/// Through bare pointers, which a check of each index would make slow, and into other memory than the
-/// samples': the compiler then need not store a pixel before it loads the next sample.
+/// Uses bare pointers, because checking each index would be slow. The pixels must not share memory with the
+/// samples: the compiler then need not store a pixel before it loads the next sample.
 void LookUp(std::span<const std::uint8_t> samples, const LinearizationTable& table, std::span<Pixel> pixels) {
     const std::uint8_t* const sample = samples.data();
     const std::uint16_t* const entries = table.data();
@@ -101,7 +101,7 @@ void LookUp(std::span<const std::uint8_t> samples, const LinearizationTable& tab
     }
 }
 
-/// In pieces that stay in the processor's cache while they are cleared, read and looked up.
+/// Reads in pieces that stay in the processor's cache while they are cleared, read and looked up.
 bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout, std::vector<Pixel>& pixels) {
     constexpr std::size_t piece = 256UL * 1024;  // pixels
     const auto count = static_cast<std::size_t>(layout.Pixels());
@@ -132,8 +132,8 @@ bool ReadImages(InputFile& file, const IFD& preview_ifd, const IFD& raw_ifd, Cam
     if (!preview || !raw || !layout) {
         return false;
     }
-    // Width and height have 32 bits each: their product fits,
-    // and is at most the file's size before it is doubled.
+    // Width and height have 32 bits each, so their product fits into 64 bits; it is compared with the file's
+    // size before it is doubled.
     constexpr std::uint64_t most_pixels = std::numeric_limits<std::int32_t>::max() / sizeof(Pixel);
     if (preview->size > file.size() || raw->size > file.size() - preview->size ||
         layout->Pixels() > std::min(raw->size, most_pixels) || layout->Bytes() > raw->size) {
@@ -143,7 +143,7 @@ bool ReadImages(InputFile& file, const IFD& preview_ifd, const IFD& raw_ifd, Cam
     image.height = static_cast<int>(layout->height);
     image.preview.resize(PreviewSampler::kSize);
     const auto preview_bytes = std::min<std::uint64_t>(preview->size, image.preview.size());
-    // A preview that reaches beyond the file's end is a flaw of its own; one that can't be read is not.
+    // A preview that runs past the end of the file is tolerated; a read error is not.
     const bool readable =
         ReadBytes(file, preview->offset,
                   std::span(image.preview).first(static_cast<std::size_t>(preview_bytes))) ||

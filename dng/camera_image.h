@@ -9,7 +9,7 @@
 #include "dng/ifd.h"
 #include "system/input_file.h"
 
-/// The images of a DNG that the camera wrote.
+/// The images of a camera DNG.
 struct CameraImage {
     std::vector<std::uint8_t> preview;  ///< 320 x 240 pixels of 3 bytes
     std::vector<Pixel> pixels;          ///< width x height 14-bit values, row by row
@@ -19,8 +19,8 @@ struct CameraImage {
 
 /// Reads the images that the IFDs describe: the preview of `preview_ifd`, padded with zeros or cut to its
 /// fixed size, and the raw image of `raw_ifd`, 8 bits through a linearization table or plain 16 bits. Returns
-/// false when a tag is missing, the raw image is stored in another way, the file ends before it does, or both
-/// together claim more bytes than the file has.
+/// false if a tag is missing, if the raw image is stored in another way, if the file ends before the raw
+/// image does, or if both images together claim more bytes than the file has.
 [[nodiscard]] bool ReadImages(InputFile& file, const IFD& preview_ifd, const IFD& raw_ifd,
                               CameraImage& image);
 

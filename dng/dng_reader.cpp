@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Reading of IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag maps of the writer.
+// SPDX-License-Identifier: MIT Reads IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag
+// maps of the writer.
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -15,13 +15,14 @@
 
 namespace {
 
-/// Reads from a file whose every offset and length is checked against its size first.
+/// Reads from a file, and checks every offset and length against the file's size first.
 ///
-/// This bounds the reader: three directories are walked once each, wherever they stand, 65535 entries at
-/// most, and no link leads further. What is read of them all is no longer than the file, and kept once.
+/// This bounds the reader. It walks three directories once each, wherever they are, with at most 65535
+/// entries each, and follows no other link. All that it reads from them is no longer than the file and is
+/// kept once.
 class BoundedFile {
   public:
-    /// `taken` counts the bytes read so far, from one directory to the next.
+    /// `taken` counts the bytes read so far, over all directories.
     BoundedFile(std::ifstream& file, std::uint64_t& taken) : file_(file), taken_(taken) {
         const auto position = file_.tellg();
         file_.seekg(0, std::ios::end);
@@ -29,8 +30,9 @@ class BoundedFile {
         file_.seekg(position);
     }
 
-    /// The `count` bytes at `position`. Fails the stream when they are not all there, or when more bytes were
-    /// asked for than the file has: overlapping values would make memory of nothing.
+    /// The `count` bytes at `position`. Fails the stream if not all of them are there, or if the total of
+    /// bytes read would exceed the file's size: overlapping values could otherwise need far more memory than
+    /// the file has bytes.
     std::vector<std::uint8_t> Read(std::uint64_t position, std::uint64_t count) {
         std::vector<std::uint8_t> bytes;
         if (!file_ || !IsInRange(position, count, size_) || !IsInRange(taken_, count, size_)) {
@@ -44,13 +46,13 @@ class BoundedFile {
         return bytes;
     }
 
-    /// The entry at `position`; an empty one when the stream fails.
+    /// The entry at `position`; an empty one if the stream fails.
     tiff::Entry ReadEntry(std::uint64_t position) {
         const auto bytes = Read(position, tiff::kEntrySize);
         return tiff::ReadEntry({ByteView(bytes)}, 0).value_or(tiff::Entry());
     }
 
-    /// The value of `entry`, whose offset counts from the first byte of the file.
+    /// The value of `entry`. Its offset counts from the first byte of the file.
     std::vector<std::uint8_t> ReadValue(const tiff::Entry& entry) {
         const std::uint64_t size = entry.ValueSize();
         if (!tiff::StandsInEntry(size)) {
@@ -66,7 +68,7 @@ class BoundedFile {
     std::uint64_t& taken_;
 };
 
-/// The `n` values that begin at `data`.
+/// The `n` values at `data`.
 template <typename T>
 std::vector<T> Parse(const std::uint8_t* data, std::uint32_t n) {
     return ifd::Parse<T>({data, std::size_t{n} * sizeof(T)});

@@ -1,6 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Repair of a DNG that the camera wrote: its 8-bit data become 14-bit ones, get the corrections of a
-// conversion, and are written anew with the camera's own tags around them.
+// SPDX-License-Identifier: MIT Repairs a camera DNG: decodes its 8-bit data to 14 bits, corrects them as in a
+// conversion, and writes them to a new DNG with the camera's own tags.
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -39,7 +38,7 @@
 
 namespace {
 
-/// What a repair is asked for.
+/// What a repair is to do.
 struct RepairOptions {
     bool verbose;
     bool lens_fix;
@@ -55,14 +54,14 @@ struct RepairOptions {
 constexpr const char* kCameraMake = "Leica Camera AG";
 constexpr const char* kCameraModel = "M8";
 
-/// In HostComputer: the dark field of this file is removed already.
+/// In HostComputer, this marks a file whose dark levels have been subtracted.
 constexpr const char* kProgramName = "velmarcon";
 
 bool Contains(const IFD& ifd, std::uint16_t tag, const char* text) {
     return ifd::Text(ifd, tag).find(text) != std::string::npos;
 }
 
-/// A directory of which the repair keeps nothing.
+/// A directory that the repair does not keep.
 struct UnreadDirectory {
     std::uint16_t pointer;  ///< the tag that leads to it
     const char* contents;
@@ -70,9 +69,9 @@ struct UnreadDirectory {
 constexpr std::array<UnreadDirectory, 2> kUnreadDirectories = {
     {{tag::kGPSIFD, "GPS data"}, {tag::kInteroperabilityIFD, "interoperability data"}}};
 
-/// Removes the pointers to unread directories, which would lead to other bytes in the new file. So no IFD has
-/// all 65536 tags, which its count of 16 bits could not tell. Returns what the directories hold, in words;
-/// nothing when there are none.
+/// Removes the pointers to unread directories, which would be wrong in the new file. As a result, no IFD has
+/// all 65536 possible tags, a number that its 16-bit count cannot express. Returns the contents of the
+/// directories in words, or std::nullopt if there are none.
 std::optional<std::string> RemoveUnreadDirectories(std::initializer_list<IFD*> ifds) {
     std::optional<std::string> contents;
     for (const UnreadDirectory& directory : kUnreadDirectories) {
@@ -85,8 +84,8 @@ std::optional<std::string> RemoveUnreadDirectories(std::initializer_list<IFD*> i
     return contents;
 }
 
-/// Whether writing `output` could replace the file `input`, which is there. Links and other spellings lead to
-/// the same file; when the system cannot tell, it may be the same.
+/// Whether writing `output` could replace the existing file `input`, also through a link or another spelling.
+/// If the system cannot tell, the answer is yes.
 bool MayReplace(const std::string& output, const std::string& input) {
     std::error_code error;
     const std::filesystem::path output_path = system_path::ToSystem(output);
@@ -95,8 +94,8 @@ bool MayReplace(const std::string& output, const std::string& input) {
     return same || (error && error != std::errc::no_such_file_or_directory);
 }
 
-/// Reads the IFD to which tag `pointer` of `ifd0` points. Returns whether it is there, whole, and not empty:
-/// a TIFF file has no IFD without entries, so none could be written.
+/// Reads the IFD to which tag `pointer` of `ifd0` points. Returns whether the IFD is there, complete, and not
+/// empty: TIFF does not allow an IFD without entries, so it could not be written.
 bool ReadLinkedIFD(DNGlib& reader, std::ifstream& file, const IFD& ifd0, std::uint16_t pointer, IFD& ifd) {
     const auto offset = ifd::FirstNumber(ifd0, pointer);
     if (!offset) {
@@ -107,13 +106,13 @@ bool ReadLinkedIFD(DNGlib& reader, std::ifstream& file, const IFD& ifd0, std::ui
     return file.good() && !ifd.empty();
 }
 
-/// Fills the tree and the image; `reader` reads the IFDs. Returns 0 or an ErrorCode.
+/// Fills `tree`, using `reader`, and `image`. Returns 0 or an ErrorCode.
 int ReadCameraDng(DNGlib& reader, const std::string& path, TagTree& tree, CameraImage& image) {
     InputFile file;
     if (!file.Open(path)) {
         return kDngDamaged;
     }
-    // Where the camera puts its first IFD; the header is not looked at.
+    // The camera's first IFD follows the header, which is not examined.
     file.stream().seekg(tiff::kHeaderSize);
     reader.GetIFDs(&file.stream(), &tree.ifd0);
     if (!file.stream()) {
@@ -128,7 +127,7 @@ int ReadCameraDng(DNGlib& reader, const std::string& path, TagTree& tree, Camera
     return complete ? kNoError : kDngDamaged;
 }
 
-/// One strip an image, as the layout writes them, and 16 bits for the raw image.
+/// Describes what the writer writes: one strip per image, and 16 bits per raw pixel.
 void DescribeStrips(const CameraImage& image, TagTree& tree) {
     ifd::Add(tree.ifd0, tag::kStripByteCounts, static_cast<std::uint32_t>(image.preview.size()));
     ifd::Add(tree.ifd0, tag::kRowsPerStrip, static_cast<std::uint32_t>(PreviewSampler::kHeight));
@@ -186,7 +185,7 @@ void FixLens(const RepairOptions& options, const MakerNoteStruct& note, const le
     }
 }
 
-/// The exposure as the EXIF parser of a conversion would give it. What the file does not have is not added.
+/// Changes the exposure to what a conversion would write. Adds no tag that the file does not have.
 void FixExposure(IFD& exif_ifd) {
     if (const auto bias = ifd::FirstRational(exif_ifd, tag::kExposureBiasValue)) {
         ifd::Add(exif_ifd, tag::kExposureBiasValue, ExposureBiasInThirds(*bias));
@@ -211,7 +210,7 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     int error = ReadCameraDng(*this, folder + name, tree_, image);
     const auto lost = RemoveUnreadDirectories({&tree_.ifd0, &tree_.sub_ifd, &tree_.exif_ifd});
     if (error == 0 && tree_.exif_ifd.empty()) {
-        error = kDngDamaged;  // it held nothing else
+        error = kDngDamaged;  // it held only pointers
     }
     if (error != 0) {
         return ErrorHandler().PrintError(error, name);

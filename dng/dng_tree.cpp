@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// The tag tree of a converted pair: which tags a written DNG holds and where their values come from.
+// SPDX-License-Identifier: MIT Builds the tag tree of a converted pair: all tags of the DNG and the sources
+// of their values.
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -25,7 +25,7 @@ namespace {
 constexpr const char* kModel = "M8 Digital Camera";
 constexpr const char* kRawVariantModel = "M8RAW Digital Camera";
 
-/// What makes an IFD a complete image, whichever image it holds.
+/// Adds the tags that every image needs, raw image and preview alike.
 void AddStripTags(IFD& ifd) {
     using namespace tag_values;
     ifd::Add(ifd, tag::kCompression, kUncompressed);
@@ -34,7 +34,7 @@ void AddStripTags(IFD& ifd) {
     ifd::Add(ifd, tag::kResolutionUnit, kInch);
 }
 
-/// The black level, which comes with the raw image, is not among them.
+/// Adds the tags of the raw image, except the black level.
 void AddRawImageTags(const ReadInputData& input, std::uint32_t white_level, IFD& ifd) {
     using namespace tag_values;
     const auto width = static_cast<std::uint32_t>(input.Width);
@@ -121,8 +121,8 @@ void AddColorTags(const EXIFInfo& exif, bool raw_model_variant, IFD& ifd0) {
     ifd::Add(ifd0, tag::kCalibrationIlluminant2, kD65);
 }
 
-/// Exposure and lens. With a lens that the database holds, the record's focal length is overwritten; its 35
-/// mm focal length is computed when it is 0.
+/// Adds the tags for exposure and lens. If `lens` is not null, overwrites the record's focal length. Computes
+/// the record's 35 mm focal length if it is 0.
 void AddExposureTags(const lensdb::Lensdbtype* lens, EXIFInfo& exif, IFD& exif_ifd) {
     if (lens != nullptr) {
         lens_tags::AddLens(*lens, exif_ifd);

@@ -1,6 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Layout and writing of a DNG file: a little-endian TIFF file (TIFF 6.0) of header, IFDs with their values
-// behind them, and one uncompressed strip an image.
+// SPDX-License-Identifier: MIT Lays out and writes a DNG file: a little-endian TIFF file (TIFF 6.0) that
+// consists of a header, the IFDs, each followed by its values, and one uncompressed strip per image.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -31,7 +30,7 @@
 
 namespace {
 
-/// "II", the magic number 42, and the offset of IFD0: right behind this header.
+/// "II", the magic number 42, and the offset of IFD0, which directly follows this header.
 constexpr std::array<std::uint8_t, tiff::kHeaderSize> kHeader = {
     'I', 'I', tiff::kMagic, 0, tiff::kHeaderSize, 0, 0, 0};
 
@@ -41,13 +40,13 @@ bool StandsInEntry(const IFDTag& entry) {
     return tiff::StandsInEntry(entry.length);
 }
 
-/// Room of an out-of-line value: values and IFDs start at even offsets.
+/// The space for a value outside its entry: values and IFDs start at even offsets.
 std::uint64_t PaddedLength(const IFDTag& entry) {
     return std::uint64_t{entry.length} + entry.length % 2;
 }
 
-/// Gives the values of an IFD at `position` their offsets. Returns the position behind the last one. An
-/// offset beyond 32 bits is cut; the layout as a whole is refused then.
+/// Gives the values of an IFD at `position` their offsets. Returns the position after the last value. Offsets
+/// beyond 32 bits are truncated here; DoFileLayout then rejects the whole layout.
 std::uint64_t LayOutIFD(IFD& ifd, std::uint64_t position) {
     position += tiff::IFDSize(ifd.size());
     for (auto& [tag, entry] : ifd) {
@@ -63,7 +62,7 @@ std::span<const char> AsChars(std::span<const std::uint8_t> bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// An IFD and its values, laid out before, as they stand in a file from `start` on.
+/// The bytes of an IFD and its values, which must have been laid out, for a file position of `start`.
 std::vector<std::uint8_t> TreeBytes(const IFD& ifd, std::uint64_t start) {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(static_cast<std::size_t>(tiff::IFDSize(ifd.size())));
@@ -93,13 +92,13 @@ std::vector<std::uint8_t> TreeBytes(const IFD& ifd, std::uint64_t start) {
     return bytes;
 }
 
-/// A failure ends the run's work on this file, not the run.
+/// Prints why the file was not written. The run goes on with the next file.
 void ReportUnwritten(const std::string& path, std::error_code error) {
     PrintNotWritten(path, output_names::kDng, system_error::Text(error));
 }
 
-/// Makes sure that the tags which the layout fills in stand in their entries already: one that a file brought
-/// along with more values, or lacks, would shift what comes behind it.
+/// Adds every tag that the layout fills in, with one value: a tag that is missing, or has more values in a
+/// camera DNG, would change size during the layout and shift everything after it.
 void SetPlaceholders(TagTree& tree, bool preview) {
     ifd::Add(tree.ifd0, tag::kExifIFD, tag_values::kPlaceholder);
     ifd::Add(tree.ifd0, tag::kStripOffsets, tag_values::kPlaceholder);
@@ -109,7 +108,7 @@ void SetPlaceholders(TagTree& tree, bool preview) {
     }
 }
 
-/// Header and IFDs, laid out before.
+/// The bytes of the header and the IFDs, which must have been laid out.
 std::vector<std::uint8_t> HeadBytes(const TagTree& tree, bool preview) {
     std::vector<std::uint8_t> bytes(kHeader.begin(), kHeader.end());
     const auto append = [&](const IFD& ifd) {
@@ -124,7 +123,7 @@ std::vector<std::uint8_t> HeadBytes(const TagTree& tree, bool preview) {
     return bytes;
 }
 
-/// Starts the file. A layout of no size does not fit into a file.
+/// Starts the file. A size of 0 means that the layout does not fit into 32 bits.
 std::error_code OpenOutput(const std::string& path, std::uint64_t size, bool keep_existing,
                            ReplacementFile& file) {
     using Existing = ReplacementFile::Existing;
@@ -137,7 +136,7 @@ struct Images {
     std::span<const char> raw;
 };
 
-/// Writes header, IFDs and images. Stops at a failure, which `file` remembers.
+/// Writes header, IFDs and images. Stops at the first failure, which `file` remembers.
 void WriteBlocks(const TagTree& tree, const Images& images, bool verbose, ReplacementFile& file) {
     step_lines::Begin(verbose, "Writing DNG header");
     const auto head = HeadBytes(tree, images.preview.has_value());

@@ -17,7 +17,7 @@ DNGlib::DNGlib(lensdb* lenses, sensdb* sensors) : DNGlib(nullptr, lenses, sensor
 
 int DNGlib::setBlackLevel(IFD* ifd, std::uint16_t value) {
     step_lines::Begin(verbose_, "Calculating blacklevel");
-    // Only the low 16 bits are kept, as the tag's SHORT holds them.
+    // Only the low 16 bits are kept: the tag is a SHORT.
     const auto scaled = static_cast<std::uint16_t>(value * IsoGain(input_->Exif.ISOSpeedRatings));
     step_lines::End(verbose_);
     constexpr std::array<std::uint16_t, 2> one_by_one = {1, 1};

@@ -20,21 +20,20 @@
 /// One IFD entry in memory.
 struct IFDTag {
     std::uint16_t tag = 0;
-    std::vector<std::uint8_t> value;  ///< as it stands in the file, little-endian element by element
-    std::uint32_t position = 0;       ///< file offset of a value longer than an entry; 0 until laid out
+    std::vector<std::uint8_t> value;  ///< the bytes in the file; each element is little-endian
+    std::uint32_t position = 0;       ///< file offset of a value outside its entry; 0 until laid out
     std::uint16_t type = 0;           ///< TIFF field type, 1 to 10
     std::uint32_t count = 0;          ///< of values of that type
     std::uint32_t length = 0;         ///< of the value, in bytes
 };
 
-/// An IFD: a map by tag number, so that walking it yields the entries in the ascending order that TIFF asks
-/// for.
+/// An IFD: a map by tag number, so that its entries are in ascending order, as TIFF requires.
 using IFD = std::map<std::uint16_t, IFDTag>;
 
-/// Typed values into an IFD and out of it.
+/// Stores typed values in an IFD and reads them.
 namespace ifd {
 
-/// The TIFF type of the values that a C++ type holds; of other types none.
+/// The TIFF type that corresponds to a C++ type; 0 for other types.
 template <typename T>
 constexpr tiff::Type kTypeOf = {};
 template <>
@@ -58,14 +57,14 @@ template <typename T>
 concept Element = kTypeOf<T>
 != tiff::Type{};
 
-/// Stores `bytes` under `tag`, in place of what is there: a value of `type`, which must be 1 to 10.
+/// Stores `bytes` under `tag` as a value of `type`, which must be 1 to 10, replacing an existing value.
 void AddBytes(IFD& ifd, std::uint16_t tag, std::uint16_t type, std::span<const std::uint8_t> bytes);
 
-/// Stores an ASCII value: the text and a NUL, unless it ends in one. A value that is longer than an entry and
-/// odd gets a second NUL, which its length counts and its count does not.
+/// Stores an ASCII value: the text and, unless it already ends in one, a NUL. A value that does not fit into
+/// its entry and has an odd length gets a second NUL, which its `length` includes and its `count` does not.
 void Add(IFD& ifd, std::uint16_t tag, std::string_view text);
 
-/// Appends `value` to `bytes` as it stands in a file.
+/// Appends `value` to `bytes` in the file's format.
 template <std::integral T>
 void AppendElement(std::vector<std::uint8_t>& bytes, T value) {
     byte_order::AppendLittle(bytes, value);
@@ -78,7 +77,7 @@ inline void AppendElement(std::vector<std::uint8_t>& bytes, Rational value) {
     AppendElement(bytes, AsSigned(value));
 }
 
-/// Stores `values` under `tag`, in place of what is there; their TIFF type is that of T.
+/// Stores `values` under `tag` with the TIFF type of T, replacing an existing value.
 template <Element T>
 void Add(IFD& ifd, std::uint16_t tag, std::span<const T> values) {
     std::vector<std::uint8_t> bytes;
@@ -100,7 +99,7 @@ void Add(IFD& ifd, std::uint16_t tag, T value) {
     Add(ifd, tag, std::span<const T>(&value, 1));
 }
 
-/// The element with which `bytes` begin, as they stand in a file. `bytes` must hold it.
+/// The element at the start of `bytes`, which come from a file and must hold it.
 template <Element T>
 T ParseElement(std::span<const std::uint8_t> bytes) {
     if constexpr (std::integral<T>) {
@@ -112,7 +111,7 @@ T ParseElement(std::span<const std::uint8_t> bytes) {
     }
 }
 
-/// The values that `bytes` hold, as they stand in a file.
+/// The values in `bytes`, which come from a file.
 template <Element T>
 std::vector<T> Parse(std::span<const std::uint8_t> bytes) {
     std::vector<T> values;
@@ -123,32 +122,32 @@ std::vector<T> Parse(std::span<const std::uint8_t> bytes) {
     return values;
 }
 
-/// The bytes of a value, whatever its type; none without the tag.
+/// The bytes of a value of any type; none if the tag is missing.
 std::span<const std::uint8_t> Bytes(const IFD& ifd, std::uint16_t tag);
 
-/// The same as text.
+/// The bytes of a value of any type as text; empty if the tag is missing.
 std::string Text(const IFD& ifd, std::uint16_t tag);
 
-/// The bytes of a value of `type`; none without the tag, and none when it has another type.
+/// The bytes of a value of `type`; none if the tag is missing or has another type.
 std::span<const std::uint8_t> BytesOfType(const IFD& ifd, std::uint16_t tag, tiff::Type type);
 
-/// The values of a tag whose type is that of T; none without the tag, and none when it has another type.
+/// The values of a tag that has the TIFF type of T; none if the tag is missing or has another type.
 template <Element T>
 std::vector<T> Get(const IFD& ifd, std::uint16_t tag) {
     return Parse<T>(BytesOfType(ifd, tag, kTypeOf<T>));
 }
 
-/// The first of them.
+/// The first value of a tag that has the TIFF type of T; std::nullopt if there is none.
 template <Element T>
 std::optional<T> First(const IFD& ifd, std::uint16_t tag) {
     const auto bytes = BytesOfType(ifd, tag, kTypeOf<T>);
     return bytes.size() < sizeof(T) ? std::nullopt : std::optional(ParseElement<T>(bytes));
 }
 
-/// The first value of a SHORT or a LONG.
+/// The first value of a SHORT or LONG tag; std::nullopt if there is none.
 std::optional<std::uint32_t> FirstNumber(const IFD& ifd, std::uint16_t tag);
 
-/// The first value of a RATIONAL or an SRATIONAL, its halves taken as signed.
+/// The first value of a RATIONAL or SRATIONAL tag, read as signed numbers; std::nullopt if there is none.
 std::optional<SRational> FirstRational(const IFD& ifd, std::uint16_t tag);
 
 }  // namespace ifd

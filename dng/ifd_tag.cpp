@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// The tag model as DNGlib offers it; dng/ifd.h does the work.
+// SPDX-License-Identifier: MIT The tag model of DNGlib; dng/ifd.h does the work.
 #include <span>
 #include <string>
 #include <vector>
@@ -14,7 +13,7 @@ int AddArray(IFD* ifd, std::uint16_t tag, const T* values, std::uint32_t n) {
     return 0;
 }
 
-/// `Pair` is a Rational or an SRational, T the type of its halves.
+/// `Pair` is Rational or SRational; T is the type of its members.
 template <typename Pair, typename T>
 int AddPairs(IFD* ifd, std::uint16_t tag, const T* numerators, const T* denominators, std::uint32_t n) {
     std::vector<Pair> pairs;

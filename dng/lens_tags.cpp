@@ -18,7 +18,7 @@ constexpr std::uint32_t kThousandths = 1000;
 
 std::int32_t EstimatedFNumber(std::int32_t external_brightness, std::int32_t measured_light) {
     constexpr std::uint32_t offset = 285082;
-    // 32-bit arithmetic that may wrap, in the unsigned numbers where that is defined.
+    // The arithmetic may wrap at 32 bits, so it uses unsigned numbers, for which that is defined.
     return std::bit_cast<std::int32_t>(std::bit_cast<std::uint32_t>(external_brightness) -
                                        std::bit_cast<std::uint32_t>(measured_light) + offset);
 }
@@ -37,8 +37,8 @@ void AddLens(const lensdb::Lensdbtype& lens, IFD& exif_ifd) {
 }
 
 std::int32_t NearestAperture(std::span<const std::int32_t> apertures, std::int32_t estimate) {
-    // The walk ends where the distance grows, and not between equal ones: the later of two equally near
-    // entries wins.
+    // The loop ends where the distance grows but not where it stays equal: of two equally near entries, the
+    // later one wins.
     std::int64_t best = 100000000;
     std::int32_t nearest = apertures.front();
     for (const std::int32_t aperture : apertures) {
@@ -61,7 +61,7 @@ Apertures PictureApertures(const lensdb::Lensdbtype* lens, std::int32_t estimate
 }
 
 Rational MaxApertureValue(std::int32_t widest) {
-    // From left to right in double precision, which makes f/2 1999 thousandths, not 2000.
+    // Evaluated from left to right in double precision, so that f/2 gives 1999 thousandths, not 2000.
     const double value = 2000.0 * std::log(widest / lensdb::kApertureUnits) / std::log(2.0);
     return {Truncate<std::uint32_t>(value), kThousandths};
 }

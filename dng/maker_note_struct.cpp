@@ -12,20 +12,20 @@
 
 namespace {
 
-/// Where a value stands, counted from the note's base.
+/// Offset of a value, counted from the note's base.
 struct Offset {
-    bool is_there = false;  ///< false: the note ends before it
+    bool is_there = false;  ///< false if the note ends before the entry does
     std::uint32_t value = 0;
 };
 
-/// Steps from entry to entry and takes what stands in the value fields, whatever tag, type and count say.
+/// Steps from entry to entry and reads the value fields, regardless of tag, type and count.
 class EntryWalk {
   public:
     explicit EntryWalk(ByteView note) : note_{note} {}
 
     std::uint16_t EntryCount() const { return note_.Get<std::uint16_t>(maker_note::kHeaderSize); }
 
-    /// The number in the next value field; 0 when the note ends before the entry does.
+    /// The number in the next value field; 0 if the note ends before the entry does.
     template <std::unsigned_integral T>
     T Next() {
         const auto entry = NextEntry();
@@ -49,19 +49,19 @@ class EntryWalk {
 
 using Offsets = std::array<Offset, 3>;
 
-/// The byte of the note from which `offsets` count: the first one in the camera's DNGs; byte 8 in its JPEGs,
-/// and a DNG may carry the note of a JPEG. Values stand after the table, so offsets that lead there from the
-/// first byte count from it.
+/// The byte of the note from which `offsets` count: the first byte in the camera's DNGs, byte 8 in its JPEGs.
+/// A DNG may contain the note of a JPEG. The values follow the table, so offsets that point past the table
+/// when counted from the first byte do count from it.
 std::uint64_t BaseOf(const Offsets& offsets) {
-    constexpr std::uint64_t entries = 15;  // of the camera's, whatever the count says
+    constexpr std::uint64_t entries = 15;  // in the camera's notes, regardless of the count
     constexpr std::uint64_t table_end = maker_note::kHeaderSize + tiff::IFDSize(entries);
     const bool all_after_table = std::ranges::all_of(
         offsets, [](const Offset& offset) { return offset.is_there && offset.value >= table_end; });
     return all_after_table ? 0 : maker_note::kHeaderSize;
 }
 
-/// The two SLONGs at `offset` from `base`, each 0 when it is not all in the note; both are 0 without an
-/// offset.
+/// The two SLONGs at `offset` from `base`; each is 0 if it is not completely in the note, and both are 0 if
+/// there is no offset.
 std::vector<std::int32_t> PairAt(ByteView note, std::uint64_t base, Offset offset) {
     if (!offset.is_there) {
         return std::vector<std::int32_t>(2);

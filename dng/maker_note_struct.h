@@ -8,8 +8,8 @@
 
 #include "base/byte_view.h"
 
-/// The values of the maker note in a DNG that the camera wrote, taken by position: the camera writes its
-/// entries in one fixed order. A value that lies outside the note is 0.
+/// The values of the maker note in a camera DNG. They are read by position, since the camera writes the
+/// entries in a fixed order. A value that lies outside the note is 0.
 struct MakerNoteStruct {
     std::uint16_t entry_count = 0;
     std::uint32_t user_profile = 0;
@@ -17,7 +17,7 @@ struct MakerNoteStruct {
     std::uint16_t white_balance = 0;
     std::uint32_t lens = 0;  ///< low 8 bits: 6-bit lens code, 2-bit frame selector
 
-    // Numerator and denominator; the offsets are those of the entries. A pair without an offset is 0/0.
+    // Numerator and denominator, and the offset in the entry. A pair without an offset is 0/0.
     std::uint32_t external_brightness_offset = 0;
     std::vector<std::int32_t> external_brightness;
     std::uint32_t measured_light_offset = 0;
@@ -28,12 +28,12 @@ struct MakerNoteStruct {
     /// Temperature, colour temperature, UV/IR correction, four versions, image number.
     std::array<std::uint32_t, 8> further = {};
 
-    /// 6 bits; 0: the camera saw no coded lens.
+    /// The lens code: 6 bits; 0 means that the camera saw no coded lens.
     std::uint8_t LensCode() const;
 };
 
-/// Decodes the bytes of a MakerNote tag. The offsets of the pairs count from the note's first byte when the
-/// smallest of them is at least 194, where the table of the fifteen entries ends; otherwise from byte 8.
+/// Decodes the bytes of a MakerNote tag. The offsets of the pairs count from the note's first byte if all of
+/// them are at least 194, where the table of fifteen entries ends; otherwise they count from byte 8.
 MakerNoteStruct DecodeMakerNote(ByteView note);
 
 #endif  // VELMARCON_DNG_MAKER_NOTE_STRUCT_H

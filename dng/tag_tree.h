@@ -6,9 +6,9 @@
 
 /// The tags of one DNG file.
 struct TagTree {
-    IFD ifd0;      ///< the preview and what concerns the whole picture; without a preview also the raw image
+    IFD ifd0;      ///< the preview and data about the whole picture; without a preview also the raw image
     IFD sub_ifd;   ///< the raw image next to a preview; otherwise empty
-    IFD exif_ifd;  ///< how the picture was taken
+    IFD exif_ifd;  ///< the shooting data
 };
 
 #endif  // VELMARCON_DNG_TAG_TREE_H

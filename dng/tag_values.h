@@ -7,7 +7,8 @@
 
 #include "tiff/rational.h"
 
-/// Values that every written DNG carries, named after what they mean in TIFF 6.0, TIFF/EP and DNG 1.4.
+/// The values that are the same in every written DNG, named after their meaning in TIFF 6.0, TIFF/EP and DNG
+/// 1.4.
 namespace tag_values {
 
 constexpr std::uint16_t kRawBitsPerSample = 16;
@@ -31,22 +32,22 @@ constexpr Rational kFocalPlaneYResolution = {3764, 1};  ///< pixels per inch
 /// Rows and columns at each edge that a raw developer crops (DefaultCropOrigin).
 constexpr std::uint16_t kCropMargin = 2;
 
-/// WhiteLevel differs by one between the two places of the raw image, on purpose: files made so far carry it.
+/// WhiteLevel deliberately depends on the IFD of the raw image: files made so far contain these values.
 constexpr std::uint32_t kWhiteLevelInIFD0 = 16383;
 constexpr std::uint32_t kWhiteLevelInSubIFD = 16384;
 
 constexpr std::uint32_t kBayerGreenSplit = 500;
-constexpr Rational kNoAntiAliasing = {0, 1};   ///< AntiAliasStrength
-constexpr Rational kBaseline = {1, 1};         ///< BaselineNoise, BaselineSharpness: as the reference camera
-constexpr std::uint16_t kSafe = 1;             ///< MakerNoteSafety
-constexpr std::uint16_t kNoSelfTimer = 0;      ///< SelfTimerMode
+constexpr Rational kNoAntiAliasing = {0, 1};  ///< AntiAliasStrength
+constexpr Rational kBaseline = {1, 1};     ///< BaselineNoise, BaselineSharpness: same as the reference camera
+constexpr std::uint16_t kSafe = 1;         ///< MakerNoteSafety
+constexpr std::uint16_t kNoSelfTimer = 0;  ///< SelfTimerMode
 constexpr std::uint16_t kStandardLightA = 17;  ///< CalibrationIlluminant1
 constexpr std::uint16_t kD65 = 21;             ///< CalibrationIlluminant2
 constexpr std::array<std::uint8_t, 4> kDngVersion = {1, 4, 0, 0};
-/// 1.0.0.0 laid down in the order of a little-endian LONG, as the camera writes it.
+/// 1.0.0.0 in the byte order of a little-endian LONG, as the camera writes it.
 constexpr std::array<std::uint8_t, 4> kTiffEpStandard = {0, 0, 0, 1};
 
-constexpr std::uint32_t kPlaceholder = 0;  ///< of an offset that the layout fills in
+constexpr std::uint32_t kPlaceholder = 0;  ///< for an offset that the layout fills in
 
 }  // namespace tag_values
 

@@ -8,8 +8,8 @@
 
 #include "tiff/rational.h"
 
-/// The shooting data of one image, as read from the EXIF block of the camera's JPEG (Exif 2.3) and the maker
-/// note in it. Texts are as long as their EXIF component count says: a terminating NUL is part of them.
+/// The shooting data of one picture, read from the EXIF block of the camera's JPEG (Exif 2.3) and the maker
+/// note in it. Texts are as long as their EXIF component count says, including a terminating NUL.
 class EXIFInfo {
   public:
     /// Results of the parser; 0 is success.
@@ -22,17 +22,17 @@ class EXIFInfo {
     /// note, which deliberately keep what an earlier parse left.
     void clear();
 
-    /// Reads a whole JPEG file of `len` bytes in memory. Returns 0 or one of the results above; a file that
-    /// does not begin with SOI and end with EOI leaves the record as it was, after a later fault what was
-    /// decoded before it stays.
+    /// Reads a whole JPEG file of `len` bytes in memory. Returns 0 or one of the results above. A file that
+    /// does not begin with SOI and end with EOI leaves the record unchanged; after a later error, the values
+    /// decoded before it stay.
     [[nodiscard]] int parseFrom(const unsigned char* buf, unsigned int len);
     [[nodiscard]] int parseFrom(const std::string& data);
 
-    /// Reads the payload of an APP1 segment, beginning at "Exif". Values that lie outside it are left out.
+    /// Reads the payload of an APP1 segment, from "Exif" on. Values that lie outside `buf` are left out.
     [[nodiscard]] int parseFromEXIFSegment(const unsigned char* buf, unsigned int len);
 
-    /// Decodes MakerNote into the fields below it. Always
-    /// returns 0; entries that lie outside the note are skipped.
+    /// Decodes MakerNote into the fields of the maker note below. Always returns 0; values that lie outside
+    /// the note are skipped.
     int ParseMakerNote();
 
     bool LittleEndian = false;  ///< byte order of the EXIF block
@@ -46,12 +46,12 @@ class EXIFInfo {
     std::string Software;
     std::string DateTime;
 
-    // EXIF IFD; Copyright is IFD0's
+    // EXIF IFD, except Copyright, which is in IFD0
     std::string DateTimeOriginal;
     std::string DateTimeDigitized;
     std::string SubSecTimeOriginal;
     std::string Copyright;
-    Rational ExposureTime = kClearedRational;  ///< seconds, the fastest three snapped to their nominal values
+    Rational ExposureTime = kClearedRational;  ///< seconds; the three fastest have their nominal values
     Rational FNumber = kClearedRational;
     std::uint16_t ISOSpeedRatings = 0;
     std::uint16_t ExposureProgram = 0;
@@ -74,11 +74,11 @@ class EXIFInfo {
 
     // Maker note
     std::uint32_t SerialNumber = 0;  ///< of the camera
-    std::uint8_t LensCode = 0;       ///< 6 bits; 0: the camera saw no coded lens
+    std::uint8_t LensCode = 0;       ///< 6 bits; 0 means that the camera saw no coded lens
     std::uint8_t FrameSelector = 0;  ///< 2 bits; the frame lines that the lens's bayonet selects
     std::string LensCodeBits;        ///< LensCode as six "0"/"1" characters, most significant first
-    Rational Mn0311;                 ///< brightness seen by the external sensor; the halves are signed
-    Rational Mn0312;                 ///< light value measured through the lens; the halves are signed
+    Rational Mn0311;                 ///< brightness seen by the external sensor, a pair of signed numbers
+    Rational Mn0312;                 ///< light value measured through the lens, a pair of signed numbers
     Rational Mn0313;                 ///< approximate f-number
     Rational Mn0322;                 ///< white balance level, red
     Rational Mn0323;                 ///< white balance level, green

@@ -30,18 +30,19 @@ constexpr std::uint64_t kSegmentLengthSize = 2;  // bytes
 constexpr std::uint16_t kShortestSegment = 16;   // bytes, its length field included
 constexpr std::string_view kExifHeader("Exif\0\0", 6);
 
-/// Hands out the bytes of long values while together they are not longer than the file. Those of a real file
-/// never are; entries by the thousand that all name the same bytes would cost time and memory out of all
+/// Hands out the bytes of long values until their total exceeds the size of the file. In a real file it never
+/// does, but thousands of entries that all name the same bytes would cost time and memory out of all
 /// proportion.
 ///
-/// This bounds the parser: the file is searched once for its marker; IFD0 and the EXIF IFD are each walked
-/// once, wherever they stand, 65535 entries at most; no link leads further. What is copied, and what a maker
-/// note gives to walk, is no longer than the file. The record takes no more memory than the file.
+/// This bounds the parser. It searches the file once for the marker, and walks IFD0 and the EXIF IFD once
+/// each, wherever they are, with at most 65535 entries; it follows no other link. All copied values together,
+/// and the maker notes that it walks, are no longer than the file, so the record needs no more memory than
+/// the file.
 class ValueBudget {
   public:
     explicit ValueBudget(std::uint64_t file_size) : left_(file_size) {}
 
-    /// The bytes; none when they are too many.
+    /// The bytes of `value`; none if they exceed the budget.
     std::span<const std::uint8_t> Take(const tiff::ValueBytes& value) {
         const auto bytes = value.get();
         if (bytes.size() > left_) {
@@ -118,7 +119,7 @@ void StoreExposureTime(const IFEntry& entry, EXIFInfo& exif) {
     }
 }
 
-/// Only a RATIONAL is taken: the camera's JPEGs have the bits of a signed value in one. An SRATIONAL
+/// Accepts only a RATIONAL: the camera's JPEGs store the bits of a signed value in one. An SRATIONAL
 /// deliberately leaves the field cleared.
 void StoreExposureBias(const IFEntry& entry, EXIFInfo& exif) {
     if (entry.Format == tiff::kRational) {
@@ -126,7 +127,7 @@ void StoreExposureBias(const IFEntry& entry, EXIFInfo& exif) {
     }
 }
 
-/// The maker note is decoded the moment it is met, before the entries that follow it.
+/// Decodes the maker note at once, before the entries that follow it.
 void StoreMakerNote(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
     if (entry.Format == tiff::kUndefined) {
         Take(entry, budget, exif.MakerNote);
@@ -180,7 +181,7 @@ void StoreExifEntry(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
             return Take(entry, exif.FocalLengthIn35mmFilm);
         case tag::kSceneCaptureType:
             return Take(entry, exif.SceneCaptureType);
-        // These four are taken whatever the format says; one that did not fill the member gives its zero.
+        // These four are stored without a format check; with an unexpected format they become 0 or empty.
         case tag::kMaxApertureValue:
             exif.MaxApertureValue = entry.RationalValue;
             return;
@@ -198,12 +199,12 @@ void StoreExifEntry(const IFEntry& entry, ValueBudget& budget, EXIFInfo& exif) {
     }
 }
 
-/// Whether the IFD at `offset` lies in the block with its count, its entries and its link.
+/// Whether the whole IFD at `offset` lies in the block: its count, its entries and its link.
 bool HoldsIFD(const tiff::Block& block, std::uint64_t offset) {
     return block.bytes.Holds(offset, tiff::IFDSize(block.Get<std::uint16_t>(offset)));
 }
 
-/// Calls `store` with each entry of the IFD at `offset`, in order. The IFD lies in the block.
+/// Calls `store` with each entry of the IFD at `offset`, in order. The IFD must lie in the block.
 template <typename Store>
 void ForEachEntry(const tiff::Block& block, std::uint64_t offset, Store store) {
     const auto count = block.Get<std::uint16_t>(offset);
@@ -214,7 +215,8 @@ void ForEachEntry(const tiff::Block& block, std::uint64_t offset, Store store) {
 
 constexpr std::uint64_t kByteOrderMarkSize = 2;  // bytes
 
-/// Reads the byte order mark of `block`, whose header lies in the buffer. Returns 0 or the parser's code.
+/// Reads the byte order mark of `block`, which must contain the whole header. Returns 0 or a result of the
+/// parser.
 int ReadByteOrder(tiff::Block& block) {
     const auto mark = block.bytes.Bytes(block.base, kByteOrderMarkSize);
     if (mark[0] != mark[1] || (mark[0] != 'I' && mark[0] != 'M')) {
@@ -238,7 +240,7 @@ int EXIFInfo::parseFrom(const unsigned char* buf, unsigned int len) {
     }
     clear();
 
-    // The first APP1 marker at any byte position; segment lengths are not followed.
+    // Finds the first APP1 marker at any byte position, without following segment lengths.
     const auto marker = std::search(bytes.begin(), bytes.end(), kApp1Marker.begin(), kApp1Marker.end());
     const ByteView view(bytes);
     const auto segment = static_cast<std::uint64_t>(marker - bytes.begin()) + kMarkerSize;
@@ -249,7 +251,7 @@ int EXIFInfo::parseFrom(const unsigned char* buf, unsigned int len) {
     if (segment_length < kShortestSegment || !view.Holds(segment, segment_length)) {
         return kCorruptExif;
     }
-    // What follows the segment is handed on as well: a value may lie behind the segment's end.
+    // The payload includes what follows the segment: a value may lie after the segment's end.
     const auto payload = bytes.subspan(static_cast<std::size_t>(segment + kSegmentLengthSize));
     return parseFromEXIFSegment(payload.data(), static_cast<unsigned int>(payload.size()));
 }
@@ -293,7 +295,7 @@ int EXIFInfo::parseFromEXIFSegment(const unsigned char* buf, unsigned int len) {
         StoreIFD0Entry(entry, budget, *this);
     });
 
-    // An EXIF IFD whose link would already lie outside counts as none.
+    // An EXIF IFD so close to the end that not even its link would fit counts as missing.
     if (!block.bytes.Holds(exif_ifd, tiff::kLinkSize)) {
         return 0;
     }

@@ -23,7 +23,7 @@ SRational ExposureBiasInThirds(SRational ev) {
     if (ev.denominator == 0) {
         return {0, thirds};
     }
-    // Truncation, not rounding, also below zero: files made so far carry these values.
+    // Truncates instead of rounding, also below zero: files made so far contain these values.
     const double value = static_cast<double>(ev.numerator) / ev.denominator * thirds + 0.5;
     return {Truncate<std::int32_t>(value), thirds};
 }

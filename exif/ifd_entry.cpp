@@ -3,7 +3,7 @@
 
 namespace {
 
-/// A rational stands at its offset whatever the count says. 0/0 when it does not lie in the block as a whole.
+/// The rational at `offset`, regardless of the entry's count; 0/0 if not all of it lies in the block.
 Rational parseEXIFRational(const tiff::Block& block, std::uint64_t offset) {
     if (!block.bytes.Holds(offset, tiff::ElementSize(tiff::kRational))) {
         return {};

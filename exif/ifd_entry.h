@@ -7,7 +7,7 @@
 #include "tiff/entry.h"
 #include "tiff/rational.h"
 
-// Private to the EXIF parser: the entries of its IFDs.
+// The entries of the EXIF parser's IFDs; only the parser uses them.
 
 /// One entry with its value. Only the member that belongs to the format is filled.
 struct IFEntry {
@@ -23,11 +23,12 @@ struct IFEntry {
     std::uint8_t ByteValue = 0;
 };
 
-/// The tag of an entry whose format is not read; matches no tag that is.
+/// Replaces the tag of an entry whose format the parser does not read; it is not the number of any tag that
+/// it reads.
 constexpr std::uint16_t kIgnoredTag = 0xFF;
 
-/// Decodes the entry at `offset`, whose 12 bytes lie in the block. A text, a rational or UNDEFINED bytes that
-/// do not all lie in the block are empty, or 0/0. Of several numbers the first one is taken.
+/// Decodes the entry at `offset`, whose 12 bytes must lie in the block. A text or UNDEFINED bytes that do not
+/// all lie in the block are empty; a rational is then 0/0. Of several numbers, only the first is read.
 IFEntry parseIFEntry(const tiff::Block& block, std::uint64_t offset);
 
 #endif  // VELMARCON_EXIF_IFD_ENTRY_H

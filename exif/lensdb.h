@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-/// The lens database: lens records by their 6-bit lens code, read from `lensdb.ini`. The file holds one
-/// section a lens, named by the code as six "0"/"1" characters, with the keys Maker, Model, SerialNo,
-/// FocalLength and any number of Aperture lines; names are compared without case, other keys are ignored.
+/// The lens database, `lensdb.ini`: lens records by their 6-bit lens code. The file holds one section per
+/// lens, named by the code as six "0"/"1" characters, with the keys Maker, Model, SerialNo and FocalLength
+/// and any number of Aperture lines. Names are compared without case; other keys are ignored.
 class lensdb {
   public:
     /// One lens.
@@ -29,13 +29,13 @@ class lensdb {
     /// An empty database for the file `folder` + "lensdb.ini"; `folder` ends in a separator or is empty.
     explicit lensdb(const std::string& folder);
 
-    /// Reads the file. Returns 0, or the INI library's negative error code when it cannot be read; the lenses
-    /// then stay as they were. A bad number counts as its numeric prefix, or 0; one out of range as the
-    /// nearest that fits.
+    /// Reads the file. Returns 0, or the INI library's negative error code if it cannot be read; the lenses
+    /// then stay unchanged. A bad number counts as its numeric prefix, or 0; a number out of range counts as
+    /// the nearest that fits.
     [[nodiscard]] int LoadLensData();
 
     std::string DatabaseFile;                  ///< path of lensdb.ini
-    std::map<std::string, Lensdbtype> Lenses;  ///< by lens code, as EXIFInfo::LensCodeBits has it
+    std::map<std::string, Lensdbtype> Lenses;  ///< by lens code, in the form of EXIFInfo::LensCodeBits
 };
 
 #endif  // VELMARCON_EXIF_LENSDB_H

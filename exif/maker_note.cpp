@@ -26,22 +26,22 @@ constexpr std::uint16_t kBlueLevelTag = 0x0324;
 
 constexpr int kLensCodeLength = 6;
 
-/// Reads the note's entries, in order. Offsets count from the end of the header.
+/// Reads the note's entries in order. Offsets count from the end of the header.
 class NoteReader {
   public:
     explicit NoteReader(ByteView note) : block_{note, maker_note::kHeaderSize} {}
 
-    /// The number of entries, as the note states it.
+    /// The number of entries that the note states.
     std::uint64_t EntryCount() const { return block_.Get<std::uint16_t>(maker_note::kHeaderSize); }
 
-    /// Entry `index`; nothing when it does not lie in the note.
+    /// Entry `index`; std::nullopt if it does not lie in the note.
     std::optional<tiff::Entry> Entry(std::uint64_t index) const {
         return tiff::ReadEntry(block_, tiff::EntryPosition(maker_note::kHeaderSize, index));
     }
 
-    /// The value of the next entry; nothing when it does not lie in the note.
+    /// The value of `entry`, which must be the next one; std::nullopt if the value does not lie in the note.
     std::optional<tiff::ValueBytes> Value(const tiff::Entry& entry) {
-        // Only the low byte of the type counts. An unknown type keeps the size of the entry before it.
+        // Only the low byte of the type counts. A value of unknown type has the size of the value before it.
         const auto type = static_cast<std::uint8_t>(entry.type);
         if (const std::uint32_t unit = UnitSize(type); unit != 0) {
             value_size_ = std::uint64_t{entry.count} * unit;
@@ -50,7 +50,7 @@ class NoteReader {
     }
 
   private:
-    /// Bytes a value of `type`; 0 for a type that the note does not know, UNDEFINED among them.
+    /// Size in bytes of one value of `type`; 0 for an unknown type, of which UNDEFINED is one here.
     static constexpr std::uint32_t UnitSize(std::uint8_t type) {
         switch (type) {
             case tiff::kUndefined:
@@ -68,7 +68,7 @@ class NoteReader {
     std::uint64_t value_size_ = 0;
 };
 
-/// The `position`-th LONG of a value; bytes beyond the value's end count as 0.
+/// LONG number `position` of a value, counted from 0; bytes past the value's end count as 0.
 std::uint32_t Long(std::span<const std::uint8_t> value, std::size_t position) {
     std::array<std::uint8_t, sizeof(std::uint32_t)> bytes = {};
     const std::size_t begin = std::min(position * bytes.size(), value.size());

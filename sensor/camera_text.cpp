@@ -15,8 +15,8 @@ std::string_view WithoutLeadingBlanks(std::string_view line) {
     return line.substr(std::min(line.find_first_not_of(kBlanks), line.size()));
 }
 
-/// Whether the library sees one line where this is one, up to a line feed: a lone carriage return ends one,
-/// too, and the name of a section may go on in the next.
+/// Whether the library, too, treats `line`, which ends at a line feed, as one line: for the library, a lone
+/// carriage return also ends a line, and the name of a section may continue in the next line.
 bool IsPlain(std::string_view line) {
     const bool ends_early = line.find('\r') < line.size() - 1;
     return !ends_early && (!line.starts_with('[') || line.find(']') != std::string_view::npos);
@@ -38,7 +38,7 @@ std::string CameraText(const std::string& text, int serial) {
         return text;
     }
     std::string kept;
-    bool is_camera = serial == database_names::SerialOf("");  // whose keys stand before the first section
+    bool is_camera = serial == database_names::SerialOf("");  // its keys come before the first section
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('\n', begin), text.size() - 1) + 1;
         const std::string_view whole(text.data() + begin, end - begin);

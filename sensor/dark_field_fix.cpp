@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// Removal of the sensor's dark level, column by column.
+// SPDX-License-Identifier: MIT Subtracts the sensor's dark levels, column by column.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -18,8 +17,8 @@
 
 namespace {
 
-/// The levels that an image of `width` columns needs, scaled by `gain`; none when it is no frame of the
-/// sensor or there are too few levels.
+/// The levels for an image of `width` columns, scaled by `gain`; none if that is not the width of a frame or
+/// if there are too few levels.
 std::vector<float> FrameLevels(std::span<const float> correction, int width, float gain) {
     using namespace sensor_frame;
     const std::size_t first = width == kCroppedWidth ? kCroppedLevelColumn : 0;
@@ -33,8 +32,8 @@ std::vector<float> FrameLevels(std::span<const float> correction, int width, flo
     return levels;
 }
 
-/// Subtracts `levels` and `random`, each pixel's share of the dither, from a row. Only the low 16 bits of a
-/// level count. Through bare pointers: a check of each index would double the time.
+/// Subtracts from each pixel of a row the whole part of its level plus its random number; only the low 16
+/// bits of that count. Uses bare pointers: checking each index would double the time.
 void SubtractDithered(std::span<std::uint16_t> row, const float* levels, const float* random) {
     std::uint16_t* const pixels = row.data();
     for (std::size_t x = 0; x < row.size(); ++x) {
@@ -43,7 +42,7 @@ void SubtractDithered(std::span<std::uint16_t> row, const float* levels, const f
     }
 }
 
-/// For levels of which no dark reference makes any: negative ones, and those beyond 16 bits.
+/// For levels that no dark reference contains: negative ones, and those beyond 16 bits.
 void SubtractAnyLevels(std::span<std::uint16_t> pixels, std::span<const float> levels, Dither& dither) {
     std::vector<float> random((levels.size() + Dither::kLanes - 1) / Dither::kLanes * Dither::kLanes);
     while (!pixels.empty()) {
@@ -54,7 +53,7 @@ void SubtractAnyLevels(std::span<std::uint16_t> pixels, std::span<const float> l
     }
 }
 
-/// Dithered: so no banding is left by what a whole number can't express.
+/// Dithers the fractions of the levels, which rounding would turn into banding.
 void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float> levels) {
     Dither dither;
     if (const auto split = SplitLevels::Of(levels)) {
@@ -64,8 +63,8 @@ void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float
     }
 }
 
-/// Column levels and row offsets together. The right half takes its offsets in reverse row order, as its
-/// read-out does; column x has level x whatever the frame.
+/// Subtracts column levels and row offsets together. The right half gets its offsets in reverse row order,
+/// because it is read out in that order; column x gets level x in either frame.
 void SubtractWithRowOffsets(std::span<std::uint16_t> pixels, std::span<const float> correction, int width,
                             int height, float gain) {
     const auto columns = static_cast<std::size_t>(width);

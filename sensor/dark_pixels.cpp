@@ -7,10 +7,10 @@
 
 namespace {
 
-constexpr std::size_t kLanes = 32;  ///< pixels side by side; the samples are every second one
+constexpr std::size_t kLanes = 32;  ///< pixels in one vector step; every second one is a sample
 
-/// Counts the first pixel of each two in blocks of kLanes pixels, in lanes of 16 bits, which hold the sums of
-/// kMostBlocks.
+/// Counts the first pixel of every pair in blocks of kLanes pixels. The lanes have 16 bits, which hold the
+/// sums of kMostBlocks blocks.
 struct CountBlocks {
     static constexpr std::size_t kMostBlocks = 512;
 
@@ -47,7 +47,7 @@ DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, s
     }
     const std::uint16_t* pixel = &pixels[start];
     std::size_t left = std::min(samples, (pixels.size() - start + 1) / 2);
-    // The last sample's neighbour may lie outside the image: it is left to the loop below.
+    // The neighbour of the last sample may lie outside the image, so that sample is left to the loop below.
     while (2 * left > kLanes) {
         const std::size_t blocks = std::min((2 * left - 1) / kLanes, CountBlocks::kMostBlocks);
         dark += instruction_set::Run<CountBlocks>(version, pixel, blocks, threshold);

@@ -8,9 +8,10 @@
 
 #include "sensor/instruction_set.h"
 
-/// The sum and the number of the pixels below a threshold, in one row: 32 bits hold those of 39 million.
+/// The sum and the number of the pixels below a threshold, in one row. 32 bits are enough for 39 million
+/// pixels.
 struct DarkPixels {
-    /// Up to this threshold pixels can be counted.
+    /// The highest threshold with which pixels can be counted.
     static constexpr std::uint16_t kHighestThreshold = 111;
 
     std::uint32_t sum = 0;
@@ -23,8 +24,8 @@ struct DarkPixels {
     }
 };
 
-/// Looks at `samples` pixels, every second one from `start` on; those outside the image don't count. Each
-/// version gives the same result.
+/// Counts the dark ones among `samples` pixels, every second one from `start` on; samples outside the image
+/// do not count. Every version gives the same result.
 DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, std::size_t samples,
                      std::uint16_t threshold, InstructionSet version = instruction_set::Best());
 

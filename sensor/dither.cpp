@@ -7,7 +7,7 @@ namespace {
 
 /// A number of 30 or 31 random bits.
 std::uint32_t LibraryNumber() {
-    constexpr int few_bits = 0x7FFF;                        // of Windows
+    constexpr int few_bits = 0x7FFF;                        // RAND_MAX on Windows
     auto number = static_cast<std::uint32_t>(std::rand());  // NOLINT(cert-msc30-c,cert-msc50-cpp)
     if constexpr (RAND_MAX == few_bits) {
         number =
@@ -16,8 +16,8 @@ std::uint32_t LibraryNumber() {
     return number;
 }
 
-/// Spreads the bits of the library's number over all 32 (the finaliser of MurmurHash3): neighbouring seeds
-/// become unrelated states. Never 0, from which a generator could not move.
+/// Spreads the bits of the library's number over all 32 bits (with the finaliser of MurmurHash3), so that
+/// neighbouring seeds give unrelated states. Never returns 0, which a generator cannot leave.
 std::uint32_t Seed() {
     std::uint32_t x = LibraryNumber();
     x ^= x >> 16U;

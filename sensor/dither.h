@@ -8,24 +8,24 @@
 #include <cstdint>
 #include <span>
 
-/// Uniform random numbers of 16 bits, many at a time: independent generators side by side (xorshift32, period
-/// 2^32 - 1 each, two numbers a step), which the compiler turns into vector instructions.
+/// Uniform 16-bit random numbers, made by independent generators that run in parallel, so that the compiler
+/// can use vector instructions (xorshift32, each with a period of 2^32 - 1 and two numbers per step).
 class Dither {
   public:
-    static constexpr std::size_t kLanes = 32;  ///< numbers a step
+    static constexpr std::size_t kLanes = 32;  ///< numbers per step
     using Generators = std::array<std::uint32_t, kLanes / 2>;
     using Numbers = std::array<std::uint16_t, kLanes>;
 
-    /// Takes its seeds from the C library's random sequence.
+    /// Draws the seeds from the C library's random sequence.
     Dither();
 
     /// Fills `values`, whose number must be a multiple of kLanes, with the next numbers, in [0, 1).
     void Fill(std::span<float> values);
 
-    /// For a loop that keeps the generators in registers: gives the state to Step from, and takes it back.
+    /// The state, for a loop that keeps the generators in registers, calls Step and stores the state back.
     Generators& generators() { return generators_; }
 
-    /// Moves the generators on and gives the next numbers.
+    /// Advances the generators and returns the next numbers.
     [[gnu::always_inline]] static Numbers Step(Generators& generators) {
         for (std::uint32_t& generator : generators) {
             std::uint32_t x = generator;

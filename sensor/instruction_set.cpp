@@ -7,7 +7,7 @@ namespace instruction_set {
 
 bool IsAvailable(InstructionSet set) {
 #if defined(__x86_64__) && defined(__GNUC__)
-    // These ask the operating system, too, whether it keeps the wide registers.
+    // These also check that the operating system saves the wide registers.
     switch (set) {
         case InstructionSet::kAvx512:
             return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&

@@ -4,8 +4,8 @@
 
 #include <array>
 
-/// The vector instructions for which a loop over pixels is compiled. Each version gives the same result; only
-/// x86-64 processors have more than the first, which is what the compiler takes anyway.
+/// The vector instructions for which a loop over pixels is compiled. Every version gives the same result.
+/// kBaseline is what the compiler uses by default; only x86-64 processors have the others.
 enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 
 namespace instruction_set {
@@ -13,15 +13,15 @@ namespace instruction_set {
 inline constexpr std::array kAll = {InstructionSet::kBaseline, InstructionSet::kAvx2,
                                     InstructionSet::kAvx512};
 
-/// Whether program, processor and operating system have `set`.
+/// Whether the program, the processor and the operating system support `set`.
 bool IsAvailable(InstructionSet set);
 
-/// The widest vectors that are available.
+/// The available set with the widest vectors.
 InstructionSet Best();
 
-// Attributes on functions, and not a file of its own for each set: inline functions of the library that such
-// a file compiled could end up in the whole program. MinGW, too, has these attributes, but no choice of a
-// version while the program is loaded.
+// Attributes on functions instead of a separately compiled file for each set: the linker could use that
+// file's copies of the library's inline functions in the whole program. Instead of automatic dispatch
+// (target_clones) as well, because MinGW does not support it.
 #if defined(__x86_64__) && defined(__GNUC__)
 
 template <typename Loop, typename... Arguments>
@@ -49,7 +49,7 @@ auto RunAvx512(Arguments... arguments) {
 #endif
 
 /// Calls Loop::Run(arguments...) in the version for `set`, which must be available. Loop::Run must be
-/// [[gnu::always_inline]]: only what is compiled into a version has its instructions.
+/// [[gnu::always_inline]]: only code that is inlined into a version is compiled for its instructions.
 template <typename Loop, typename... Arguments>
 auto Run(InstructionSet set, Arguments... arguments) {
     switch (set) {

@@ -1,6 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Repair of defective sensor columns from their neighbours of the same colour: two columns away, or, for
-// every other pixel, one row and one column away as well.
+// SPDX-License-Identifier: MIT Repairs defective sensor columns from their neighbours of the same colour:
+// those two columns away and, for every other pixel, also those one row and one column away.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -12,19 +11,19 @@
 
 namespace {
 
-/// One entry of a defect list.
+/// One group of a defect list.
 struct DefectGroup {
     std::uint16_t column;
     std::uint16_t first_row;
     std::uint16_t second_column;
     std::uint16_t end_row;
 
-    /// From the values of one group.
+    /// Takes the four values of a group.
     explicit DefectGroup(const std::uint16_t* values)
         : column(values[0]), first_row(values[1]), second_column(values[2]), end_row(values[3]) {}
 
-    /// Into the cropped frame, in 16 bits that may wrap: what lies outside ends up far outside. The end row
-    /// is clamped but, unlike the first row, not moved.
+    /// Moves the group into the cropped frame, in 16 bits that may wrap: a position outside the frame ends up
+    /// far outside. The end row is clamped but, unlike the first row, not moved.
     void MoveToCroppedFrame(int height) {
         using namespace sensor_frame;
         end_row = static_cast<std::uint16_t>(std::min<int>(end_row, height));
@@ -34,9 +33,9 @@ struct DefectGroup {
     }
 };
 
-/// The neighbours of one pixel, by their distance in the buffer: at the first
-/// and last column a diagonal one is at the other end of a row next to it.
-/// One that would lie outside the buffer is replaced by its mirror image.
+/// The neighbours of one pixel, by their distance in the buffer: in the first and last column a diagonal
+/// neighbour wraps to the far end of the adjacent row. A neighbour outside the buffer is replaced by its
+/// mirror image.
 class Neighbours {
   public:
     Neighbours(const unsigned short* pixel, int column, int row, int width, int height)
@@ -59,7 +58,7 @@ class Neighbours {
         if (Inside(distance)) {
             return pixel_[distance];
         }
-        // An image too small for either keeps its pixel.
+        // In an image too small for either, the pixel stands in for its neighbour.
         return Inside(mirrored) ? pixel_[mirrored] : *pixel_;
     }
 
@@ -69,7 +68,7 @@ class Neighbours {
     std::ptrdiff_t behind_;
 };
 
-constexpr int kEdge = 2;  // columns at each side with a neighbour on one side only
+constexpr int kEdge = 2;  // columns on each side of the image with a neighbour on one side only
 
 int HorizontalMean(const Neighbours& near, int column, int width) {
     if (column < kEdge) {
@@ -81,8 +80,8 @@ int HorizontalMean(const Neighbours& near, int column, int width) {
     return (near.Left() + near.Right()) / 2;
 }
 
-/// At the edges the horizontal term holds one pixel instead of two, but the divisor stays: such a pixel comes
-/// out at about nine tenths of its neighbours' mean, and is meant to.
+/// In the columns at the edge the horizontal term is one pixel instead of two, but the divisor stays the
+/// same. Such a pixel deliberately comes out at about nine tenths of its neighbours' mean.
 int DiagonalMean(const Neighbours& near, int column, int row, int width, int height) {
     int horizontal = near.Left() + near.Right();
     if (column < kEdge) {

@@ -8,7 +8,7 @@
 #include "sensor/sensdb.h"
 #include "sensor/sensorfixtools.h"
 
-/// An image as the corrections take it, wherever it came from.
+/// An image to be corrected, from a pair or from a camera DNG.
 struct SensorImage {
     std::uint32_t serial = 0;  ///< of the camera
     std::uint16_t iso = 0;
@@ -17,8 +17,8 @@ struct SensorImage {
     int height = 0;
 };
 
-/// The two corrections of sensorfixtools as a run makes them, for conversion and repair alike: what is
-/// printed about them, and when they are left out because the database has nothing for the camera.
+/// Calls the two corrections of sensorfixtools for conversion and repair: prints the lines about them, and
+/// leaves them out if the database has no values for the camera.
 class ReportedCorrections {
   public:
     ReportedCorrections(const SensorImage& image, sensdb& sensors, bool verbose)
@@ -28,8 +28,7 @@ class ReportedCorrections {
     /// columns is left unchanged, silently.
     void FixPixelLines(bool test);
 
-    /// Removes the dark field; see sensorfixtools::fixBlackLevels.
-    /// Returns whether the camera has levels for it.
+    /// Subtracts the dark levels; see sensorfixtools::fixBlackLevels. Returns false if the camera has none.
     bool FixDarkField(bool estimate);
 
   private:

@@ -8,17 +8,17 @@
 
 namespace {
 
-/// Pixels below it tell which rows are darker, the even or the odd ones.
+/// Pixels below this decide whether the even or the odd rows are darker.
 constexpr std::uint16_t kDarkForComparison = 111;
-/// Pixels below it make the offsets.
+/// Pixels below this determine the offsets.
 constexpr std::uint16_t kDarkForOffset = 100;
 
-/// Walks an image two pixels at a time and measures half rows on the way.
+/// Goes through an image two pixels at a time and measures half rows.
 class HalfRowReader {
   public:
     HalfRowReader(std::span<const std::uint16_t> pixels, std::size_t start) : pixels_(pixels), next_(start) {}
 
-    /// Measures the next `samples` pixels, every second one being a sample.
+    /// Measures the next `samples` samples; every second pixel is one.
     void Measure(std::size_t samples) {
         dark_ = CountDark(pixels_, next_, samples, kDarkForOffset);
         next_ += 2 * samples;
@@ -34,8 +34,8 @@ class HalfRowReader {
     DarkPixels dark_;
 };
 
-/// Whether the dark pixels of the even rows add up to less than those of the odd rows. Of each two pixels,
-/// counted from the start of the image, the first is looked at in even rows and the second in odd ones.
+/// Whether the dark pixels of the even rows add up to less than those of the odd rows. Of each pair of
+/// pixels, counted from the start of the image, the first counts in even rows and the second in odd rows.
 bool EvenRowsAreDarker(std::span<const std::uint16_t> pixels, std::size_t width) {
     std::uint64_t even = 0;
     std::uint64_t odd = 0;
@@ -51,15 +51,16 @@ bool EvenRowsAreDarker(std::span<const std::uint16_t> pixels, std::size_t width)
     return even < odd;
 }
 
-/// Rows between two measured ones lie midway between them.
+/// Sets the offsets of the row before `y` to the mean of its two neighbours, which are measured.
 void FillRowBefore(RowOffsets& offsets, std::size_t y) {
     offsets.left[y - 1] = (offsets.left[y - 2] + offsets.left[y]) / 2;
     offsets.right[y - 1] = (offsets.right[y - 2] + offsets.right[y]) / 2;
 }
 
-/// Offsets of rows 0, 2, 4, ... The reading goes on from one to the next without passing over a row, so they
-/// are measured on rows 0, 1, 2, ... of the image; and they are divided by the pixels of half a row, not by
-/// those that were dark. The estimator is defined so. The last of an even number of rows keeps 0.
+/// Offsets of rows 0, 2, 4, ... The estimator is defined so that the reader does not skip the rows in
+/// between: the offsets are measured on rows 0, 1, 2, ... of the image. They are divided by the number of
+/// pixels in half a row, not by the number of dark pixels. If the number of rows is even, the last row keeps
+/// 0.
 void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
     const std::size_t half = width / 2;
     const auto divisor = static_cast<float>(half);
@@ -76,7 +77,7 @@ void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, R
 }
 
 /// Offsets of rows 1, 3, 5, ..., measured on these rows and divided by the number of dark pixels. A half row
-/// without any has no value.
+/// without dark pixels gives NaN.
 void MeasureOddRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
     const std::size_t half = width / 2;
     HalfRowReader meter(pixels, width + 1);
@@ -95,7 +96,7 @@ void MeasureOddRows(std::span<const std::uint16_t> pixels, std::size_t width, Ro
     }
 }
 
-/// In single precision and row order, as the offsets themselves.
+/// Sums in single precision and row order, like the offsets themselves.
 void SubtractMean(std::vector<float>& offsets) {
     const float mean =
         std::accumulate(offsets.begin(), offsets.end(), 0.0F) / static_cast<float>(offsets.size());

@@ -6,14 +6,15 @@
 #include <span>
 #include <vector>
 
-/// What each row of an image has to lose in the left and in the right half of the sensor, in raw units.
+/// The amounts to subtract from each row of an image, in the left and in the right half of the sensor, in raw
+/// units.
 struct RowOffsets {
     std::vector<float> left;   ///< by row
     std::vector<float> right;  ///< by row
 };
 
 /// Estimates the offsets of an image of `width` columns and `height` rows from its dark pixels; their mean is
-/// 0. An image without dark pixels can give offsets that are infinite or not a number.
+/// 0. An image without dark pixels can give offsets that are infinite or NaN.
 RowOffsets EstimateRowOffsets(std::span<const std::uint16_t> pixels, int width, int height);
 
 #endif  // VELMARCON_SENSOR_ROW_OFFSETS_H

@@ -25,7 +25,7 @@ namespace {
 using database_names::kLevelKey;
 using database_names::kLineKey;
 
-/// The number that `text` begins with, 0 without one; one beyond the range of a float is infinite.
+/// The number at the start of `text`; 0 if there is none, infinite if it is beyond the range of a float.
 float ToFloat(const char* text) {
     const double value = std::strtod(text, nullptr);
     constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
@@ -36,7 +36,8 @@ float ToFloat(const char* text) {
     return value < -largest ? -infinity : static_cast<float>(value);
 }
 
-/// The values of a key may stand under several spellings of it; the first one in the file counts.
+/// The library treats several spellings of a key, such as "line" and "Line", as one; the first in the file
+/// counts for all.
 sensdb::Sensdbtype ReadCamera(const ini_file::File::TKeyVal& section) {
     sensdb::Sensdbtype camera;
     const char* name = nullptr;
@@ -66,8 +67,8 @@ std::map<int, sensdb::Sensdbtype> ReadCameras(const ini_file::File& ini) {
     return cameras;
 }
 
-/// Whether a defect list names no more pixels than the sensor has, each as often as it is named. No camera
-/// needs a longer one, and the time that a picture takes is bounded.
+/// Whether a defect list names at most as many pixels as the sensor has; a pixel named twice counts twice. No
+/// camera needs a longer list, and the limit bounds the time that a picture takes.
 bool FitsSensor(const std::vector<std::uint16_t>& list) {
     std::int64_t pixels = 0;
     for (std::size_t i = 0; i + sensdb::Sensdbtype::kLineGroup <= list.size();
@@ -80,8 +81,8 @@ bool FitsSensor(const std::vector<std::uint16_t>& list) {
     return pixels <= raw_layout::kPixelCount;
 }
 
-/// Adds the camera's section; one without values leaves no trace. Returns whether there was memory for all of
-/// it.
+/// Adds the camera's section, or nothing for a camera without values. Returns false if there was not enough
+/// memory.
 bool AddCamera(ini_file::File& ini, int serial, const sensdb::Sensdbtype& camera) {
     constexpr const char* no_comment = nullptr;
     const std::string section = std::to_string(serial);
@@ -140,7 +141,7 @@ int sensdb::Load(std::optional<int> camera) {
             Forget();
             return SI_FILE;
         }
-        // A file with a time in the future is read for every image; it is not taken apart for every image.
+        // A file with a time in the future is read again for every image, but not parsed again.
         if (text != text_) {
             Forget();
             text_ = std::move(text);
@@ -157,8 +158,8 @@ int sensdb::Load(std::optional<int> camera) {
     return result_;
 }
 
-/// Takes the cameras of the file's text, or only one. Returns 0 or the INI library's error code; the cameras
-/// then stay as they were.
+/// Takes over all cameras in the file's text, or only `camera`. Returns 0, or the INI library's error code;
+/// the cameras then stay unchanged.
 int sensdb::Take(const std::string& text, std::optional<int> camera) {
     ini_file::File ini;
     ini.SetMultiKey(true);
@@ -192,8 +193,8 @@ void sensdb::Forget() {
 int sensdb::CalcSensLevel(ReadInputData* image) {
     const auto width = static_cast<std::size_t>(image->Width);
     const auto height = static_cast<std::size_t>(image->Height);
-    // The sums wrap at 16 bits: the levels of every database made so far are those of wrapped sums, and
-    // differences between columns come out right as long as they stay below what 16 bits hold.
+    // The sums wrap at 16 bits: the levels of every database made so far come from wrapped sums, and
+    // differences between columns are right as long as they fit into 16 bits.
     std::vector<std::uint16_t> sums(width);
     for (std::size_t y = 0; y < height; ++y) {
         const std::uint16_t* row = image->ImageData.data() + y * width;
@@ -223,9 +224,9 @@ int sensdb::WriteSensData() {
     if (unreadable_) {
         return ReportUnwritten(DatabaseFile, "the file that is there could not be read");
     }
-    std::erase(text, '\r');  // lines end alike on all systems, and not as the library has it on Windows
+    std::erase(text, '\r');  // on Windows, too, so that lines end alike on all systems
     Forget();
-    // One that no later run could load is not written.
+    // A file that no later run could load is not written.
     const std::error_code error = text.size() > ini_file::kLongestFile
                                       ? std::make_error_code(std::errc::file_too_large)
                                       : ReplaceFile(DatabaseFile, text);

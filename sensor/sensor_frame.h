@@ -2,17 +2,17 @@
 #ifndef VELMARCON_SENSOR_SENSOR_FRAME_H
 #define VELMARCON_SENSOR_SENSOR_FRAME_H
 
-/// The two frames in which sensor data come, in pixels.
+/// The two sizes of sensor images, in pixels.
 namespace sensor_frame {
 
-constexpr int kFullWidth = 3968;     ///< of a RAW file, and of the sensor database
+constexpr int kFullWidth = 3968;     ///< of a RAW file and of the sensor database
 constexpr int kCroppedWidth = 3920;  ///< of a DNG that the camera wrote
 
-// Where the cropped frame lies in the full one. Column levels and defect lists differ by one column, on
-// purpose: the databases in use have been made with these values.
-constexpr int kCroppedLevelColumn = 23;   ///< of the first pixel, for dark levels
-constexpr int kCroppedDefectColumn = 24;  ///< of the first pixel, for defect lists
-constexpr int kCroppedDefectRow = 6;      ///< of the first row, for the first row of a defect
+// Position of the cropped frame in the full one. Dark levels and defect lists differ by one column on
+// purpose: the databases in use were made with these values.
+constexpr int kCroppedLevelColumn = 23;   ///< full-frame column of the first pixel, for dark levels
+constexpr int kCroppedDefectColumn = 24;  ///< full-frame column of the first pixel, for defect lists
+constexpr int kCroppedDefectRow = 6;  ///< full-frame row of the first pixel, for the first row of a defect
 
 constexpr unsigned short kWhite = 16383;  ///< the largest 14-bit value
 

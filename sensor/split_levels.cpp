@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr float kUnit = 65536.0F;  ///< of a fraction, and the end of what 16 bits hold
+constexpr float kUnit = 65536.0F;  ///< units of a fraction; also one more than 16 bits hold
 constexpr std::size_t kLanes = Dither::kLanes;
 
-/// One step of the dither, as many pixels side by side. Everything has 16 bits: the sum of fraction and
+/// Corrects the kLanes pixels of one step of the dither. Everything is 16 bits wide: the sum of fraction and
 /// random number wraps where the level is to be rounded up.
 [[gnu::always_inline]] inline void SubtractStep(std::uint16_t* pixels, const std::uint16_t* whole,
                                                 const std::uint16_t* fraction,
@@ -21,7 +21,7 @@ constexpr std::size_t kLanes = Dither::kLanes;
     }
 }
 
-/// Through bare pointers: a check of each index would double the time of a correction.
+/// Uses bare pointers: checking each index would double the time of a correction.
 struct SubtractRow {
     [[gnu::always_inline]] static void Run(std::uint16_t* pixels, std::size_t count,
                                            const std::uint16_t* whole, const std::uint16_t* fraction,

@@ -12,16 +12,16 @@
 #include "sensor/instruction_set.h"
 
 /// The dark levels of a row, each split into a whole number and a fraction of 16 bits, so that a dithered
-/// subtraction needs numbers of 16 bits only.
+/// subtraction needs only 16-bit numbers.
 class SplitLevels {
   public:
-    /// Splits `levels`, one a column; nothing without any, and when one is negative, or 65536 or more, or not
-    /// a number.
+    /// Splits `levels`, one per column. Returns std::nullopt if there are none, or if one is negative, NaN,
+    /// or 65536 or more.
     static std::optional<SplitLevels> Of(std::span<const float> levels);
 
     /// Subtracts the levels from each row of `pixels`, whose last row may be incomplete. A level with the
-    /// fraction f is rounded up with the probability f, to 1/65536, and 65536 then is 0; a pixel below it
-    /// becomes 0. Each version gives the same result for the same state of `dither`.
+    /// fraction f is rounded up with probability f, in steps of 1/65536; 65536 wraps to 0. A pixel below the
+    /// rounded level becomes 0. Every version gives the same result for the same state of `dither`.
     void SubtractFrom(std::span<std::uint16_t> pixels, Dither& dither,
                       InstructionSet version = instruction_set::Best()) const;
 

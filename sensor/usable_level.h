@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-/// `level` where an int can hold it; else 0, which leaves a pixel as it is. For loops over pixels.
+/// `level` if an int can hold it; otherwise 0, which leaves a pixel unchanged. For loops over pixels.
 [[gnu::always_inline]] inline float UsableLevel(float level) {
     constexpr float limit = 2147483648.0F;
     return std::abs(level) < limit ? level : 0.0F;

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// In single precision, which decides what the whole part is. Through bare pointers: a check of each index
+/// Calculates in single precision, on which the whole part depends. Uses bare pointers: checking each index
 /// would double the time.
 struct SubtractLoop {
     [[gnu::always_inline]] static void Run(std::uint16_t* pixels, std::size_t count, const float* levels,

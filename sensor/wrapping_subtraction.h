@@ -8,8 +8,8 @@
 #include "sensor/instruction_set.h"
 
 /// Subtracts from each pixel of `row` the whole part of (its level + `offset`) x `gain`, in 16 bits that
-/// wrap: nothing is clamped at 0, and a negative level raises the pixel. `levels` has one a pixel. Each
-/// version gives the same result.
+/// wrap: nothing is clamped at 0, and a negative level raises the pixel. `levels` holds one level per pixel.
+/// Every version gives the same result.
 void SubtractWrapping(std::span<std::uint16_t> row, std::span<const float> levels, float offset, float gain,
                       InstructionSet version = instruction_set::Best());
 

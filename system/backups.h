@@ -7,25 +7,25 @@
 #include <string>
 #include <system_error>
 
-/// Backups of a file that is about to be replaced: under its name with a number, such as sensdb.ini.1. No
-/// backup is ever replaced.
+/// Backups of a file that is about to be replaced. Each has the file's name and a number, such as
+/// sensdb.ini.1. No backup is ever replaced.
 namespace backups {
 
-/// What the file contains.
+/// The content of the file, which the caller knows how to compare and to write.
 struct Content {
-    /// Whether the file `copy` contains the same.
+    /// Whether the file `copy` has the same content.
     std::function<bool(const std::string& copy)> is_in;
 
     /// Writes the file `copy`, completely or not at all. Returns file_exists if the name is taken.
     std::function<std::error_code(const std::string& copy)> write_to;
 };
 
-/// The highest number of a backup of the file `path`; 0 if there is none. If the folder cannot be listed to
-/// its end, `error` says why, and the number is that of the listed names.
+/// The highest number of any backup of the file `path`; 0 if there is none. If the folder cannot be listed
+/// completely, `error` says why, and the result covers only the names that were listed.
 [[nodiscard]] std::uint32_t HighestNumber(const std::string& path, std::error_code& error);
 
-/// Backs up the file `path` under the first free number after `highest`, and puts the name of the backup into
-/// `made`; that stays empty if the backup with the number `highest` contains the same.
+/// Backs up the file `path` under the first free number after `highest`, and stores the name of the backup in
+/// `made`. If the backup numbered `highest` already has the same content, makes none and leaves `made` empty.
 [[nodiscard]] std::error_code Make(const std::string& path, std::uint32_t highest, const Content& content,
                                    std::string& made);
 

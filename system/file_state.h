@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-/// What tells one version of a file from another without reading it.
+/// Distinguishes one version of a file from another without reading it.
 struct FileState {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -19,13 +19,13 @@ struct FileState {
 
     friend bool operator==(const FileState&, const FileState&) = default;
 
-    /// Whether the file has been left alone for longer than the coarsest clock of a file system ticks (2 s,
-    /// FAT). A younger file may change once more without its times telling.
+    /// Whether the file was last changed longer ago than the coarsest time step of a file system (2 s, FAT).
+    /// A more recent file may change again without a change of its times.
     bool Settled() const;
 };
 
-/// The state of the file at `path`; nothing when it can't be told: no_such_file_or_directory when there is no
-/// file.
+/// The state of the file at `path`. If it is unknown, returns std::nullopt and puts the reason into `error`:
+/// no_such_file_or_directory if there is no file.
 [[nodiscard]] std::optional<FileState> StateOf(const std::string& path, std::error_code& error);
 
 #endif  // VELMARCON_SYSTEM_FILE_STATE_H

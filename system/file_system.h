@@ -10,74 +10,74 @@
 
 #include "system/handle.h"
 
-/// What the writing of files asks of the system, once for POSIX and once for Windows. Each operation returns
-/// what went wrong; see system_error.h.
+/// The calls of the system that writing files needs, implemented once for POSIX and once for Windows. Each
+/// operation returns what went wrong; see system_error.h.
 namespace file_system {
 
-/// What stands at a path; a symbolic link is not followed.
+/// What a path names; a symbolic link is not followed.
 enum class Kind { kNothing, kPlainFile, kLink, kFolder, kOther };
 
-/// Permissions of a new file, from which the system takes those that the user withholds from new files.
+/// Permissions of a new file, before the system removes those in the user's umask.
 constexpr std::filesystem::perms kAsUsual{0666};
 constexpr std::filesystem::perms kForOwner{0600};
 
-/// Where the chain of symbolic links from `path` ends. On POSIX, whether or not a file stands there.
+/// Resolves the symbolic links of `path` into `target`; on POSIX the target need not exist.
 [[nodiscard]] std::error_code FollowLinks(const std::string& path, std::string& target);
 
 [[nodiscard]] std::error_code KindOf(const std::string& path, Kind& kind);
 
-/// Whether the file at `path` may be written and replaced: why not, or no error.
+/// Checks that the file at `path` may be written and replaced. Returns why not, or no error.
 [[nodiscard]] std::error_code CheckWritable(const std::string& path);
 
-/// Whether anything stands at `path`, a link that leads nowhere included.
+/// Whether anything exists at `path`, including a broken link.
 [[nodiscard]] bool IsTaken(const std::string& path);
 
-/// Makes the file `path` where nothing stands, and keeps others from removing it as long as it is open, as
-/// far as the file system has locks.
+/// Creates the file `path`, which must not exist, and, if the file system has locks, keeps others from
+/// removing it while it is open.
 [[nodiscard]] std::error_code CreateNew(const std::string& path, std::filesystem::perms permissions,
                                         Handle& file);
 
-/// Removes the plain file at `path`, if it was last written to at least `least_age` seconds ago and nobody
-/// has it open for writing.
+/// Removes the plain file at `path` if it was last written at least `least_age` seconds ago and no run is
+/// still writing it.
 void RemoveAbandoned(const std::string& path, std::int64_t least_age);
 
 /// Writes all of `bytes`.
 [[nodiscard]] std::error_code Write(const Handle& file, std::span<const char> bytes);
 
-/// Hands what was written to the file system: only then do some tell that it found no room.
+/// Hands what was written to the file system; some report a full disk only then.
 [[nodiscard]] std::error_code Flush(const Handle& file);
 
 /// Length of the open file in bytes.
 [[nodiscard]] std::error_code SizeOf(const Handle& file, std::uint64_t& size);
 
-/// Whether `path` still is the name of the open file: no error, or why not.
+/// Checks that `path` is still the name of the open file. Returns no error, or why it is not.
 [[nodiscard]] std::error_code CheckName(const Handle& file, const std::string& path);
 
-/// Gives the open file what the file at `path` has of owner, mode, access control list and attributes, as
-/// far as the system lets it; nobody may do more with it than with that one.
+/// Gives the open file the owner, mode, access control list and attributes of the file at `path`, as far as
+/// the system allows. Nobody may do more with the open file than with that one.
 [[nodiscard]] std::error_code TakeOver(const Handle& file, const std::string& path);
 
-/// Waits until the open file is on the disk.
+/// Waits until all data of the open file is on the disk.
 [[nodiscard]] std::error_code Synchronize(const Handle& file);
 
-/// The same for all of the file system on which it is.
+/// Waits until everything written to the file system that holds the open file is on the disk.
 [[nodiscard]] std::error_code SynchronizeVolume(const Handle& file);
 
 /// Waits until the names in `folder`, a path as path_names::SystemFolderPart gives it, are on the disk.
 [[nodiscard]] std::error_code SynchronizeFolder(const std::string& folder);
 
-/// Opens the file at `path`, if the system can remove or replace an open one: what it holds then stays on the
-/// disk until the handle is closed. Elsewhere it stays closed.
+/// Opens the file at `path`, so that its content stays on the disk until the handle is closed, even if the
+/// file is removed or replaced. On a system that cannot remove or replace an open file, leaves `file` closed.
 [[nodiscard]] std::error_code Hold(const std::string& path, Handle& file);
 
-/// Whether the file system of `path`, where something must stand, may lose both files when one is renamed
-/// over the other: FAT and its kin, which keep no journal, and those that are no part of the system.
+/// Whether the file system of `path`, which must exist, may lose both files when one is renamed over the
+/// other. That is so for FAT and its kin, which keep no journal, and for those that run outside the kernel.
 [[nodiscard]] bool LosesReplacedFiles(const std::string& path);
 
-/// Gives the file `from` the name `to` in one step, in place of the file or link that has it.
+/// Renames the file `from` to `to` in one step, replacing a file or link of that name.
 [[nodiscard]] std::error_code Rename(const std::string& from, const std::string& to);
 
-/// Gives the file `from` the name `to` if nothing at all stands there; file_exists when something does.
+/// Renames the file `from` to `to` if nothing at all has that name; otherwise returns file_exists.
 [[nodiscard]] std::error_code RenameToFree(const std::string& from, const std::string& to);
 
 void Remove(const std::string& path);

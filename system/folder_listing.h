@@ -21,15 +21,15 @@ class FolderListing {
     /// Whether the folder could be opened.
     bool IsOpen() const { return system_ != nullptr; }
 
-    /// The next name that is no folder's, without the folder; a symbolic link counts as a file, whatever it
-    /// leads to. Nothing at the end. Called only when open.
+    /// The next name, without its path, that does not belong to a folder; a symbolic link counts as a file,
+    /// even if it leads to a folder. std::nullopt at the end. Call only if the listing is open.
     std::optional<std::string> NextFile();
 
-    /// What ended the listing early, or no error.
+    /// Why the listing ended early, or no error.
     std::error_code error() const { return error_; }
 
   private:
-    struct System;  ///< what the system needs for it
+    struct System;  ///< what POSIX or Windows needs for it
 
     std::unique_ptr<System> system_;
     std::error_code error_;

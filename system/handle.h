@@ -2,7 +2,8 @@
 #ifndef VELMARCON_SYSTEM_HANDLE_H
 #define VELMARCON_SYSTEM_HANDLE_H
 
-/// An open file, folder or process of the operating system, which is closed with its owner; or none.
+/// Owns an open file, folder or process of the operating system, and closes it when it is destroyed. May be
+/// empty.
 class Handle {
   public:
 #if defined(_WIN32)
@@ -13,7 +14,7 @@ class Handle {
 
     Handle() = default;
 
-    /// Takes over what a call of the system returned, be it a failure.
+    /// Takes ownership of what a system call returned; a failure makes an empty handle.
     explicit Handle(Native native);
 
     ~Handle() {
@@ -28,12 +29,12 @@ class Handle {
         return native_ != kNone;
     }
 
-    /// For calls of the system.
+    /// The native handle, for system calls.
     Native Get() const {
         return native_;
     }
 
-    /// Leaves it to the caller to close it.
+    /// Gives up ownership: the caller has to close it.
     Native Release();
 
   private:

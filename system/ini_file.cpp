@@ -27,8 +27,8 @@ int Parse(const std::string& text, File& ini, bool& complete) {
     complete = text.find('\0') == std::string::npos;
     const SI_Error result = ini.LoadData(text);
     if (result == SI_NOMEM) {
-        // The library reports some failed allocations so and throws at others. A database that there was no
-        // memory for must not look like one that is not there.
+        // The library reports some failed allocations this way and throws for others. A database that did not
+        // fit into memory must not look like one that does not exist.
         throw std::bad_alloc();
     }
     return result;

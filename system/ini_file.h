@@ -13,25 +13,25 @@ namespace ini_file {
 
 using File = CSimpleIniA;  ///< narrow characters, section and key names compared without case
 
-/// Bytes up to which a file is loaded. A camera takes some 110 kB of the sensor database, a lens some 300
-/// bytes of the lens database: there is room for seventy cameras. The library makes up to 70 times the file's
-/// size of memory of it (half a GB of a file of nothing but section names) and takes a few seconds at most.
+/// The longest file that is loaded, in bytes. In the sensor database a camera takes about 110 kB, in the lens
+/// database a lens takes about 300 bytes: there is room for seventy cameras. The library needs up to 70 times
+/// the file's size in memory (half a GB for a file of nothing but section names), and a few seconds at most.
 constexpr std::uint64_t kLongestFile = 8ULL * 1024 * 1024;
 
-/// The text of the file at `path`; nothing when it is not a plain file (a folder, a pipe, a device), which is
-/// found out without opening it, when it is longer than kLongestFile, or when it cannot be read to its end.
+/// The text of the file at `path`. Returns std::nullopt if it is longer than kLongestFile, if it cannot be
+/// read to its end, or if it is a folder, a pipe or a device, which is not opened.
 std::optional<std::string> Read(const std::string& path);
 
-/// Makes `ini` of a file's text. Returns 0 or the library's negative error code. `complete` tells whether all
-/// of the text was taken: the library ends at a NUL byte, which no text holds; the file was damaged, or saved
-/// in another encoding. Throws std::bad_alloc when there is no memory for it.
+/// Parses a file's text into `ini`. Returns 0 or the library's negative error code. The library stops at a
+/// NUL byte, which only a damaged file contains, or one saved in another encoding; `complete` tells whether
+/// it read all of the text. Throws std::bad_alloc if there is not enough memory.
 [[nodiscard]] int Parse(const std::string& text, File& ini, bool& complete);
 
-/// Reads and parses the file at `path`. Returns 0 or the library's negative error code, SI_FILE when it
-/// cannot be read. Throws std::bad_alloc when there is no memory for it.
+/// Reads and parses the file at `path`. Returns 0 or the library's negative error code, SI_FILE if it cannot
+/// be read. Throws std::bad_alloc if there is not enough memory.
 [[nodiscard]] int Load(const std::string& path, File& ini);
 
-/// Whether the library takes the two key names for the same key.
+/// Whether the library treats the two key names as the same key.
 bool SameName(const char* a, const char* b);
 
 }  // namespace ini_file

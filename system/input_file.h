@@ -9,29 +9,30 @@
 #include <string>
 #include <system_error>
 
-/// A file that is only read. Plain files only: a folder, a pipe or a device (whose reading might never end)
-/// counts as one that cannot be opened; a symbolic link is followed.
+/// A file that is only read. Opens plain files only: a folder, a pipe or a device, which might never end,
+/// counts as a file that cannot be opened. Symbolic links are followed.
 class InputFile {
   public:
-    /// Opens `path`. Returns false when that is not possible.
+    /// Opens `path`. Returns false if that is not possible.
     [[nodiscard]] bool Open(const std::string& path);
 
-    /// Length in bytes, when it was opened.
+    /// Length in bytes at the time when the file was opened.
     std::uint64_t size() const { return size_; }
 
-    /// Reads the file's start into `bytes` with one read. What the file did not hold when it was opened
-    /// becomes 0. Returns false when what it did hold could not be read: the disk failed, or someone made it
-    /// shorter.
+    /// Reads the start of the file into `bytes` with one read; bytes past the end that the file had when it
+    /// was opened become 0. Returns false if bytes before that end could not be read, because the disk failed
+    /// or the file has become shorter.
     [[nodiscard]] bool ReadStart(std::span<std::uint8_t> bytes);
 
-    /// Hands the file's bytes, from its start to where it ended when it was opened, to `take`, piece by
-    /// piece, as long as that returns true. Returns false when it did not, or when not all could be read.
+    /// Passes the file's bytes, from its start to the end that it had when it was opened, to `take`, piece by
+    /// piece, as long as `take` returns true. Returns false if `take` did, or if not all of the bytes could
+    /// be read.
     [[nodiscard]] bool ReadPieces(const std::function<bool(std::span<const char>)>& take);
 
-    /// What Open or ReadPieces failed at; no error when `take` has ended the reading.
+    /// Why Open or ReadPieces failed; no error if `take` ended the reading.
     std::error_code error() const { return error_; }
 
-    /// For reading parts of the file, when it was opened.
+    /// For reading parts of the file. Use only after Open has succeeded.
     std::ifstream& stream() { return stream_; }
 
   private:

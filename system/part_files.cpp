@@ -24,13 +24,14 @@ std::string OwnHost() {
     return path_names::HostPart(running_process::HostName());
 }
 
-/// Whether no run of this computer can be writing a part of that process: this one has not begun to.
+/// Whether the run of that process can no longer be writing. A part file with this process's own number is
+/// from an earlier run, since this run has not made one yet.
 bool HasEnded(std::uint64_t process) {
     return process == running_process::Number() || running_process::IsGone(process);
 }
 
-/// Seconds for which nobody may have written to the part `name` for it to be stale; nothing when it is no
-/// part's name.
+/// The number of seconds without a write after which the part file `name` is stale; std::nullopt if `name` is
+/// not that of a part file, or if it is that of a launcher that is still running.
 std::optional<std::int64_t> AgeWhenStale(const std::string& name, const std::string& host) {
     if (const auto process = path_names::ParseLauncherPartName(name)) {
         return HasEnded(*process) ? std::optional<std::int64_t>(0) : std::nullopt;
@@ -55,8 +56,8 @@ bool HaveSameBytes(const fs::path& a, const fs::path& b) {
     return std::equal(Bytes(file_a.stream()), Bytes(), Bytes(file_b.stream()), Bytes());
 }
 
-/// Where a rename was cut short, a part and a file with a name of its own may be one, and removing the part
-/// would take the other's bytes away. Both then have the same length, time and bytes.
+/// Where a rename was cut short, a part file and a file with a name of its own may share their bytes, so that
+/// removing the part file would destroy the other. Both then have the same length, time and bytes.
 bool MayBeNamedFile(const fs::path& part, const std::string& host) {
     std::error_code error;
     const auto size = fs::file_size(part, error);

@@ -4,19 +4,19 @@
 
 #include <string>
 
-/// The names under which files are written before they get their own, and what killed runs leave under such
-/// names. No search for images or databases picks one up.
+/// Part files: the temporary names of files that are being written, and the removal of those that killed runs
+/// left. No search for images or databases picks up a part file.
 namespace part_files {
 
-/// A name without its folder that no other file has, on this or any other computer:
-/// `.velmarcon-<host>-<process>-<random number>.part`. It does not depend on the name that the file is to
-/// get, so that it never is too long.
+/// A file name, without a folder, that is unique across computers: `.velmarcon-<host>-<process>-<random
+/// number>.part`. It does not contain the file's final name, so it is never too long.
 std::string NewName();
 
-/// Removes from `folder` (with its separator, or empty for the current one) the parts of runs that were
-/// killed: those of this computer whose process has ended, and those of others that nobody has written to for
-/// a day. Called before this run makes a part there. What cannot be removed stays; so does, where a rename
-/// may be cut short (see file_system::LosesReplacedFiles), a part that could be the same file as another one.
+/// Removes from `folder` (with its separator, or empty for the current folder) the part files of killed runs:
+/// those of this computer whose process has ended, and those of other computers that nobody has written to
+/// for a day. Called before this run makes a part file there. A part file that cannot be removed stays. On a
+/// file system that may cut a rename short (see file_system::LosesReplacedFiles), so does one that could be
+/// the same file as another.
 void RemoveStale(const std::string& folder);
 
 }  // namespace part_files

@@ -38,7 +38,7 @@ std::string InHexadecimal(std::uint64_t number) {
     return text;
 }
 
-/// Cuts what follows the last `kBetween` off `text`, and returns it.
+/// Cuts `text` at its last `kBetween` and returns what follows it.
 std::string_view CutLast(std::string_view& text) {
     const auto position = text.rfind(kBetween);
     if (position == std::string_view::npos) {
@@ -115,7 +115,7 @@ std::optional<Part> ParsePartName(std::string_view name) {
     }
     auto text = name.substr(kPartBegin.size(), name.size() - kPartBegin.size() - kPartEnd.size());
     if (const auto process = ToNumber(text, kDecimal)) {
-        return Part{"", *process};  // an older version wrote it
+        return Part{"", *process};  // written by an older version
     }
     const auto random = ToNumber(CutLast(text), kHexadecimal);
     const auto process = ToNumber(CutLast(text), kDecimal);

@@ -7,27 +7,28 @@
 #include <string>
 #include <string_view>
 
-/// How the names of files and folders are taken apart and put together. Nothing here looks at a disk.
+/// Takes the names of files and folders apart and puts them together. Nothing here looks at a disk.
 namespace path_names {
 
 // --- Folders
 
-/// The characters that end the folder's part of a path in the options, on every system.
+/// The characters that separate folders and files in the paths of options, on every system.
 constexpr std::string_view kSeparators = "\\/";
 
 /// Whether `path` ends in one of kSeparators.
 bool EndsInSeparator(std::string_view path);
 
-/// `folder` with a separator at its end; an empty text stays empty.
+/// `folder` with a separator at its end; an empty one stays empty.
 std::string WithSeparator(std::string folder);
 
-/// `path` up to and including its last separator; empty when it has none.
+/// `path` up to and including its last separator; empty if it has none.
 std::string FolderPart(const std::string& path);
 
-/// What follows the last separator of `path`; all of it when it has none.
+/// The text after the last separator of `path`; all of it if it has none.
 std::string FileNamePart(const std::string& path);
 
-/// The same two, as the system at hand takes a path: to most, a backslash is a letter like any other.
+/// FolderPart and FileNamePart with this system's own separators: on most systems a backslash is an ordinary
+/// character.
 std::string SystemFolderPart(const std::string& path);
 std::string SystemFileNamePart(const std::string& path);
 
@@ -38,17 +39,16 @@ constexpr std::string_view kJpegExtension = "JPG";
 constexpr std::string_view kDarkFrameExtension = "BIA";
 constexpr std::string_view kDngExtension = "DNG";
 
-/// The text after the last "." of `name`; all of it when there is none.
+/// The text after the last "." of `name`; all of it if there is none.
 std::string Extension(const std::string& name);
 
-/// The text before the last "." of `name`; all of it when there is none.
+/// The text before the last "." of `name`; all of it if there is none.
 std::string BaseName(const std::string& name);
 
 /// `base`, a "." and `extension`.
 std::string WithExtension(const std::string& base, std::string_view extension);
 
-/// `name` with `extension` in place of the text after its last "."; nothing but `extension` when there is
-/// none.
+/// `name` with `extension` in place of the text after its last "."; only `extension` if there is none.
 std::string WithOtherExtension(const std::string& name, std::string_view extension);
 
 // --- Databases
@@ -58,38 +58,38 @@ constexpr const char* kSensorDatabase = "sensdb.ini";
 
 // --- Part files: the names under which files are written before they get their own
 
-/// What the name of a part tells of the run that writes it.
+/// What the name of a part file says about the run that writes it.
 struct Part {
-    std::string host;  ///< name of the computer, as HostPart gives it; empty in names of older versions
-    std::uint64_t process = 0;  ///< number of the process
+    std::string host;           ///< the computer's name, made by HostPart; empty in names of older versions
+    std::uint64_t process = 0;  ///< number of the run's process
 };
 
-/// The name of a computer as far as it can stand in a file's name.
+/// The name of a computer, cut and altered so that it can be part of a file name.
 std::string HostPart(std::string host);
 
 /// `.velmarcon-<host>-<process>-<random number>.part`
 std::string PartName(const Part& part, std::uint64_t random_number);
 
-/// What the name, without its folder, tells; nothing when it is not a part's.
+/// Parses the name, without its folder, of a part file; std::nullopt for any other name.
 std::optional<Part> ParsePartName(std::string_view name);
 
 /// The number of the process in the name of a part file of an older launcher, `.lensdb-<process>.part`;
-/// nothing for any other name.
+/// std::nullopt for any other name.
 std::optional<std::uint64_t> ParseLauncherPartName(std::string_view name);
 
-/// What gnuplot reads and writes in the folder of a report.
+/// The files that gnuplot reads and writes in the folder of a report.
 constexpr const char* kReportData = ".velmarcon-report.data";
 constexpr const char* kReportScript = ".velmarcon-report.gnuplot";
 constexpr const char* kReportPart = ".velmarcon-report.part";
 
-// --- Old copies: of a file while a new one takes its place
+// --- Old copies: copies of files that are being replaced
 
 constexpr int kMostOldNames = 9;
 
 /// `path` with `.old`, or, for a `number` from 2 to kMostOldNames, `.old2` and so on.
 std::string OldName(const std::string& path, int number = 1);
 
-/// The name whose first OldName is `name`; nothing when it is not such a name.
+/// The path whose first OldName is `name`; std::nullopt if there is none.
 std::optional<std::string> NameOfOld(const std::string& name);
 
 // --- Backups: `sensdb.ini.1`, `sensdb.ini.2` and so on

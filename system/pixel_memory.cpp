@@ -15,7 +15,7 @@ namespace pixel_memory {
 
 namespace {
 
-/// Asks for large pages behind the reserved range of `buffer`, as far as it fills whole pages.
+/// Asks the system to use large pages for the whole pages in the reserved range of `buffer`.
 void AdviseLargePages([[maybe_unused]] const std::vector<std::uint16_t>& buffer) {
 #if defined(__linux__)
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
@@ -23,7 +23,7 @@ void AdviseLargePages([[maybe_unused]] const std::vector<std::uint16_t>& buffer)
     const auto end = begin + buffer.capacity() * sizeof(std::uint16_t);
     const auto first_page = (begin + page - 1) / page * page;
     if (first_page < end) {
-        // Only advice: a refusal costs time, nothing else.
+        // This is only advice: a refusal costs nothing but time.
         (void)::madvise(std::bit_cast<void*>(first_page), end - first_page, MADV_HUGEPAGE);
     }
 #endif
@@ -33,7 +33,7 @@ void AdviseLargePages([[maybe_unused]] const std::vector<std::uint16_t>& buffer)
 
 void RetainFreedMemory() {
 #if defined(__GLIBC__)
-    // Above the size of a whole sensor dump, and at the most that the allocator accepts on 64 bits.
+    // More than the size of a whole sensor dump, and the most that the allocator accepts on 64 bits.
     constexpr int threshold = 32 * 1024 * 1024;
     constexpr int trim_threshold = 256 * 1024 * 1024;
     (void)::mallopt(M_MMAP_THRESHOLD, threshold);

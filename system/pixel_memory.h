@@ -6,19 +6,19 @@
 #include <cstdint>
 #include <vector>
 
-/// Image-sized buffers without the cost of fresh memory, which is several times that of copying an image:
-/// handing out 21 MB in pages of 4 KB takes longer than reading them. None of this changes a result; where
-/// the system lacks the means, nothing happens.
+/// Image-sized buffers without the cost of fresh memory, which is several times that of copying an image: for
+/// the system, providing 21 MB in pages of 4 KB takes longer than reading them. None of this changes a
+/// result; on a system without the means, nothing happens.
 namespace pixel_memory {
 
-/// Lets the allocator keep the freed buffers of one image for the next. Called once, at start.
+/// Makes the allocator keep the freed buffers of one image for the next. Called once, at start.
 void RetainFreedMemory();
 
-/// Gives `buffer` room for `words`, in large pages where the system has them. One that has it keeps its
-/// memory.
+/// Gives `buffer` room for `words`, in large pages where the system has them. A buffer that has the room
+/// keeps its memory.
 void Reserve(std::vector<std::uint16_t>& buffer, std::size_t words);
 
-/// Resizes `buffer` to `words`, with Reserve. Values that it had stay; new ones are 0.
+/// Resizes `buffer` to `words`, using Reserve. It keeps its values; new ones are 0.
 void Resize(std::vector<std::uint16_t>& buffer, std::size_t words);
 
 }  // namespace pixel_memory

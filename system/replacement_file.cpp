@@ -9,7 +9,7 @@
 
 using file_system::Kind;
 
-/// The part is removed while it is open, and locked.
+/// The part file is removed while it is still open and locked.
 ReplacementFile::~ReplacementFile() {
     if (!part_path_.empty()) {
         file_system::Remove(part_path_);
@@ -36,7 +36,7 @@ std::error_code ReplacementFile::Open(const std::string& path, Existing existing
     return error ? error : CreatePart(file_system::kForOwner);
 }
 
-/// Returns an error when what stands at the final name is not replaced.
+/// Returns an error if the final name is taken by something that may not be replaced.
 std::error_code ReplacementFile::Look(Kind& kind) const {
     if (const std::error_code error = file_system::KindOf(final_path_, kind)) {
         return error;
@@ -50,7 +50,7 @@ std::error_code ReplacementFile::Look(Kind& kind) const {
 }
 
 std::error_code ReplacementFile::CreatePart(std::filesystem::perms permissions) {
-    constexpr int most_tries = 10;  // the first succeeds, unless somebody plays tricks
+    constexpr int most_tries = 10;  // the first succeeds, unless somebody guesses names
     std::error_code error;
     for (int tries = 0; tries < most_tries; ++tries) {
         std::string part = path_names::SystemFolderPart(final_path_) + part_files::NewName();
@@ -117,8 +117,8 @@ std::error_code ReplacementFile::CheckWritten(std::uint64_t size) const {
     return written == size ? std::error_code() : std::make_error_code(std::errc::io_error);
 }
 
-/// A new file may wait for the system to write it; one that replaces another must be on the disk before that
-/// one goes.
+/// The system may write a new file to the disk later, but a file that replaces another must be on the disk
+/// before the old one is gone.
 std::error_code ReplacementFile::Prepare(Kind replaced) const {
     if (replaced == Kind::kNothing) {
         return {};
@@ -131,8 +131,8 @@ std::error_code ReplacementFile::Prepare(Kind replaced) const {
     return file_system::Synchronize(part_);
 }
 
-/// Under the part's name there may be another file by now: where a folder is shared, another computer can
-/// take it for a stale one.
+/// The part file's name may belong to another file by now: in a shared folder, another computer may have
+/// mistaken the part file for a stale one and removed it.
 std::error_code ReplacementFile::TakeName(Kind replaced) const {
     if (const std::error_code error = file_system::CheckName(part_, part_path_)) {
         return error;

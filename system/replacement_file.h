@@ -11,17 +11,17 @@
 #include "system/file_system.h"
 #include "system/handle.h"
 
-/// A file that is written whole or not at all. It is written beside its final name, under a name that no
-/// search for images or databases picks up, and takes the final name in one step when it is complete. Until
-/// then whatever stands there is untouched; afterwards nothing else is left.
+/// A file that is written completely or not at all. It is written as a part file in its final folder and
+/// takes its final name in one step when it is complete. Until then, anything that has that name is
+/// untouched; afterwards no part file is left.
 class ReplacementFile {
   public:
-    /// What becomes of that which stands at the final name. A file that may not be written, a folder, a pipe
-    /// or a device is not replaced in any case.
+    /// What to do if the final name is taken. A file without write permission, a folder, a pipe or a device
+    /// is never replaced.
     enum class Existing {
-        kKeep,          ///< the final name is taken only if nothing at all stands there
-        kReplace,       ///< a file is replaced, and so is a symbolic link: what it points to stays as it is
-        kReplaceTarget  ///< the file to which a symbolic link leads is replaced, the link stays
+        kKeep,          ///< replace nothing, not even a broken link
+        kReplace,       ///< replace a file; replace a symbolic link itself, not what it points to
+        kReplaceTarget  ///< replace a file, or the file to which a symbolic link leads
     };
 
     ReplacementFile() = default;
@@ -30,25 +30,25 @@ class ReplacementFile {
     ReplacementFile(ReplacementFile&&) = delete;
     ReplacementFile& operator=(ReplacementFile&&) = delete;
 
-    /// Removes what was written, unless Commit succeeded.
+    /// Removes the part file, unless Commit succeeded.
     ~ReplacementFile();
 
-    /// Starts the file that will be `path`, with `permissions` when it does not replace another one. Returns
-    /// what went wrong: file_exists when something stands there that is not replaced. Called once.
+    /// Starts the file that will be `path`, with `permissions` if it does not replace another file. Returns
+    /// what went wrong: file_exists if `path` exists and may not be replaced. Call it only once.
     [[nodiscard]] std::error_code Open(const std::string& path, Existing existing,
                                        std::filesystem::perms permissions = file_system::kAsUsual);
 
-    /// Appends `bytes`. Commit tells what has failed.
+    /// Appends `bytes`. Commit reports a failure.
     void Write(std::span<const char> bytes);
 
-    /// Whether all has been written so far.
+    /// Whether every Write so far has succeeded.
     [[nodiscard]] bool IsGood() const { return !error_; }
 
-    /// Gives the file its name, when it is exactly `size` bytes long. An existing file is replaced only after
-    /// the new one has reached the disk, which takes over who may do what with it. Returns what went wrong.
+    /// Gives the file its name if it is exactly `size` bytes long. An existing file is replaced only after
+    /// the new one is on the disk and has taken over its owner and permissions. Returns what went wrong.
     [[nodiscard]] std::error_code Commit(std::uint64_t size);
 
-    /// The same, and waits until the file and its name are on the disk.
+    /// Like Commit, but waits until the file and its name are on the disk.
     [[nodiscard]] std::error_code CommitToDisk(std::uint64_t size);
 
   private:
@@ -60,9 +60,9 @@ class ReplacementFile {
 
     Existing existing_ = Existing::kKeep;
     std::string final_path_;
-    std::string part_path_;  ///< empty: there is nothing to remove
+    std::string part_path_;  ///< empty if there is nothing to remove
     Handle part_;
-    std::error_code error_;  ///< of the first write that failed
+    std::error_code error_;  ///< why the first failed write failed
 };
 
 #endif  // VELMARCON_SYSTEM_REPLACEMENT_FILE_H

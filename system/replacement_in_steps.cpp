@@ -16,7 +16,7 @@ namespace replacement_in_steps {
 
 namespace {
 
-/// Writes what `from` holds to the open file.
+/// Writes the content of `from` to the open file.
 std::error_code WriteAll(InputFile& from, const Handle& file) {
     std::error_code error;
     const bool whole = from.ReadPieces([&](std::span<const char> piece) {
@@ -26,7 +26,7 @@ std::error_code WriteAll(InputFile& from, const Handle& file) {
     return whole || error ? error : std::make_error_code(std::errc::io_error);
 }
 
-/// Returns io_error when the open file has another length than `size`.
+/// Returns io_error if the length of the open file is not `size`.
 std::error_code CheckSize(const Handle& file, std::uint64_t size) {
     if (const std::error_code error = file_system::Flush(file)) {
         return error;
@@ -36,8 +36,8 @@ std::error_code CheckSize(const Handle& file, std::uint64_t size) {
     return !error && written != size ? std::make_error_code(std::errc::io_error) : error;
 }
 
-/// Makes `to`, where nothing stands, a copy of the file `from`, and waits until it is on the disk. After an
-/// error there is no copy. file_exists: something stands there.
+/// Copies the file `from` to `to` and waits until the copy is on the disk. Returns file_exists if `to`
+/// exists. After an error there is no copy.
 std::error_code Copy(const std::string& from, const std::string& to, Handle& copy) {
     InputFile file;
     if (!file.Open(from)) {
@@ -56,8 +56,8 @@ std::error_code Copy(const std::string& from, const std::string& to, Handle& cop
     return error;
 }
 
-/// Writes the copy under its own name: a rename cut short could leave it two names, and whoever removes the
-/// file under one takes the bytes of the other.
+/// Writes the copy directly under its own name: a rename that is cut short could leave it with two names, and
+/// removing the file under one name would destroy the bytes under the other.
 std::error_code KeepCopy(const std::string& path, std::string& old) {
     std::error_code error;
     for (int number = 1; number <= path_names::kMostOldNames; ++number) {
@@ -71,8 +71,8 @@ std::error_code KeepCopy(const std::string& path, std::string& old) {
     return error;
 }
 
-/// The room of the file, which is open until then, is given to others only when the disk knows that the file
-/// is gone: before, a power cut could bring its name back. `other` is another file on that disk.
+/// Removes the file, but keeps it open until the removal is on the disk, so that other files get its space
+/// only then: before, a power cut could bring its name back. `other` is another file on that disk.
 void RemoveForGood(const std::string& path, const Handle& other) {
     Handle removed;
     (void)file_system::Hold(path, removed);
@@ -85,7 +85,7 @@ std::error_code TakeName(const Handle& file, const std::string& part, const std:
     return error ? error : file_system::SynchronizeVolume(file);
 }
 
-/// The copy that was made last; empty when there is none.
+/// The name of the copy that was made last; empty if there is none.
 std::string LastOldFile(const std::string& path) {
     std::string last;
     for (int number = 1; number <= path_names::kMostOldNames; ++number) {
@@ -99,7 +99,7 @@ std::string LastOldFile(const std::string& path) {
     return last;
 }
 
-/// After an error `old` is as it was.
+/// After an error `old` is unchanged.
 std::error_code MoveBack(const std::string& old, const std::string& path) {
     const std::string part = path_names::SystemFolderPart(path) + part_files::NewName();
     Handle copy;
@@ -119,7 +119,7 @@ std::error_code MoveBack(const std::string& old, const std::string& path) {
 }  // namespace
 
 std::error_code Replace(const Handle& file, const std::string& part, const std::string& path) {
-    Handle replaced;  // as long as its room is in use, no other file gets it
+    Handle replaced;  // no other file gets its space while it is open
     if (const std::error_code error = file_system::Hold(path, replaced)) {
         return error;
     }

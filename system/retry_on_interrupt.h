@@ -4,8 +4,8 @@
 
 #include <cerrno>
 
-/// Makes a system call, which returns -1 when it fails, until no signal interrupts it. Returns what it
-/// returned last. Not for close, which has done its work even so.
+/// Repeats a system call that returns -1 on failure until no signal interrupts it. Returns its last result.
+/// Not for close, which closes the file even if it is interrupted.
 template <typename Call>
 auto RetryOnInterrupt(Call call) {
     auto result = call();

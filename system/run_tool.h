@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-/// Runs a program of the search path in `folder`, without a shell and without input; what it prints is not
-/// shown. Returns whether it was there and ended with status 0.
+/// Runs the program `name`, which is looked up in the search path, in `folder`, without a shell and without
+/// input; its output is not shown. Returns whether it could be started and ended with status 0.
 [[nodiscard]] bool RunTool(const std::string& folder, const std::string& name,
                            const std::vector<std::string>& arguments);
 

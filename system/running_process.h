@@ -5,19 +5,19 @@
 #include <cstdint>
 #include <string>
 
-/// What tells this run from others that work at the same time.
+/// Distinguishes this run from others that are active at the same time.
 namespace running_process {
 
-/// The computer's name, as it gives it.
+/// The computer's name, as the system states it.
 std::string HostName();
 
-/// Number of this process.
+/// The number of this process.
 std::uint64_t Number();
 
-/// Whether this computer has no process of that number.
+/// Whether this computer has no process with that number.
 bool IsGone(std::uint64_t number);
 
-/// A number that nobody can guess; one made of the time where the system has none.
+/// A number that nobody can guess; if the system has no source of such numbers, one made from the time.
 std::uint64_t RandomNumber();
 
 }  // namespace running_process

@@ -2,8 +2,8 @@
 #ifndef VELMARCON_SYSTEM_STANDARD_STREAMS_H
 #define VELMARCON_SYSTEM_STANDARD_STREAMS_H
 
-/// Puts something harmless in place of each standard stream that the program was started without. The next
-/// file to be opened would take its number, and what is printed would end up in a finished picture. Called
+/// Opens a harmless replacement for each standard stream that the program was started without. Otherwise the
+/// next file to be opened would get that stream's number, and printed text would end up in a DNG. Called
 /// before any file is opened.
 void FillMissingStandardStreams();
 

@@ -4,14 +4,14 @@
 
 #include <system_error>
 
-/// The errors of the operating system. What stands in system/ gives them as numbers of <cerrno>, those of
-/// Windows, too, in the generic category: they compare with std::errc.
+/// The errors of the operating system. All of system/ reports them as numbers from <cerrno> in the generic
+/// category, also on Windows, so that they compare with std::errc.
 namespace system_error {
 
-/// The error of the system call that failed last; always one.
+/// The error of the system call that failed last; never "no error".
 std::error_code Last();
 
-/// What the error means, in words.
+/// The meaning of the error, in words.
 const char* Text(std::error_code error);
 
 }  // namespace system_error

@@ -19,8 +19,8 @@ std::optional<Entry> ReadEntry(const Block& block, std::uint64_t position) {
 }
 
 ValueBytes::ValueBytes(const Entry& entry, std::size_t size) : inside_size_(size) {
-    // Low byte first, whatever the file's byte order was: short values of a big-endian file come out
-    // reversed. The camera writes little-endian, and what is made of other files must not change.
+    // Low byte first, whatever the file's byte order: short values of a big-endian file come out reversed.
+    // The camera writes little-endian, and what the program makes of other files must not change.
     byte_order::PutLittle(std::span(inside_), entry.First<std::uint32_t>());
 }
 

@@ -34,7 +34,7 @@ constexpr std::uint16_t kSubIFDs = 330;
 constexpr std::uint16_t kCopyright = 33432;
 constexpr std::uint16_t kExifIFD = 34665;
 
-// TIFF/EP (ISO 12234-2), as the camera writes them into IFD0
+// TIFF/EP (ISO 12234-2); the camera writes these into IFD0
 constexpr std::uint16_t kCFARepeatPatternDim = 33421;
 constexpr std::uint16_t kCFAPattern = 33422;
 constexpr std::uint16_t kSelfTimerMode = 34859;

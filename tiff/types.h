@@ -27,12 +27,12 @@ constexpr std::uint32_t kHeaderSize = 8;      ///< bytes: byte order mark, magic
 constexpr std::uint32_t kCountSize = 2;       ///< bytes: an IFD's entry count
 constexpr std::uint32_t kEntrySize = 12;      ///< bytes: tag, type, count, value or offset
 constexpr std::uint32_t kLinkSize = 4;        ///< bytes: offset of the next IFD
-constexpr std::uint32_t kValueFieldSize = 4;  ///< bytes: a longer value stands elsewhere, at an offset
+constexpr std::uint32_t kValueFieldSize = 4;  ///< bytes: a longer value is stored elsewhere, at an offset
 constexpr std::uint32_t kTypeInEntry = 2;     ///< byte position of the type in an entry
 constexpr std::uint32_t kCountInEntry = 4;    ///< byte position of the count in an entry
 constexpr std::uint32_t kValueInEntry = 8;    ///< byte position of the value field in an entry
 
-/// Size in bytes of one value of `type`, for the types 1 to 10 that photographs use; 0 for every other type.
+/// Size in bytes of one value of `type`, for types 1 to 10, which cameras use; 0 for every other type.
 constexpr std::uint32_t ElementSize(std::uint16_t type) {
     switch (type) {
         case kByte:

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Who may do what with a file that takes another one's place, and what else is kept with it.
+// SPDX-License-Identifier: MIT Gives a file that replaces another one that file's owner, permissions and
+// extended attributes.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,7 +23,8 @@ namespace file_system {
 
 namespace {
 
-/// Whether the open file now belongs to the group of `existing`.
+/// Gives the open file the owner and group of `existing`, or at least the group. Returns whether it now has
+/// the group.
 bool TakeOwner(const Handle& file, const struct stat& existing) {
     constexpr auto stays = static_cast<uid_t>(-1);
     const auto give = [&](uid_t user) {
@@ -36,13 +37,14 @@ bool TakeOwner(const Handle& file, const struct stat& existing) {
 
 constexpr const char* kAccessList = "system.posix_acl_access";
 
-/// What is no property of the file's content, or is set in another way.
+/// Attributes that do not belong to the file's content, or that are set in another way.
 constexpr auto kNotCopied = std::to_array<std::string_view>(
     {kAccessList, "system.posix_acl_default", "security.evm", "security.ima"});
 
 using Value = std::vector<char>;
 
-/// Asks twice: for the length, and for the bytes. Nothing, and errno, when one of them failed.
+/// Calls twice: once for the length, once for the bytes. If either call fails, returns std::nullopt and
+/// leaves errno set.
 template <typename Call>
 std::optional<Value> ReadAll(Call call) {
     const auto length = RetryOnInterrupt([&] { return call(nullptr, 0); });
@@ -68,7 +70,8 @@ bool SetAttribute(const Handle& file, const char* name, const Value& value) {
            0;
 }
 
-/// Ratings, tags, labels. What the system or the file system does not take is left out.
+/// Copies ratings, tags, labels and the like. Attributes that the system or the file system does not accept
+/// are left out.
 void TakeAttributes(const Handle& file, const std::string& path) {
     auto names =
         ReadAll([&](char* list, std::size_t size) { return ::llistxattr(path.c_str(), list, size); });
@@ -92,7 +95,7 @@ bool MeansNone(std::error_code error) {
            error == std::errc::function_not_supported;
 }
 
-/// The folder may have given the new file a list that the old one does not have.
+/// Removes the list if the old file has none, because the folder may have given the new file one.
 AccessList TakeAccessList(const Handle& file, const std::string& path) {
     if (const auto list = Attribute(path, kAccessList)) {
         return SetAttribute(file, kAccessList, *list) ? AccessList::kTaken : AccessList::kUnknown;
@@ -115,8 +118,8 @@ AccessList TakeAccessList(const Handle& /*file*/, const std::string& /*path*/) {
 
 #endif
 
-/// The mode of the old file, less what it would mean in other hands: to a group that is not its own, or
-/// without its access control list.
+/// The mode of the old file, without the rights that would go to others than before, because its group or its
+/// access control list could not be kept.
 mode_t ModeFor(const struct stat& existing, bool group_is_kept, AccessList list) {
     constexpr mode_t group = S_IRWXG;
     constexpr mode_t group_to_others = 3;  // bits
@@ -133,7 +136,7 @@ mode_t ModeFor(const struct stat& existing, bool group_is_kept, AccessList list)
 
 }  // namespace
 
-/// Attributes come first: they need the right to write, which the mode may take away.
+/// Sets the attributes first: that needs the right to write, which the mode may take away.
 std::error_code TakeOver(const Handle& file, const std::string& path) {
     struct stat existing = {};
     if (const std::error_code error = StatusOf(path, existing)) {
@@ -143,7 +146,7 @@ std::error_code TakeOver(const Handle& file, const std::string& path) {
     const bool group_is_kept = TakeOwner(file, existing);
     const AccessList list = TakeAccessList(file, path);
     const mode_t mode = ModeFor(existing, group_is_kept, list);
-    // A refusal leaves the mode of a new file.
+    // If this is refused, the file keeps the mode of a new file.
     (void)RetryOnInterrupt([&] { return ::fchmod(file.Get(), mode); });
     return {};
 }

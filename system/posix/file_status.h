@@ -13,13 +13,13 @@
 
 namespace file_system {
 
-/// No error for 0, what a call of the system returned; else the error that it left.
+/// The error of a system call that returned `result`; no error for 0.
 inline std::error_code ErrorOf(int result) {
     return result == 0 ? std::error_code() : system_error::Last();
 }
 
-/// The status of what stands at `path`; of a symbolic link, its own. no_such_file_or_directory when there is
-/// nothing.
+/// Gets the status of the file, folder or link at `path`, without following a link. Returns
+/// no_such_file_or_directory if there is none.
 [[nodiscard]] inline std::error_code StatusOf(const std::string& path, struct stat& status) {
     return ErrorOf(RetryOnInterrupt([&] { return ::lstat(path.c_str(), &status); }));
 }

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// operation_would_block: another run holds the lock.
+/// Returns operation_would_block if another run holds the lock.
 std::error_code Lock(const Handle& file) {
     return ErrorOf(RetryOnInterrupt([&] { return ::flock(file.Get(), LOCK_EX | LOCK_NB); }));
 }
@@ -39,7 +39,7 @@ const timespec& ModifiedTime(const struct stat& status) {
 }
 #endif
 
-/// Some file systems number a file anew each time they are asked.
+/// Compares size and time, too, because some file systems give a file a new number at every query.
 bool SameFile(const struct stat& a, const struct stat& b) {
     return S_ISREG(a.st_mode) && S_ISREG(b.st_mode) && a.st_dev == b.st_dev &&
            (a.st_ino == b.st_ino || (a.st_size == b.st_size && SameTime(ModifiedTime(a), ModifiedTime(b))));
@@ -52,7 +52,7 @@ bool IsAbandoned(const Handle& file, const std::string& path, std::int64_t least
            Lock(file) != std::errc::operation_would_block && !CheckName(file, path);
 }
 
-/// What is not there is a state like others.
+/// A missing file is not an error here.
 std::error_code UnlessMissing(std::error_code unknown) {
     return unknown == std::errc::no_such_file_or_directory ? std::error_code() : unknown;
 }
@@ -74,7 +74,7 @@ std::error_code FollowLinks(const std::string& path, std::string& target) {
         if (error) {
             return error;
         }
-        end = end.parent_path() / next;  // an absolute `next` stands alone
+        end = end.parent_path() / next;  // an absolute `next` replaces the whole path
     }
     return std::make_error_code(std::errc::too_many_symbolic_link_levels);
 }
@@ -112,7 +112,7 @@ std::error_code CreateNew(const std::string& path, fs::perms permissions, Handle
     if (!file.IsOpen()) {
         return system_error::Last();
     }
-    (void)Lock(file);  // nobody else knows the name, and some file systems have no locks
+    (void)Lock(file);  // may fail: nobody else knows the name yet, and some file systems have no locks
     return {};
 }
 
@@ -132,15 +132,15 @@ std::error_code Write(const Handle& file, std::span<const char> bytes) {
             return system_error::Last();
         }
         if (written == 0) {
-            return std::make_error_code(std::errc::io_error);  // it would be so for ever
+            return std::make_error_code(std::errc::io_error);  // a retry would loop for ever
         }
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
     return {};
 }
 
-/// A file system in a network hears of it when a descriptor is closed; the file's own stays open, and with it
-/// the lock.
+/// A network file system writes when a descriptor is closed. This closes a copy, so that the file stays open
+/// and locked.
 std::error_code Flush(const Handle& file) {
     const int copy = RetryOnInterrupt([&] { return ::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0); });
     return copy >= 0 ? ErrorOf(::close(copy)) : system_error::Last();
@@ -168,8 +168,8 @@ std::error_code CheckName(const Handle& file, const std::string& path) {
 
 std::error_code Synchronize(const Handle& file) {
 #if defined(F_FULLFSYNC)
-    // macOS: fsync hands the file to the drive, which may keep it in its memory. Not every drive knows
-    // better.
+    // On macOS, fsync only hands the data to the drive, which may keep it in its cache. Not every drive
+    // supports the stronger request.
     if (::fcntl(file.Get(), F_FULLFSYNC) == 0) {
         return {};
     }
@@ -185,7 +185,8 @@ std::error_code SynchronizeFolder(const std::string& folder) {
         return system_error::Last();
     }
     const std::error_code error = ErrorOf(RetryOnInterrupt([&] { return ::fsync(names.Get()); }));
-    return error == std::errc::invalid_argument ? std::error_code() : error;  // some cannot do it to a folder
+    return error == std::errc::invalid_argument ? std::error_code()
+                                                : error;  // some file systems cannot synchronize a folder
 }
 
 void Remove(const std::string& path) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Not every file system's listing tells the type. A symbolic link counts as a file, whatever it points to.
+/// Not every file system lists the type. A symbolic link counts as a file, whatever it points to.
 bool IsFolder(DIR* listing, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN) {
         return entry.d_type == DT_DIR;

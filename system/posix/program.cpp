@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A name of the file that the system tells, or an empty one.
+/// A path of the running program's file, from the system; empty if it is unknown.
 fs::path NameFromSystem() {
 #if defined(__APPLE__)
     std::array<char, 4096> name = {};

@@ -8,15 +8,15 @@
 #include <system_error>
 #include <vector>
 
-/// The running program and its place in the system. The launcher, which asks for this, is not made for
-/// Windows.
+/// The file of the running program, and its replacement by another program. Only the launcher, which does not
+/// exist for Windows, uses this.
 namespace program {
 
-/// The file of the running program, with all links followed; nothing where the system does not tell.
+/// The file of the running program, with all links resolved; std::nullopt if it is unknown.
 std::optional<std::filesystem::path> OwnFile();
 
-/// Becomes the program `file` with these arguments, the first of which is its name. Returns only when that
-/// fails, with the reason.
+/// Replaces this process with the program `file` and these arguments, the first of which is the program's
+/// name. Returns only if that fails, with the reason.
 [[nodiscard]] std::error_code Become(const std::filesystem::path& file, std::vector<std::string> arguments);
 
 }  // namespace program

@@ -28,7 +28,7 @@ std::error_code RenameInOneStep(const std::string& /*from*/, const std::string& 
 }
 #endif
 
-/// Whether both are names of one file.
+/// Whether both names belong to the same file.
 bool NameOneFile(const std::string& a, const std::string& b) {
     struct stat status_a = {};
     struct stat status_b = {};
@@ -36,13 +36,13 @@ bool NameOneFile(const std::string& a, const std::string& b) {
            status_a.st_ino == status_b.st_ino;
 }
 
-/// Over a network the answer to a call that was made may get lost; the second one then fails.
+/// On a network file system, the answer to a successful call may get lost, and its repetition then fails.
 std::error_code Link(const std::string& from, const std::string& to) {
     const std::error_code error = ErrorOf(RetryOnInterrupt([&] { return ::link(from.c_str(), to.c_str()); }));
     return error == std::errc::file_exists && NameOneFile(from, to) ? std::error_code() : error;
 }
 
-/// Whether a file system without the operation answers so.
+/// Whether this is the answer of a file system that does not have the operation.
 bool MeansUnknown(std::error_code error) {
     return error == std::errc::invalid_argument || error == std::errc::function_not_supported ||
            error == std::errc::not_supported;

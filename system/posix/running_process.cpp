@@ -27,7 +27,7 @@ std::uint64_t Number() {
 bool IsGone(std::uint64_t number) {
     constexpr auto highest = static_cast<std::uint64_t>(std::numeric_limits<pid_t>::max());
     if (number == 0 || number > highest) {
-        return false;  // to kill these are no single process
+        return false;  // for kill(2), these do not stand for a single process
     }
     return ::kill(static_cast<pid_t>(number), 0) != 0 && errno == ESRCH;
 }

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Landlock, by its system calls: the C library has no functions for them, and its headers may be older.
+// SPDX-License-Identifier: MIT Uses Landlock through raw system calls: the C library has no functions for
+// them, and its headers may be older.
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -20,7 +20,7 @@
 
 namespace {
 
-/// What can be done to files, as the system counts it.
+/// Landlock's numbers for what a process may do to files.
 namespace access_right {
 
 constexpr std::uint64_t kWriteFile = 1U << 1U;
@@ -28,7 +28,7 @@ constexpr std::uint64_t kReadFile = 1U << 2U;
 constexpr std::uint64_t kReadFolder = 1U << 3U;
 constexpr std::uint64_t kRemoveFile = 1U << 5U;
 constexpr std::uint64_t kMakeFile = 1U << 8U;
-constexpr std::uint64_t kAllOfVersion1 = (1U << 13U) - 1;  ///< links, folders, devices, programs as well
+constexpr std::uint64_t kAllOfVersion1 = (1U << 13U) - 1;  ///< includes links, folders, devices, programs
 constexpr std::uint64_t kMoveElsewhere = 1U << 13U;        ///< from version 2 on
 constexpr std::uint64_t kTruncate = 1U << 14U;             ///< from version 3 on
 constexpr std::uint64_t kControlDevice = 1U << 15U;        ///< from version 5 on
@@ -47,12 +47,12 @@ struct [[gnu::packed]] PathRule {
     std::int32_t path;  ///< descriptor
 };
 
-/// Names a file or folder without opening it.
+/// A handle that refers to a file or folder without opening it.
 Handle Locate(const std::string& path) {
     return Handle(::open(path.c_str(), O_PATH | O_CLOEXEC));
 }
 
-/// Whether the program could not open such a path either: then there is nothing to allow.
+/// Whether the program could not open the path anyway, so that there is nothing to allow.
 bool IsOutOfReachAnyway(std::error_code error) {
     constexpr std::array out_of_reach = {
         std::errc::no_such_file_or_directory, std::errc::not_a_directory, std::errc::permission_denied,
@@ -60,7 +60,7 @@ bool IsOutOfReachAnyway(std::error_code error) {
     return std::ranges::any_of(out_of_reach, [&](std::errc reason) { return error == reason; });
 }
 
-/// The rights that the system at hand can refuse.
+/// The rights that this version of Landlock can restrict.
 std::uint64_t HandledAccess(long version) {
     constexpr long knows_moves = 2;
     constexpr long knows_truncation = 3;
@@ -70,7 +70,7 @@ std::uint64_t HandledAccess(long version) {
            (version >= knows_devices ? access_right::kControlDevice : 0);
 }
 
-/// What the process may do after it has been confined.
+/// What the process may still do once it is confined.
 class Ruleset {
   public:
     explicit Ruleset(std::uint64_t handled)
@@ -80,14 +80,14 @@ class Ruleset {
 
     bool Made() const { return ruleset_.IsOpen(); }
 
-    /// Returns false when the folder would be out of reach although it is there.
+    /// Returns false if the folder exists but would be out of reach.
     bool AllowFolder(const std::string& path, std::uint64_t access) const {
         const Handle folder = Locate(path);
         return folder.IsOpen() ? Allow(folder, access) : IsOutOfReachAnyway(system_error::Last());
     }
 
-    /// Allows to read what the link leads to, if that is a plain file; a folder would be all that is in it.
-    /// Returns false when the file would be out of reach although it is there.
+    /// Allows reading the file that the link leads to, if it is a plain file; to allow a folder would allow
+    /// everything in it. Returns false if the file exists but would be out of reach.
     bool AllowFile(const std::string& link) const {
         const Handle file = Locate(link);
         if (!file.IsOpen()) {
@@ -132,7 +132,7 @@ bool EnterSandbox(const Reach& reach) {
         return rules.AllowFolder(path, access_right::kWriting);
     };
     const auto linked = [&](const std::string& path) { return rules.AllowFile(path); };
-    // Rather no sandbox than one that a picture does not fit into.
+    // No sandbox is better than one that locks out the pictures.
     return rules.Made() && std::ranges::all_of(reach.read_folders, readable) &&
            std::ranges::all_of(reach.written_folders, writable) &&
            std::ranges::all_of(reach.read_files, linked) && rules.Confine();

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The lowest free descriptor, open to nothing; negative when there is none. Without devices the root folder
-/// serves: nothing can be written to it either.
+/// Opens the null device and returns its descriptor, the lowest free one; negative if that fails. Where there
+/// are no devices, opens the root folder, which cannot be written to either.
 int OpenNothing() {
     const int descriptor = ::open("/dev/null", O_RDWR);
     return descriptor >= 0 ? descriptor : ::open("/", O_RDONLY);

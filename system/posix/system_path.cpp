@@ -19,7 +19,7 @@ namespace system_path {
 
 namespace {
 
-/// A pipe that nobody writes to would otherwise be waited for.
+/// Without O_NONBLOCK, opening a pipe would wait for somebody to write to it.
 Handle OpenWithoutWaiting(const std::string& path) {
     constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     return Handle(RetryOnInterrupt([&] { return ::open(path.c_str(), flags); }));
@@ -30,7 +30,7 @@ bool IsPlain(const Handle& file) {
     return ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// The stream reads from the file and closes it in the end. Returns whether it could take it.
+/// Lets the stream read from the file and close it in the end. Returns whether that worked.
 bool Attach(Handle file, std::ifstream& stream) {
     constexpr auto mode = std::ios::in | std::ios::binary;
 #if defined(_LIBCPP_VERSION)

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr mode_t kForTheUserAlone = 0700;
 
-/// Whether root is about to make a folder in another user's: sudo may keep HOME.
+/// Whether this is root, about to make a folder in another user's: sudo may keep HOME.
 bool BelongsToAnother(const fs::path& folder) {
     struct stat status = {};
     return ::geteuid() == 0 && ::stat(folder.c_str(), &status) == 0 && status.st_uid != 0;

@@ -5,14 +5,16 @@
 #include <filesystem>
 #include <system_error>
 
-/// Folders of the user's own. The launcher, which asks for them, is not made for Windows.
+/// The user's home folder and private folders. Only the launcher, which does not exist for Windows, uses
+/// this.
 namespace user_folder {
 
-/// $HOME if that is an absolute path, or else what the system knows of the user; empty when there is neither.
+/// $HOME if it is an absolute path; otherwise the home folder in the system's user database, or an empty
+/// path.
 std::filesystem::path Home();
 
-/// Makes the folder and those that it lies in, as far as they are missing, for the user alone. Root makes
-/// none in the folder of another user, who could not enter it: operation_not_permitted.
+/// Makes the folder and its missing parent folders, accessible only to the user. Returns
+/// operation_not_permitted if root would make one in the folder of another user, who could not enter it.
 [[nodiscard]] std::error_code MakePrivate(const std::filesystem::path& folder);
 
 }  // namespace user_folder

@@ -23,7 +23,7 @@ namespace file_system {
 
 namespace {
 
-/// As statfs(2) gives them: vfat and msdos, exFAT, NTFS by its two drivers, HFS and HFS+, UDF, and all of
+/// Types as in statfs(2): vfat and msdos, exFAT, NTFS with its two drivers, HFS and HFS+, UDF, and all of
 /// FUSE.
 constexpr auto kLosingTypes = std::to_array<std::uint32_t>(
     {0x4D44, 0x2011BAB0, 0x5346544E, 0x7366746E, 0x4244, 0x482B, 0x15013346, 0x65735546});
@@ -36,8 +36,7 @@ bool LosesReplacedFiles(const std::string& path) {
            std::ranges::find(kLosingTypes, static_cast<std::uint32_t>(volume.f_type)) != kLosingTypes.end();
 }
 
-/// Some write all that they hold back, but leave it in the memory of the disk; that one is emptied for a
-/// file.
+/// Some file systems write everything on syncfs but do not empty the disk's cache; fsync of a file does that.
 std::error_code SynchronizeVolume(const Handle& file) {
     const bool written = RetryOnInterrupt([&] { return ::syncfs(file.Get()); }) == 0;
     return written ? Synchronize(file) : system_error::Last();

@@ -2,8 +2,8 @@
 #ifndef VELMARCON_SYSTEM_POSIX_WRITE_SIGNALS_H
 #define VELMARCON_SYSTEM_POSIX_WRITE_SIGNALS_H
 
-/// From now on a write that fails, because a file may not grow or nobody reads what is printed any more, is
-/// an error like others, and no reason to die half-way through a card. Windows has no such signals.
+/// From now on, a write that fails because a file may not grow or nobody reads the output any more is an
+/// ordinary error and does not kill the program half-way through a card. Windows has no such signals.
 void IgnoreWriteSignals();
 
 #endif  // VELMARCON_SYSTEM_POSIX_WRITE_SIGNALS_H

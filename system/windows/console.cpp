@@ -9,7 +9,7 @@
 
 #include "system/system_path.h"
 
-/// Tells the start-up code of the C library to leave `*` and `?` in the arguments alone.
+/// Tells the start-up code of the C library not to expand `*` and `?` in the arguments.
 extern "C" int _dowildcard;
 int _dowildcard = 0;
 

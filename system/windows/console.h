@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-/// Lets the console show the program's texts, which are UTF-8, until the program ends. It would stay so.
+/// Makes the console show UTF-8, the encoding of the program's texts, and restores its old code page at the
+/// end.
 class Utf8Console {
   public:
     Utf8Console();
@@ -19,10 +20,10 @@ class Utf8Console {
     unsigned int code_page_;
 };
 
-/// A card reader without a card is an error like any other from now on, and no reason to ask in a window.
+/// From now on, a card reader without a card is an ordinary error and opens no dialog window.
 void ShowNoErrorWindows();
 
-/// The arguments of wmain as the program's texts, its name included.
+/// The arguments of wmain, including the program's name, in UTF-8.
 std::vector<std::string> Arguments(int count, const wchar_t* const* arguments);
 
 #endif  // VELMARCON_SYSTEM_WINDOWS_CONSOLE_H

@@ -14,9 +14,9 @@ std::error_code TakeOver(const Handle& file, const std::string& path) {
     }
     constexpr DWORD kept = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
                            FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-    FILE_BASIC_INFO status = {};  // times of 0 stay
+    FILE_BASIC_INFO status = {};  // a time of 0 leaves that time unchanged
     status.FileAttributes = (existing & kept) != 0 ? existing & kept : FILE_ATTRIBUTE_NORMAL;
-    // A refusal leaves the attributes of a new file.
+    // If this is refused, the file keeps the attributes of a new file.
     (void)::SetFileInformationByHandle(file.Get(), FileBasicInfo, &status, sizeof(status));
     return {};
 }

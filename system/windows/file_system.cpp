@@ -17,23 +17,25 @@ using system_path::ToSystem;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Opens what stands at `path` for `access`, while others do with it what `share` leaves them.
+/// Opens the existing file, folder or link at `path` for `access`. `share` is what other programs may do with
+/// it meanwhile.
 Handle OpenExisting(const std::string& path, DWORD access, DWORD share, DWORD flags) {
     return Handle(
         ::CreateFileW(ToSystem(path).c_str(), access, share, nullptr, OPEN_EXISTING, flags, nullptr));
 }
 
-/// Of a symbolic link, its own; INVALID_FILE_ATTRIBUTES when there are none.
+/// The attributes of what is at `path`, without following a link; INVALID_FILE_ATTRIBUTES if there is
+/// nothing.
 DWORD AttributesOf(const std::string& path) {
     return ::GetFileAttributesW(ToSystem(path).c_str());
 }
 
-/// No error when a call of Windows returned `done`; else the error that it left.
+/// No error if a call of Windows succeeded, that is, if `done`; otherwise its error.
 std::error_code ErrorUnless(bool done) {
     return done ? std::error_code() : system_error::Last();
 }
 
-/// A path without the prefix that switches off what Windows otherwise does to paths.
+/// A path without the prefix that stops Windows from interpreting it.
 std::wstring WithoutPrefix(const std::wstring& path) {
     constexpr std::wstring_view network = L"\\\\?\\UNC\\";
     constexpr std::wstring_view local = L"\\\\?\\";
@@ -43,7 +45,7 @@ std::wstring WithoutPrefix(const std::wstring& path) {
     return path.starts_with(local) ? path.substr(local.size()) : path;
 }
 
-/// The file at `path` by its real name.
+/// Finds the real name of the file at `path`.
 std::error_code FindRealName(const std::string& path, std::wstring& name) {
     const Handle file = OpenExisting(path, FILE_READ_ATTRIBUTES, kShareAll, FILE_FLAG_BACKUP_SEMANTICS);
     if (!file.IsOpen()) {
@@ -58,9 +60,9 @@ std::error_code FindRealName(const std::string& path, std::wstring& name) {
     return error;
 }
 
-/// Negative for a time to come.
+/// Negative for a time in the future.
 std::int64_t SecondsSince(const FILETIME& time) {
-    constexpr std::int64_t ticks = 10'000'000;  // of 100 ns a second
+    constexpr std::int64_t ticks = 10'000'000;  // a second, in ticks of 100 ns
     FILETIME now = {};
     ::GetSystemTimeAsFileTime(&now);
     const auto in_ticks = [](const FILETIME& moment) {
@@ -104,7 +106,8 @@ std::error_code KindOf(const std::string& path, Kind& kind) {
     return {};
 }
 
-/// One that a program has open in a way that forbids to write it could not be replaced at the end, either.
+/// A file that another program has open, without letting others write it, could not be replaced at the end,
+/// either.
 std::error_code CheckWritable(const std::string& path) {
     const DWORD attributes = AttributesOf(path);
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
@@ -124,7 +127,7 @@ std::error_code CreateNew(const std::string& path, std::filesystem::perms /*perm
     return ErrorUnless(file.IsOpen());
 }
 
-/// A run that is writing the file has it open, and no other can open it for itself alone.
+/// Opening the file without sharing fails while another run has it open.
 void RemoveAbandoned(const std::string& path, std::int64_t least_age) {
     constexpr DWORD alone = 0;
     const Handle file =
@@ -149,14 +152,14 @@ std::error_code Write(const Handle& file, std::span<const char> bytes) {
             return system_error::Last();
         }
         if (written == 0) {
-            return std::make_error_code(std::errc::io_error);  // it would be so for ever
+            return std::make_error_code(std::errc::io_error);  // a retry would loop for ever
         }
         bytes = bytes.subspan(written);
     }
     return {};
 }
 
-/// Nothing is kept back.
+/// WriteFile holds nothing back.
 std::error_code Flush(const Handle& /*file*/) {
     return {};
 }
@@ -168,7 +171,8 @@ std::error_code SizeOf(const Handle& file, std::uint64_t& size) {
     return error;
 }
 
-/// Who takes the file for a stale one cannot remove it while it is open.
+/// The name cannot pass to another file: nobody who mistakes the file for a stale one can remove it while it
+/// is open.
 std::error_code CheckName(const Handle& /*file*/, const std::string& path) {
     return IsTaken(path) ? std::error_code() : std::make_error_code(std::errc::no_such_file_or_directory);
 }
@@ -177,7 +181,7 @@ std::error_code Synchronize(const Handle& file) {
     return ErrorUnless(::FlushFileBuffers(file.Get()) != 0);
 }
 
-/// A rename waits for its own change.
+/// Not needed: renaming waits until the new name is on the disk.
 std::error_code SynchronizeFolder(const std::string& /*folder*/) {
     return {};
 }

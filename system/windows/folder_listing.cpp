@@ -9,7 +9,7 @@
 
 struct FolderListing::System {
     HANDLE search = INVALID_HANDLE_VALUE;
-    bool at_entry = false;  ///< `entry` holds one that was not given yet
+    bool at_entry = false;  ///< `entry` holds an entry that NextFile has not returned yet
     WIN32_FIND_DATAW entry = {};
 };
 
@@ -22,7 +22,7 @@ FolderListing::FolderListing(const std::string& path) {
     const std::string all = path + (path_names::EndsInSeparator(path) ? "*" : "\\*");
     system->search = ::FindFirstFileW(system_path::ToSystem(all).c_str(), &system->entry);
     system->at_entry = system->search != INVALID_HANDLE_VALUE;
-    // The root of a drive may be empty; other folders list themselves.
+    // The root of a drive may be empty; every other folder lists at least itself.
     if (system->at_entry || ::GetLastError() == ERROR_FILE_NOT_FOUND) {
         system_ = std::move(system);
     }

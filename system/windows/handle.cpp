@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-/// Some calls of Windows return one value when they fail, and some the other.
+/// On failure, some calls of Windows return nullptr and others INVALID_HANDLE_VALUE.
 Handle::Handle(Native native) : native_(native == INVALID_HANDLE_VALUE ? kNone : native) {}
 
 void Handle::Close() {

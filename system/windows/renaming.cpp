@@ -9,7 +9,7 @@ namespace file_system {
 
 namespace {
 
-/// Whoever looks through new files, for viruses or for a search, may have one of the two open for a moment.
+/// Retries for a second: a virus scanner or a search index may have one of the two files open for a moment.
 std::error_code Move(const std::string& from, const std::string& to, DWORD flags) {
     constexpr int most_tries = 20;
     constexpr DWORD pause = 50;  // ms

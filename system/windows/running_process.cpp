@@ -21,7 +21,8 @@ std::uint64_t Number() {
     return ::GetCurrentProcessId();
 }
 
-/// A process that has ended can be found as long as another one keeps a handle on it.
+/// A process that has ended can still be opened while another one has a handle to it, so its exit status is
+/// checked.
 bool IsGone(std::uint64_t number) {
     if (number > std::numeric_limits<DWORD>::max()) {
         return false;

@@ -9,7 +9,8 @@ namespace system_error {
 
 namespace {
 
-/// device_or_resource_busy: another program has the file open and does not share it.
+/// The closest error of <cerrno>. device_or_resource_busy means that another program has the file open and
+/// does not share it.
 std::errc FromWindows(DWORD error) {
     switch (error) {
         case ERROR_FILE_NOT_FOUND:

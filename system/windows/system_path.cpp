@@ -13,8 +13,8 @@ namespace system_path {
 
 namespace {
 
-/// Behind the first of these Windows takes a path as it stands, where `/` is no separator. The second leads
-/// to devices.
+/// Windows takes a path with the first prefix literally, so `/` is not a separator in it. The second is the
+/// prefix of devices.
 constexpr std::wstring_view kAsItStands = L"\\\\?\\";
 constexpr std::wstring_view kDevices = L"\\\\.\\";
 
@@ -46,13 +46,13 @@ bool IsDevice(const std::string& path) {
 
 namespace {
 
-/// Found out without opening it for reading.
+/// Finds out without opening the file for reading.
 bool IsPlainFile(const std::string& path) {
     if (IsDevice(path)) {
         return false;
     }
     constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    // Opens folders, too; of a link what it leads to. Nothing is read.
+    // The flag lets this open folders, too. A link is followed. Nothing is read.
     const Handle file(::CreateFileW(ToWide(path).c_str(), FILE_READ_ATTRIBUTES, share, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     BY_HANDLE_FILE_INFORMATION status = {};

@@ -21,12 +21,13 @@ bool LosesReplacedFiles(const std::string& path) {
     return known && (name.starts_with(L"FAT") || name == L"exFAT");
 }
 
-/// Only an administrator may bring a whole volume to the disk; a rename waits for its own change.
+/// Only an administrator may flush a whole volume. A file is enough: renaming waits until the new name is on
+/// the disk.
 std::error_code SynchronizeVolume(const Handle& file) {
     return Synchronize(file);
 }
 
-/// An open file could not be replaced.
+/// Opens nothing: Windows could not replace an open file.
 std::error_code Hold(const std::string& /*path*/, Handle& file) {
     file = Handle();
     return {};
