@@ -33,9 +33,9 @@ struct DefectGroup {
     }
 };
 
-/// The neighbours of one pixel, by their distance in the buffer: in the first and last column a diagonal
-/// neighbour wraps to the far end of the adjacent row. A neighbour outside the buffer is replaced by its
-/// mirror image.
+/// The neighbours of one pixel, by their distance in the buffer: in the first column a diagonal neighbour on
+/// the left is the last pixel of the row above its own, and in the last column one on the right is the first
+/// pixel of the row below its own. A neighbour outside the buffer is replaced by its mirror image.
 class Neighbours {
   public:
     Neighbours(const unsigned short* pixel, int column, int row, int width, int height)

@@ -33,7 +33,7 @@ constexpr std::array<Range, 12> kRanges = {{
     {kHuge, 2, false},  // the sum would wrap to 1
 }};
 
-TEST(ByteView, HoldsOnlyWhatLiesInsideAsAWhole) {
+TEST(ByteView, HoldsOnlyRangesThatLieInside) {
     const ByteView view(kBytes);
     for (const auto& [offset, count, held] : kRanges) {
         EXPECT_EQ(view.Holds(offset, count), held) << count << " at " << offset;
@@ -56,7 +56,7 @@ TEST(ByteView, GetReadsInEitherByteOrder) {
     EXPECT_EQ(view.Get<std::uint32_t>(1, ByteOrder::kBigEndian), 0x02030405U);
 }
 
-TEST(ByteView, GetGivesZeroForANumberThatIsNotAllThere) {
+TEST(ByteView, GetGivesZeroForAnIncompleteNumber) {
     const ByteView view(kBytes);
     EXPECT_EQ(view.Get<std::uint16_t>(4, ByteOrder::kLittleEndian), 0);
     EXPECT_EQ(view.Get<std::uint32_t>(2, ByteOrder::kBigEndian), 0U);

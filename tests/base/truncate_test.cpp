@@ -27,7 +27,7 @@ TEST(Truncate, TheEndsOfTheRangeAreKept) {
     EXPECT_EQ(Truncate<std::uint32_t>(4294967295.0), 4294967295U);
 }
 
-TEST(Truncate, WhatLiesBeyondTheRangeGivesItsEnd) {
+TEST(Truncate, ValuesBeyondTheRangeGiveItsEnd) {
     for (const double value : {2147483648.0, 1e300, kInfinity}) {
         EXPECT_EQ(Truncate<std::int32_t>(value), 2147483647) << value;
         EXPECT_EQ(Truncate<std::uint16_t>(value), 65535) << value;

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(Utf16, EveryLengthOfACharacterGoesThereAndBack) {
+TEST(Utf16, CharactersOfEveryLengthAreConvertedBothWays) {
     const std::u16string text = {u'A',   0x00FC, 0x5199, 0xD83D, 0xDCF7,
                                  0x07FF, 0x0800, 0xFFFF, 0xDBFF, 0xDFFF};
     const std::string utf8 =
@@ -21,7 +21,7 @@ TEST(Utf16, EmptyTextIsEmpty) {
     EXPECT_EQ(utf16::FromUtf8(""), u"");
 }
 
-TEST(Utf16, HalfAPairComesBackAsItWas) {
+TEST(Utf16, HalfASurrogatePairIsConvertedBothWays) {
     for (const std::u16string& text :
          {std::u16string{0xD800}, std::u16string{0xDFFF, u'x'}, std::u16string{0xDC00, 0xD800},
           std::u16string{0xD83D, 0xD83D, 0xDCF7}}) {
@@ -30,7 +30,7 @@ TEST(Utf16, HalfAPairComesBackAsItWas) {
     EXPECT_EQ(utf16::ToUtf8(std::u16string{0xD800}), "\xED\xA0\x80");
 }
 
-TEST(Utf16, BytesThatAreNoUtf8BecomeReplacementCharacters) {
+TEST(Utf16, BytesThatAreNotUtf8BecomeReplacementCharacters) {
     EXPECT_EQ(utf16::FromUtf8("a\xFC"
                               "b"),
               u"a\xFFFD"

@@ -33,7 +33,7 @@ IFD ReadIFD(InputFile& file, std::uint32_t offset) {
     return ifd;
 }
 
-/// The images of a file that is `missing` bytes short; nothing when they are refused.
+/// The images of a file whose last `missing` bytes are cut off; std::nullopt if they are rejected.
 std::optional<CameraImage> Read(const samples::CameraDngFile& camera, std::size_t missing = 0) {
     Bytes bytes = samples::Serialize(camera);
     bytes.resize(bytes.size() - missing);
@@ -62,12 +62,12 @@ TEST(RawImage, GoesThroughTheLinearizationTable) {
     EXPECT_EQ(image->height, 1);
 }
 
-/// Neighbours differ, and so do pixels a whole number of 256 apart.
+/// Samples that are neighbours or a multiple of 256 apart differ.
 std::uint8_t SampleAt(std::size_t i) {
     return static_cast<std::uint8_t>(i + i / 251);
 }
 
-TEST(RawImage, OfManyPiecesIsReadWhole) {
+TEST(RawImage, OfManyPiecesIsReadCompletely) {
     constexpr int width = 1100;
     constexpr int height = 600;
     auto file = SmallCameraDng(width, height);
@@ -84,7 +84,7 @@ TEST(RawImage, OfManyPiecesIsReadWhole) {
     EXPECT_FALSE(Read(file, 1));
 }
 
-TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadWhole) {
+TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadCompletely) {
     constexpr int width = 1000;
     constexpr int height = 500;
     auto file = SmallCameraDng(width, height);
@@ -107,7 +107,7 @@ TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadWhole) {
 
 TEST(RawImage, GoesThroughWhateverTableTheFileHas) {
     auto file = WithRow({0, 1, 255});
-    std::vector<Pixel> table(300);  // more entries than a byte can ask for
+    std::vector<Pixel> table(300);  // more entries than a byte can select
     for (std::size_t i = 0; i < table.size(); ++i) {
         table[i] = static_cast<std::uint16_t>(65535 - i);
     }
@@ -116,7 +116,7 @@ TEST(RawImage, GoesThroughWhateverTableTheFileHas) {
     EXPECT_EQ(Read(file)->pixels, (Pixels{65535, 65534, 65280}));
 }
 
-TEST(RawImage, OfSixteenBitsIsTakenAsItIs) {
+TEST(RawImage, OfSixteenBitsIsReadUnchanged) {
     auto file = SmallCameraDng(2, 1);
     file.raw = {0x34, 0x12, 0xFF, 0x3F};
     samples::Remove(file.raw_ifd, tag::kLinearizationTable);
@@ -170,7 +170,7 @@ TEST(RawImage, IsRefusedWhenItIsShortByOneByte) {
     EXPECT_FALSE(Read(file));
 }
 
-TEST(RawImage, IsRefusedWhenItBeginsBehindTheEnd) {
+TEST(RawImage, IsRefusedWhenItBeginsAfterTheEnd) {
     auto file = SmallCameraDng(4, 3);
     for (const std::uint32_t offset : {samples::kDngRawOffset + 1, samples::kDngRawOffset + 12, 0xFFFFFFFF}) {
         samples::Set(file.raw_ifd, Long(tag::kStripOffsets, offset));
@@ -178,7 +178,7 @@ TEST(RawImage, IsRefusedWhenItBeginsBehindTheEnd) {
     }
 }
 
-/// A change to the raw image's tags after which nothing can be made of the image.
+/// A change to the raw image's tags that makes the image unreadable.
 struct Unknown {
     const char* name;
     std::function<void(std::vector<samples::Entry>&)> change;
@@ -217,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(
         With("TableOfLongs", Longs(tag::kLinearizationTable, std::vector<std::uint32_t>(256, 1))),
         With("TwelveBits", Short(tag::kBitsPerSample, 12)), With("Compressed", Short(tag::kCompression, 7)),
         With("WidthTooLarge", Long(tag::kImageWidth, 5)),
-        // Products that fit in 32 bits only when they are cut, or not at all.
+        // Products that fit into 32 bits only truncated, or not at all.
         With("WidthOfAllBits", Long(tag::kImageWidth, 0xFFFFFFFF)),
         With("WidthWhoseProductIsCutToNothing", Long(tag::kImageWidth, 0x40000000)),
         With("MoreStripBytesThanTheFileHas", Long(tag::kStripByteCounts, 0xFFFFFFFF)),

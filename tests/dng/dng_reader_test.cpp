@@ -14,7 +14,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A file of bytes, and what the reader makes of the IFD at byte `offset` of it.
+/// Reads the IFD at byte `offset` of a file.
 class ReadIFD {
   public:
     explicit ReadIFD(const Bytes& bytes, int offset = 0) {
@@ -40,7 +40,7 @@ std::string Listed(const expected::Tags& tags) {
     return expected::Listing(tags);
 }
 
-// The bytes of every file are typed as they stand: tag, type, count, value field.
+// The entries of all files below are written byte for byte: tag, type, count, value field.
 
 TEST(IFDReader, TakesTwoShortsFromTheEntryAndSkipsNothing) {
     const ReadIFD ifd({2,    0,                                   //
@@ -108,7 +108,7 @@ TEST(IFDReader, TakesBytesOfEveryOneByteType) {
     EXPECT_EQ(ifd.tags.at(4).type, 7);
 }
 
-TEST(IFDReader, SkipsEntriesOfATypeWithoutASize) {
+TEST(IFDReader, SkipsEntriesOfUnknownTypes) {
     const ReadIFD ifd(
         {5,    0,                                                                 //
          1,    0,    11,   0,    1,    0,    0,    0,    0,    0,    0,    0,     // FLOAT
@@ -128,14 +128,14 @@ TEST(IFDReader, KeepsTheSecondOfTwoEntriesOfOneTag) {
     EXPECT_EQ(ifd.Listing(), Listed({samples::Short(274, 8)}));
 }
 
-TEST(IFDReader, OfNoEntriesReadsOnlyTheCount) {
+TEST(IFDReader, ReadsOnlyTheCountOfAnEmptyIFD) {
     const ReadIFD ifd({0, 0, 9, 9});
     EXPECT_TRUE(ifd.tags.empty());
     EXPECT_TRUE(ifd.whole);
     EXPECT_EQ(ifd.end, 2);
 }
 
-TEST(IFDReader, FailsTheStreamWhereTheFileEndsInsideTheIFD) {
+TEST(IFDReader, FailsTheStreamIfTheFileEndsInsideTheIFD) {
     const Bytes file = {1, 0, 0x12, 0x01, 3, 0, 1, 0, 0, 0, 6, 0, 0, 0};
     EXPECT_TRUE(ReadIFD(file).whole);
     for (std::size_t size = 0; size < file.size(); ++size) {
@@ -145,7 +145,7 @@ TEST(IFDReader, FailsTheStreamWhereTheFileEndsInsideTheIFD) {
     }
 }
 
-TEST(IFDReader, FailsTheStreamWhereAValueReachesBehindTheEnd) {
+TEST(IFDReader, FailsTheStreamIfAValueRunsPastTheEnd) {
     Bytes file = {1, 0, 0x1A, 0x01, 5, 0, 1, 0, 0, 0, 14, 0, 0, 0, 0x2C, 1, 0, 0, 1, 0, 0, 0};
     EXPECT_TRUE(ReadIFD(file).whole);
     file.pop_back();
@@ -154,17 +154,17 @@ TEST(IFDReader, FailsTheStreamWhereAValueReachesBehindTheEnd) {
     file[10] = 15;
     EXPECT_FALSE(ReadIFD(file).whole);
     file[10] = 14;
-    file[9] = 0x80;  // a count of 2^31 + 1, whose bytes are more than 32 bits hold
+    file[9] = 0x80;  // a count of 2^31 + 1, too many bytes for 32 bits
     EXPECT_FALSE(ReadIFD(file).whole);
 }
 
-TEST(IFDReader, FailsTheStreamForAnOffsetBehindTheEnd) {
+TEST(IFDReader, FailsTheStreamForAnOffsetPastTheEnd) {
     EXPECT_FALSE(ReadIFD({0, 0}, 3).whole);
     EXPECT_FALSE(ReadIFD({0, 0}, 0x7FFFFFFF).whole);
 }
 
-/// Two entries may have the same value, but not again and again: that would make memory of nothing.
-TEST(IFDReader, FailsTheStreamWhenTheValuesTogetherAreLongerThanTheFile) {
+/// A few entries may share a value, but not so many that they need more memory than the file has bytes.
+TEST(IFDReader, FailsTheStreamIfAllValuesTogetherAreLongerThanTheFile) {
     const auto file = [](std::uint8_t entries) {
         Bytes bytes = {entries, 0};
         for (std::uint8_t tag = 1; tag <= entries; ++tag) {

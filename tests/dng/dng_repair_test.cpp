@@ -1,6 +1,5 @@
-// SPDX-License-Identifier: MIT
-// What a repair writes, whatever it is asked for, and what
-// it refuses. The corrections have tests of their own.
+// SPDX-License-Identifier: MIT Tests what every repair writes and what it refuses. The corrections have tests
+// of their own.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -30,7 +29,7 @@ using samples::SRationals;
 using support::SmallCameraDng;
 using Numbers = std::vector<std::uint32_t>;
 
-/// The file that a repair without corrections makes of `camera`.
+/// The result of repairing `camera` without corrections.
 RepairedFile Repaired(const CameraDngFile& camera) {
     RepairRun run;
     run.WriteInput(camera);
@@ -73,7 +72,7 @@ TEST(Repair, WritesAPreviewOfItsFixedSizeWhateverTheFileHas) {
     EXPECT_EQ(cut.Pixels(), support::CameraLevels(4, 4));
 }
 
-TEST(Repair, PutsIFDsPreviewAndRawImageOneBehindTheOther) {
+TEST(Repair, PutsIFDsPreviewAndRawImageOneAfterTheOther) {
     const auto file = Repaired(SmallCameraDng(12, 7));
     EXPECT_EQ(file.file.Bytes(0, 8), (std::vector<std::uint8_t>{'I', 'I', 42, 0, 8, 0, 0, 0}));
     const std::uint32_t preview = file.ifd0.At(tag::kStripOffsets).Number();
@@ -87,8 +86,7 @@ TEST(Repair, PutsIFDsPreviewAndRawImageOneBehindTheOther) {
     }
 }
 
-/// Checks that the entries of `camera` stand in `written`, but for those of the tags in `changed`, and no
-/// others than those.
+/// Checks that `written` has the same entries as `camera`, except those of the tags in `changed`.
 void ExpectKept(const std::vector<samples::Entry>& camera, const support::TiffIFD& written,
                 const std::set<std::uint16_t>& changed) {
     for (const samples::Entry& entry : camera) {
@@ -104,7 +102,8 @@ void ExpectKept(const std::vector<samples::Entry>& camera, const support::TiffIF
     }
 }
 
-/// A file whose `pointer` tag of IFD0 has two values instead of one, and no longer value stands behind it.
+/// A file in which IFD0's tag `pointer` has two values instead of one and is followed by no value outside its
+/// entry.
 std::vector<std::uint8_t> WithTwoValues(std::uint16_t pointer) {
     auto camera = SmallCameraDng(4, 4);
     std::erase_if(camera.ifd0, [](const samples::Entry& entry) {
@@ -122,8 +121,8 @@ std::vector<std::uint8_t> WithTwoValues(std::uint16_t pointer) {
     return bytes;
 }
 
-/// The layout must not leave room for values that the single one takes the place of.
-TEST(Repair, MakesPointersWithSeveralValuesSingleOnes) {
+/// The layout must not leave room for values that are replaced by a single one.
+TEST(Repair, ReplacesPointersWithSeveralValuesBySingleOnes) {
     for (const std::uint16_t pointer : {tag::kSubIFDs, tag::kExifIFD}) {
         RepairRun run;
         run.WriteInput(WithTwoValues(pointer));
@@ -155,7 +154,7 @@ TEST(Repair, MarksTheMakerNoteAsSafe) {
     EXPECT_EQ(file.ifd0.At(tag::kMakerNoteSafety).Numbers(), Numbers{1});
 }
 
-TEST(Repair, OfARepairedFileKeepsItsPixels) {
+TEST(Repair, OfARepairedDngKeepsItsPixels) {
     RepairRun run;
     run.WriteInput(SmallCameraDng(12, 7));
     ASSERT_EQ(run.Repair().code, 0);
@@ -174,7 +173,7 @@ TEST(Repair, LeavesTheInputAlone) {
     EXPECT_TRUE(support::ReadFile(run.InputPath()) == before);
 }
 
-TEST(Repair, TellsItsStepsWhenVerbose) {
+TEST(Repair, PrintsItsStepsWhenVerbose) {
     RepairRun run;
     run.WriteInput(SmallCameraDng(4, 4));
     EXPECT_EQ(run.Repair({.verbose = true}).output,
@@ -183,7 +182,7 @@ TEST(Repair, TellsItsStepsWhenVerbose) {
               "Writing image data...Done!\n");
 }
 
-TEST(Repair, DoesNotLookAtTheHeader) {
+TEST(Repair, DoesNotReadTheHeader) {
     RepairRun run;
     auto bytes = samples::Serialize(SmallCameraDng(12, 7));
     std::fill_n(bytes.begin(), 8, std::uint8_t{0xEE});
@@ -192,7 +191,7 @@ TEST(Repair, DoesNotLookAtTheHeader) {
     EXPECT_EQ(run.Output().Pixels(), support::CameraLevels(12, 7));
 }
 
-TEST(Repair, SkipsEntriesOfATypeWithoutASize) {
+TEST(Repair, SkipsEntriesOfUnknownTypes) {
     auto camera = SmallCameraDng(12, 7);
     samples::Set(camera.ifd0, samples::RawEntry(60000, 11, 1, 0));
     samples::Set(camera.exif, samples::RawEntry(60000, 12, 0xFFFFFFFF, 0xFFFFFFFF));
@@ -249,12 +248,12 @@ TEST(RepairedExposureBias, IsInThirdsTruncatedAfterAHalfIsAdded) {
     EXPECT_EQ(bias(1, 0), (Numbers{0, 3}));
 }
 
-TEST(RepairedExposureBias, OfAnUnsignedTypeIsTakenAsSigned) {
+TEST(RepairedExposureBias, OfAnUnsignedTypeIsReadAsSigned) {
     EXPECT_EQ(RepairedBias(Rationals(tag::kExposureBiasValue, {{4294836224, 65536}})),  // -2
               (Numbers{4294967291, 3}));                                                // -6 + 0.5: -5
 }
 
-TEST(RepairedExposure, IsNotAddedWhereTheCameraHasNone) {
+TEST(RepairedExposure, IsNotAddedIfTheFileHasNone) {
     auto camera = SmallCameraDng(4, 4);
     samples::Remove(camera.exif, tag::kExposureTime);
     samples::Remove(camera.exif, tag::kExposureBiasValue);
@@ -270,7 +269,7 @@ std::string Message(int code) {
                       : "L1.DNG: Error #0019: File was created from RAW+JPG or is not a Leica M8 DNG.\n";
 }
 
-/// A change to a camera's file after which it is refused.
+/// A change after which a camera DNG is refused.
 struct Refusal {
     const char* name;
     std::function<void(CameraDngFile&)> change;
@@ -301,7 +300,7 @@ std::function<void(CameraDngFile&)> WithExif(const samples::Entry& entry) {
     return [entry](CameraDngFile& file) { samples::Set(file.exif, entry); };
 }
 
-/// The second change on top of the first.
+/// The first change followed by the second.
 std::function<void(CameraDngFile&)> Both(const std::function<void(CameraDngFile&)>& first,
                                          const std::function<void(CameraDngFile&)>& second) {
     return [first, second](CameraDngFile& file) {
@@ -336,7 +335,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"NoMake", WithoutMain(tag::kMake), 19}, Refusal{"NoModel", WithoutMain(tag::kModel), 19},
         Refusal{"OtherMake", WithMain(samples::Ascii(tag::kMake, "Leica Camera")), 19},
         Refusal{"OtherModel", WithMain(samples::Ascii(tag::kModel, "M9 Digital Camera")), 19},
-        // Make and Model are looked at before anything that may be missing, but not in half an IFD.
+        // Make and Model are checked before anything that may be missing, but only in a complete IFD.
         Refusal{"OtherModelAndNoSubIFDs",
                 Both(WithMain(samples::Ascii(tag::kModel, "M9")), WithoutMain(tag::kSubIFDs)), 19},
         Refusal{"OtherModelAndDamagedRawIFD",
@@ -368,7 +367,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"ShortRawStrips", [](CameraDngFile& file) { file.raw.pop_back(); }, 17}),
     testing::PrintToStringParamName());
 
-TEST(RefusedFile, ThatIsMissingOrNoFileIsDamaged) {
+TEST(RefusedFile, ThatIsMissingOrAFolderIsDamaged) {
     RepairRun run;
     for (int i = 0; i < 2; ++i) {
         const auto result = run.Repair();

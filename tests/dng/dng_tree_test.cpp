@@ -98,7 +98,7 @@ TEST(DngTree, TakesTheLow16BitsOfTheScaledBlackLevel) {
     EXPECT_EQ(Listing(dng.sub_ifd()), Listing(tags));
 }
 
-/// What one change of the record changes in the written tags.
+/// A change of the record and the resulting change of the tags.
 struct Change {
     const char* name;
     std::function<void(EXIFInfo&)> change;
@@ -201,7 +201,7 @@ lensdb LensDatabase() {
     return lenses;
 }
 
-/// The EXIF IFD when the fix finds that lens; 367002 is the engraved aperture nearest to 360000.
+/// The EXIF IFD with that lens; 367002 is the engraved aperture nearest to 360000.
 expected::Tags ExifIfdWithLens() {
     expected::Tags tags = expected::ExifIfd();
     Set(tags, Rationals(33437, {{367002, 65500}}));
@@ -213,7 +213,7 @@ expected::Tags ExifIfdWithLens() {
     return tags;
 }
 
-/// The tags of a record and a database, both of which `change` may alter.
+/// Expects these tags for the record and the database after `change`.
 void ExpectLensTags(const std::function<void(EXIFInfo&, lensdb::Lensdbtype&)>& change,
                     const expected::Tags& exif_ifd, bool lens_fix = true) {
     ReadInputData record = expected::Record();
@@ -230,7 +230,7 @@ TEST(LensFix, TakesTheLensFromTheDatabase) {
     ExpectLensTags(kNoChange, ExifIfdWithLens());
 }
 
-TEST(LensFix, ChangesNothingWhenItIsNotAskedFor) {
+TEST(LensFix, ChangesNothingWithoutTheOption) {
     ExpectLensTags(kNoChange, expected::ExifIfd(), false);
 }
 
@@ -264,7 +264,7 @@ TEST(LensFix, WritesAnEmptyMakerAndModel) {
         tags);
 }
 
-TEST(LensFix, LeavesTheAperturesOfALensWithoutAny) {
+TEST(LensFix, KeepsTheAperturesWithALensThatHasNone) {
     expected::Tags tags = ExifIfdWithLens();
     Set(tags, Rationals(33437, {{360000, 65500}}));
     Set(tags, Rationals(37381, {{131073, 65538}}));

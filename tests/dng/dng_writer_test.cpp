@@ -27,7 +27,7 @@ void Append(Bytes& out, const Bytes& bytes) {
     out.insert(out.end(), bytes.begin(), bytes.end());
 }
 
-/// A DNG put together from its parts; the tags hold their offsets already.
+/// Assembles a DNG from its parts. The tags must contain their final offsets.
 Bytes Assemble(const std::vector<expected::Tags>& ifds, const std::vector<Bytes>& strips) {
     Bytes file = {'I', 'I', 42, 0, 8, 0, 0, 0};
     for (const auto& tags : ifds) {
@@ -71,7 +71,7 @@ struct Tree {
     DNGlib dng{&record, nullptr, nullptr};
 };
 
-/// "tag@offset" of every value that stands outside its entry.
+/// "tag@offset" for every value outside its entry.
 std::string Positions(const DNGlib::IFD& ifd) {
     std::string text;
     for (const auto& [tag, entry] : ifd) {
@@ -86,7 +86,7 @@ std::string ValueOf(const DNGlib::IFD& ifd, std::uint16_t tag) {
     return expected::Hex(ifd.at(tag).value);
 }
 
-TEST(FileLayout, PutsIFDsValuesAndRawStripOneBehindTheOther) {
+TEST(FileLayout, PutsIFDsValuesAndRawStripOneAfterTheOther) {
     Tree tree;
     EXPECT_EQ(tree.dng.DoFileLayout(kRawBytes), 1512U);
     EXPECT_EQ(Positions(tree.dng.ifd0()),
@@ -101,7 +101,7 @@ TEST(FileLayout, PutsIFDsValuesAndRawStripOneBehindTheOther) {
     EXPECT_TRUE(tree.dng.sub_ifd().empty());
 }
 
-TEST(FileLayout, PutsTheSubIFDBehindIFD0AndThePreviewBeforeTheRawStrip) {
+TEST(FileLayout, PutsTheSubIFDAfterIFD0AndThePreviewBeforeTheRawStrip) {
     Tree tree({.preview = true});
     EXPECT_EQ(tree.dng.DoFileLayout(kRawBytes), 232120U);
     EXPECT_EQ(Positions(tree.dng.ifd0()),
@@ -124,13 +124,13 @@ TEST(FileLayout, IsTheSameWhenItIsRepeated) {
     EXPECT_EQ(ValueOf(tree.dng.ifd0(), 330), " C6 03 00 00");
 }
 
-TEST(FileLayout, GivesOddValuesAnEvenRoom) {
+TEST(FileLayout, PadsOddValuesToAnEvenLength) {
     struct Case {
         std::size_t length;
-        const char* exif_values;  // of the two values behind the maker note
+        const char* exif_values;  // of the two values after the maker note
         unsigned int size;
     };
-    // A maker note of up to 4 bytes stands in its entry.
+    // A maker note of up to 4 bytes is stored in its entry.
     for (const auto& [length, next, size] :
          {Case{0, "41988@1366 42016@1374 ", 1504}, Case{3, "41988@1366 42016@1374 ", 1504},
           Case{4, "41988@1366 42016@1374 ", 1504}, Case{5, "37500@1366 41988@1372 42016@1380 ", 1510},
@@ -210,7 +210,7 @@ TEST(DngFile, HoldsEveryByteOfATreeWithPreviewBlackLevelAndOddModel) {
     Tree tree(mode);
     EXPECT_EQ(tree.dng.writeDNGTree(folder.prefix()), 0);
 
-    // The longer model takes 4 bytes more, the two tags of the black level 24.
+    // The longer model needs 4 bytes more, and the two tags of the black level 24.
     expected::Tags ifd0 = expected::Ifd0(mode);
     Set(ifd0, Long(330, 970));
     Set(ifd0, Long(34665, 1276));
@@ -293,14 +293,14 @@ TEST(DngFile, IsReportedInTwoStepsWhenVerbose) {
     EXPECT_EQ(output(false), "");
 }
 
-/// What writing prints under `path`'s folder as prefix; the result must be 0.
+/// Writes the DNG with `prefix`, expects the result 0, and returns what was printed.
 std::string WriteAndCapture(Tree& tree, const std::string& prefix) {
     return support::CaptureStdout([&] { EXPECT_EQ(tree.dng.writeDNGTree(prefix), 0); });
 }
 
 class FailedDngFile : public testing::TestWithParam<bool> {
   protected:
-    /// What is printed before the line of the failure.
+    /// The progress that is printed before the line about the failure.
     static std::string Progress(const std::string& text) { return GetParam() ? text : ""; }
 
     const support::TempFolder folder_;
@@ -325,7 +325,7 @@ TEST_P(FailedDngFile, UnderTheNameOfAFolderIsReported) {
     EXPECT_EQ(support::Names(path_), Names{});
 }
 
-TEST_P(FailedDngFile, ThatCannotTakeTheImageLeavesTheOldOne) {
+TEST_P(FailedDngFile, WithoutRoomForTheImageLeavesTheOldOne) {
     support::WriteFile(path_, "old");
     Tree tree({.preview = true}, GetParam());
     {
@@ -338,7 +338,7 @@ TEST_P(FailedDngFile, ThatCannotTakeTheImageLeavesTheOldOne) {
     EXPECT_EQ(support::ReadFile(path_), (Bytes{'o', 'l', 'd'}));
 }
 
-TEST_P(FailedDngFile, ThatCannotTakeTheHeaderLeavesTheOldOne) {
+TEST_P(FailedDngFile, WithoutRoomForTheHeaderLeavesTheOldOne) {
     support::WriteFile(path_, "old");
     Tree tree;
     tree.record.Exif.MakerNote.assign(60000, 1);
@@ -352,7 +352,7 @@ TEST_P(FailedDngFile, ThatCannotTakeTheHeaderLeavesTheOldOne) {
     EXPECT_EQ(support::ReadFile(path_), (Bytes{'o', 'l', 'd'}));
 }
 
-TEST_P(FailedDngFile, ThatTakesHalfOfAHeaderLeavesNothing) {
+TEST_P(FailedDngFile, WithRoomForHalfOfTheHeaderLeavesNothing) {
     Tree tree({}, GetParam());
     {
         const support::FileSizeLimit limit(1400);

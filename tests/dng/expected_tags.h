@@ -10,15 +10,15 @@
 #include "input/read_input_data.h"
 #include "samples/tiff_entry.h"
 
-/// A record and, typed by hand, the tags of its DNG.
+/// A record and the tags of its DNG, written by hand.
 namespace expected {
 
 using Tags = std::vector<samples::Entry>;  ///< in ascending order
 
-/// The record of a 8 x 6 image, as loading leaves it; every value differs from the others.
+/// The loaded record of an 8 x 6 image, in which no two values are equal.
 ReadInputData Record();
 
-/// What a build of the tree asks for.
+/// The options with which the tree is built.
 struct Mode {
     bool preview = false;
     bool black_level = false;  ///< BlackLevel is then 368: 92 at the record's ISO 640
@@ -30,7 +30,7 @@ Tags Ifd0(const Mode& mode);
 Tags SubIfd(const Mode& mode);
 Tags ExifIfd();
 
-/// One line an entry: tag, type, count, bytes as they stand in the tree.
+/// One line per entry: tag, type, count, and the bytes of the value.
 std::string Listing(const Tags& tags);
 std::string Listing(const DNGlib::IFD& ifd);
 

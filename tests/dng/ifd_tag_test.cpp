@@ -117,7 +117,8 @@ TEST(IFDTag, TextsEndInOneNulAndLongOnesHaveAnEvenLength) {
         std::string text;
         std::string listing;
     };
-    // "ABCDEFGH", 8 letters, stays odd with its NUL and gets a second one that only the length counts.
+    // "ABCDEFGH", 8 letters, has an odd length with its NUL and gets a second NUL, which only the length
+    // includes.
     const std::vector<Case> cases = {
         {"", "777 type 2 count 1: 00\n"},
         {"\0"s, "777 type 2 count 1: 00\n"},

@@ -17,7 +17,7 @@ using namespace std::string_literals;
 
 constexpr std::uint16_t kTag = 777;
 
-/// The listing of an IFD that holds nothing but `value`.
+/// The listing of an IFD that contains only `value`.
 template <typename Value>
 std::string Added(const Value& value) {
     IFD ifd;
@@ -37,7 +37,7 @@ TEST(IFDAdd, TakesTheTypeFromTheValue) {
     EXPECT_EQ(Added(SRational{-110, 207}), "777 type 10 count 1: 92 FF FF FF CF 00 00 00\n");
 }
 
-TEST(IFDAdd, TakesAsManyValuesAsThereAre) {
+TEST(IFDAdd, StoresAllValues) {
     constexpr std::array<std::uint16_t, 3> shorts = {2, 0xABCD, 1};
     EXPECT_EQ(Added(shorts), "777 type 3 count 3: 02 00 CD AB 01 00\n");
     EXPECT_EQ(Added(std::span(shorts).first(2)), "777 type 3 count 2: 02 00 CD AB\n");
@@ -64,7 +64,7 @@ TEST(IFDAdd, ReplacesAllOfAnEntry) {
     EXPECT_EQ(ifd[kTag].position, 0U);
 }
 
-/// Adds `values` and gets them again.
+/// Adds `values` and expects Get to return them.
 template <typename T, std::size_t size>
 void ExpectSameValues(const std::array<T, size>& values) {
     IFD ifd;

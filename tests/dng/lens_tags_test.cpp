@@ -36,7 +36,7 @@ TEST(FindLens, TakesOnlyACodeThatIsKnown) {
     EXPECT_EQ(lens_tags::FindLens(lenses, "000011"), &lenses.Lenses["000011"]);
     EXPECT_EQ(lens_tags::FindLens(lenses, "000100"), nullptr);
     EXPECT_EQ(lens_tags::FindLens(lenses, ""), nullptr);
-    EXPECT_EQ(lenses.Lenses.size(), 1U);  // looking a code up does not add it
+    EXPECT_EQ(lenses.Lenses.size(), 1U);  // a look-up does not add the code
 }
 
 struct WalkCase {
@@ -50,7 +50,7 @@ struct WalkCase {
 
 class NearestAperture : public testing::TestWithParam<WalkCase> {};
 
-TEST_P(NearestAperture, EndsWhereTheDistanceGrows) {
+TEST_P(NearestAperture, IsTheLastBeforeTheDistanceGrows) {
     EXPECT_EQ(lens_tags::NearestAperture(GetParam().apertures, GetParam().estimate), GetParam().nearest);
 }
 

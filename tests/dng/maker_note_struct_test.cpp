@@ -44,7 +44,7 @@ TEST(MakerNoteWalk, TakesNineteenValuesInTheCamerasOrder) {
     EXPECT_EQ(note.serial_number, 3106091U);
     EXPECT_EQ(note.white_balance, 5);
     EXPECT_EQ(note.lens, 134U);
-    // The three pairs stand two bytes after the 8 + 2 + 15 * 12 + 4 bytes of header and IFD.
+    // The three pairs begin two bytes after the 8 + 2 + 15 * 12 + 4 bytes of header and IFD.
     EXPECT_EQ(note.external_brightness_offset, 196U);
     EXPECT_EQ(note.external_brightness, (Pair{-98304, 65536}));
     EXPECT_EQ(note.measured_light_offset, 204U);
@@ -54,7 +54,7 @@ TEST(MakerNoteWalk, TakesNineteenValuesInTheCamerasOrder) {
     EXPECT_EQ(note.further, (std::array<std::uint32_t, 8>{4294967289, 5200, 1, 11, 12, 13, 14, 1234}));
 }
 
-/// The three pairs of `bytes` are those of DistinctShot().
+/// Expects that the three pairs in `bytes` are those of DistinctShot().
 void ExpectDistinctPairs(const Bytes& bytes) {
     const MakerNoteStruct note = DecodeMakerNote(ByteView(bytes));
     EXPECT_EQ(note.external_brightness, (Pair{-98304, 65536}));
@@ -62,7 +62,7 @@ void ExpectDistinctPairs(const Bytes& bytes) {
     EXPECT_EQ(note.approximate_f_number, (Pair{367002, 65538}));
 }
 
-TEST(MakerNoteWalk, FindsThePairsFromWhereverTheOffsetsCount) {
+TEST(MakerNoteWalk, FindsThePairsWithOffsetsFromEitherBase) {
     for (const std::uint32_t base : {0U, 8U}) {
         for (const bool gap : {true, false}) {
             SCOPED_TRACE(base);
@@ -72,7 +72,7 @@ TEST(MakerNoteWalk, FindsThePairsFromWhereverTheOffsetsCount) {
     }
 }
 
-/// A whole note with these offsets. Each LONG in it after the table holds its own position.
+/// A complete note with these offsets. Each LONG after its table is its own position.
 MakerNoteStruct WithOffsets(std::array<std::uint32_t, 3> offsets) {
     constexpr std::size_t table_end = 194;
     auto entries = samples::DngMakerNoteEntries({});
@@ -87,12 +87,12 @@ MakerNoteStruct WithOffsets(std::array<std::uint32_t, 3> offsets) {
     return DecodeMakerNote(ByteView(bytes));
 }
 
-TEST(MakerNoteWalk, CountsFromTheFirstByteOnlyIfAllOffsetsLeadPastTheTable) {
+TEST(MakerNoteWalk, CountsFromTheFirstByteOnlyIfAllOffsetsPointPastTheTable) {
     const MakerNoteStruct past = WithOffsets({198, 194, 210});
     EXPECT_EQ(past.external_brightness, (Pair{198, 202}));
     EXPECT_EQ(past.measured_light, (Pair{194, 198}));
     EXPECT_EQ(past.approximate_f_number, (Pair{210, 214}));
-    // One of the three leads into the table: all count from byte 8.
+    // One of the three points into the table, so all of them count from byte 8.
     EXPECT_EQ(WithOffsets({186, 202, 210}).external_brightness, (Pair{194, 198}));
     EXPECT_EQ(WithOffsets({186, 202, 210}).approximate_f_number, (Pair{218, 222}));
     EXPECT_EQ(WithOffsets({193, 202, 210}).measured_light, (Pair{210, 214}));
@@ -108,7 +108,7 @@ TEST(MakerNoteWalk, OffsetsThatWrapAreOutside) {
     EXPECT_EQ(WithOffsets({0xFFFFFFF8, 0xFFFFFFFF, 186}).external_brightness, (Pair{0, 0}));
 }
 
-TEST(MakerNoteWalk, TakesEntriesByPositionWhateverTagTypeAndCountSay) {
+TEST(MakerNoteWalk, ReadsEntriesByPositionRegardlessOfTagTypeAndCount) {
     Bytes bytes = samples::DngMakerNote(DistinctShot());
     for (std::size_t entry = 10; entry < 10 + 15 * 12; entry += 12) {
         std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(entry), 8, std::uint8_t{0xEE});
@@ -128,9 +128,9 @@ TEST(MakerNoteWalk, TakesTheSixUpperBitsOfTheLensByteForTheCode) {
     }
 }
 
-TEST(MakerNoteWalk, LeavesZeroWhatLiesOutsideTheNote) {
+TEST(MakerNoteWalk, GivesZeroForValuesOutsideTheNote) {
     const Bytes whole = samples::DngMakerNote(DistinctShot());
-    // Ends in the serial number's value field, at 8 + 2 + 12 + 8.
+    // The note ends in the serial number's value field, which is at 8 + 2 + 12 + 8.
     const MakerNoteStruct cut = DecodeMakerNote(ByteView({whole.data(), 32}));
     EXPECT_EQ(cut.user_profile, 3U);
     EXPECT_EQ(cut.serial_number, 0U);
@@ -144,7 +144,7 @@ TEST(MakerNoteWalk, LeavesZeroWhatLiesOutsideTheNote) {
     EXPECT_EQ(empty.measured_light, (Pair{0, 0}));
 }
 
-TEST(MakerNoteWalk, LeavesAPairZeroWhoseOffsetLeadsOutside) {
+TEST(MakerNoteWalk, GivesZerosForAPairWhoseOffsetPointsOutside) {
     Bytes bytes = samples::DngMakerNote(DistinctShot());
     const std::size_t field = 8 + 2 + 4 * 12 + 8;  // of 0x0311
     for (const std::uint8_t high_byte : {std::uint8_t{0x7F}, std::uint8_t{0xFF}}) {

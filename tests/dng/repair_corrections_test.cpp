@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// The corrections of a repair: sensor and lens data.
+// SPDX-License-Identifier: MIT Tests the corrections of a repair: sensor and lens data.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -18,7 +17,7 @@ namespace {
 using Numbers = std::vector<std::uint32_t>;
 using support::SmallCameraDng;
 
-constexpr int kWidth = 3920;  // the width of which the corrections know that it is cropped
+constexpr int kWidth = 3920;  // by this width the corrections recognise a cropped frame
 constexpr int kHeight = 8;
 
 const char* const kNoLines = "No pixel error correction values available for camera No.3106091.\n";
@@ -36,7 +35,7 @@ std::string Lines(const std::vector<int>& values) {
     return text;
 }
 
-/// The dark level of sensor column `column`: a whole number that differs from those beside it.
+/// The dark level of sensor column `column`: an integer that differs from its neighbours.
 int Level(int column) {
     return 1 + column % 3 * 40;
 }
@@ -106,7 +105,7 @@ TEST_F(RepairedSensor, WithSixLineValuesIsNotRepaired) {
     EXPECT_EQ(run_.Output().Pixels(), levels_);
 }
 
-TEST_F(RepairedSensor, TellsItsStepsWhenVerbose) {
+TEST_F(RepairedSensor, HasItsStepsPrintedWhenVerbose) {
     run_.WriteSensorDatabase(Section(Lines({124, 0, 124, 5000}) + Levels()));
     EXPECT_EQ(run_.Repair({.verbose = true, .sensor_fix = true, .dark_field_fix = true}).output,
               "Reading DNG Image...Done\n"
@@ -116,25 +115,25 @@ TEST_F(RepairedSensor, TellsItsStepsWhenVerbose) {
               "Writing image data...Done!\n");
 }
 
-TEST_F(RepairedSensor, WithoutTheSensorFixIsLeftAlone) {
+TEST_F(RepairedSensor, WithoutTheSensorFixIsUnchanged) {
     run_.WriteSensorDatabase(Section(Lines({124, 0, 124, 5000}) + Levels()));
     EXPECT_EQ(run_.Repair({.dark_field_fix = true, .line_test = true}).output, "");
     EXPECT_EQ(run_.Output().Pixels(), levels_);
 }
 
-/// What was subtracted is the level of column x + 23, `gain` times, and the dither of less than 1.
+/// Expects that `gain` times the level of column x + 23 was subtracted, plus a dither below 1.
 void ExpectDarkFieldRemoved(const std::vector<std::uint16_t>& pixels,
                             const std::vector<std::uint16_t>& before, int gain) {
     ASSERT_EQ(pixels.size(), before.size());
     for (std::size_t i = 0; i < pixels.size(); ++i) {
         const int level = gain * Level(static_cast<int>(i) % kWidth + 23);
         const int expected = std::max(before[i] - level, 0);
-        // In single precision level and dither may round up to the next whole number.
+        // In single precision, level plus dither may be rounded up to the next integer.
         ASSERT_TRUE(pixels[i] == expected || (pixels[i] == expected - 1)) << i << ' ' << before[i];
     }
 }
 
-TEST_F(RepairedSensor, HasItsDarkFieldRemovedAndSaysSo) {
+TEST_F(RepairedSensor, HasItsDarkFieldRemovedAndIsMarked) {
     run_.WriteSensorDatabase(Section(Levels()));
     EXPECT_EQ(run_.Repair(SensorFix()).output, "");
     ExpectDarkFieldRemoved(run_.Output().Pixels(), levels_, 1);
@@ -168,15 +167,15 @@ TEST_F(RepairedSensor, WithoutTheDarkFieldFixKeepsItsDarkField) {
     EXPECT_FALSE(run_.Output().ifd0.Has(tag::kHostComputer));
 }
 
-TEST_F(RepairedSensor, IsSaidToHaveNoDarkFieldEvenWhenNothingWasSubtracted) {
-    // Levels that do not reach across the frame leave it as it is; the correction was made all the same.
+TEST_F(RepairedSensor, IsMarkedAsCorrectedEvenWhenNothingWasSubtracted) {
+    // Too few levels for the frame leave it unchanged, but the correction counts as made.
     run_.WriteSensorDatabase(Section("LevelCorrection = 100\n"));
     EXPECT_EQ(run_.Repair(SensorFix()).output, "");
     EXPECT_EQ(run_.Output().Pixels(), levels_);
     EXPECT_TRUE(run_.Output().ifd0.Has(tag::kHostComputer));
 }
 
-TEST_F(RepairedSensor, IsNotFreedOfItsDarkFieldTwiceButItsColumnsAre) {
+TEST_F(RepairedSensor, HasItsColumnsButNotItsDarkFieldCorrectedTwice) {
     run_.WriteSensorDatabase(Section(Levels()));
     run_.Repair(SensorFix());
     const auto once = run_.Output().Pixels();
@@ -215,7 +214,7 @@ TEST_F(RepairedSensor, CannotBecomeADarkReference) {
     RepairRequest creation = SensorFix();
     creation.dark_field_creation = true;
     const std::string refusal = "Error #0018: Darkfield estimation not possible from DNG file.\n";
-    // A missing database is no matter then.
+    // A missing database makes no difference then.
     EXPECT_EQ(run_.Repair(creation).output, refusal + kNoLevels);
     EXPECT_EQ(run_.Output().Pixels(), levels_);
 
@@ -231,8 +230,9 @@ TEST_F(RepairedSensor, CannotBecomeADarkReference) {
 }
 
 TEST_F(RepairedSensor, WithRowEstimationSubtractsWithoutDither) {
-    // Pixels of 110, just too bright to tell a row's offset: none differs, and column x has level x. The
-    // even rows must be the darker ones; the bright first row sees to that.
+    // Pixels of 110 are just too bright for an estimate, so all row offsets are 0, and column x loses level
+    // x. The even rows must be the darker ones, because odd rows would give NaN; the bright first row ensures
+    // that.
     auto camera = SmallCameraDng(kWidth, kHeight);
     std::fill(camera.raw.begin(), camera.raw.end(), std::uint8_t{21});
     std::fill_n(camera.raw.begin(), kWidth, std::uint8_t{200});
@@ -267,7 +267,7 @@ class RepairedLens : public testing::Test {
     RepairRun run_;
 };
 
-/// f/5.72 by the camera's estimate: -98304 - -188304 + 285082 = 375082.
+/// The camera's estimate is f/5.72: -98304 - -188304 + 285082 = 375082.
 samples::Shot LensShot(std::uint8_t code) {
     samples::Shot shot;
     shot.lens_code = code;
@@ -312,17 +312,17 @@ TEST_F(RepairedLens, OfTheCameraIsNeverReplaced) {
     ExpectSummicron(Fixed(LensShot(33), "011100"));
 }
 
-TEST_F(RepairedLens, IsTheGivenOneWhereTheCameraSawNone) {
+TEST_F(RepairedLens, IsTheGivenOneIfTheCameraSawNone) {
     ExpectSummicron(Fixed(LensShot(0), "100001"));
 }
 
-TEST_F(RepairedLens, ThatNobodyKnowsIsReportedAndGetsTheEstimatedFNumber) {
+TEST_F(RepairedLens, ThatIsUnknownIsReportedAndGetsTheEstimatedFNumber) {
     const auto exif = Fixed(LensShot(0), "", "Error #0013: Lens could not be detected.\n");
     EXPECT_EQ(exif.At(tag::kFNumber).Numbers(), (Numbers{375082, 65537}));
     ExpectLensOfTheCamera(exif);
 }
 
-TEST_F(RepairedLens, ThatTheDatabaseLacksGetsTheEstimatedFNumberWithoutAMessage) {
+TEST_F(RepairedLens, MissingFromTheDatabaseGetsTheEstimatedFNumberSilently) {
     for (const auto& exif : {Fixed(LensShot(12)), Fixed(LensShot(12), "100001"), Fixed(LensShot(0), "001100"),
                              Fixed(LensShot(0), "33")}) {
         EXPECT_EQ(exif.At(tag::kFNumber).Numbers(), (Numbers{375082, 65537}));
@@ -330,7 +330,7 @@ TEST_F(RepairedLens, ThatTheDatabaseLacksGetsTheEstimatedFNumberWithoutAMessage)
     }
 }
 
-TEST_F(RepairedLens, WithoutTheLensFixIsLeftAlone) {
+TEST_F(RepairedLens, WithoutTheLensFixIsUnchanged) {
     run_.WriteInput(SmallCameraDng(4, 4, LensShot(33)));
     EXPECT_EQ(run_.Repair({.lens_code = "100001"}).output, "");
     EXPECT_FALSE(run_.Output().exif.Has(tag::kFNumber));
@@ -354,7 +354,7 @@ TEST_F(RepairedLens, WithoutAperturesGetsTheEstimatedFNumber) {
 
 TEST_F(RepairedLens, HasTheNearestApertureAndOfTwoEquallyNearTheLaterOne) {
     samples::Shot shot = LensShot(33);
-    // The estimate is half way between f/2 and f/2.8: (131072 + 183500) / 2 = 157286.
+    // The estimate is halfway between f/2 and f/2.8: (131072 + 183500) / 2 = 157286.
     run_.lenses.Lenses["100001"].Aperture = {131072, 183500, 262144};
     shot.external_light.numerator = 157286 - 285082 + shot.measured_light.numerator;
     EXPECT_EQ(Fixed(shot).At(tag::kFNumber).Numbers(), (Numbers{183500, 65537}));

@@ -46,12 +46,12 @@ void RepairRun::WriteSensorDatabase(const std::string& text) const {
 }
 
 void RepairRun::WriteInput(const std::vector<std::uint8_t>& bytes) const {
-    std::filesystem::remove(InputPath());  // a file that is written over may have to wait for the disk
+    std::filesystem::remove(InputPath());  // overwriting a file may have to wait for the disk
     support::WriteFile(InputPath(), bytes);
 }
 
 RepairResult RepairRun::Repair(const RepairRequest& request) {
-    std::filesystem::remove(OutputPath());  // what is new need not wait for the disk
+    std::filesystem::remove(OutputPath());  // a new file need not wait for the disk
     sensdb sensors(folder_.prefix());
     DNGlib dng(&lenses, &sensors);
     RepairResult result;

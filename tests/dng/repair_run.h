@@ -11,7 +11,7 @@
 #include "tests/support/files.h"
 #include "tests/support/tiff_file.h"
 
-/// What a repair is asked for; see DNGlib::fixDNG.
+/// The parameters of a repair; see DNGlib::fixDNG.
 struct RepairRequest {
     bool verbose = false;
     bool lens_fix = false;
@@ -23,7 +23,7 @@ struct RepairRequest {
     std::string lens_code;
 };
 
-/// What became of it.
+/// The outcome of a repair.
 struct RepairResult {
     int code = -1;
     std::string output;  ///< what was printed
@@ -42,8 +42,8 @@ struct RepairedFile {
     support::TiffIFD exif;
 };
 
-/// A folder with one camera DNG, IN/L1.DNG, and a folder OUT for the repaired one; the databases are beside
-/// them. Every repair starts with an empty OUT.
+/// A folder with one camera DNG, IN/L1.DNG, a folder OUT for the repaired DNG, and the databases. Every
+/// repair starts with an empty OUT.
 class RepairRun {
   public:
     RepairRun();

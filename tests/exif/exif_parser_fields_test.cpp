@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// Which entry fills which field of the record, from which type.
+// SPDX-License-Identifier: MIT Tests which entries and types fill each field of the record.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -72,7 +71,7 @@ constexpr std::array<Field<ByteVector>, 2> kByteVectors = {{
 
 constexpr Field<SRational> kExposureBias = {37380, false, &EXIFInfo::ExposureBiasValue};
 
-// Read without a test of their type.
+// These fields are read without a check of the type.
 constexpr Field<Rational> kMaxAperture = {37381, false, &EXIFInfo::MaxApertureValue};
 constexpr Field<std::string> kUniqueID = {42016, false, &EXIFInfo::ImageUniqueID};
 constexpr std::array<Field<std::uint16_t>, 2> kUntypedShorts = {{
@@ -80,7 +79,7 @@ constexpr std::array<Field<std::uint16_t>, 2> kUntypedShorts = {{
     {41987, false, &EXIFInfo::WhiteBalance},
 }};
 
-/// Known types, whose entries are decoded, and others, whose entries are passed over whatever their tag.
+/// Types whose entries are decoded, and others, whose entries are ignored whatever their tag.
 const Types kDecodedTypes = {1, 2, 3, 4, 5, 7, 9, 10};
 const Types kUnknownTypes = {0, 6, 8, 11, 12, 13, 0x102, 0xFFFF};
 
@@ -89,8 +88,7 @@ Types Except(Types types, const Types& excluded) {
     return types;
 }
 
-/// Reads a block with only `entry` in one IFD and expects
-/// that `field`, which held `before`, then holds `after`.
+/// Reads a block with only `entry` in one IFD and expects that `field` changes from `before` to `after`.
 template <typename Value>
 void ExpectAfter(const Field<Value>& field, const Value& before, const Entry& entry, bool in_ifd0,
                  ByteOrder order, const Value& after) {
@@ -104,7 +102,7 @@ void ExpectAfter(const Field<Value>& field, const Value& before, const Entry& en
     EXPECT_EQ(exif.*field.member, after);
 }
 
-/// Expects that `entry` gives `field` the value `expected` in both byte orders, and nothing when it stands in
+/// Expects that `entry` gives `field` the value `expected` in both byte orders, and that it has no effect in
 /// the other IFD.
 template <typename Value>
 void ExpectRead(const Field<Value>& field, const Entry& entry, const Value& expected) {
@@ -113,8 +111,8 @@ void ExpectRead(const Field<Value>& field, const Entry& entry, const Value& expe
     ExpectAfter(field, Value{}, entry, !field.in_ifd0, ByteOrder::kLittleEndian, Value{});
 }
 
-/// Expects that entries of `types` turn `before` into `after`. Their value field, 8, is also an offset where
-/// a value could be read.
+/// Expects that entries of `types` turn `before` into `after`. Their value field, 8, is also the offset of a
+/// readable value.
 template <typename Value>
 void ExpectFromTypes(const Field<Value>& field, const Types& types, const Value& before, const Value& after) {
     for (const std::uint16_t type : types) {
@@ -123,7 +121,7 @@ void ExpectFromTypes(const Field<Value>& field, const Types& types, const Value&
     }
 }
 
-/// Expects that entries of all types but `right` leave the field as it was.
+/// Expects that entries of all types except `right` leave the field unchanged.
 template <typename Value>
 void ExpectUnchangedByTypesBut(const Types& right, const Field<Value>& field, const Value& before) {
     ExpectFromTypes(field, Except(kDecodedTypes, right), before, before);
@@ -210,7 +208,7 @@ TEST(ExifFields, TagsWithoutATypeTestAreReadFromTheirOwnType) {
     }
 }
 
-TEST(ExifFields, TagsWithoutATypeTestTakeZeroFromTypesOfAnotherKind) {
+TEST(ExifFields, TagsWithoutATypeTestBecomeZeroWithAnotherType) {
     ExpectFromTypes(kMaxAperture, Except(kDecodedTypes, {5}), Rational{7, 9}, Rational{0, 0});
     ExpectFromTypes(kUniqueID, Except(kDecodedTypes, {2}), std::string("before"), std::string());
     for (const auto& field : kUntypedShorts) {

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Where the parser finds the EXIF block and its directories, and what it makes of damaged ones.
+// SPDX-License-Identifier: MIT Tests where the parser finds the EXIF block and its directories, and how it
+// treats damaged ones.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +30,7 @@ constexpr std::uint16_t kISOSpeedRatings = 34855;
 
 const std::string kLeica("Leica\0", 6);
 
-/// A file whose IFD0 names the maker; its APP1 segment's length field stands at byte 4.
+/// A file whose IFD0 names the maker. The length field of its APP1 segment is at byte 4.
 FileBytes LeicaJpeg() {
     return samples::CameraJpeg({.ifd0 = {samples::Ascii(kMake, "Leica")}, .with_exif_ifd = false});
 }
@@ -96,7 +96,7 @@ TEST(ExifParser, TrailingPaddingAfterEndOfImageIsNotAJpeg) {
     ExpectMake(Resized(LeicaJpeg(), LeicaJpeg().size() + 1), kNotAJpeg, "");
 }
 
-TEST(ExifParser, AFileThatIsNoJpegLeavesTheRecordAsItWas) {
+TEST(ExifParser, AFileThatIsNotAJpegLeavesTheRecordUnchanged) {
     EXIFInfo exif;
     exif.Make = "before";
     EXPECT_EQ(ParseJpeg({0xFF, 0xD8, 0, 0, 0}, exif), kNotAJpeg);
@@ -132,8 +132,8 @@ TEST(ExifParser, TheSegmentIsAtLeast16BytesLongAndEndsInsideTheFile) {
     }
 }
 
-TEST(ExifParser, ValuesBehindTheSegmentButInsideTheFileAreRead) {
-    // Sixteen bytes end with the TIFF header: IFD0 and its text lie behind.
+TEST(ExifParser, ValuesAfterTheSegmentButInsideTheFileAreRead) {
+    // A segment of sixteen bytes ends with the TIFF header: IFD0 and its text follow it.
     ExpectMake(WithSegmentLength(LeicaJpeg(), 16), 0, kLeica);
 }
 
@@ -146,7 +146,7 @@ TEST(ExifParser, TheMarkerIsFoundAtAnyBytePosition) {
     ExpectMake(WithBytesBeforeApp1(LeicaJpeg(), {0xFF}), 0, kLeica);
 }
 
-TEST(ExifParser, AMarkerPairInsideAnEarlierSegmentIsTakenForApp1) {
+TEST(ExifParser, AMarkerInsideAnEarlierSegmentIsMistakenForApp1) {
     ExpectMake(WithBytesBeforeApp1(LeicaJpeg(), {0xFF, 0xFE, 0, 6, 0xFF, 0xE1, 0, 3}), kCorruptExif, "");
     ExpectMake(WithBytesBeforeApp1(LeicaJpeg(), {0xFF, 0xFE, 0, 7, 'x', 0xFF, 0xE1, 0, 16}), kNoExif, "");
 }
@@ -170,7 +170,7 @@ TEST(ExifParser, TheSegmentBeginsWithTheExifHeader) {
     EXPECT_EQ(ParseSegment(Resized(OrientationBlock(), 6), exif), kCorruptExif);
 }
 
-TEST(ExifParser, TheTiffHeaderIsLookedAtOnlyWhenAllOfItIsThere) {
+TEST(ExifParser, TheTiffHeaderIsReadOnlyIfComplete) {
     FileBytes block = OrientationBlock();
     block[6] = 'X';
     EXIFInfo exif;
@@ -187,7 +187,7 @@ TEST(ExifParser, TheByteOrderMarkIsTwiceTheSameLetter) {
     }
 }
 
-TEST(ExifParser, TheByteOrderIsNotedBeforeTheMagicNumberIsTested) {
+TEST(ExifParser, TheByteOrderIsStoredBeforeTheMagicNumberIsChecked) {
     EXIFInfo exif;
     EXPECT_EQ(ParseSegment(samples::Serialize({.magic = 43}), exif), kCorruptExif);
     EXPECT_TRUE(exif.LittleEndian);
@@ -196,7 +196,7 @@ TEST(ExifParser, TheByteOrderIsNotedBeforeTheMagicNumberIsTested) {
     EXPECT_FALSE(exif.LittleEndian);
 }
 
-TEST(ExifParser, IFD0LiesInsideWithItsCountItsEntriesAndItsLink) {
+TEST(ExifParser, AllOfIFD0MustLieInside) {
     for (const std::size_t size : {14U, 15U, 16U, 28U, 31U}) {
         EXIFInfo exif;
         EXPECT_EQ(ParseSegment(Resized(OrientationBlock(), size), exif), kCorruptExif) << size;
@@ -217,9 +217,9 @@ TEST(ExifParser, AnEmptyIFD0Needs6Bytes) {
     EXPECT_EQ(ParseSegment(Resized(block, 21), exif), 0);
 }
 
-TEST(ExifParser, AnIFD0OffsetThatReachesOutsideOrWrapsIsCorrupt) {
-    // With the 6 bytes before the TIFF header, 0xFFFFFFFA would wrap to 0 and 0xFFFFFFFE to 4, where a count
-    // of 0 stands.
+TEST(ExifParser, AnIFD0OffsetThatIsOutsideOrWrapsIsCorrupt) {
+    // The TIFF header is at byte 6, so 0xFFFFFFFA would wrap to 0, and 0xFFFFFFFE to 4, where there is a
+    // count of 0.
     for (const std::uint32_t offset : {25U, 26U, 27U, 0xFFFFFFF9U, 0xFFFFFFFAU, 0xFFFFFFFEU, 0xFFFFFFFFU}) {
         EXIFInfo exif;
         EXPECT_EQ(
@@ -248,19 +248,19 @@ TEST(ExifParser, WithoutAnExifIFDOnlyIFD0IsRead) {
     EXPECT_EQ(exif.ExposureTime, (Rational{0, 1}));
 }
 
-TEST(ExifParser, AnExifIFDWithFewerThan4BytesLeftCountsAsNone) {
+TEST(ExifParser, AnExifIFDWithFewerThan4BytesLeftCountsAsMissing) {
     ExpectIso(Resized(IsoBlock(), 32), 0, 0);
     ExpectIso(Resized(IsoBlock(), 35), 0, 0);
     ExpectIso(Resized(IsoBlock(), 36), kCorruptExif, 0);
 }
 
-TEST(ExifParser, TheExifIFDLiesInsideWithItsCountItsEntriesAndItsLink) {
+TEST(ExifParser, AllOfTheExifIFDMustLieInside) {
     ExpectIso(Resized(IsoBlock(), 49), kCorruptExif, 0);
     ExpectIso(Resized(IsoBlock(), 50), 0, 640);
     ExpectIso(Resized(IsoBlock(), 51), 0, 640);
 }
 
-TEST(ExifParser, AnExifIFDOffsetThatReachesOutsideOrWrapsCountsAsNone) {
+TEST(ExifParser, AnExifIFDWhoseOffsetIsOutsideOrWrapsCountsAsMissing) {
     for (const std::uint32_t offset : {41U, 44U, 0xFFFFFFF9U, 0xFFFFFFFAU, 0xFFFFFFFFU}) {
         ExpectIso(IsoBlock(samples::Long(kExifPointer, offset)), 0, 0);
     }
@@ -277,7 +277,7 @@ TEST(ExifParser, TooLargeAnExifCountIsCorruptAndKeepsIFD0) {
     EXPECT_EQ(exif.ISOSpeedRatings, 0);
 }
 
-TEST(ExifParser, ThePointerToTheExifIFDHasAnyKnownType) {
+TEST(ExifParser, ThePointerToTheExifIFDMayHaveAnyKnownType) {
     for (const std::uint16_t type : Numbers{1, 2, 3, 4, 5, 7, 9, 10}) {
         SCOPED_TRACE(type);
         ExpectIso(IsoBlock(samples::RawEntry(kExifPointer, type, 1, 26)), 0, 640);
@@ -289,7 +289,7 @@ TEST(ExifParser, ThePointerToTheExifIFDHasAnyKnownType) {
 }
 
 TEST(ExifParser, OfTwoPointersToExifIFDsTheLastCounts) {
-    // Two entries: the EXIF IFD stands 12 bytes later.
+    // With two entries, the EXIF IFD is 12 bytes further on.
     ExpectIso(
         samples::Serialize({.ifd0 = {samples::Long(kExifPointer, 0xFFFF), samples::Long(kExifPointer, 38)},
                             .exif = {samples::Short(kISOSpeedRatings, 640)}}),

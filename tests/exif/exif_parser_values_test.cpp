@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// Where the bytes of a value come from: from the entry itself or from an offset, which may lie outside.
+// SPDX-License-Identifier: MIT Tests where the bytes of a value come from: the entry itself, or an offset,
+// which may be outside the block.
 #include <array>
 #include <cstdint>
 #include <string>
@@ -27,7 +27,7 @@ EXIFInfo Parsed(ByteOrder order, const std::vector<samples::Entry>& exif_entries
     return exif;
 }
 
-/// Up to 4 bytes in the entry, as the file has them, and what becomes of them.
+/// Up to 4 bytes in the entry, as they are in the file, and the resulting value.
 struct Inline {
     std::string stored;
     std::string little;
@@ -59,8 +59,8 @@ TEST(ExifValues, ShortUndefinedBytesAreTheLowBytesOfTheValueField) {
     }
 }
 
-/// Reads a text, UNDEFINED bytes and a rational from `offset`, text and bytes with `count`. The block's last
-/// 8 bytes, at offset 68, are "12345678", less `missing` of them.
+/// Reads a text, UNDEFINED bytes and a rational from `offset`, text and bytes with `count`. The block ends
+/// with "12345678" at offset 68, of which the last `missing` bytes are cut off.
 EXIFInfo ReadAt(std::uint32_t offset, std::uint32_t count, std::size_t missing = 0) {
     const samples::ExifBlock block = {.exif = {samples::RawEntry(kFNumber, 5, 1, offset),
                                                samples::RawEntry(kExifVersion, 7, count, offset),
@@ -89,14 +89,14 @@ TEST(ExifValues, AValueMayEndWithTheLastByte) {
     EXPECT_EQ(exif.FNumber, (Rational{0x34333231, 0x38373635}));
 }
 
-TEST(ExifValues, AValueOneByteBeforeTheEndIsWhole) {
+TEST(ExifValues, AValueOneByteBeforeTheEndIsComplete) {
     EXPECT_EQ(ReadAt(68, 7).DateTimeOriginal, "1234567");
     EXPECT_EQ(ReadAt(67, 8).FNumber, (Rational{0x33323100, 0x37363534}));
 }
 
 TEST(ExifValues, AValueThatReachesOutsideIsEmptyOrZero) {
-    // From 0xFFFFFFFA on, the 6 bytes before the TIFF header would make the sum wrap; 0xFFFFFFF2 would wrap
-    // with the size.
+    // The TIFF header is at byte 6, so offsets from 0xFFFFFFFA on would wrap; 0xFFFFFFF2 would wrap when the
+    // size is added.
     for (const std::uint32_t offset : {69U, 76U, 77U, 0xFFFFFFF2U, 0xFFFFFFFAU, 0xFFFFFFFFU}) {
         SCOPED_TRACE(offset);
         const EXIFInfo exif = ReadAt(offset, 8);
@@ -116,8 +116,8 @@ TEST(ExifValues, ACountThatReachesOutsideOrWrapsGivesNoBytes) {
     }
 }
 
-TEST(ExifValues, LongOnesAreTakenWhileTogetherTheyAreNotLongerThanTheFile) {
-    // The segment has 98 bytes, which all of the values name from the same place on.
+TEST(ExifValues, LongValuesAreReadUntilTheirTotalExceedsTheFile) {
+    // The segment has 98 bytes. All values begin at the same byte.
     const EXIFInfo exif = Parsed(ByteOrder::kLittleEndian,
                                  {samples::RawEntry(36867, 2, 40, 0), samples::RawEntry(36868, 2, 40, 0),
                                   samples::RawEntry(37521, 2, 19, 0), samples::RawEntry(42016, 2, 18, 0),
@@ -153,7 +153,7 @@ TEST(ExifValues, TheMakerNoteIsLittleEndianInFilesOfEitherByteOrder) {
     }
 }
 
-TEST(ExifValues, EveryMakerNoteIsDecodedWhenItIsMet) {
+TEST(ExifValues, EveryMakerNoteIsDecodedAtOnce) {
     const EXIFInfo exif =
         Parsed(ByteOrder::kLittleEndian,
                {samples::Undefined(kMakerNote, samples::MakerNote({samples::Long(0x0303, 3106091)})),
@@ -168,7 +168,7 @@ TEST(ExifValues, AMakerNoteOutsideTheFileIsEmpty) {
     EXPECT_EQ(exif.SerialNumber, 0U);
 }
 
-TEST(ExifValues, ACamerasFileFillsTheRecord) {
+TEST(ExifValues, ACameraFileFillsTheRecord) {
     EXIFInfo exif;
     samples::Shot shot;
     shot.shutter_speed = {-229376, 65536};

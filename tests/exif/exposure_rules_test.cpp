@@ -40,9 +40,9 @@ constexpr std::array<Bias, 14> kBiases = {{
     {{1, 3}, 1},
     {{2, 3}, 2},
     {{1, 1}, 3},
-    {{21845, 65536}, 1},  // the camera's third
+    {{21845, 65536}, 1},  // a third, as the camera writes it
     {{1, 2}, 2},
-    // Below zero the half is added all the same before the fraction is cut.
+    // Below zero, too, the half is added before the fraction is cut off.
     {{-1, 3}, 0},
     {{-2, 3}, -1},
     {{-1, 2}, -1},

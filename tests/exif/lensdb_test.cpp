@@ -27,12 +27,12 @@ lensdb Loaded(const std::string& text) {
     return lenses;
 }
 
-/// The only lens of a file with the section 000011 and these lines in it.
+/// The lens of a file with only the section 000011, which consists of `lines`.
 lensdb::Lensdbtype Lens(const std::string& lines) {
     return Loaded("[000011]\n" + lines).Lenses["000011"];
 }
 
-TEST(LensDatabase, TheFileStandsInTheFolder) {
+TEST(LensDatabase, TheFileIsInTheFolder) {
     EXPECT_EQ(lensdb("/some/folder/").DatabaseFile, "/some/folder/lensdb.ini");
     EXPECT_EQ(lensdb("").DatabaseFile, "lensdb.ini");
     EXPECT_EQ(lensdb().DatabaseFile, "");
@@ -88,7 +88,7 @@ TEST(LensDatabase, ABadNumberCountsAsItsNumericPrefixOrZero) {
 }
 
 TEST(LensDatabase, AnApertureIsRoundedByAddingAHalfAndCuttingTowardZero) {
-    // 0.00001 is 0.66 units, -1 is -65535.5 with the half.
+    // 0.00001 is 0.66 units; -1 is -65535.5 units after a half is added.
     EXPECT_EQ(Lens("Aperture=0.00001\n").Aperture, (Apertures{1}));
     EXPECT_EQ(Lens("Aperture=0.000005\n").Aperture, (Apertures{0}));
     EXPECT_EQ(Lens("Aperture=-1\n").Aperture, (Apertures{-65535}));

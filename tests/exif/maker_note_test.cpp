@@ -41,7 +41,7 @@ TEST(MakerNote, IsReadByteForByte) {
         0x03, 0x03, 4,   0,    1,   0,   0,   0,   1, 2, 3, 4,  // serial number, inline
         0x10, 0x03, 4,   0,    1,   0,   0,   0,   7, 0, 0, 0,  // lens byte, inline
         0x11, 0x03, 5,   0,    1,   0,   0,   0,                // a rational ...
-        42,   0,    0,   0,                                     // ... 42 bytes behind the header
+        42,   0,    0,   0,                                     // ... 42 bytes after the header
         0,    0,    0,   0,                                     // link
         0x05, 0,    0,   0x80, 6,   0,   0,   0,
     });
@@ -78,7 +78,7 @@ TEST(MakerNote, TheLensByteHoldsCodeAndFrameSelector) {
     }
 }
 
-TEST(MakerNote, TheLensByteMayStandOutsideTheEntry) {
+TEST(MakerNote, TheLensByteMayBeOutsideTheEntry) {
     EXPECT_EQ(Decoded({samples::Bytes(kLens, {0x0D, 1, 2, 3, 4})}).LensCode, 3);
 }
 
@@ -106,7 +106,7 @@ TEST(MakerNote, RationalsAreReadFromTheirTags) {
 }
 
 TEST(MakerNote, OffsetsCountFromTheEndOfTheHeaderWhateverTheyAre) {
-    // A table of one entry ends at byte 26; one of nineteen, as the camera's, at byte 242.
+    // A table of one entry ends at byte 26; one of nineteen entries, like the camera's, ends at byte 242.
     for (const std::uint32_t position : {26U, 194U, 202U, 244U, 300U}) {
         NoteBytes note =
             Resized(samples::MakerNote({samples::RawEntry(0x0313, 5, 1, position - 8)}), position);
@@ -160,8 +160,8 @@ TEST(MakerNote, TheEntryCountHas16Bits) {
     EXPECT_EQ(Decoded(entries).SerialNumber, 5U);
 }
 
-/// A serial number entry of a type and count whose value field, 18, is also the offset of the bytes 01 02 03
-/// 04 and zeros.
+/// Decodes a serial number entry with this type and count. Its value field, 18, is also the offset of the
+/// bytes 01 02 03 04 and zeros.
 EXIFInfo DecodedSerial(std::uint16_t type, std::uint32_t count) {
     NoteBytes note = samples::MakerNote({samples::RawEntry(kSerial, type, count, 18)});
     note = Resized(note, 26);  // without the padding: header, count, entry, link
@@ -187,7 +187,7 @@ constexpr std::array<TypeUnit, 12> kTypeUnits = {{{1, 1},
                                                   {12, 8},
                                                   {0x0104, 4}}};  // only the low byte counts
 
-TEST(MakerNote, AValueOfMoreThan4BytesStandsAtItsOffset) {
+TEST(MakerNote, AValueOfMoreThan4BytesIsAtItsOffset) {
     for (const auto& [type, unit] : kTypeUnits) {
         const std::uint32_t most_inline = 4 / unit;
         EXPECT_EQ(DecodedSerial(type, most_inline).SerialNumber, most_inline == 0 ? 0U : 18U) << type;
@@ -216,7 +216,7 @@ TEST(MakerNote, AnUnknownTypeKeepsTheSizeOfTheEntryBefore) {
     }
 }
 
-TEST(MakerNote, ANoteWithoutAWholeEntryChangesNothing) {
+TEST(MakerNote, ANoteWithoutACompleteEntryChangesNothing) {
     const NoteBytes note = samples::MakerNote({samples::Long(kSerial, 5)});
     for (std::size_t size = 0; size < 22; ++size) {
         EXPECT_EQ(Decoded(Resized(note, size)).SerialNumber, kUnset) << size;
@@ -243,7 +243,7 @@ TEST(MakerNote, AValueMayEndWithTheLastByteAndNoLater) {
 }
 
 TEST(MakerNote, OffsetsAndCountsThatWrapAreOutside) {
-    // 0xFFFFFFF8 and the header would add up to 0; 8 x 0x20000000 and 4 x 0x40000001 to 0 and 4.
+    // 0xFFFFFFF8 plus the header would wrap to 0, 8 x 0x20000000 to 0, and 4 x 0x40000001 to 4.
     for (const std::uint32_t offset : {0xFFFFFFF8U, 0xFFFFFFFFU, 0xFFFFFFF0U}) {
         EXPECT_EQ(DecodedSerial(5, 1).SerialNumber, 0x04030201U);
         EXPECT_EQ(Decoded({samples::RawEntry(kSerial, 5, 1, offset)}).SerialNumber, kUnset) << offset;

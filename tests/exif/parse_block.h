@@ -18,8 +18,8 @@ inline int ParseJpeg(const std::vector<std::uint8_t>& jpeg, EXIFInfo& exif) {
     return exif.parseFrom(jpeg.data(), static_cast<unsigned int>(jpeg.size()));
 }
 
-/// The first `size` bytes of `bytes`, followed by zeros where there are fewer. In memory of its own, so that
-/// reading past the end is found out.
+/// The first `size` bytes of `bytes`, padded with zeros if there are fewer. They have memory of their own, so
+/// that reading past the end is detected.
 inline std::vector<std::uint8_t> Resized(const std::vector<std::uint8_t>& bytes, std::size_t size) {
     std::vector<std::uint8_t> resized(size);
     for (std::size_t i = 0; i < size && i < bytes.size(); ++i) {

@@ -30,7 +30,7 @@ class IoRun {
   public:
     explicit IoRun(const Command& command);
 
-    /// Continues to the entry of the next file call; nothing if the program has ended.
+    /// Continues to the entry of the next file call. Returns std::nullopt if the program has ended.
     std::optional<IoCall> NextCall();
 
     /// Lets the program run to its end.

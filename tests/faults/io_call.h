@@ -39,7 +39,7 @@ struct IoCall {
     std::string path;         ///< empty if it works on an open file
 };
 
-/// The file call that `program` is about to make with `call`; nothing if `call` does not work on files.
+/// The file call that `program` is about to make with `call`; std::nullopt if `call` does not work on files.
 std::optional<IoCall> AsIoCall(const support::TracedProgram& program, const support::SystemCall& call);
 
 /// Executes a read or write, at whose entry `program` is stopped, with only about half of its bytes.

@@ -14,7 +14,7 @@ TEST(CameraText, LeavesOutTheLevelsOfOtherCameras) {
               "[7]\nLine = 1\nLevelCorrection = 2\n[8]\nLine = 3\n\n[7]\nLevelCorrection = 6");
 }
 
-TEST(CameraText, TellsCamerasByTheNumberThatANameBeginsWith) {
+TEST(CameraText, RecognisesCamerasByTheNumberAtTheStartOfAName) {
     EXPECT_EQ(CameraText("[ 0042x]\nLevelCorrection = 1\n[420]\nLevelCorrection = 2\n", 42),
               "[ 0042x]\nLevelCorrection = 1\n[420]\n");
     EXPECT_EQ(CameraText("LevelCorrection = 0\n[x]\nLevelCorrection = 1\n[1]\nLevelCorrection = 2\n", 0),
@@ -33,7 +33,7 @@ TEST(CameraText, ReadsWindowsLineEnds) {
     EXPECT_EQ(CameraText("[1]\r\nLevelCorrection = 1\r\nLine = 2\r\n", 2), "[1]\r\nLine = 2\r\n");
 }
 
-TEST(CameraText, ReturnsAnUnusualTextAsItIs) {
+TEST(CameraText, ReturnsAnUnusualTextUnchanged) {
     using namespace std::string_literals;
     for (const std::string& text :
          {"\xEF\xBB\xBF[1]\nLevelCorrection = 1\n"s, "[1]\nLevelCorrection = 1\n\0"s,

@@ -35,7 +35,7 @@ Frame Flat(int width, int height, std::uint16_t pixel) {
     return {width, height, std::vector<std::uint16_t>(pixels, pixel)};
 }
 
-/// Level 4 x at column x: apart from its neighbours by more than the dither.
+/// Level 4 x at column x: neighbouring levels differ by more than the dither.
 Floats Ramp(int columns) {
     Floats levels;
     for (int x = 0; x < columns; ++x) {
@@ -44,14 +44,15 @@ Floats Ramp(int columns) {
     return levels;
 }
 
-/// What is left of `pixel` when the whole part of `level` is subtracted, 16 bits of it.
+/// The rest of `pixel` after the low 16 bits of the whole part of `level` are subtracted.
 int Rest(int pixel, std::int64_t level) {
     const auto low_bits = static_cast<int>(level & 0xFFFF);
     return low_bits < pixel ? pixel - low_bits : 0;
 }
 
 TEST(DarkFieldFix, SubtractsTheLevelOfEachColumn) {
-    // A cropped frame begins at level 23. Added to a large level, dither just below 1 is rounded to 1.
+    // A cropped frame begins at level 23. When a dither just below 1 is added to a large level, it is rounded
+    // to 1.
     for (const auto& [width, first] : {std::pair(kFull, 0), std::pair(kCropped, 23)}) {
         const auto fixed = Fixed(Flat(width, 3, 20000), Ramp(kFull), 160, false);
         for (std::size_t i = 0; i < fixed.size(); ++i) {
@@ -76,7 +77,7 @@ TEST(DarkFieldFix, ScalesTheLevelsByTheSpeed) {
     }
 }
 
-TEST(DarkFieldFix, EndsAtZeroOnlyWhenItIsDithered) {
+TEST(DarkFieldFix, StopsAtZeroOnlyWhenItIsDithered) {
     for (const auto& [pixel, dithered, estimated] :
          std::vector<std::array<std::uint16_t, 3>>{{9, 0, 65535}, {10, 0, 0}, {11, 1, 1}}) {
         EXPECT_EQ(Fixed(Flat(kFull, 1, pixel), Floats(kFull, 10), 160, false)[0], dithered);
@@ -107,7 +108,7 @@ TEST(DarkFieldFix, TruncatesLevelAndDitherTogetherToSixteenBits) {
             const Frame frame = oracle::RandomFrame(width, 20, 1, 0, 65536);
             const auto fixed = Fixed(frame, levels, iso, false);
             for (std::size_t i = 0; i < fixed.size(); ++i) {
-                // A level that no int holds is left out.
+                // A level too large for an int is not subtracted.
                 const float scaled = levels[first + i % static_cast<std::size_t>(width)] * gain;
                 const float level = std::abs(scaled) < 2147483648.0F ? scaled : 0;
                 const int pixel = frame.pixels[i];
@@ -120,12 +121,13 @@ TEST(DarkFieldFix, TruncatesLevelAndDitherTogetherToSixteenBits) {
     }
 }
 
-/// What the correction has subtracted, less 20, from a full frame of levels 20 + 1/16, 3/16, ... 15/16.
+/// The amounts that the correction subtracts, minus 20, from a full frame with the levels 20 + 1/16, 20 +
+/// 3/16, ... 20 + 15/16.
 class DitheredFrame {
   public:
     static constexpr int kHeight = 2646;
 
-    /// With `beyond_16_bits` one level is larger by 65536, which changes no pixel.
+    /// With `beyond_16_bits`, one level is larger by 65536, which changes no pixel.
     explicit DitheredFrame(bool beyond_16_bits) {
         Floats levels(kFull);
         for (std::size_t x = 0; x < levels.size(); ++x) {
@@ -140,7 +142,7 @@ class DitheredFrame {
     static float Fraction(std::size_t x) { return static_cast<float>(2 * (x % 8) + 1) / 16; }
 
     int Offset(std::size_t x, std::size_t y) const { return offsets_[y * kFull + x]; }
-    /// The offset less its mean.
+    /// The difference between the subtracted amount and its mean.
     double Deviation(std::size_t x, std::size_t y) const {
         return Offset(x, y) - static_cast<double>(Fraction(x));
     }
@@ -149,7 +151,7 @@ class DitheredFrame {
     std::vector<std::int8_t> offsets_;
 };
 
-/// A statistic further than six standard deviations from what it should be is no chance.
+/// A statistic that is off by more than six standard deviations is not due to chance.
 constexpr double kDeviations = 6;
 
 class DarkFieldDither : public testing::TestWithParam<bool> {};
@@ -217,7 +219,7 @@ TEST(DarkFieldFix, NeedsALevelForEveryColumn) {
     }
 }
 
-TEST(DarkFieldFix, EstimatesRowsAndTakesTheRightHalfsInReverse) {
+TEST(DarkFieldFix, EstimatesRowsAndAppliesThoseOfTheRightHalfInReverse) {
     // Row offsets -2.5, 2.5, 7.5, -7.5 on the left and -5, 5, 15, -15 on the right.
     const Frame frame = {4,
                          4,
@@ -249,7 +251,7 @@ TEST(DarkFieldFix, LeavesPixelsWithoutAnEstimate) {
     EXPECT_EQ(Fixed(frame, Floats(16, 10), 160, true), frame.pixels);
 }
 
-TEST(DarkFieldFix, IsThatOfThePlainLoopWithEstimation) {
+TEST(DarkFieldFix, EqualsThePlainLoopWithEstimation) {
     for (const int width : {4, 5, 6, 7, 10, 13, kCropped, kFull}) {
         const auto columns = static_cast<std::size_t>(width);
         Floats levels;

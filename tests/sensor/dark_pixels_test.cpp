@@ -25,7 +25,7 @@ DarkPixels PlainCount(const Pixels& pixels, std::size_t start, std::size_t sampl
     return dark;
 }
 
-TEST(CountDark, LooksAtEverySecondPixelBelowTheThreshold) {
+TEST(CountDark, CountsEverySecondPixelBelowTheThreshold) {
     const Pixels pixels = {1, 10, 99, 20, 100, 30, 7};
     const DarkPixels from_the_first = CountDark(pixels, 0, 4, 100);
     EXPECT_EQ(from_the_first.sum, 107U);
@@ -35,7 +35,7 @@ TEST(CountDark, LooksAtEverySecondPixelBelowTheThreshold) {
     EXPECT_EQ(from_the_second.count, 2U);
 }
 
-TEST(CountDark, IsThePlainLoopInEveryVersion) {
+TEST(CountDark, EqualsThePlainLoopInEveryVersion) {
     const Pixels pixels = oracle::RandomFrame(4000, 1, 7, 60, 80).pixels;
     for (const InstructionSet version : AvailableVersions()) {
         for (const std::size_t start : Sizes{0, 1, 5, 3967, 3999, 4000, 4001}) {

@@ -12,13 +12,13 @@ namespace {
 
 constexpr std::size_t kRowLength = 3968;
 
-/// A dither after `seed` for the library's sequence.
+/// A dither, after seeding the library's sequence with `seed`.
 Dither Seeded(unsigned int seed) {
     std::srand(seed);
     return {};
 }
 
-/// `rows` rows of `kRowLength`, filled one by one as the correction does it.
+/// `rows` rows of `kRowLength` numbers, filled row by row as in the correction.
 std::vector<float> Rows(std::size_t rows) {
     Dither dither = Seeded(1);
     std::vector<float> values(rows * kRowLength);
@@ -28,7 +28,7 @@ std::vector<float> Rows(std::size_t rows) {
     return values;
 }
 
-/// A statistic further than six standard deviations from what it should be is no chance.
+/// A statistic that is off by more than six standard deviations is not due to chance.
 constexpr double kDeviations = 6;
 
 TEST(Dither, IsUniformFromZeroToBelowOne) {
@@ -48,7 +48,7 @@ TEST(Dither, IsUniformFromZeroToBelowOne) {
 
 TEST(Dither, HasNoStructureAlongRowsOrColumns) {
     const auto values = Rows(1000);
-    // Along the row, across the generators' number, down the column.
+    // Neighbours in the row, numbers of the same generator, neighbours in the column.
     for (const std::size_t distance :
          {std::size_t{1}, std::size_t{2}, std::size_t{15}, Dither::kLanes, 2 * Dither::kLanes, kRowLength - 1,
           kRowLength, kRowLength + 1, 2 * kRowLength}) {
@@ -73,7 +73,7 @@ TEST(Dither, FollowsTheSeedOfTheLibrary) {
     EXPECT_NE(first(1), first(2));
 }
 
-TEST(Dither, GoesOnFromOneFillToTheNext) {
+TEST(Dither, ContinuesFromOneFillToTheNext) {
     Dither pieces = Seeded(1);
     std::vector<float> in_pieces(2 * kRowLength);
     pieces.Fill(std::span(in_pieces).first(kRowLength));

@@ -21,7 +21,7 @@ struct Difference {
     [[gnu::always_inline]] static int Run(int a, int b) { return a - b; }
 };
 
-TEST(InstructionSet, RunHandsArgumentsAndResultOnInEveryVersion) {
+TEST(InstructionSet, RunPassesArgumentsAndResultInEveryVersion) {
     for (const InstructionSet version : AvailableVersions()) {
         EXPECT_EQ(instruction_set::Run<Difference>(version, 5, 3), 2);
     }

@@ -13,11 +13,11 @@ namespace {
 
 using oracle::Frame;
 using List = std::vector<std::uint16_t>;
-using Rows = std::pair<int, int>;  ///< first and end
+using Rows = std::pair<int, int>;  ///< the first row, and the row after the last
 
 constexpr unsigned int kSerial = 3106091;
 
-/// What fixPixelLine returns for `frame`, which it repairs or marks.
+/// Repairs or, with `test`, marks `frame`. Returns the result of fixPixelLine.
 int Fix(Frame& frame, const List& list, bool test) {
     sensdb sensors("");
     sensors.Camera(kSerial).Line = list;
@@ -43,14 +43,14 @@ int Interpolated(Frame frame, int x, int y) {
     return frame.At(x, y);
 }
 
-TEST(Interpolation, IsRoundedDiagonallyAndCutHorizontally) {
+TEST(Interpolation, IsRoundedDiagonallyAndTruncatedHorizontally) {
     const Frame frame = {6, 5, {0,   37,  148, 333, 592, 925,  //
                                 91,  133, 249, 439, 703, 41,   //
                                 364, 411, 532, 727, 996, 339,  //
                                 819, 871, 997, 197, 471, 819,  //
                                 456, 513, 644, 849, 128, 481}};
-    // Worked out by hand. In row 1, column 0 the upper left neighbour would lie before the first pixel; below
-    // it, column 0 has the end of the row above on its upper left.
+    // Calculated by hand. In row 1, column 0, the upper left neighbour would be before the first pixel; in
+    // lower rows, it is the last pixel two rows up.
     const std::vector<std::vector<int>> expected = {{148, 169, 296, 477, 148, 460},
                                                     {130, 439, 381, 87, 490, 439},
                                                     {532, 504, 680, 559, 532, 472},
@@ -65,7 +65,7 @@ TEST(Interpolation, IsRoundedDiagonallyAndCutHorizontally) {
     }
 }
 
-TEST(Interpolation, IsThatOfThePlainLoopForEveryPixelAndSize) {
+TEST(Interpolation, EqualsThePlainLoopForEveryPixelAndSize) {
     for (const auto& [width, height] :
          std::vector<std::pair<int, int>>{{4, 3}, {5, 3}, {5, 4}, {6, 4}, {7, 7}, {8, 6}, {9, 2}, {3, 9}}) {
         const Frame frame = oracle::RandomFrame(width, height, 1, 0, 65536);
@@ -141,10 +141,10 @@ TEST(PixelLineFix, ComparesTheColumnsOfAGroupOutsideTheImageToo) {
     EXPECT_EQ(frame.pixels, Black(16, 8).pixels);
 }
 
-TEST(PixelLineFix, RepairsGroupAfterGroupFromWhatIsRepairedAlready) {
+TEST(PixelLineFix, RepairsEachGroupFromTheResultOfTheOneBefore) {
     Frame frame = oracle::RandomFrame(30, 12, 1, 0, 16384);
     Frame expected = frame;
-    // Neighbours of each other, the edges, and one column twice.
+    // Adjacent columns, the edges, and one column twice.
     const std::vector<std::pair<int, Rows>> columns = {{4, {0, 12}}, {6, {2, 9}},  {5, {0, 12}},
                                                        {0, {0, 12}}, {1, {3, 12}}, {29, {0, 12}},
                                                        {28, {1, 2}}, {4, {5, 6}}};

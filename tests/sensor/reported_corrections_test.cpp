@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::uint32_t kSerial = 4000000000;  // beyond a signed number
+constexpr std::uint32_t kSerial = 4000000000;  // too large for a signed number
 
 class ReportedCorrectionsTest : public testing::Test {
   protected:
@@ -45,7 +45,7 @@ TEST_F(ReportedCorrectionsTest, PixelFixPaintsWhiteOnlyAsATest) {
     EXPECT_EQ(pixels_[1], 16383);
 }
 
-TEST_F(ReportedCorrectionsTest, NoDefectsAreNoMatter) {
+TEST_F(ReportedCorrectionsTest, ACameraWithoutDefectsIsUnchangedSilently) {
     EXPECT_EQ(FixPixelLines({}, true), "");
 }
 

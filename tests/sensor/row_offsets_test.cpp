@@ -18,7 +18,7 @@ RowOffsets Estimate(const Frame& frame) {
     return EstimateRowOffsets(frame.pixels, frame.width, frame.height);
 }
 
-/// Expects the same numbers, not a number being one of them.
+/// Expects the same numbers; NaN equals NaN.
 void ExpectSame(Floats actual, Floats expected) {
     constexpr float mark = std::numeric_limits<float>::max();
     for (Floats* const values : {&actual, &expected}) {
@@ -29,7 +29,8 @@ void ExpectSame(Floats actual, Floats expected) {
     EXPECT_EQ(actual, expected);
 }
 
-/// Even rows' samples, x = 0 and 2, add up to 150, odd rows', x = 1 and 3, to 400.
+/// The samples of the even rows, at x = 0 and 2, add up to 150, and those of the odd rows, at x = 1 and 3, to
+/// 400.
 const Frame kEvenRowsDarker = {4,
                                4,
                                {10, 200, 20, 200,  //
@@ -39,8 +40,8 @@ const Frame kEvenRowsDarker = {4,
 
 TEST(RowOffsets, OfDarkerEvenRowsComeFromTheFirstRowsAndTheHalfWidth) {
     ASSERT_TRUE(oracle::EvenRowsAreDarker(kEvenRowsDarker));
-    // Rows 0 and 2: half of the samples of image rows 0 and 1. Row 1 lies between, row 3 has none:
-    // 5, 10, 15, 0 and 10, 20, 30, 0, of mean 7.5 and 15.
+    // Rows 0 and 2 have half of the samples of image rows 0 and 1, row 1 has the mean of these, and row 3 has
+    // 0. This gives 5, 10, 15, 0 and 10, 20, 30, 0, with the means 7.5 and 15.
     const RowOffsets offsets = Estimate(kEvenRowsDarker);
     EXPECT_EQ(offsets.left, (Floats{-2.5F, 2.5F, 7.5F, -7.5F}));
     EXPECT_EQ(offsets.right, (Floats{-5, 5, 15, -15}));
@@ -56,7 +57,7 @@ TEST(RowOffsets, OfDarkerEvenRowsIncludeTheLastOfAnOddNumberOfRows) {
     EXPECT_EQ(offsets.right, (Floats{-10, 0, 10}));
 }
 
-/// Odd rows' pixels add up to less than the 100s of row 0. Their halves are read at x = 1, 3 and 5, 7.
+/// The samples of the odd rows, at x = 1, 3 and x = 5, 7, add up to less than those of row 0, which are 100.
 const Frame kOddRowsDarker = {8, 4, {100, 0,  100, 0,   100, 0,  100, 0,   //
                                      0,   40, 0,   200, 0,   10, 0,   50,  //
                                      100, 0,  100, 0,   100, 0,  100, 0,   //
@@ -64,22 +65,22 @@ const Frame kOddRowsDarker = {8, 4, {100, 0,  100, 0,   100, 0,  100, 0,   //
 
 TEST(RowOffsets, OfDarkerOddRowsAreTheMeansOfTheirDarkPixels) {
     ASSERT_FALSE(oracle::EvenRowsAreDarker(kOddRowsDarker));
-    // 40, 40, 55, 70 and 30, 30, 40, 50, of mean 51.25 and 37.5.
+    // 40, 40, 55, 70 and 30, 30, 40, 50, with the means 51.25 and 37.5.
     const RowOffsets offsets = Estimate(kOddRowsDarker);
     EXPECT_EQ(offsets.left, (Floats{-11.25F, -11.25F, 3.75F, 18.75F}));
     EXPECT_EQ(offsets.right, (Floats{-7.5F, -7.5F, 2.5F, 12.5F}));
 }
 
-TEST(RowOffsets, EqualRowsCountAsDarkerOddOnes) {
+TEST(RowOffsets, WithEqualRowsAreThoseOfDarkerOddRows) {
     const Frame frame = {4, 4, std::vector<std::uint16_t>(16, 50)};
     const RowOffsets offsets = Estimate(frame);
     EXPECT_EQ(offsets.left, Floats(4));
     EXPECT_EQ(offsets.right, Floats(4));
 }
 
-TEST(RowOffsets, TellDarkerRowsByPixelsBelow111) {
-    // Two rows; even samples 60 + 40. The odd samples are `pixel` twice: with them below 111 the odd rows are
-    // brighter, above that they don't count at all.
+TEST(RowOffsets, ComparePixelsBelow111) {
+    // Of two rows, the even one has the samples 60 and 40, and the odd one has `pixel` twice. Below 111 these
+    // make the odd row brighter; from 111 on they do not count at all.
     for (const std::uint16_t pixel : std::vector<std::uint16_t>{110, 111}) {
         const Frame frame = {4, 2, {60, 0, 40, 0, 0, pixel, 0, pixel}};
         const RowOffsets offsets = Estimate(frame);
@@ -91,14 +92,14 @@ TEST(RowOffsets, TellDarkerRowsByPixelsBelow111) {
     }
 }
 
-TEST(RowOffsets, AreNotANumberWithoutDarkPixels) {
+TEST(RowOffsets, AreNaNWithoutDarkPixels) {
     const RowOffsets offsets = Estimate({4, 2, std::vector<std::uint16_t>(8, 100)});
     for (const float offset : {offsets.left[0], offsets.left[1], offsets.right[0], offsets.right[1]}) {
         EXPECT_TRUE(std::isnan(offset));
     }
 }
 
-TEST(RowOffsets, AreThoseOfThePlainLoopForEverySize) {
+TEST(RowOffsets, EqualThePlainLoopForEverySize) {
     int even_rows_darker = 0;
     int frames = 0;
     for (const int width : {2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 3920, 3968}) {

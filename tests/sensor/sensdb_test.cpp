@@ -47,7 +47,7 @@ class SensdbTest : public testing::Test {
         return {bytes.begin(), bytes.end()};
     }
 
-    /// What WriteSensData prints; it must fail when anything is printed.
+    /// Returns what WriteSensData prints. Expects it to fail if and only if it prints anything.
     std::string Write() {
         int result = 0;
         std::string printed = support::CaptureStdout([&] { result = sensors_.WriteSensData(); });
@@ -59,7 +59,7 @@ class SensdbTest : public testing::Test {
         return path() + ": sensor database not written: " + std::string(reason) + "\n";
     }
 
-    /// Waits until the file is so old that its times tell every change.
+    /// Waits until the file is so old that its times show every change.
     void Settle() const {
         std::error_code unknown;
         while (!StateOf(path(), unknown)->Settled()) {
@@ -139,7 +139,7 @@ TEST_P(SensdbReading, Takes) {
     EXPECT_EQ(ContentsOf(sensors_), GetParam().expected);
 }
 
-/// One camera after the other, known or not.
+/// Loads one camera after the other, known or not.
 TEST_P(SensdbReading, TakesTheSameOfOneCamera) {
     WriteText(GetParam().text);
     for (const int serial : {0, 1, 2, 3, 7, 12, 42, -5}) {
@@ -177,7 +177,7 @@ TEST_F(SensdbTest, AnEditedFileOfTheSameSizeIsReadAtOnce) {
     }
 }
 
-TEST_F(SensdbTest, AYoungFileIsReadAgainEvenIfItsTimesAreTheSame) {
+TEST_F(SensdbTest, ARecentFileIsReadAgainEvenIfItsTimesAreTheSame) {
     if (!support::kNoFilesCanBeLeft) {
         GTEST_SKIP() << "the sanitizers open files, too";
     }
@@ -187,7 +187,7 @@ TEST_F(SensdbTest, AYoungFileIsReadAgainEvenIfItsTimesAreTheSame) {
     EXPECT_LT(sensors_.LoadSensData(), 0);
 }
 
-TEST_F(SensdbTest, TheSameTextIsTakenApartOnceWhateverTheTimesOfTheFile) {
+TEST_F(SensdbTest, TheSameTextIsParsedOnceWhateverTheTimesOfTheFile) {
     for (const auto time :
          {fs::file_time_type::clock::now(), fs::file_time_type::clock::now() + std::chrono::hours(24)}) {
         WriteText("[1]\nLine = 1\n");
@@ -208,7 +208,7 @@ TEST_F(SensdbTest, AListOfMorePixelsThanTheSensorHasIsRefusedEachTime) {
     EXPECT_EQ(sensors_.LoadSensData(), 0);  // every pixel once
     WriteText(text +
               "Line = 3968\nLine = 0\nLine = 3968\nLine = 5\nLine = 8\nLine = 5\nLine = 8\nLine = 5\n");
-    EXPECT_EQ(sensors_.LoadSensData(), 0);  // none of these is one
+    EXPECT_EQ(sensors_.LoadSensData(), 0);  // none of these is a pixel
     sensors_.Camera(1).Line = {9};
     const std::string longer = text + "Line = 8\nLine = 0\nLine = 8\nLine = 1\n";
     WriteText(longer);
@@ -253,7 +253,7 @@ TEST_F(SensdbTest, AnOldFileIsReadAgainAfterNewLevels) {
     EXPECT_EQ(sensors_.Camera(5).LevelCorrection, Levels{7});
 }
 
-TEST_F(SensdbTest, EachCameraIsTakenOnceAndKeepsTheOthers) {
+TEST_F(SensdbTest, EachCameraIsLoadedOnceAndKeepsTheOthers) {
     WriteText("[1]\nLine = 1\n[2]\nLine = 2\n[3]\nLine = 3\n");
     EXPECT_EQ(sensors_.LoadCamera(1), 0);
     sensors_.Camera(1).Line = {9};
@@ -268,7 +268,7 @@ TEST_F(SensdbTest, EachCameraIsTakenOnceAndKeepsTheOthers) {
     EXPECT_EQ(sensors_.Camera(1).Line, Lines{9}) << "all were taken";
 }
 
-TEST_F(SensdbTest, ACameraOfAnEditedFileIsTakenAgain) {
+TEST_F(SensdbTest, ACameraOfAnEditedFileIsLoadedAgain) {
     for (const std::uint16_t value : Lines{1, 2, 3}) {
         WriteText("[1]\nLine = " + std::to_string(value) + "\n[2]\nLine = 5\n");
         EXPECT_EQ(sensors_.LoadCamera(1), 0);
@@ -276,7 +276,7 @@ TEST_F(SensdbTest, ACameraOfAnEditedFileIsTakenAgain) {
     }
 }
 
-TEST_F(SensdbTest, ACameraIsRefusedWithTheListOfAnother) {
+TEST_F(SensdbTest, ACameraIsRefusedBecauseOfTheListOfAnother) {
     std::string text = "[1]\nLine = 5\n[2]\n";
     for (int i = 0; i < 3969; ++i) {
         text += "Line = 7\nLine = 0\nLine = 7\nLine = 9999\n";
@@ -292,7 +292,7 @@ TEST_F(SensdbTest, AMissingFileHasNoCamera) {
     EXPECT_TRUE(sensors_.Cameras.empty());
 }
 
-TEST_F(SensdbTest, AFileOfWhichOneCameraWasTakenIsNotReplacedUntilAllAre) {
+TEST_F(SensdbTest, AFileOfWhichOneCameraWasLoadedIsNotReplacedUntilAllAre) {
     WriteText("[1]\nLine = 1\n[2]\nLine = 2\n");
     EXPECT_EQ(sensors_.LoadCamera(1), 0);
     EXPECT_EQ(Write(), NotWritten("the file that is there could not be read"));
@@ -301,7 +301,7 @@ TEST_F(SensdbTest, AFileOfWhichOneCameraWasTakenIsNotReplacedUntilAllAre) {
     EXPECT_EQ(Text(), "[1]\nLine = 1\n\n\n[2]\nLine = 2\n");
 }
 
-TEST_F(SensdbTest, WritesOneSectionACameraInTheOrderOfTheirNumbers) {
+TEST_F(SensdbTest, WritesOneSectionPerCameraInTheOrderOfTheirNumbers) {
     sensors_.Camera(42) = {{100, 0, 100, 2646}, {0, 0.512F, 12.3456789F}};
     sensors_.Camera(7).LevelCorrection = {1};
     sensors_.Camera(9).Line = {65535};
@@ -357,7 +357,7 @@ TEST_F(SensdbTest, AFolderInThePlaceOfTheFileIsNotReplaced) {
     EXPECT_EQ(support::Names(folder_.path()), std::vector<std::string>{"sensdb.ini"});
 }
 
-TEST_F(SensdbTest, WhatCouldNotBeReadIsNotReplacedUntilItCan) {
+TEST_F(SensdbTest, AFileThatCouldNotBeReadIsNotReplacedUntilItCan) {
     if (!support::kNoFilesCanBeLeft) {
         GTEST_SKIP() << "the sanitizers open files, too";
     }
@@ -375,7 +375,7 @@ TEST_F(SensdbTest, WhatCouldNotBeReadIsNotReplacedUntilItCan) {
     EXPECT_EQ(Text(), "[1]\nLine = 1\n\n\n[2]\nLine = 2\n");
 }
 
-TEST_F(SensdbTest, WhatMayBeThereIsNotReplaced) {
+TEST_F(SensdbTest, AFileThatMayExistIsNotReplaced) {
     fs::create_symlink("sensdb.ini", path());
     EXPECT_LT(sensors_.LoadSensData(), 0);
     sensors_.Camera(1).Line = {1};

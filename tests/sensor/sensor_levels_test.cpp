@@ -24,7 +24,7 @@ ReadInputData RecordOf(const oracle::Frame& frame) {
 TEST(CalcSensLevel, LevelsAreTheWrappedSumsAboveTheSmallest) {
     sensdb sensors("");
     sensors.Camera(5) = {{1, 2, 1, 4}, Levels(10, 99)};
-    // Sums 80000, which wraps to 14464, 60000 and 15100.
+    // The sums are 80000, which wraps to 14464, 60000 and 15100.
     ReadInputData image = RecordOf({3, 2, {40000, 30000, 100, 40000, 30000, 15000}});
     EXPECT_EQ(sensors.CalcSensLevel(&image), 0);
     EXPECT_EQ(sensors.Camera(5).LevelCorrection, (Levels{0, 22768, 318}));
@@ -38,7 +38,7 @@ TEST(CalcSensLevel, LevelsAreDividedByTheNumberOfRows) {
     EXPECT_EQ(sensors.Camera(5).LevelCorrection, (Levels{0, 0.75F}));
 }
 
-TEST(CalcSensLevel, LevelsAreThoseOfThePlainLoop) {
+TEST(CalcSensLevel, LevelsEqualThePlainLoop) {
     sensdb sensors("");
     for (const std::uint32_t range : {40U, 16384U, 65536U}) {
         const oracle::Frame frame = oracle::RandomFrame(3968, 300, 1, 0, range);

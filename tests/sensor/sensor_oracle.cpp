@@ -8,7 +8,7 @@ namespace oracle {
 
 namespace {
 
-/// Pixel `i`; one beyond the end is never dark.
+/// Pixel `i`; a pixel past the end is never dark.
 int At(const Frame& frame, int i) {
     const auto index = static_cast<std::size_t>(i);
     return index < frame.pixels.size() ? frame.pixels[index] : 65535;

@@ -8,7 +8,7 @@
 
 #include "sensor/row_offsets.h"
 
-/// The sensor corrections as plain loops, one pixel after the other, to compare the fast code with.
+/// The sensor corrections as plain loops over single pixels, for comparison with the fast code.
 namespace oracle {
 
 struct Frame {
@@ -25,24 +25,24 @@ struct Frame {
 /// Pixels from `lowest` to `lowest` + `range` - 1; the same seed gives the same frame everywhere.
 Frame RandomFrame(int width, int height, std::uint32_t seed, std::uint32_t lowest, std::uint32_t range);
 
-/// Whether the even rows' dark pixels add up to less than the odd rows'.
+/// Whether the dark pixels of the even rows add up to less than those of the odd rows.
 bool EvenRowsAreDarker(const Frame& frame);
 
 RowOffsets Offsets(const Frame& frame);
 
-/// What the subtraction of `correction` and of the row offsets leaves.
+/// The pixels after subtraction of `correction` and of the row offsets.
 std::vector<std::uint16_t> WithoutDarkField(const Frame& frame, const std::vector<float>& correction,
                                             int gain);
 
-/// What the dithered subtraction leaves: from each pixel the whole part of its column's level and of a random
-/// number in [0, 1), in 16 bits and not below 0.
+/// The pixels after dithered subtraction: each loses the whole part of its column's level plus a random
+/// number in [0, 1), in 16 bits, but stops at 0.
 std::vector<std::uint16_t> Dithered(const Frame& frame, const std::vector<float>& levels,
                                     const std::function<float()>& random);
 
 /// Replaces the pixel at column `x`, row `y`.
 void Interpolate(Frame& frame, int x, int y);
 
-/// Dark levels of the columns, of sums in 16 bits.
+/// The dark levels of the columns, from 16-bit sums.
 std::vector<float> ColumnLevels(const Frame& frame);
 
 }  // namespace oracle

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The library's number after those that are thrown away.
+/// The library's first number after the discarded ones.
 int NumberAfterSeed(std::clock_t seed) {
     std::srand(static_cast<unsigned int>(seed));
     int number = 0;
@@ -22,7 +22,7 @@ int NumberAfterSeed(std::clock_t seed) {
     return number;
 }
 
-TEST(SensorFixTools, SeedTheLibrarysSequenceByTheClockAndThrowThreeNumbersAway) {
+TEST(SensorFixTools, SeedTheLibrarysSequenceByTheClockAndDiscardThreeNumbers) {
     const std::clock_t before = std::clock();
     const sensorfixtools tools;
     const std::clock_t after = std::clock();
@@ -34,7 +34,7 @@ TEST(SensorFixTools, SeedTheLibrarysSequenceByTheClockAndThrowThreeNumbersAway) 
     EXPECT_TRUE(found);
 }
 
-/// A dark record of camera 5.
+/// A dark image of camera 5.
 ReadInputData Record() {
     ReadInputData record;
     record.Exif.SerialNumber = 5;

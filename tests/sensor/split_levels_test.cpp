@@ -42,7 +42,7 @@ Floats RandomLevels(int columns, std::uint32_t seed, std::uint32_t end, std::uin
     return levels;
 }
 
-TEST(SplitLevels, AreForLevelsThatSixteenBitsHold) {
+TEST(SplitLevels, AreForLevelsThatFitInto16Bits) {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     EXPECT_FALSE(SplitLevels::Of({}));
     for (const float level : {-0.25F, -1e-30F, 65536.0F, 1e9F, infinity, -infinity, std::nanf("")}) {
@@ -53,8 +53,8 @@ TEST(SplitLevels, AreForLevelsThatSixteenBitsHold) {
     }
 }
 
-/// Below 256 and in steps of 1/65536, level and random number add up without rounding in single precision.
-TEST(SplitLevels, AreThePlainLoopWithTheSameRandomNumbers) {
+/// For levels below 256 in steps of 1/65536, the sum of level and random number is exact in single precision.
+TEST(SplitLevels, EqualThePlainLoopWithTheSameRandomNumbers) {
     for (const int width : {1, 31, 32, 33, 70, 3920, 3968}) {
         const Floats levels = RandomLevels(width, 5, 256, 65536);
         Frame frame = oracle::RandomFrame(width, 7, 6, 0, 400);
@@ -98,7 +98,7 @@ TEST(SplitLevels, SubtractWholeLevelsToTheUnit) {
 }
 
 TEST(SplitLevels, RoundTheLargestLevelUpToZero) {
-    constexpr float largest = 65535.996F;  // 255/256 of them are rounded up
+    constexpr float largest = 65535.996F;  // rounded up in 255 of 256 pixels
     const Frame frame = {32, 1000, Pixels(32000, 65535)};
     for (const InstructionSet version : AvailableVersions()) {
         int rounded_up = 0;
@@ -110,8 +110,8 @@ TEST(SplitLevels, RoundTheLargestLevelUpToZero) {
     }
 }
 
-/// What a way of dithering subtracts, less the whole part of the level, from rows of the same levels. All of
-/// the statistics below are judged at six standard deviations: further off is no chance.
+/// The amounts that one way of dithering subtracts from rows of the same levels, minus the whole part of each
+/// level. All statistics below may be off by six standard deviations; more is not due to chance.
 class Corrections {
   public:
     static constexpr int kWidth = 3968;
@@ -141,7 +141,7 @@ class Corrections {
         return static_cast<double>(levels_[x]) - std::floor(static_cast<double>(levels_[x]));
     }
 
-    /// Of offsets -1, 0, 1 and 2.
+    /// How often the amount is -1, 0, 1 and 2.
     const std::array<int, 4>& Histogram() const { return histogram_; }
     double Mean() const { return sum_ / (kWidth * kHeight); }
     double Variance() const { return squares_ / (kWidth * kHeight); }
@@ -167,10 +167,11 @@ Corrections FastCorrections(InstructionSet version) {
     return Corrections(Subtracted(Corrections::Flat(), Corrections::Levels(), 21, version));
 }
 
-TEST(SplitLevels, AreDistributedAsThePlainLoop) {
+TEST(SplitLevels, HaveTheDistributionOfThePlainLoop) {
     const Corrections plain = PlainCorrections();
     constexpr double pixels = static_cast<double>(Corrections::kWidth) * Corrections::kHeight;
-    // Of numbers from two ways; a pixel's variance is a sixth in the mean over all fractions.
+    // The deviation of a difference between two ways; the variance of a pixel, averaged over all fractions,
+    // is a sixth.
     const double deviation = std::sqrt(2.0 / 6 / pixels);
     for (const InstructionSet version : AvailableVersions()) {
         const Corrections fast = FastCorrections(version);
@@ -185,13 +186,14 @@ TEST(SplitLevels, AreDistributedAsThePlainLoop) {
     }
 }
 
-TEST(SplitLevels, GiveEveryColumnTheMeanOfItsLevelAsThePlainLoop) {
+TEST(SplitLevels, GiveEveryColumnTheMeanOfItsLevelLikeThePlainLoop) {
     const Corrections plain = PlainCorrections();
     for (const InstructionSet version : AvailableVersions()) {
         const Corrections fast = FastCorrections(version);
         for (std::size_t x = 0; x < Corrections::kWidth; ++x) {
             const double fraction = fast.Fraction(x);
-            // A fraction near 0 or 1 is rounded in single pixels, whose number has no spread of its own.
+            // A fraction near 0 or 1 is rounded the other way in very few pixels, too few for a normal
+            // distribution.
             const double variance = fraction * (1 - fraction) / Corrections::kHeight;
             const double most = Corrections::kDeviations * std::sqrt(variance) + 0.003;
             ASSERT_NEAR(fast.ColumnMean(x), fraction, most) << x;

@@ -6,7 +6,7 @@
 
 #include "sensor/instruction_set.h"
 
-/// The versions of a loop that can be tried on this machine.
+/// The versions of a loop that this machine can run.
 inline std::vector<InstructionSet> AvailableVersions() {
     std::vector<InstructionSet> versions;
     for (const InstructionSet version : instruction_set::kAll) {

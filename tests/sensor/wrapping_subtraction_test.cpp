@@ -23,7 +23,7 @@ TEST(SubtractWrapping, SubtractsTheWholePartAndWraps) {
     }
 }
 
-TEST(SubtractWrapping, IsThePlainLoopInEveryVersion) {
+TEST(SubtractWrapping, EqualsThePlainLoopInEveryVersion) {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     const Pixels numbers = oracle::RandomFrame(101, 1, 3, 0, 65536).pixels;
     std::vector<float> levels;

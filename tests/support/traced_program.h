@@ -41,7 +41,7 @@ class TracedProgram {
     TracedProgram& operator=(TracedProgram&&) = delete;
 
     /// Makes the call at whose entry the program is stopped, if any, and continues to the entry of the next
-    /// call; nothing if the program ended first.
+    /// call. Returns std::nullopt if the program ended first.
     std::optional<SystemCall> NextCall();
 
     // At the entry of a call:

@@ -42,7 +42,7 @@ TEST_F(Backups, OfOtherFilesDoNotCount) {
     EXPECT_EQ(Highest(), 12U);
 }
 
-TEST_F(Backups, CannotBeCountedInAFolderThatIsNotThere) {
+TEST_F(Backups, CannotBeCountedInAMissingFolder) {
     std::error_code error;
     EXPECT_EQ(backups::HighestNumber(folder_ / "none/a.ini", error), 0U);
     EXPECT_EQ(error, std::errc::no_such_file_or_directory);
@@ -65,7 +65,7 @@ TEST_F(Backups, TakeTheNextNumberThatIsFree) {
     EXPECT_EQ(kept, path_ + ".5");
 }
 
-TEST_F(Backups, AreNotMadeOfWhatTheLastOneHolds) {
+TEST_F(Backups, AreNotMadeIfTheLastOneHasTheSameContent) {
     Texts asked;
     std::string kept = "left from before";
     const auto error = backups::Make(path_, 2,
@@ -85,7 +85,7 @@ TEST_F(Backups, AreNotMadeOfWhatTheLastOneHolds) {
     EXPECT_EQ(kept, "");
 }
 
-TEST_F(Backups, EndWithTheFirstOtherError) {
+TEST_F(Backups, FailWithAnyErrorButATakenName) {
     std::string kept;
     const auto error = backups::Make(
         path_, 0,

@@ -1,5 +1,4 @@
-// SPDX-License-Identifier: MIT
-// Who may read a replaced file, and what is kept with it.
+// SPDX-License-Identifier: MIT Tests who may read a replaced file, and which attributes it keeps.
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -47,7 +46,7 @@ bool SetAttribute(const std::string& path, const char* name, std::string_view va
     return ::setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
 }
 
-/// An entry of an access control list, as acl(5) has it: tag, permissions, and whose they are.
+/// An entry of an access control list, as in acl(5): tag, permissions, and the user or group that has them.
 struct Entry {
     std::uint16_t tag;
     std::uint16_t permissions;
@@ -96,7 +95,7 @@ TEST_F(FileAccess, OfAPrivateFileIsPrivateFromTheStart) {
     EXPECT_EQ(ModeOf(dng_), mode_t{0600});
 }
 
-TEST_F(FileAccess, ByAnAccessControlListStaysAsItWas) {
+TEST_F(FileAccess, ByAnAccessControlListIsKept) {
     const std::string list = List({{kOwner, 6}, {kUser, 4, 12345}, {kGroup, 0}, {kMask, 4}, {kOthers, 0}});
     if (!SetAttribute(dng_, kAccessList, list)) {
         GTEST_SKIP() << "no access control lists here";

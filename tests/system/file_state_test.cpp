@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Of a file that is there.
+/// The state of an existing file.
 std::optional<FileState> State(const std::string& path) {
     std::error_code error = std::make_error_code(std::errc::io_error);
     const auto state = StateOf(path, error);
@@ -33,7 +33,7 @@ TEST(FileState, OfAMissingFileIsNone) {
     EXPECT_EQ(error.value(), ENOENT);
 }
 
-TEST(FileState, OfAFileThatCannotBeReachedIsNoneForAnotherReason) {
+TEST(FileState, OfAnInaccessibleFileIsNoneForAnotherReason) {
     const support::TempFolder folder;
     fs::create_symlink("circle", folder / "circle");
     std::error_code error;
@@ -76,7 +76,7 @@ TEST(FileState, ChangesWithSizeTimeAndIdentity) {
     EXPECT_NE(State(path)->inode, replaced->inode);
 }
 
-TEST(FileState, ChangesWithWhatOnlyTheChangeTimeTells) {
+TEST(FileState, ChangesIfOnlyTheChangeTimeDiffers) {
     const support::TempFolder folder;
     support::WriteFile(folder / "file", "four");
     const auto before = State(folder / "file");

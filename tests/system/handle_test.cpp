@@ -28,7 +28,7 @@ TEST(Handle, IsClosedWithItsOwner) {
     EXPECT_FALSE(IsOpen(descriptor));
 }
 
-TEST(Handle, OfACallThatFailedIsNone) {
+TEST(Handle, OfAFailedCallIsEmpty) {
     EXPECT_FALSE(Handle().IsOpen());
     EXPECT_FALSE(Handle(::open("/no such file", O_RDONLY | O_CLOEXEC)).IsOpen());
 }

@@ -24,7 +24,7 @@ using Names = std::vector<std::string>;
 
 constexpr std::chrono::hours kDay(24);
 
-/// A new name, in which the process and, if given, the computer is another one.
+/// A new part file name with another process and, if given, another computer.
 std::string NameOf(const std::string& process, const std::string& host = "") {
     const std::string name = part_files::NewName();
     const std::string mine = "-" + std::to_string(::getpid()) + "-";
@@ -61,7 +61,7 @@ class PartFiles : public testing::Test {
     support::TempFolder folder_;
 };
 
-TEST_F(PartFiles, HaveNamesOfTheirOwn) {
+TEST_F(PartFiles, HaveUniqueNames) {
     std::set<std::string> names;
     for (int i = 0; i < 1000; ++i) {
         names.insert(part_files::NewName());
@@ -98,7 +98,7 @@ TEST_F(PartFiles, OfAnotherComputerStayForADay) {
     EXPECT_EQ(AfterRemoval(), Names{young});
 }
 
-TEST_F(PartFiles, WhoseProcessNumberWasGivenAnewStayForADay) {
+TEST_F(PartFiles, WhoseProcessNumberIsInUseAgainStayForADay) {
     Put(NameOf("1"), kDay + std::chrono::hours(1));
     EXPECT_EQ(AfterRemoval(), Names());
 }
@@ -120,7 +120,7 @@ TEST_F(PartFiles, ThatAnotherRunHasLockedStay) {
     EXPECT_EQ(AfterRemoval(), Names());
 }
 
-TEST_F(PartFiles, AreToldFromOtherFiles) {
+TEST_F(PartFiles, AreDistinguishedFromOtherFiles) {
     const Names others = {".velmarcon-.part",    ".velmarcon--1-2.part",  ".velmarcon-host-1.part",
                           ".velmarcon-1.part.x", ".velmarcon-a-b-c.part", ".velmarcon-host-1-xyz.part",
                           ".velmarcon.part",     "velmarcon-1.part",      ".velmarcon-1"};
@@ -141,12 +141,12 @@ TEST_F(PartFiles, AreNoLinksFoldersOrPipes) {
     EXPECT_EQ(support::ReadText(folder_ / "other"), "precious");
 }
 
-TEST_F(PartFiles, OfAFolderThatIsNotThereAreNone) {
+TEST_F(PartFiles, OfAMissingFolderAreNone) {
     part_files::RemoveStale(folder_ / "missing/");
     EXPECT_EQ(support::Names(folder_.path()), Names());
 }
 
-TEST_F(PartFiles, OfAnOlderLauncherGoWithItsProcess) {
+TEST_F(PartFiles, OfAnOlderLauncherAreRemovedAfterItsProcess) {
     Put(".lensdb-" + EndedProcess() + ".part");
     Put(".sensdb.ini-" + EndedProcess() + ".part");
     const std::string running = ".lensdb-" + std::to_string(::getppid()) + ".part";

@@ -43,7 +43,7 @@ TEST(PathNames, AreDividedAtTheLastSeparatorOfEitherKind) {
 }
 
 #if !defined(_WIN32)
-TEST(PathNames, HoldABackslashWhereTheSystemTakesItForALetter) {
+TEST(PathNames, MayContainABackslashThatSeparatesNothing) {
     EXPECT_EQ(SystemFolderPart("a/b\\c.RAW"), "a/");
     EXPECT_EQ(SystemFileNamePart("a/b\\c.RAW"), "b\\c.RAW");
     EXPECT_EQ(SystemFolderPart("b\\c.RAW"), "");
@@ -60,7 +60,7 @@ TEST(PathNames, GetASeparatorOnlyWhereTheyLackOne) {
     EXPECT_EQ(WithSeparator(""), "");
 }
 
-TEST(PathNames, OfPartsTellWhoWritesThem) {
+TEST(PathNames, OfPartFilesTellWhoWritesThem) {
     const std::string name = PartName({"box", 77}, 0xAB);
     EXPECT_EQ(name, ".velmarcon-box-77-00000000000000ab.part");
     const auto part = ParsePartName(name);
@@ -69,7 +69,7 @@ TEST(PathNames, OfPartsTellWhoWritesThem) {
     EXPECT_EQ(part->process, 77U);
 }
 
-TEST(PathNames, OfPartsHoldAnyNameOfAComputer) {
+TEST(PathNames, OfPartFilesContainAnyComputersName) {
     EXPECT_EQ(HostPart("a-b.c"), "a-b.c");
     EXPECT_EQ(HostPart("a/b c"), "a_b_c");
     EXPECT_EQ(HostPart(""), "host");
@@ -77,14 +77,14 @@ TEST(PathNames, OfPartsHoldAnyNameOfAComputer) {
     EXPECT_EQ(ParsePartName(PartName({"a-b", 77}, 1)).value_or(Part()).host, "a-b");
 }
 
-TEST(PathNames, OfPartsOfAnOlderVersionTellNoComputer) {
+TEST(PathNames, OfPartFilesOfAnOlderVersionTellNoComputer) {
     const auto part = ParsePartName(".velmarcon-77.part");
     ASSERT_TRUE(part.has_value());
     EXPECT_EQ(part->host, "");
     EXPECT_EQ(part->process, 77U);
 }
 
-TEST(PathNames, OfPartsOfAnOlderLauncherTellTheProcess) {
+TEST(PathNames, OfPartFilesOfAnOlderLauncherTellTheProcess) {
     EXPECT_EQ(ParseLauncherPartName(".lensdb-77.part"), 77U);
     EXPECT_EQ(ParseLauncherPartName(".sensdb.ini-78.part"), 78U);
     for (const char* name :
@@ -93,7 +93,7 @@ TEST(PathNames, OfPartsOfAnOlderLauncherTellTheProcess) {
     }
 }
 
-TEST(PathNames, OfOtherFilesAreNotThoseOfParts) {
+TEST(PathNames, OfOtherFilesAreNotThoseOfPartFiles) {
     for (const char* name :
          {"", ".part", "L1.DNG", ".velmarcon-.part", ".velmarcon-x.part", ".velmarcon-7-1.part",
           ".velmarcon-box-7x-1.part", ".velmarcon-box-7-g.part", ".velmarcon-box-7-1.part2", kReportPart}) {
@@ -101,7 +101,7 @@ TEST(PathNames, OfOtherFilesAreNotThoseOfParts) {
     }
 }
 
-TEST(PathNames, OfOldFilesHaveANumberFromTheSecondOn) {
+TEST(PathNames, OfOldCopiesHaveANumberFromTheSecondOn) {
     EXPECT_EQ(OldName("L1.DNG"), "L1.DNG.old");
     EXPECT_EQ(OldName("L1.DNG", 1), "L1.DNG.old");
     EXPECT_EQ(OldName("L1.DNG", kMostOldNames), "L1.DNG.old9");

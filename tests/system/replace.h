@@ -14,7 +14,7 @@ inline std::string Content(const std::string& path) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// Writes `text` as `path` and gives it its name. Returns the first error number, or 0.
+/// Writes `text` to a ReplacementFile for `path` and commits it. Returns the first error number, or 0.
 inline int Replace(const std::string& path, std::string_view text,
                    ReplacementFile::Existing existing = ReplacementFile::Existing::kReplace) {
     ReplacementFile file;

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// What stands in the folder already: links, modes and rights, and other runs.
+// SPDX-License-Identifier: MIT Tests what else may be in the folder: links, files with modes and rights, and
+// other runs.
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
@@ -44,7 +44,7 @@ TEST(ReplacementFile, OfTheTargetOfALinkLeavesTheLink) {
     EXPECT_EQ(support::Names(folder / "card"), Names{"real"});
 }
 
-TEST(ReplacementFile, ALinkThatPointsNowhereGetsItsTarget) {
+TEST(ReplacementFile, ABrokenLinkGetsItsTarget) {
     const support::TempFolder folder;
     fs::create_symlink("real", folder / "link");
     EXPECT_EQ(Replace(folder / "link", "new", Existing::kReplaceTarget), 0);
@@ -52,7 +52,7 @@ TEST(ReplacementFile, ALinkThatPointsNowhereGetsItsTarget) {
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
 }
 
-TEST(ReplacementFile, LinksInACircleAreTheSystemsError) {
+TEST(ReplacementFile, LinksInACircleAreAnError) {
     const support::TempFolder folder;
     fs::create_symlink("b", folder / "a");
     fs::create_symlink("a", folder / "b");
@@ -93,7 +93,7 @@ TEST(ReplacementFile, ANewFileHasTheModeThatTheUsersMaskAllows) {
     EXPECT_EQ(ModeOf(folder / "L1.DNG"), mode_t{0640});
 }
 
-TEST(ReplacementFile, TwoRunsInOneFolderDoNotMeet) {
+TEST(ReplacementFile, TwoRunsInOneFolderDoNotCollide) {
     const support::TempFolder folder;
     ReplacementFile first;
     ReplacementFile second;
@@ -140,8 +140,8 @@ TEST(ReplacementFile, RunsThatEndWhileOthersBeginDoNotDisturbThem) {
     EXPECT_EQ(support::Names(folder.path()).size(), runs * 10U);
 }
 
-/// A device that a mistake could not take from the system: `folder` gets one of its own when the test has
-/// root's rights. Empty when that is not possible.
+/// A device that the system would not miss if a faulty program replaced it. Made in `folder`, if the test has
+/// root's rights; empty if that is not possible.
 std::string HarmlessDevice(const support::TempFolder& folder) {
     if (::geteuid() != 0) {
         return "/dev/null";
@@ -150,7 +150,7 @@ std::string HarmlessDevice(const support::TempFolder& folder) {
     return ::mknod(path.c_str(), S_IFCHR | 0600, ::makedev(1, 3)) == 0 ? path : "";
 }
 
-TEST(ReplacementFile, WhatIsNoPlainFileIsNotReplaced) {
+TEST(ReplacementFile, PipesAndDevicesAreNotReplaced) {
     const support::TempFolder folder;
     ASSERT_EQ(::mkfifo((folder / "L1.DNG").c_str(), 0600), 0);
     EXPECT_EQ(Replace(folder / "L1.DNG", "new"), EEXIST);
@@ -171,7 +171,7 @@ TEST(ReplacementFile, ALinkToADeviceIsNotReplaced) {
     EXPECT_EQ(support::Names(folder.path()), Names{"L2.DNG"});
 }
 
-/// Gives up the rights of root, when the test has them, while it lives.
+/// Gives up root's rights, if the test has them, for the lifetime of the object.
 class PlainUser {
   public:
     PlainUser() {
@@ -192,7 +192,7 @@ class PlainUser {
     bool changed_ = false;
 };
 
-/// Expects that a plain user is refused L1.DNG, which has `file_mode`, in a folder of `folder_mode`.
+/// Expects that an ordinary user cannot replace L1.DNG, with `file_mode`, in a folder with `folder_mode`.
 void ExpectRefused(mode_t folder_mode, mode_t file_mode) {
     const support::TempFolder folder;
     support::WriteFile(folder / "L1.DNG", "old");
@@ -214,7 +214,7 @@ TEST(ReplacementFile, AFileThatMayNotBeWrittenIsNotReplaced) {
     ExpectRefused(0777, 0444);
 }
 
-TEST(ReplacementFile, AFolderThatMayNotBeWrittenIsTheSystemsError) {
+TEST(ReplacementFile, AFolderThatMayNotBeWrittenIsAnError) {
     ExpectRefused(0555, 0666);
 }
 

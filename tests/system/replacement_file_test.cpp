@@ -52,11 +52,11 @@ TEST(ReplacementFile, AnExistingFileIsUntouchedUntilCommit) {
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
 
-TEST(ReplacementFile, ForWhichNoDescriptorIsLeftLeavesNothing) {
+TEST(ReplacementFile, WithoutAFreeDescriptorLeavesNothing) {
     const support::TempFolder folder;
     support::WriteFile(folder / "L1.DNG", "old");
     for (const unsigned int descriptors :
-         {0U, 1U}) {  // none for the part; one for it, but none to find out about a full disk
+         {0U, 1U}) {  // none at all; one for the part file, but none to detect a full disk
         ReplacementFile file;
         const support::DescriptorLimit limit(descriptors);
         const int error = file.Open(folder / "L1.DNG", Existing::kReplace).value();
@@ -112,7 +112,7 @@ TEST(ReplacementFile, AnEmptyFileCanBeWritten) {
     EXPECT_EQ(Content(folder / "L1.DNG"), "");
 }
 
-TEST(ReplacementFile, AMissingFolderOrAFolderInItsPlaceIsTheSystemsError) {
+TEST(ReplacementFile, AMissingFolderOrAFolderInItsPlaceIsAnError) {
     const support::TempFolder folder;
     fs::create_directory(folder / "L1.DNG");
     EXPECT_EQ(Replace(folder / "missing/L1.DNG", "new"), ENOENT);
@@ -142,8 +142,8 @@ TEST(ReplacementFile, ANameWithoutAFolderIsInTheCurrentOne) {
     EXPECT_EQ(support::Names(folder.path()), Names{"L1.DNG"});
 }
 
-/// Writes L1.DNG of `folder` onto a full disk. With `room`, there is room again when it is to get its name.
-/// Returns what Commit does.
+/// Writes L1.DNG in `folder` to a full disk, which has room again before Commit if `room` is set. Returns the
+/// result of Commit.
 int CommitOntoFullDisk(const support::TempFolder& folder, bool room) {
     ReplacementFile file;
     const support::FileSizeLimit limit(1000);
@@ -154,7 +154,7 @@ int CommitOntoFullDisk(const support::TempFolder& folder, bool room) {
         return file.Commit(1001).value();
     }
     const support::FileSizeLimit no_limit(RLIM_INFINITY);
-    errno = EINTR;  // what happens later does not change the reason
+    errno = EINTR;  // a later error does not change the reason
     file.Write("x"sv);
     EXPECT_FALSE(file.IsGood());
     return file.Commit(1001).value();
@@ -170,7 +170,7 @@ TEST(ReplacementFile, AFailedWriteIsReportedAndLeavesTheOldFile) {
     }
 }
 
-TEST(ReplacementFile, OnlyOneOfTwoThatKeepWhatIsThereGetsTheName) {
+TEST(ReplacementFile, OfTwoThatKeepExistingFilesOneGetsTheName) {
     const support::TempFolder folder;
     ReplacementFile first;
     ReplacementFile second;
@@ -183,7 +183,7 @@ TEST(ReplacementFile, OnlyOneOfTwoThatKeepWhatIsThereGetsTheName) {
     EXPECT_EQ(Content(folder / "L1.DNG"), "second");
 }
 
-TEST(ReplacementFile, WhateverStandsThereIsKept) {
+TEST(ReplacementFile, AnythingWithItsNameIsKeptIfAsked) {
     const support::TempFolder folder;
     support::WriteFile(folder / "file", "old");
     fs::create_symlink("nowhere", folder / "link");
@@ -194,7 +194,8 @@ TEST(ReplacementFile, WhateverStandsThereIsKept) {
     EXPECT_EQ(Content(folder / "file"), "old");
 }
 
-/// Puts something in the file's place when it is written, but has not got its name yet.
+/// Writes a file, calls `put`, which creates something with its name before Commit, and expects that this is
+/// kept.
 void ExpectKept(const std::function<void(const std::string& path)>& put) {
     const support::TempFolder folder;
     const std::string path = folder / "L1.DNG";
@@ -210,13 +211,13 @@ void ExpectKept(const std::function<void(const std::string& path)>& put) {
     EXPECT_TRUE(!fs::is_regular_file(path) || Content(path) == "theirs");
 }
 
-TEST(ReplacementFile, WhatAppearsWhileItIsWrittenIsKept) {
+TEST(ReplacementFile, AnythingThatGetsItsNameMeanwhileIsKeptIfAsked) {
     ExpectKept([](const std::string& path) { support::WriteFile(path, "theirs"); });
     ExpectKept([](const std::string& path) { fs::create_symlink("nowhere", path); });
     ExpectKept([](const std::string& path) { fs::create_directory(path); });
 }
 
-TEST(ReplacementFile, APartThatAnotherFileHasTakenThePlaceOfIsNotGivenTheName) {
+TEST(ReplacementFile, APartFileThatWasReplacedDoesNotGetTheName) {
     const support::TempFolder folder;
     for (const bool gone : {false, true}) {
         ReplacementFile file;

@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-/// A folder with L1.DNG and the part that is to replace it.
+/// A folder with L1.DNG and the part file that is to replace it.
 class InSteps : public testing::Test {
   protected:
     void SetUp() override {
@@ -43,7 +43,7 @@ TEST_F(InSteps, TheNewFileTakesTheNameAndNothingElseIsLeft) {
     EXPECT_EQ(support::Names(folder_.path()), Names{"L1.DNG"});
 }
 
-TEST_F(InSteps, AFileOfTheCopysNameIsNotTouched) {
+TEST_F(InSteps, AFileWithTheNameOfTheCopyIsNotTouched) {
     support::WriteFile(dng_ + ".old", "precious");
     EXPECT_EQ(replacement_in_steps::Replace(file_, part_, dng_).value(), 0);
     EXPECT_EQ(Content(dng_), "new");
@@ -73,7 +73,7 @@ TEST_F(InSteps, ACopyStaysWhenTheNewFileMayNotBeOnTheDisk) {
     EXPECT_EQ(support::Names(folder_.path()), (Names{"L1.DNG", "L1.DNG.old"}));
 }
 
-TEST_F(InSteps, TheCopyIsWholeAndHasTheModeOfTheOldFile) {
+TEST_F(InSteps, TheCopyIsCompleteAndHasTheModeOfTheOldFile) {
     const std::string bytes(3'000'001, 'x');
     support::WriteFile(dng_, bytes);
     constexpr auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
@@ -83,7 +83,7 @@ TEST_F(InSteps, TheCopyIsWholeAndHasTheModeOfTheOldFile) {
     EXPECT_EQ(fs::status(dng_ + ".old").permissions(), mode);
 }
 
-TEST_F(InSteps, WhatCannotBeCopiedIsNotReplaced) {
+TEST_F(InSteps, AFileThatCannotBeCopiedIsNotReplaced) {
     fs::remove(dng_);
     fs::create_directory(dng_);
     EXPECT_NE(replacement_in_steps::Replace(file_, part_, dng_).value(), 0);

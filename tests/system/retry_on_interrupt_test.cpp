@@ -9,8 +9,7 @@
 
 namespace {
 
-/// What RetryOnInterrupt makes of a call that fails with each of `errors` in turn and then returns 5, and
-/// errno.
+/// The result of RetryOnInterrupt for a call that fails with each of `errors` in turn and then returns 5.
 int Result(const std::vector<int>& errors) {
     std::size_t calls = 0;
     return RetryOnInterrupt([&] {
@@ -22,7 +21,7 @@ int Result(const std::vector<int>& errors) {
     });
 }
 
-TEST(InterruptedCall, IsMadeAgainUntilItGetsThrough) {
+TEST(InterruptedCall, IsRepeatedUntilItIsNotInterrupted) {
     EXPECT_EQ(Result({}), 5);
     EXPECT_EQ(Result({EINTR}), 5);
     EXPECT_EQ(Result(std::vector<int>(50, EINTR)), 5);

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: MIT
-// What the system refuses a process in the sandbox: each test is a process of its own, which never gets out.
+// SPDX-License-Identifier: MIT Tests what the system refuses a process in the sandbox. Each test is a process
+// of its own, because there is no way out of the sandbox.
 #include "system/sandbox.h"
 
 #include <filesystem>
@@ -22,7 +22,7 @@
 
 namespace {
 
-/// 0, or the error number of the call that has just failed.
+/// 0, or the error number if `result` is that of a failed call.
 int ErrorOf(int result) {
     return result >= 0 ? 0 : errno;
 }
@@ -36,7 +36,7 @@ class Sandbox : public testing::Test {
         }
     }
 
-    /// What `attempt` returns in a process that is confined to `reach`.
+    /// The result of `attempt` in a process that is confined to `reach`.
     static int Try(const Reach& reach, const std::function<int()>& attempt) {
         constexpr int no_sandbox = 255;
         const pid_t child = ::fork();
@@ -122,7 +122,7 @@ TEST_F(Sandbox, LetsALinkedFileBeReadButNotItsNeighbours) {
     EXPECT_EQ(Open("elsewhere/neighbour", O_RDONLY), EACCES);
 }
 
-TEST_F(Sandbox, IsNotOpenedByALinkToAFolderNorClosedByABrokenOne) {
+TEST_F(Sandbox, IsNotAffectedByLinksToFoldersOrBrokenLinks) {
     for (const char* target : {"elsewhere", "nowhere", "link"}) {
         std::filesystem::remove(folder_ / "link");
         std::filesystem::create_symlink(target, folder_ / "link");
@@ -139,7 +139,7 @@ TEST_F(Sandbox, LetsNoProgramBeStarted) {
               EACCES);
 }
 
-TEST_F(Sandbox, LeavesOutAFolderThatIsNotThere) {
+TEST_F(Sandbox, IgnoresMissingFolders) {
     EXPECT_EQ(Try({{folder_ / "missing"}, {folder_ / "out"}, {}},
                   [&] { return ErrorOf(::open((folder_ / "in/file").c_str(), O_RDONLY)); }),
               EACCES);

@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(SystemError, IsToldInTheWordsOfTheSystem) {
+TEST(SystemError, HasTheTextOfTheSystem) {
     struct Case {
         int number;
         const char* text;

@@ -14,7 +14,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Tag, type, count and value field of one entry, typed as they stand, low byte first.
+/// Tag, type, count and value field of one entry, byte for byte, low byte first.
 constexpr std::array<std::uint8_t, 12> kLittle = {0x12, 0x01, 3, 0, 2, 0, 0, 0, 0x04, 0x03, 0x02, 0x01};
 /// The same fields, high byte first.
 constexpr std::array<std::uint8_t, 12> kBig = {0x01, 0x12, 0, 3, 0, 0, 0, 2, 0x01, 0x02, 0x03, 0x04};
@@ -42,7 +42,7 @@ TEST(TiffEntry, GivesTheFirstNumberOfItsValueField) {
     EXPECT_EQ(big.First<std::uint16_t>(), 0x0102);
 }
 
-TEST(TiffEntry, IsThereOnlyAsAWhole) {
+TEST(TiffEntry, IsReadOnlyIfComplete) {
     Bytes bytes(5);
     bytes.insert(bytes.end(), kLittle.begin(), kLittle.end());
     for (std::size_t size = 0; size <= bytes.size(); ++size) {
@@ -61,7 +61,7 @@ TEST(TiffEntry, KnowsTheLengthOfItsValueInMoreThan32Bits) {
     }
 }
 
-TEST(TiffEntry, StandsAfterTheCountOfItsIFDAndTheEntriesBeforeIt) {
+TEST(TiffEntry, FollowsTheCountOfItsIFDAndTheEntriesBeforeIt) {
     EXPECT_EQ(tiff::EntryPosition(8, 0), 10U);
     EXPECT_EQ(tiff::EntryPosition(8, 65535), 786430U);
     EXPECT_EQ(tiff::IFDSize(0), 6U);
@@ -73,8 +73,7 @@ Bytes Counted() {
     return {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
 }
 
-/// The value of `size` bytes that stands at `offset` from byte 2 of Counted(); nothing when it does not lie
-/// there.
+/// The value of `size` bytes at `offset` from byte 2 of Counted(); std::nullopt if ReadValue rejects it.
 std::optional<Bytes> ValueAt(std::uint32_t offset, std::uint64_t size) {
     const Bytes bytes = Counted();
     tiff::Entry entry;
@@ -83,18 +82,18 @@ std::optional<Bytes> ValueAt(std::uint32_t offset, std::uint64_t size) {
     return value ? std::optional(Bytes(value->get().begin(), value->get().end())) : std::nullopt;
 }
 
-TEST(TiffValue, OfUpTo4BytesStandsInTheEntry) {
+TEST(TiffValue, OfUpTo4BytesIsInTheEntry) {
     EXPECT_EQ(ValueAt(0x44332211, 0), Bytes());
     EXPECT_EQ(ValueAt(0x44332211, 1), Bytes{0x11});
     EXPECT_EQ(ValueAt(0x44332211, 4), (Bytes{0x11, 0x22, 0x33, 0x44}));
 }
 
-TEST(TiffValue, OfMoreStandsAtItsOffsetFromTheBase) {
+TEST(TiffValue, OfMoreThan4BytesIsAtItsOffsetFromTheBase) {
     EXPECT_EQ(ValueAt(0, 5), (Bytes{2, 3, 4, 5, 6}));
     EXPECT_EQ(ValueAt(5, 5), (Bytes{7, 8, 9, 10, 11}));
 }
 
-TEST(TiffValue, IsThereOnlyAsAWhole) {
+TEST(TiffValue, IsReadOnlyIfComplete) {
     EXPECT_EQ(ValueAt(6, 5), std::nullopt);
     EXPECT_EQ(ValueAt(0, 11), std::nullopt);
     EXPECT_EQ(ValueAt(0xFFFFFFFF, 5), std::nullopt);
@@ -102,7 +101,7 @@ TEST(TiffValue, IsThereOnlyAsAWhole) {
     EXPECT_EQ(ValueAt(0, 0x800000000), std::nullopt);
 }
 
-TEST(TiffValue, ThatStandsInAnEntryOfABigEndianFileComesOutReversed) {
+TEST(TiffValue, InTheEntryOfABigEndianFileComesOutReversed) {
     const tiff::Entry entry = EntryOf(kBig, ByteOrder::kBigEndian);
     const tiff::ValueBytes value(entry, 3);
     EXPECT_EQ(Bytes(value.get().begin(), value.get().end()), (Bytes{4, 3, 2}));
