@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/pixel.h"
 #include "calibrate/statistics.h"
 #include "sensor/sensor_frame.h"
 
@@ -56,21 +57,21 @@ struct PatchRows {
 };
 
 /// Clips a pixel to 14 bits, because a damaged file may hold more.
-std::int16_t InRange(std::uint16_t pixel) {
-    return static_cast<std::int16_t>(std::min<std::uint16_t>(pixel, sensor_frame::kWhite));
+std::int16_t InRange(Pixel pixel) {
+    return static_cast<std::int16_t>(std::min<Pixel>(pixel, sensor_frame::kWhite));
 }
 
-void TakeSamples(const std::uint16_t* pixels, const PatchRows& rows, Samples& samples) {
+void TakeSamples(const Pixel* pixels, const PatchRows& rows, Samples& samples) {
     for (std::size_t i = 0; i < kSamples; ++i) {
         // Spread over the patch: the middle of each ninth.
         const std::size_t row = rows.first + ((((2 * i) + 1) * rows.count / (2 * kSamples)) * rows.step);
-        const std::uint16_t* const source = pixels + (row * kColumns);
+        const Pixel* const source = pixels + (row * kColumns);
         std::ranges::transform(source, source + kLanes, samples[i].begin(), InRange);
     }
 }
 
 /// Adds the differences of a row's pixels from `centre` to `sums`, each clipped to `reach`.
-void AddRow(const std::uint16_t* pixels, const std::int16_t* centre, std::int16_t reach, std::int16_t* sums) {
+void AddRow(const Pixel* pixels, const std::int16_t* centre, std::int16_t reach, std::int16_t* sums) {
     for (std::size_t i = 0; i < kLanes; ++i) {
         const auto difference = static_cast<std::int16_t>(InRange(pixels[i]) - centre[i]);
         const std::int16_t low = std::max<std::int16_t>(difference, static_cast<std::int16_t>(-reach));
@@ -79,7 +80,7 @@ void AddRow(const std::uint16_t* pixels, const std::int16_t* centre, std::int16_
 }
 
 /// Measures one patch of kLanes columns, from `pixels` on.
-void MeasurePatch(const std::uint16_t* pixels, const PatchRows& rows, std::int16_t reach, float* means,
+void MeasurePatch(const Pixel* pixels, const PatchRows& rows, std::int16_t reach, float* means,
                   std::uint16_t* spread) {
     Samples samples;
     TakeSamples(pixels, rows, samples);
@@ -106,7 +107,7 @@ void MeasurePatch(const std::uint16_t* pixels, const PatchRows& rows, std::int16
 
 }  // namespace
 
-void MeasureBlocks(std::span<const std::uint16_t> pixels, BlockRows rows, int reach, BlockMeans& result) {
+void MeasureBlocks(std::span<const Pixel> pixels, BlockRows rows, int reach, BlockMeans& result) {
     // The sums have room for six differences of this size and no more.
     constexpr int most = 5400;
     const auto limit = static_cast<std::int16_t>(std::clamp(reach, 1, most));
@@ -128,7 +129,7 @@ void MeasureBlocks(std::span<const std::uint16_t> pixels, BlockRows rows, int re
     }
 }
 
-PixelNoise MeasureNoise(std::span<const std::uint16_t> pixels) {
+PixelNoise MeasureNoise(std::span<const Pixel> pixels) {
     constexpr std::size_t every_rows = 66;
     constexpr std::size_t every_columns = 2;
     constexpr std::size_t same_colour = 2;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "base/pixel.h"
 #include "calibrate/sensor_grid.h"
 
 /// Which rows of a block to measure: in the dark all rows are alike, in the light every other row has the
@@ -21,7 +22,7 @@ struct BlockMeans {
 /// Measures the mean of each block. A pixel further than `reach` from the median of nine pixels of its patch
 /// counts as at that distance (one step of Huber's M-estimator). `pixels` is a whole frame. Takes one pass;
 /// `result` reuses its memory.
-void MeasureBlocks(std::span<const std::uint16_t> pixels, BlockRows rows, int reach, BlockMeans& result);
+void MeasureBlocks(std::span<const Pixel> pixels, BlockRows rows, int reach, BlockMeans& result);
 
 /// Standard deviations of the pixels of an exposure, in raw units.
 struct PixelNoise {
@@ -31,6 +32,6 @@ struct PixelNoise {
 
 /// Measures the noise as the MAD of differences between pixels of one colour, so that levels of columns,
 /// defects and shading have no effect.
-PixelNoise MeasureNoise(std::span<const std::uint16_t> pixels);
+PixelNoise MeasureNoise(std::span<const Pixel> pixels);
 
 #endif  // VELMARCON_CALIBRATE_BLOCK_MEANS_H

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/pixel.h"
 #include "calibrate/block_means.h"
 #include "calibrate/dark_levels.h"
 #include "calibrate/dark_stack.h"
@@ -18,7 +19,7 @@
 struct ExposureImage {
     std::string name;
     std::uint16_t iso = 0;
-    std::span<const std::uint16_t> pixels;
+    std::span<const Pixel> pixels;
 };
 
 /// Rows `first_row` to `end_row` - 1 of a column, as a database lists them.

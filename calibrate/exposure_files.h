@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "base/pixel.h"
+
 /// A pair: RAW and JPEG file.
 struct ExposureFile {
     std::string folder;  ///< ends in a separator, or is empty
@@ -30,11 +32,11 @@ class ExposureLoader {
     // Of the last exposure loaded:
     std::uint32_t serial() const { return serial_; }
     std::uint16_t iso() const { return iso_; }
-    std::span<const std::uint16_t> pixels() const { return pixels_; }
-    std::vector<std::uint16_t>& frame() { return pixels_; }
+    std::span<const Pixel> pixels() const { return pixels_; }
+    std::vector<Pixel>& frame() { return pixels_; }
 
   private:
-    std::vector<std::uint16_t> pixels_;
+    std::vector<Pixel> pixels_;
     std::uint32_t serial_ = 0;
     std::uint16_t iso_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/pixel.h"
 #include "calibrate/number_text.h"
 #include "calibrate/sensor_grid.h"
 #include "system/file_system.h"
@@ -41,7 +42,7 @@ std::uint8_t GreyScale::Grey(float value) const {
     return static_cast<std::uint8_t>(std::lround(most * share));
 }
 
-GreyPicture Reduced(std::span<const std::uint16_t> frame, int reduction, const GreyScale& scale) {
+GreyPicture Reduced(std::span<const Pixel> frame, int reduction, const GreyScale& scale) {
     GreyPicture picture = {.width = kColumns / reduction, .height = kRows / reduction, .pixels = {}};
     const auto count = static_cast<float>(reduction * reduction);
     for (int y = 0; y < picture.height; ++y) {
@@ -57,7 +58,7 @@ GreyPicture Reduced(std::span<const std::uint16_t> frame, int reduction, const G
     return picture;
 }
 
-GreyPicture Enlarged(std::span<const std::uint16_t> frame, int column, int row, int width, int height,
+GreyPicture Enlarged(std::span<const Pixel> frame, int column, int row, int width, int height,
                      int enlargement, const GreyScale& scale) {
     GreyPicture picture = {.width = width * enlargement, .height = height * enlargement, .pixels = {}};
     for (int y = 0; y < picture.height; ++y) {

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/pixel.h"
+
 /// An 8-bit grey picture.
 struct GreyPicture {
     int width = 0;
@@ -24,10 +26,10 @@ struct GreyScale {
 };
 
 /// A whole frame, each square of `reduction` x `reduction` pixels averaged.
-GreyPicture Reduced(std::span<const std::uint16_t> frame, int reduction, const GreyScale& scale);
+GreyPicture Reduced(std::span<const Pixel> frame, int reduction, const GreyScale& scale);
 
 /// The part of a frame that begins at `column`, `row`, enlarged. Pixels outside the frame are black.
-GreyPicture Enlarged(std::span<const std::uint16_t> frame, int column, int row, int width, int height,
+GreyPicture Enlarged(std::span<const Pixel> frame, int column, int row, int width, int height,
                      int enlargement, const GreyScale& scale);
 
 /// Pictures of equal height next to each other, with white gaps.

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "base/pixel.h"
 #include "calibrate/database_file.h"
 #include "calibrate/database_text.h"
 #include "calibrate/pictures.h"
@@ -32,7 +33,7 @@ constexpr int kEnlargement = 3;
 /// Provides the pictures of one exposure: as recorded, marked, repaired.
 class Exposure {
   public:
-    Exposure(std::uint32_t serial, std::uint16_t iso, std::vector<std::uint16_t>& frame,
+    Exposure(std::uint32_t serial, std::uint16_t iso, std::vector<Pixel>& frame,
              const Calibration& calibration)
         : serial_(serial), iso_(iso), recorded_(frame), database_("") {
         auto& camera = database_.Camera(serial);
@@ -45,15 +46,15 @@ class Exposure {
         changed_ = frame;
     }
 
-    const std::vector<std::uint16_t>& recorded() const { return recorded_; }
+    const std::vector<Pixel>& recorded() const { return recorded_; }
 
-    const std::vector<std::uint16_t>& Marked() {
+    const std::vector<Pixel>& Marked() {
         changed_ = recorded_;
         tools_.fixPixelLine(serial_, &changed_, kColumns, kRows, &database_, true);
         return changed_;
     }
 
-    const std::vector<std::uint16_t>& Repaired() {
+    const std::vector<Pixel>& Repaired() {
         changed_ = recorded_;
         tools_.fixPixelLine(serial_, &changed_, kColumns, kRows, &database_, false);
         tools_.fixBlackLevels(serial_, &changed_, iso_, kColumns, kRows, kColumns * kRows, &database_, false);
@@ -63,15 +64,14 @@ class Exposure {
   private:
     std::uint32_t serial_;
     std::uint16_t iso_;
-    const std::vector<std::uint16_t>& recorded_;
-    std::vector<std::uint16_t> changed_;
+    const std::vector<Pixel>& recorded_;
+    std::vector<Pixel> changed_;
     sensdb database_;
     sensorfixtools tools_;
 };
 
 /// A scale from 4 deviations below the median of some pixels to 6 above it.
-GreyScale ScaleOf(const std::vector<std::uint16_t>& frame, std::size_t first, std::size_t count,
-                  float shrink) {
+GreyScale ScaleOf(const std::vector<Pixel>& frame, std::size_t first, std::size_t count, float shrink) {
     constexpr float below = 4;
     constexpr float above = 6;
     std::vector<float> values;
@@ -117,7 +117,7 @@ void ShowDefects(Exposure& exposure, bool in_light, const Calibration& calibrati
             crops.emplace_back();
         }
     }
-    const auto add = [&](const std::vector<std::uint16_t>& frame) {
+    const auto add = [&](const std::vector<Pixel>& frame) {
         for (std::size_t i = 0; i < shown.size(); ++i) {
             crops[i].push_back(Enlarged(frame, shown[i]->column - (kCropWidth / 2), FirstRowToShow(*shown[i]),
                                         kCropWidth, kCropHeight, kEnlargement, scales[i]));

@@ -55,7 +55,7 @@ class BoundedFile {
     /// The value of `entry`. Its offset counts from the first byte of the file.
     std::vector<std::uint8_t> ReadValue(const tiff::Entry& entry) {
         const std::uint64_t size = entry.ValueSize();
-        if (!tiff::StandsInEntry(size)) {
+        if (!tiff::FitsInEntry(size)) {
             return Read(entry.Offset(), size);
         }
         const tiff::ValueBytes value(entry, static_cast<std::size_t>(size));

@@ -36,8 +36,8 @@ constexpr std::array<std::uint8_t, tiff::kHeaderSize> kHeader = {
 
 constexpr std::uint64_t kFarthestOffset = std::numeric_limits<std::uint32_t>::max();
 
-bool StandsInEntry(const IFDTag& entry) {
-    return tiff::StandsInEntry(entry.length);
+bool FitsInEntry(const IFDTag& entry) {
+    return tiff::FitsInEntry(entry.length);
 }
 
 /// The space for a value outside its entry: values and IFDs start at even offsets.
@@ -50,7 +50,7 @@ std::uint64_t PaddedLength(const IFDTag& entry) {
 std::uint64_t LayOutIFD(IFD& ifd, std::uint64_t position) {
     position += tiff::IFDSize(ifd.size());
     for (auto& [tag, entry] : ifd) {
-        if (!StandsInEntry(entry)) {
+        if (!FitsInEntry(entry)) {
             entry.position = static_cast<std::uint32_t>(position);
             position += PaddedLength(entry);
         }
@@ -71,7 +71,7 @@ std::vector<std::uint8_t> TreeBytes(const IFD& ifd, std::uint64_t start) {
         byte_order::AppendLittle(bytes, entry.tag);
         byte_order::AppendLittle(bytes, entry.type);
         byte_order::AppendLittle(bytes, entry.count);
-        if (StandsInEntry(entry)) {
+        if (FitsInEntry(entry)) {
             bytes.insert(bytes.end(), entry.value.begin(), entry.value.end());
             bytes.resize(bytes.size() + tiff::kValueFieldSize - entry.length);
         } else {
@@ -81,7 +81,7 @@ std::vector<std::uint8_t> TreeBytes(const IFD& ifd, std::uint64_t start) {
     constexpr std::uint32_t no_next_ifd = 0;
     byte_order::AppendLittle(bytes, no_next_ifd);
     for (const auto& [tag, entry] : ifd) {
-        if (!StandsInEntry(entry)) {
+        if (!FitsInEntry(entry)) {
             // DoFileLayout leaves no gaps.
             const std::uint64_t position = std::max<std::uint64_t>(entry.position, start + bytes.size());
             bytes.resize(static_cast<std::size_t>(position - start));

@@ -26,7 +26,7 @@ void Add(IFD& ifd, std::uint16_t tag, std::string_view text) {
     AddBytes(ifd, tag, tiff::kAscii, value);
 
     IFDTag& entry = ifd[tag];
-    if (!tiff::StandsInEntry(entry.length) && entry.length % 2 != 0) {
+    if (!tiff::FitsInEntry(entry.length) && entry.length % 2 != 0) {
         entry.value.push_back(0);
         ++entry.length;
     }

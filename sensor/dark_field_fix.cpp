@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "base/pixel.h"
 #include "sensor/dither.h"
 #include "sensor/iso_gain.h"
 #include "sensor/row_offsets.h"
@@ -12,8 +13,8 @@
 #include "sensor/sensor_frame.h"
 #include "sensor/sensorfixtools.h"
 #include "sensor/split_levels.h"
-#include "sensor/usable_level.h"
 #include "sensor/wrapping_subtraction.h"
+#include "sensor/zero_if_out_of_range.h"
 
 namespace {
 
@@ -28,22 +29,22 @@ std::vector<float> FrameLevels(std::span<const float> correction, int width, flo
     }
     std::vector<float> levels(columns);
     std::ranges::transform(correction.subspan(first, columns), levels.begin(),
-                           [gain](float level) { return UsableLevel(level * gain); });
+                           [gain](float level) { return ZeroIfOutOfRange(level * gain); });
     return levels;
 }
 
 /// Subtracts from each pixel of a row the whole part of its level plus its random number; only the low 16
 /// bits of that count. Uses bare pointers: checking each index would double the time.
-void SubtractDithered(std::span<std::uint16_t> row, const float* levels, const float* random) {
-    std::uint16_t* const pixels = row.data();
+void SubtractDithered(std::span<Pixel> row, const float* levels, const float* random) {
+    Pixel* const pixels = row.data();
     for (std::size_t x = 0; x < row.size(); ++x) {
         const auto level = static_cast<std::uint16_t>(static_cast<std::int32_t>(levels[x] + random[x]));
-        pixels[x] = static_cast<std::uint16_t>(pixels[x] - std::min(pixels[x], level));
+        pixels[x] = static_cast<Pixel>(pixels[x] - std::min(pixels[x], level));
     }
 }
 
 /// For levels that no dark reference contains: negative ones, and those beyond 16 bits.
-void SubtractAnyLevels(std::span<std::uint16_t> pixels, std::span<const float> levels, Dither& dither) {
+void SubtractAnyLevels(std::span<Pixel> pixels, std::span<const float> levels, Dither& dither) {
     std::vector<float> random((levels.size() + Dither::kLanes - 1) / Dither::kLanes * Dither::kLanes);
     while (!pixels.empty()) {
         const auto row = pixels.first(std::min(levels.size(), pixels.size()));
@@ -54,7 +55,7 @@ void SubtractAnyLevels(std::span<std::uint16_t> pixels, std::span<const float> l
 }
 
 /// Dithers the fractions of the levels, which rounding would turn into banding.
-void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float> levels) {
+void SubtractColumnLevels(std::span<Pixel> pixels, std::span<const float> levels) {
     Dither dither;
     if (const auto split = SplitLevels::Of(levels)) {
         split->SubtractFrom(pixels, dither);
@@ -65,8 +66,8 @@ void SubtractColumnLevels(std::span<std::uint16_t> pixels, std::span<const float
 
 /// Subtracts column levels and row offsets together. The right half gets its offsets in reverse row order,
 /// because it is read out in that order; column x gets level x in either frame.
-void SubtractWithRowOffsets(std::span<std::uint16_t> pixels, std::span<const float> correction, int width,
-                            int height, float gain) {
+void SubtractWithRowOffsets(std::span<Pixel> pixels, std::span<const float> correction, int width, int height,
+                            float gain) {
     const auto columns = static_cast<std::size_t>(width);
     const auto rows = static_cast<std::size_t>(height);
     if (correction.size() < columns) {
@@ -83,9 +84,8 @@ void SubtractWithRowOffsets(std::span<std::uint16_t> pixels, std::span<const flo
 
 }  // namespace
 
-int sensorfixtools::fixBlackLevels(unsigned int serial, std::vector<unsigned short>* pixels,
-                                   unsigned short iso, int width, int height, int count, sensdb* db,
-                                   bool estimate) {
+int sensorfixtools::fixBlackLevels(unsigned int serial, std::vector<Pixel>* pixels, std::uint16_t iso,
+                                   int width, int height, int count, sensdb* db, bool estimate) {
     const std::vector<float> correction = db->Camera(serial).LevelCorrection;
     const auto gain = static_cast<float>(IsoGain(iso));
     const auto image = std::span(*pixels).first(static_cast<std::size_t>(count));

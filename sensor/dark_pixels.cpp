@@ -5,6 +5,8 @@
 #include <array>
 #include <limits>
 
+#include "base/pixel.h"
+
 namespace {
 
 constexpr std::size_t kLanes = 32;  ///< pixels in one vector step; every second one is a sample
@@ -14,13 +16,13 @@ constexpr std::size_t kLanes = 32;  ///< pixels in one vector step; every second
 struct CountBlocks {
     static constexpr std::size_t kMostBlocks = 512;
 
-    [[gnu::always_inline]] static DarkPixels Run(const std::uint16_t* pixels, std::size_t blocks,
+    [[gnu::always_inline]] static DarkPixels Run(const Pixel* pixels, std::size_t blocks,
                                                  std::uint16_t threshold) {
         std::array<std::uint16_t, kLanes> sums = {};
         std::array<std::uint16_t, kLanes> counts = {};
         for (std::size_t block = 0; block < blocks; ++block) {
             for (std::size_t i = 0; i < kLanes; ++i) {
-                const std::uint16_t pixel = pixels[block * kLanes + i];
+                const Pixel pixel = pixels[block * kLanes + i];
                 const bool is_dark = pixel < threshold;
                 sums[i] = static_cast<std::uint16_t>(sums[i] + (is_dark ? pixel : 0));
                 counts[i] = static_cast<std::uint16_t>(counts[i] + (is_dark ? 1 : 0));
@@ -39,13 +41,13 @@ static_assert(CountBlocks::kMostBlocks * (DarkPixels::kHighestThreshold - 1) <=
 
 }  // namespace
 
-DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, std::size_t samples,
+DarkPixels CountDark(std::span<const Pixel> pixels, std::size_t start, std::size_t samples,
                      std::uint16_t threshold, InstructionSet version) {
     DarkPixels dark;
     if (start >= pixels.size()) {
         return dark;
     }
-    const std::uint16_t* pixel = &pixels[start];
+    const Pixel* pixel = &pixels[start];
     std::size_t left = std::min(samples, (pixels.size() - start + 1) / 2);
     // The neighbour of the last sample may lie outside the image, so that sample is left to the loop below.
     while (2 * left > kLanes) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 
+#include "base/pixel.h"
 #include "sensor/instruction_set.h"
 
 /// The sum and the number of the pixels below a threshold, in one row. 32 bits are enough for 39 million
@@ -26,7 +27,7 @@ struct DarkPixels {
 
 /// Counts the dark ones among `samples` pixels, every second one from `start` on; samples outside the image
 /// do not count. Every version gives the same result.
-DarkPixels CountDark(std::span<const std::uint16_t> pixels, std::size_t start, std::size_t samples,
+DarkPixels CountDark(std::span<const Pixel> pixels, std::size_t start, std::size_t samples,
                      std::uint16_t threshold, InstructionSet version = instruction_set::Best());
 
 #endif  // VELMARCON_SENSOR_DARK_PIXELS_H

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/pixel.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensor_frame.h"
 #include "sensor/sensorfixtools.h"
@@ -38,7 +39,7 @@ struct DefectGroup {
 /// pixel of the row below its own. A neighbour outside the buffer is replaced by its mirror image.
 class Neighbours {
   public:
-    Neighbours(const unsigned short* pixel, int column, int row, int width, int height)
+    Neighbours(const Pixel* pixel, int column, int row, int width, int height)
         : pixel_(pixel),
           width_(width),
           before_(static_cast<std::ptrdiff_t>(row) * width + column),
@@ -62,7 +63,7 @@ class Neighbours {
         return Inside(mirrored) ? pixel_[mirrored] : *pixel_;
     }
 
-    const unsigned short* pixel_;
+    const Pixel* pixel_;
     std::ptrdiff_t width_;
     std::ptrdiff_t before_;  // pixels in the buffer
     std::ptrdiff_t behind_;
@@ -100,8 +101,8 @@ int DiagonalMean(const Neighbours& near, int column, int row, int width, int hei
 
 }  // namespace
 
-int sensorfixtools::fixPixelLine(unsigned int serial, std::vector<unsigned short>* pixels, int width,
-                                 int height, sensdb* db, bool test) {
+int sensorfixtools::fixPixelLine(unsigned int serial, std::vector<Pixel>* pixels, int width, int height,
+                                 sensdb* db, bool test) {
     const std::vector<std::uint16_t> list = db->Camera(serial).Line;
     for (std::size_t i = 0; i + sensdb::Sensdbtype::kLineGroup <= list.size();
          i += sensdb::Sensdbtype::kLineGroup) {
@@ -117,7 +118,7 @@ int sensorfixtools::fixPixelLine(unsigned int serial, std::vector<unsigned short
         }
         const int end_row = std::min<int>(group.end_row, height);
         for (int row = group.first_row; row < end_row; ++row) {
-            unsigned short* pixel = pixels->data() + static_cast<std::ptrdiff_t>(row) * width + group.column;
+            Pixel* pixel = pixels->data() + static_cast<std::ptrdiff_t>(row) * width + group.column;
             if (test) {
                 *pixel = sensor_frame::kWhite;
             } else {
@@ -128,11 +129,11 @@ int sensorfixtools::fixPixelLine(unsigned int serial, std::vector<unsigned short
     return 0;
 }
 
-int sensorfixtools::interp(unsigned short* pixel, int column, int row, int width, int height) {
+int sensorfixtools::interp(Pixel* pixel, int column, int row, int width, int height) {
     const Neighbours near(pixel, column, row, width, height);
     const bool same_parity = column % 2 == row % 2;
     const int value =
         same_parity ? HorizontalMean(near, column, width) : DiagonalMean(near, column, row, width, height);
-    *pixel = static_cast<unsigned short>(value);
+    *pixel = static_cast<Pixel>(value);
     return 0;
 }

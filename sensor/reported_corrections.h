@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/pixel.h"
 #include "sensor/sensdb.h"
 #include "sensor/sensorfixtools.h"
 
@@ -12,7 +13,7 @@
 struct SensorImage {
     std::uint32_t serial = 0;  ///< of the camera
     std::uint16_t iso = 0;
-    std::vector<unsigned short>* pixels = nullptr;  ///< not owned
+    std::vector<Pixel>* pixels = nullptr;  ///< not owned
     int width = 0;
     int height = 0;
 };

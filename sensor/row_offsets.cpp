@@ -2,8 +2,10 @@
 #include "sensor/row_offsets.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <numeric>
 
+#include "base/pixel.h"
 #include "sensor/dark_pixels.h"
 
 namespace {
@@ -16,7 +18,7 @@ constexpr std::uint16_t kDarkForOffset = 100;
 /// Goes through an image two pixels at a time and measures half rows.
 class HalfRowReader {
   public:
-    HalfRowReader(std::span<const std::uint16_t> pixels, std::size_t start) : pixels_(pixels), next_(start) {}
+    HalfRowReader(std::span<const Pixel> pixels, std::size_t start) : pixels_(pixels), next_(start) {}
 
     /// Measures the next `samples` samples; every second pixel is one.
     void Measure(std::size_t samples) {
@@ -29,14 +31,14 @@ class HalfRowReader {
     void Skip(std::size_t pixels) { next_ += pixels; }
 
   private:
-    std::span<const std::uint16_t> pixels_;
+    std::span<const Pixel> pixels_;
     std::size_t next_;
     DarkPixels dark_;
 };
 
 /// Whether the dark pixels of the even rows add up to less than those of the odd rows. Of each pair of
 /// pixels, counted from the start of the image, the first counts in even rows and the second in odd rows.
-bool EvenRowsAreDarker(std::span<const std::uint16_t> pixels, std::size_t width) {
+bool EvenRowsAreDarker(std::span<const Pixel> pixels, std::size_t width) {
     std::uint64_t even = 0;
     std::uint64_t odd = 0;
     const std::size_t rows = pixels.size() / width;
@@ -61,7 +63,7 @@ void FillRowBefore(RowOffsets& offsets, std::size_t y) {
 /// between: the offsets are measured on rows 0, 1, 2, ... of the image. They are divided by the number of
 /// pixels in half a row, not by the number of dark pixels. If the number of rows is even, the last row keeps
 /// 0.
-void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
+void MeasureEvenRows(std::span<const Pixel> pixels, std::size_t width, RowOffsets& offsets) {
     const std::size_t half = width / 2;
     const auto divisor = static_cast<float>(half);
     HalfRowReader meter(pixels, 0);
@@ -78,7 +80,7 @@ void MeasureEvenRows(std::span<const std::uint16_t> pixels, std::size_t width, R
 
 /// Offsets of rows 1, 3, 5, ..., measured on these rows and divided by the number of dark pixels. A half row
 /// without dark pixels gives NaN.
-void MeasureOddRows(std::span<const std::uint16_t> pixels, std::size_t width, RowOffsets& offsets) {
+void MeasureOddRows(std::span<const Pixel> pixels, std::size_t width, RowOffsets& offsets) {
     const std::size_t half = width / 2;
     HalfRowReader meter(pixels, width + 1);
     for (std::size_t y = 1; y < offsets.left.size(); y += 2) {
@@ -107,7 +109,7 @@ void SubtractMean(std::vector<float>& offsets) {
 
 }  // namespace
 
-RowOffsets EstimateRowOffsets(std::span<const std::uint16_t> pixels, int width, int height) {
+RowOffsets EstimateRowOffsets(std::span<const Pixel> pixels, int width, int height) {
     const auto columns = static_cast<std::size_t>(width);
     const auto rows = static_cast<std::size_t>(height);
     RowOffsets offsets = {std::vector<float>(rows), std::vector<float>(rows)};

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/pixel.h"
 #include "errors/not_written.h"
 #include "input/raw_layout.h"
 #include "input/read_input_data.h"
@@ -197,7 +198,7 @@ int sensdb::CalcSensLevel(ReadInputData* image) {
     // differences between columns are right as long as they fit into 16 bits.
     std::vector<std::uint16_t> sums(width);
     for (std::size_t y = 0; y < height; ++y) {
-        const std::uint16_t* row = image->ImageData.data() + y * width;
+        const Pixel* row = image->ImageData.data() + y * width;
         for (std::size_t x = 0; x < width; ++x) {
             sums[x] = static_cast<std::uint16_t>(sums[x] + row[x]);
         }

@@ -2,6 +2,8 @@
 #ifndef VELMARCON_SENSOR_SENSOR_FRAME_H
 #define VELMARCON_SENSOR_SENSOR_FRAME_H
 
+#include "base/pixel.h"
+
 /// The two sizes of sensor images, in pixels.
 namespace sensor_frame {
 
@@ -14,7 +16,7 @@ constexpr int kCroppedLevelColumn = 23;   ///< full-frame column of the first pi
 constexpr int kCroppedDefectColumn = 24;  ///< full-frame column of the first pixel, for defect lists
 constexpr int kCroppedDefectRow = 6;  ///< full-frame row of the first pixel, for the first row of a defect
 
-constexpr unsigned short kWhite = 16383;  ///< the largest 14-bit value
+constexpr Pixel kWhite = 16383;  ///< the largest 14-bit value
 
 }  // namespace sensor_frame
 

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/pixel.h"
+
 class ReadInputData;
 class sensdb;
 
@@ -19,23 +21,23 @@ class sensorfixtools {
     /// Repairs the listed columns of camera `serial`, or paints them white with `test`. Ignores pixels
     /// outside the image. Returns 0, or 1 at a group whose two column values differ; that group and those
     /// after it are not repaired.
-    int fixPixelLine(unsigned int serial, std::vector<unsigned short>* pixels, int width, int height,
-                     sensdb* db, bool test);
+    int fixPixelLine(unsigned int serial, std::vector<Pixel>* pixels, int width, int height, sensdb* db,
+                     bool test);
 
     /// The same for the record's image and camera.
     int fixPixelLine(ReadInputData* image, sensdb* db, bool test);
 
     /// Replaces `pixel`, at `column` and `row` of an image of the given size, with a mean of its neighbours
     /// of the same colour. Returns 0.
-    int interp(unsigned short* pixel, int column, int row, int width, int height);
+    int interp(Pixel* pixel, int column, int row, int width, int height);
 
     /// Subtracts the dark level of each column of camera `serial`, scaled to the ISO speed `iso`. Without
     /// `estimate`, the subtraction is dithered, and an image of another width is left unchanged. With
     /// `estimate`, it is not dithered, and row offsets estimated from the image are subtracted as well. An
     /// image with more columns than the camera has levels is left unchanged. `count` is `width` x `height`.
     /// Returns 0.
-    int fixBlackLevels(unsigned int serial, std::vector<unsigned short>* pixels, unsigned short iso,
-                       int width, int height, int count, sensdb* db, bool estimate);
+    int fixBlackLevels(unsigned int serial, std::vector<Pixel>* pixels, std::uint16_t iso, int width,
+                       int height, int count, sensdb* db, bool estimate);
 
     /// The same for the record's image and camera.
     int fixBlackLevels(ReadInputData* image, sensdb* db, bool estimate);

@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "base/pixel.h"
 #include "sensor/dither.h"
 #include "sensor/instruction_set.h"
 
@@ -22,7 +23,7 @@ class SplitLevels {
     /// Subtracts the levels from each row of `pixels`, whose last row may be incomplete. A level with the
     /// fraction f is rounded up with probability f, in steps of 1/65536; 65536 wraps to 0. A pixel below the
     /// rounded level becomes 0. Every version gives the same result for the same state of `dither`.
-    void SubtractFrom(std::span<std::uint16_t> pixels, Dither& dither,
+    void SubtractFrom(std::span<Pixel> pixels, Dither& dither,
                       InstructionSet version = instruction_set::Best()) const;
 
   private:

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <bit>
+#include <cstdint>
 #endif
 
 namespace pixel_memory {
@@ -16,11 +17,11 @@ namespace pixel_memory {
 namespace {
 
 /// Asks the system to use large pages for the whole pages in the reserved range of `buffer`.
-void AdviseLargePages([[maybe_unused]] const std::vector<std::uint16_t>& buffer) {
+void AdviseLargePages([[maybe_unused]] const std::vector<Pixel>& buffer) {
 #if defined(__linux__)
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
     const auto begin = std::bit_cast<std::uintptr_t>(buffer.data());
-    const auto end = begin + buffer.capacity() * sizeof(std::uint16_t);
+    const auto end = begin + buffer.capacity() * sizeof(Pixel);
     const auto first_page = (begin + page - 1) / page * page;
     if (first_page < end) {
         // This is only advice: a refusal costs nothing but time.
@@ -41,14 +42,14 @@ void RetainFreedMemory() {
 #endif
 }
 
-void Reserve(std::vector<std::uint16_t>& buffer, std::size_t words) {
+void Reserve(std::vector<Pixel>& buffer, std::size_t words) {
     if (buffer.capacity() < words) {
         buffer.reserve(words);
         AdviseLargePages(buffer);
     }
 }
 
-void Resize(std::vector<std::uint16_t>& buffer, std::size_t words) {
+void Resize(std::vector<Pixel>& buffer, std::size_t words) {
     Reserve(buffer, words);
     buffer.resize(words);
 }

@@ -3,8 +3,9 @@
 #define VELMARCON_SYSTEM_PIXEL_MEMORY_H
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
+
+#include "base/pixel.h"
 
 /// Image-sized buffers without the cost of fresh memory, which is several times that of copying an image: for
 /// the system, providing 21 MB in pages of 4 KB takes longer than reading them. None of this changes a
@@ -16,10 +17,10 @@ void RetainFreedMemory();
 
 /// Gives `buffer` room for `words`, in large pages where the system has them. A buffer that has the room
 /// keeps its memory.
-void Reserve(std::vector<std::uint16_t>& buffer, std::size_t words);
+void Reserve(std::vector<Pixel>& buffer, std::size_t words);
 
 /// Resizes `buffer` to `words`, using Reserve. It keeps its values; new ones are 0.
-void Resize(std::vector<std::uint16_t>& buffer, std::size_t words);
+void Resize(std::vector<Pixel>& buffer, std::size_t words);
 
 }  // namespace pixel_memory
 

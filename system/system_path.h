@@ -3,7 +3,7 @@
 #define VELMARCON_SYSTEM_SYSTEM_PATH_H
 
 #include <filesystem>
-#include <fstream>
+#include <iosfwd>
 #include <string>
 #include <system_error>
 

@@ -25,7 +25,7 @@ ValueBytes::ValueBytes(const Entry& entry, std::size_t size) : inside_size_(size
 }
 
 std::optional<ValueBytes> ReadValue(const Block& block, const Entry& entry, std::uint64_t size) {
-    if (StandsInEntry(size)) {
+    if (FitsInEntry(size)) {
         return ValueBytes(entry, static_cast<std::size_t>(size));
     }
     const std::uint64_t position = block.base + entry.Offset();

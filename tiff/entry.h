@@ -41,7 +41,7 @@ constexpr std::uint64_t EntryPosition(std::uint64_t ifd, std::uint64_t index) {
 }
 
 /// Whether a value of `size` bytes is stored in its entry. A longer one is stored at the offset in the entry.
-constexpr bool StandsInEntry(std::uint64_t size) {
+constexpr bool FitsInEntry(std::uint64_t size) {
     return size <= kValueFieldSize;
 }
 

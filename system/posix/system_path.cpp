@@ -6,6 +6,7 @@
 #include <ext/stdio_filebuf.h>
 #endif
 
+#include <fstream>
 #include <ios>
 #include <system_error>
 #include <utility>

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fstream>
 
 #include "base/utf16.h"
 #include "system/handle.h"

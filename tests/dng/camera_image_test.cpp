@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/pixel.h"
 #include "dng/dnglib.h"
 #include "tests/support/camera_dng.h"
 #include "tests/support/files.h"
@@ -90,7 +91,7 @@ TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadCompletely) {
     auto file = SmallCameraDng(width, height);
     Pixels pixels;
     for (std::size_t i = 0; i < static_cast<std::size_t>(width) * height; ++i) {
-        pixels.push_back(static_cast<unsigned short>(i * 31));
+        pixels.push_back(static_cast<Pixel>(i * 31));
     }
     file.raw.resize(2 * pixels.size());
     for (std::size_t i = 0; i < pixels.size(); ++i) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/pixel.h"
 #include "tests/support/capture_stdout.h"
 
 namespace {
@@ -28,7 +29,7 @@ class ReportedCorrectionsTest : public testing::Test {
     }
 
     sensdb sensors_ = sensdb("");
-    std::vector<unsigned short> pixels_ = {50, 50, 50, 50, 50, 50, 50, 50};
+    std::vector<Pixel> pixels_ = {50, 50, 50, 50, 50, 50, 50, 50};
     SensorImage image_ = {kSerial, 160, &pixels_, 4, 2};
     bool has_levels_ = false;
 };
@@ -61,7 +62,7 @@ TEST_F(ReportedCorrectionsTest, AnIncompleteDefectListIsReportedAndNotUsed) {
 TEST_F(ReportedCorrectionsTest, DarkFieldFixNamesItselfOnlyWhenVerbose) {
     EXPECT_EQ(FixDarkField({1, 2, 3, 4}, true), "Fixing sensor dark field...Done!\n");
     EXPECT_TRUE(has_levels_);
-    EXPECT_EQ(pixels_, (std::vector<unsigned short>{49, 48, 47, 46, 49, 48, 47, 46}));
+    EXPECT_EQ(pixels_, (std::vector<Pixel>{49, 48, 47, 46, 49, 48, 47, 46}));
     EXPECT_EQ(FixDarkField({1, 2, 3, 4}, false), "");
     EXPECT_TRUE(has_levels_);
 }
