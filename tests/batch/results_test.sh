@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# What velmarcon-batch takes for success, and what it tells.
+# Tests what velmarcon-batch counts as success, and what it prints.
 # shellcheck disable=SC2154  # run_test sets the variables
 
 ARawFileWithoutJpegFailsWithTheReason() {
@@ -127,7 +127,7 @@ ADngOfTheCamerasOwnIsReplacedOnlyOnRequest() {
   camera_dng in/L1
   batch in
   expect_status 1
-  expect_text "a DNG of the camera's own is repaired into another folder (--output), or in its place with -r"
+  expect_text "a camera DNG is repaired into another folder (--output), or in place with -r"
   expect_same in/L1.DNG "$card/L1000004.DNG"
   batch in -- -r
   expect_status 0
@@ -240,7 +240,7 @@ UsersSettingsOfParallelDoNotMatter() {
   [[ $(find out -name '*.DNG' | wc -l) -eq 1 ]] || fail "no DNG"
 }
 
-# without_parallel NAME...: a search path with everything that is needed but GNU parallel.
+# without_parallel NAME...: print a search path with everything that is needed except GNU parallel.
 without_parallel() {
   mkdir bin
   local tool
@@ -255,7 +255,7 @@ NamesThePackageWhenParallelIsMissing() {
   PATH=$scratch/bin batch -o out in
   expect_status 3
   expect_line 'velmarcon-batch: GNU parallel is not installed (Debian: apt-get install parallel)'
-  # The other program of that name.
+  # The other program with that name.
   printf '#!/bin/sh\necho parallel from moreutils\n' >bin/parallel
   chmod +x bin/parallel
   PATH=$scratch/bin batch -o out in
