@@ -31,13 +31,13 @@ bool IsWanted(const std::string& name, const std::string& path) {
     return extension == kRawExtension || (extension == kDngExtension && FileSize(path) == kCameraDngSize);
 }
 
-/// Whether `name` is one that a DNG temporarily gets while a new one replaces it.
+/// Whether `name` is that of the old copy of a DNG.
 bool IsSetAside(const std::string& name) {
     const auto dng = path_names::NameOfOld(name);
     return dng && dng->ends_with("." + std::string(kDngExtension));
 }
 
-/// Restores DNGs that a run set aside and then did not replace, and adds the wanted ones to `names`.
+/// Restores DNGs from old copies that interrupted runs left, and adds the wanted ones to `names`.
 void PutBack(const std::string& folder, const std::vector<std::string>& set_aside,
              std::vector<std::string>& names) {
     for (const std::string& old : set_aside) {

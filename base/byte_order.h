@@ -16,12 +16,12 @@ enum class ByteOrder : std::uint8_t { kLittleEndian, kBigEndian };
 /// All conversions between integers and the bytes of a file, except those of pixels.
 namespace byte_order {
 
-static_assert(std::endian::native == std::endian::little,
-              "16-bit pixels are read from sensor dumps, and written to DNG files, as they stand in memory: "
-              "both are little-endian, and so must be the machine");
+static_assert(
+    std::endian::native == std::endian::little,
+    "pixels are copied between memory and files without conversion: the files are little-endian, so "
+    "the machine must be, too");
 
-/// The unsigned integer whose bytes are the first sizeof(T)
-/// of `bytes`, low byte first. `bytes` must hold them.
+/// The unsigned integer in the first sizeof(T) of `bytes`, low byte first. `bytes` must be that long.
 template <std::unsigned_integral T>
 constexpr T GetLittle(std::span<const std::uint8_t> bytes) {
     std::uint64_t value = 0;

@@ -45,7 +45,7 @@ class ReplacementFile {
     [[nodiscard]] bool IsGood() const { return !error_; }
 
     /// Gives the file its name if it is exactly `size` bytes long. An existing file is replaced only after
-    /// the new one is on the disk and has taken over its owner and permissions. Returns what went wrong.
+    /// the new one is on the disk and has the old one's owner and permissions. Returns what went wrong.
     [[nodiscard]] std::error_code Commit(std::uint64_t size);
 
     /// Like Commit, but waits until the file and its name are on the disk.
@@ -62,7 +62,7 @@ class ReplacementFile {
     std::string final_path_;
     std::string part_path_;  ///< empty if there is nothing to remove
     Handle part_;
-    std::error_code error_;  ///< why the first failed write failed
+    std::error_code error_;  ///< the error of the first write that failed
 };
 
 #endif  // VELMARCON_SYSTEM_REPLACEMENT_FILE_H

@@ -143,10 +143,10 @@ bool PutBack(const std::string& path) {
     }
     const std::error_code error = MoveBack(old, path);
     if (!error) {
-        std::printf("%s: put back from %s: the run that was replacing it did not end\n", path.c_str(),
+        std::printf("%s: restored from %s: the run that was replacing it did not finish\n", path.c_str(),
                     old.c_str());
     } else {
-        std::printf("%s: not put back from %s: %s\n", path.c_str(), old.c_str(), system_error::Text(error));
+        std::printf("%s: not restored from %s: %s\n", path.c_str(), old.c_str(), system_error::Text(error));
     }
     return !error;
 }

@@ -63,7 +63,7 @@ place_outputs() {
   for root in "${roots[@]}"; do
     for other in ${outs[@]+"${outs[@]}"}; do
       [[ $other != "${output%/}/${root##*/}" ]] ||
-        misused "several folders are called $(shown "${root##*/}"), and their DNGs would mix: call this once for" \
+        misused "several folders are called $(shown "${root##*/}"), and their DNGs would mix: run velmarcon-batch once for" \
           "each, with another --output"
     done
     outs+=("${output%/}/${root##*/}")
@@ -96,7 +96,7 @@ search_root() {
   for folder in "$output" "${outs[@]}"; do
     if [[ -n $folder && -d $folder && $folder != "$root" ]] && lies_in "$folder" "$root"; then
       prune+=(-samefile "$folder" -prune -o)
-      [[ $folder != "$output" ]] || say 'Not searched, being the output folder: %s\n' "$(shown "$folder")"
+      [[ $folder != "$output" ]] || say 'Not searched, because it is the output folder: %s\n' "$(shown "$folder")"
     fi
   done
   if ! errors=$(mktemp) || ! found=$(mktemp); then

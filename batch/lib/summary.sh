@@ -69,7 +69,7 @@ put_on_disk() {
 # tell_remarks: print the first few remarks; all pictures of a year may have the same one.
 tell_remarks() {
   local remark most=10
-  say '%d of the converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
+  say '%d converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
   for remark in "${remarks[@]:0:most}"; do
     say 'Remark: %s\n' "$remark"
   done

@@ -171,7 +171,7 @@ ARemarkStandsInTheReport() {
   pair in/L1
   batch -o out in -- -s
   expect_status 0
-  expect_text '1 of the converted with a remark: see '
+  expect_text '1 converted with a remark: see '
   grep -qx "converted: $scratch/in/L1.RAW: Error #0014: No Sensor database found." "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
 }
@@ -183,7 +183,7 @@ AShortRawFileIsRemarkedOn() {
   batch -o out in
   expect_status 0
   expect_summary 2 2 0 0
-  expect_text '1 of the converted with a remark: see '
+  expect_text '1 converted with a remark: see '
   local remark='the RAW file has only 20000000 of 21041100 bytes, and the picture ends early'
   grep -qx "converted: $scratch/in/L2.RAW: $remark" "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
@@ -197,7 +197,7 @@ OfManyRemarksTheFirstTenAreTold() {
   done
   batch -o out in -- -s
   expect_status 0
-  expect_text '12 of the converted with a remark: see '
+  expect_text '12 converted with a remark: see '
   [[ $(grep -c '^Remark: .*: Error #0014: No Sensor database found.$' printed) -eq 10 ]] || fail "not ten"
   expect_line '... and 2 more'
 }

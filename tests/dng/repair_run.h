@@ -48,9 +48,9 @@ class RepairRun {
   public:
     RepairRun();
 
-    /// The sensor database file.
+    /// Writes the sensor database.
     void WriteSensorDatabase(const std::string& text) const;
-    /// The file to be repaired.
+    /// Writes the file to be repaired.
     void WriteInput(const std::vector<std::uint8_t>& bytes) const;
     void WriteInput(const samples::CameraDngFile& file) const { WriteInput(samples::Serialize(file)); }
 

@@ -41,7 +41,7 @@ class PutBack : public testing::Test {
     }
 
     static std::string Line(const std::string& path, const std::string& end = ".old") {
-        return path + ": put back from " + path + end + ": the run that was replacing it did not end\n";
+        return path + ": restored from " + path + end + ": the run that was replacing it did not finish\n";
     }
 };
 

@@ -22,7 +22,7 @@ class KeptSensorDatabase : public testing::Test {
   protected:
     std::string Path(const std::string& name) const { return folder_.path() / name; }
 
-    /// The names that are there after the database with this text was kept.
+    /// Keeps a database with this text. Returns the names in the folder afterwards.
     Texts NamesAfterKeeping(const std::string& text) {
         support::WriteFile(Path("sensdb.ini"), text);
         EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
