@@ -74,7 +74,7 @@ class Sides {
         return TimedRun(command);
     }
 
-    /// On links to the images, beside which it writes.
+    /// Runs the other program on links to the images, because it writes next to its input.
     RunCost RunOther() const {
         Clear(made_);
         std::vector<std::string> command = scenario_.other_program;

@@ -83,7 +83,7 @@ bool NeedsDatabases(std::span<const Argument> arguments) {
            Asks(arguments, Option::kRowOffsetEstimation);
 }
 
-/// What cannot be read, for want of a file or of memory, has no lenses; the program says so itself.
+/// An empty database if it is missing or memory runs out; the program itself reports that.
 lensdb LoadLenses(const fs::path& folder) {
     lensdb lenses((folder / "").string());
     try {

@@ -29,7 +29,7 @@ struct Lens {
 const std::vector<Lens>& Lenses();
 
 /// Mounts `lens` on the camera: sets lens code, frame selector, focal lengths and widest aperture of `shot`.
-/// Null stands for a lens without a code, about which the camera knows nothing.
+/// Null means a lens without a code, about which the camera knows nothing.
 void Mount(const Lens* lens, Shot& shot);
 
 /// The text of a lensdb.ini with a section for each code of Lenses(); a section holds the code's first focal

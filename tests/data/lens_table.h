@@ -17,7 +17,7 @@ struct Row {
     double smallest = 0;                ///< f-number
 };
 
-/// All lenses of the table at `path`, in its order. A line that is no lens throws.
+/// All lenses of the table at `path`, in its order. Throws if a line is not a lens.
 std::vector<Row> Read(const std::string& path);
 
 }  // namespace lens_table

@@ -6,7 +6,7 @@
 # shellcheck disable=SC2034  # read by the scripts that source this
 rooms=(app dng sensor input exif errors tiff system base)
 
-# The folders of the programs that stand beside the house.
+# The folders of programs outside that order.
 # shellcheck disable=SC2034  # read by the scripts that source this
 tools=(calibrate packaging)
 
@@ -20,7 +20,7 @@ declare -A may_include=(
   [tiff]="base"
   [system]="base"
   [base]=""
-  # Tools on top of the program.
+  # Tools that include the program.
   [packaging]="app exif errors system base"
   [calibrate]="packaging app sensor input exif errors system base"
   # Next to the program: camera files for tests are made without the code that reads and writes them.
