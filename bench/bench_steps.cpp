@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Benchmarks each step of a conversion separately, to compare the steps with each other and across changes.
+#include <unistd.h>
+
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
+#include <ios>
+#include <string>
+#include <system_error>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -29,11 +35,41 @@ void CopyDump(benchmark::State& state) {
 }
 BENCHMARK(CopyDump)->Unit(benchmark::kMicrosecond);
 
+/// A dark frame in a folder of its own, which goes with it.
+class DarkFrameFile {
+  public:
+    DarkFrameFile() {
+        std::filesystem::create_directory(folder_);
+        const auto bytes = samples::DumpBytes(samples::FlatWords(92));
+        std::ofstream file(folder_ / kName, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+    ~DarkFrameFile() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+    DarkFrameFile(const DarkFrameFile&) = delete;
+    DarkFrameFile& operator=(const DarkFrameFile&) = delete;
+    DarkFrameFile(DarkFrameFile&&) = delete;
+    DarkFrameFile& operator=(DarkFrameFile&&) = delete;
+
+    std::string folder() const { return folder_.string() + "/"; }
+
+    static constexpr const char* kName = "X.BIA";
+
+  private:
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("velmarcon-bench-steps-" + std::to_string(::getpid()));
+};
+
+/// With a dark frame, reads that, too.
 void CropAndPreview(benchmark::State& state, bool dark_frame) {
     const auto dump = samples::FlatWords(1000);
+    const DarkFrameFile file;
     ReadInputData record;
     record.SubtractBia = dark_frame;
-    record.BiaData = samples::FlatWords(92);
+    record.Folder = file.folder();
+    record.BiaFileName = DarkFrameFile::kName;
     while (state.KeepRunning()) {
         state.PauseTiming();
         record.ImageData = dump;

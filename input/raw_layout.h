@@ -20,6 +20,11 @@ constexpr std::size_t kRowWords = 3976;    ///< the last 8 are skipped
 constexpr std::size_t kFileWords = kLeadingWords + kRowWords * kImageHeight;
 constexpr std::size_t kFileBytes = kFileWords * sizeof(Pixel);
 
+/// Index of the first word of row `y`.
+constexpr std::size_t RowStart(std::size_t y) {
+    return kLeadingWords + y * kRowWords;
+}
+
 }  // namespace raw_layout
 
 #endif  // VELMARCON_INPUT_RAW_LAYOUT_H

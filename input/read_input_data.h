@@ -28,14 +28,14 @@ class ReadInputData {
     [[nodiscard]] int LoadRawFile();
 
     /// Turns the words of the RAW file in ImageData into the cropped image, in place: fills Width, Height,
-    /// ImageSize, ImageData and the preview, and subtracts the dark frame. On entry ImageSize is the RAW
-    /// file's length in bytes; a length below 10499328 (one byte per pixel) is damaged.
+    /// ImageSize, ImageData and the preview, and reads and subtracts the dark frame, row by row. On entry
+    /// ImageSize is the RAW file's length in bytes; a length below 10499328 (one byte per pixel) is damaged.
     [[nodiscard]] int ExtractRawImage();
 
     /// Prints a summary of Exif, 25 lines, to standard output. For diagnosis only; a run does not call it.
     void PrintExifData() const;
 
-    /// Words of the dark frame, in the layout of a RAW file. The vector may be moved on as ImageData's.
+    /// Words of some rows of the dark frame, see DarkRows. The vector may be moved on as ImageData's.
     std::vector<Pixel> BiaData;
     bool Verbose = false;  ///< print progress
     bool SubtractBia = false;

@@ -20,9 +20,10 @@ bool InputFile::Open(const std::string& path) {
     return true;
 }
 
-bool InputFile::ReadStart(std::span<std::uint8_t> bytes) {
-    const auto count = std::min<std::uint64_t>(size_, bytes.size());
-    stream_.seekg(0);
+bool InputFile::ReadAt(std::uint64_t offset, std::span<std::uint8_t> bytes) {
+    const std::uint64_t start = std::min(offset, size_);
+    const auto count = std::min<std::uint64_t>(size_ - start, bytes.size());
+    stream_.seekg(static_cast<std::streamoff>(start));
     stream_.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(count));
     const auto read = static_cast<std::uint64_t>(stream_.gcount());
     std::ranges::fill(bytes.subspan(static_cast<std::size_t>(read)), std::uint8_t{0});

@@ -22,7 +22,10 @@ class InputFile {
     /// Reads the start of the file into `bytes` with one read; bytes past the end that the file had when it
     /// was opened become 0. Returns false if bytes before that end could not be read, because the disk failed
     /// or the file has become shorter.
-    [[nodiscard]] bool ReadStart(std::span<std::uint8_t> bytes);
+    [[nodiscard]] bool ReadStart(std::span<std::uint8_t> bytes) { return ReadAt(0, bytes); }
+
+    /// The same from `offset` on.
+    [[nodiscard]] bool ReadAt(std::uint64_t offset, std::span<std::uint8_t> bytes);
 
     /// Passes the file's bytes, from its start to the end that it had when it was opened, to `take`, piece by
     /// piece, as long as `take` returns true. Returns false if `take` did, or if not all of the bytes could

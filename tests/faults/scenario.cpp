@@ -75,6 +75,15 @@ Scenario Conversion() {
         .targets = {"out/L1000001.DNG"}};
 }
 
+Scenario ConversionWithDarkFrame() {
+    constexpr std::size_t shortest_raw_file = 10499328;
+    auto raw = samples::DumpBytes(support::TestWords());
+    raw.resize(shortest_raw_file);
+    return {.arguments = {"-i", "L1000001.RAW", "-o", "../out", "-b"},
+            .inputs = {Jpeg(), {"card/L1000001.RAW", raw}, {"card/L1000001.BIA", DarkDump().bytes}},
+            .targets = {"out/L1000001.DNG"}};
+}
+
 Scenario ConversionOfConverted() {
     Scenario scenario = Conversion();
     scenario.old = {{"out/L1000001.DNG", Text("an older one")}};

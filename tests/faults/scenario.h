@@ -37,6 +37,8 @@ std::string PartOfEndedRun();
 
 /// Converts a pair to a DNG with preview and lens data.
 Scenario Conversion();
+/// Converts a pair that has a dark frame to a DNG, which without the dark frame would not be written.
+Scenario ConversionWithDarkFrame();
 /// Converts a pair to a DNG with columns and dark levels corrected, replacing an older DNG.
 Scenario SensorFix();
 /// Replaces the dark levels in a database that also holds another camera's levels.
@@ -64,6 +66,7 @@ struct ScenarioMaker {
 void PrintTo(const ScenarioMaker& maker, std::ostream* stream);
 
 constexpr ScenarioMaker kConversion = {"Conversion", Conversion};
+constexpr ScenarioMaker kConversionWithDarkFrame = {"ConversionWithDarkFrame", ConversionWithDarkFrame};
 constexpr ScenarioMaker kConversionOfConverted = {"ConversionOfConverted", ConversionOfConverted};
 constexpr ScenarioMaker kSensorFix = {"SensorFix", SensorFix};
 constexpr ScenarioMaker kDarkReference = {"DarkReference", DarkReference};

@@ -66,7 +66,7 @@ bool IsPart(const std::string& file) {
 }
 
 /// Whether a line reports that the picture or the file `target` failed, with the cause, or whether the whole
-/// run ended with an error.
+/// run ended with an error. The error of a dark frame comes without a name.
 bool Reported(const support::Outcome& outcome, const std::string& target) {
     if (outcome.status != 0) {
         const std::string code = std::to_string(outcome.status);
@@ -80,7 +80,7 @@ bool Reported(const support::Outcome& outcome, const std::string& target) {
         const bool names_it = line.find(picture) != std::string::npos || line.find(file) != std::string::npos;
         const bool failed =
             line.find(": Error #") != std::string::npos || line.find(" not written: ") != std::string::npos;
-        if (names_it && failed) {
+        if ((names_it && failed) || line == "Error #0016: Damaged BIA file.") {
             return true;
         }
     }

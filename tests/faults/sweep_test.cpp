@@ -114,9 +114,9 @@ TEST_P(Sweep, TheRunIsKilled) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, Sweep,
-                         testing::Values(kConversion, kConversionOfConverted, kSensorFix, kDarkReference,
-                                         kRepair, kRepairAfterKill, kRepairOverItself, kRepairOnFat,
-                                         kDarkReferenceOnFat),
+                         testing::Values(kConversion, kConversionWithDarkFrame, kConversionOfConverted,
+                                         kSensorFix, kDarkReference, kRepair, kRepairAfterKill,
+                                         kRepairOverItself, kRepairOnFat, kDarkReferenceOnFat),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace

@@ -39,14 +39,13 @@ ReadInputData RecordIn(const support::TempFolder& folder, bool subtract = false)
     return record;
 }
 
-/// The image extracted from `words` by a record that holds them.
-ReadInputData Extracted(const std::vector<std::uint16_t>& words,
-                        const std::vector<std::uint16_t>& dark = {}) {
-    ReadInputData record;
+/// The image extracted from `words`, which the record holds, and the dark frame `dark`.
+ReadInputData Extracted(const std::vector<std::uint16_t>& words, const std::vector<std::uint16_t>& dark) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "X.BIA", samples::DumpBytes(dark));
+    ReadInputData record = RecordIn(folder, true);
     record.ImageData = words;
     record.ImageSize = kBytes;
-    record.BiaData = dark;
-    record.SubtractBia = !dark.empty();
     EXPECT_EQ(record.ExtractRawImage(), 0);
     return record;
 }
@@ -185,6 +184,17 @@ TEST(RawLoader, TheDarkFrameIsSubtractedDownToZero) {
     EXPECT_TRUE(std::ranges::all_of(image.subspan(6, kPixels - 12), [](auto value) { return value == 800; }));
 }
 
+TEST(RawLoader, EachPixelLosesItsOwnInTheDarkFrame) {
+    const std::vector<std::uint16_t> dark = NumberedWords();
+    const ReadInputData record = Extracted(samples::FlatWords(65535), dark);
+    ExpectSizes(record);
+    std::vector<std::uint16_t> sum(record.ImageData);
+    for (std::size_t pixel = 0; pixel < sum.size(); ++pixel) {
+        sum[pixel] = static_cast<std::uint16_t>(sum[pixel] + dark[54 + pixel / 3968 * 3976 + pixel % 3968]);
+    }
+    EXPECT_TRUE(std::ranges::all_of(sum, [](auto value) { return value == 65535; }));
+}
+
 TEST(RawLoader, ThePreviewIsTakenBeforeTheDarkFrameIsSubtracted) {
     const ReadInputData record = Extracted(samples::FlatWords(1600), samples::FlatWords(1600));
     EXPECT_EQ(record.ImageData.front(), 0);
@@ -230,6 +240,14 @@ TEST(RawLoader, FilesThatCannotBeReadCompletelyAreErrors) {
     EXPECT_EQ(RecordIn(folder, true).LoadRawFile(), kBiaDamaged);
 }
 
+TEST(RawLoader, ADarkFrameThatCannotBeReadIsToldBeforeADamagedRawFile) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "X.RAW", "x");
+    EXPECT_EQ(RecordIn(folder, true).LoadRawFile(), kBiaDamaged);
+    support::WriteFile(folder / "X.BIA", EvenBytes(kBytes));
+    EXPECT_EQ(RecordIn(folder, true).LoadRawFile(), kRawDamaged);
+}
+
 TEST(RawLoader, TheDarkFrameIsReadUpToTheLengthOfTheRawFile) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kLeastBytes + 1));
@@ -240,15 +258,23 @@ TEST(RawLoader, TheDarkFrameIsReadUpToTheLengthOfTheRawFile) {
     EXPECT_EQ(record.ImageData[std::size_t{1320} * 3968 + 1290], 1);
 }
 
-TEST(RawLoader, OnlyTheWordsOfTheLayoutAreKept) {
+TEST(RawLoader, OfLongerFilesTheWordsOfTheLayoutCount) {
     const support::TempFolder folder;
     support::WriteFile(folder / "X.RAW", EvenBytes(kBytes + 1000));
     support::WriteFile(folder / "X.BIA", EvenBytes(kBytes + 1000));
     ReadInputData record = RecordIn(folder, true);
     EXPECT_EQ(record.LoadRawFile(), 0);
-    EXPECT_EQ(record.BiaData.size(), kWords);
     EXPECT_EQ(record.ImageData.size(), kPixels);
     EXPECT_TRUE(std::ranges::all_of(record.ImageData, [](auto value) { return value == 0; }));
+}
+
+TEST(RawLoader, OnlyAFewRowsOfTheDarkFrameAreInMemory) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "X.RAW", EvenBytes(kBytes));
+    support::WriteFile(folder / "X.BIA", EvenBytes(kBytes));
+    ReadInputData record = RecordIn(folder, true);
+    EXPECT_EQ(record.LoadRawFile(), 0);
+    EXPECT_LT(record.BiaData.capacity(), kWords / 20);
 }
 
 TEST(RawLoader, VerboseNamesTheFileAndEndsTheLineOnSuccess) {

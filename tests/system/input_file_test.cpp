@@ -78,6 +78,25 @@ TEST(InputFile, ReadsTheStartAsOftenAsAsked) {
     }
 }
 
+TEST(InputFile, ReadsFromAnyPlaceOn) {
+    const support::TempFolder folder;
+    support::WriteFile(folder / "file", "1234567");
+    InputFile file;
+    ASSERT_TRUE(file.Open(folder / "file"));
+    FiveBytes bytes = {};
+    EXPECT_TRUE(file.ReadAt(2, bytes));
+    EXPECT_EQ(bytes, (FiveBytes{'3', '4', '5', '6', '7'}));
+    EXPECT_TRUE(file.ReadAt(4, bytes));
+    EXPECT_EQ(bytes, (FiveBytes{'5', '6', '7', 0, 0}));
+    for (const std::uint64_t beyond : {std::uint64_t{7}, std::uint64_t{8}, ~std::uint64_t{0}}) {
+        bytes = {9, 9, 9, 9, 9};
+        EXPECT_TRUE(file.ReadAt(beyond, bytes)) << beyond;
+        EXPECT_EQ(bytes, FiveBytes{}) << beyond;
+    }
+    EXPECT_TRUE(file.ReadAt(1, bytes));
+    EXPECT_EQ(bytes, (FiveBytes{'2', '3', '4', '5', '6'}));
+}
+
 TEST(InputFile, WhatTheFileDoesNotHoldBecomesZero) {
     const support::TempFolder folder;
     support::WriteFile(folder / "file", "123");
