@@ -48,6 +48,9 @@ class Sides {
     Sides& operator=(Sides&&) = delete;
 
     RunCost RunScenario() const {
+        if (scenario_.calibrates) {
+            return Calibrate();
+        }
         return scenario_.other_program.empty() ? Convert(scenario_.options, made_) : RunOther();
     }
 
@@ -64,6 +67,9 @@ class Sides {
 
     /// One file per image.
     std::vector<std::string> Images() const { return FilesOf(folder_, {scenario_.inputs.front()}); }
+    bool IsComplete() const {
+        return !Images().empty() && Outputs().size() == (scenario_.calibrates ? 1 : Images().size());
+    }
     std::vector<std::string> Outputs() const { return FilesOf(made_, {std::string(scenario_.output)}); }
 
   private:
@@ -72,6 +78,11 @@ class Sides {
         std::vector<std::string> command = {program_, "-i", folder_.string(), "-o", output.string()};
         std::ranges::copy(options, std::back_inserter(command));
         return TimedRun(command);
+    }
+
+    RunCost Calibrate() const {
+        Clear(made_);
+        return TimedRun({program_, "--database", (made_ / "sensdb.ini").string(), folder_.string()});
     }
 
     /// Runs the other program on links to the images, because it writes next to its input.
@@ -108,11 +119,10 @@ class Sides {
 std::string RunPaired(const Scenario& scenario, const std::string& program, const std::string& folder,
                       int rounds, PairedCosts& costs) {
     const Sides sides(scenario, program, folder);
-    const auto images = sides.Images();
-    if (!sides.RunScenario().succeeded || images.empty() || sides.Outputs().size() != images.size()) {
+    if (!sides.RunScenario().succeeded || !sides.IsComplete()) {
         return std::string(scenario.label) + " left images unconverted in " + folder;
     }
-    costs.images = images.size();
+    costs.images = sides.Images().size();
     (void)sides.RunYardstick();
     for (int round = 0; round < rounds; ++round) {
         costs.yardstick.push_back(sides.RunYardstick());

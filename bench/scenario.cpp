@@ -52,6 +52,13 @@ std::span<const Scenario> Scenarios() {
          .inputs = {".DNG"},
          .yardstick = Yardstick::kCopyOfOutputs,
          .most_time = 1.4},
+        {.name = "calibrate",
+         .label = "velmarcon-calibrate",
+         .calibrates = true,
+         .inputs = {".RAW", ".JPG"},
+         .output = ".ini",
+         .yardstick = Yardstick::kCopyOfInputs,
+         .most_time = 2.5},
     };
     return scenarios;
 }

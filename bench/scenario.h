@@ -21,6 +21,7 @@ struct Scenario {
     std::vector<std::string> options = {};  ///< of the program, in addition to -i and -o
     /// Another program, which gets the paths of its files as further arguments and writes next to them.
     std::vector<std::string> other_program = {};
+    bool calibrates = false;  ///< the program is velmarcon-calibrate, which makes one file of all images
     /// Extensions of the input files; there is one file of the first extension per image.
     std::vector<std::string> inputs;
     std::string_view output = ".DNG";  ///< extension of the files that it writes
