@@ -15,27 +15,34 @@ namespace database_file {
 
 namespace {
 
-std::error_code WriteWhole(const std::string& path, const std::string& text,
-                           ReplacementFile::Existing existing) {
+std::error_code WriteDatabase(const std::string& path, const std::string& text) {
     ReplacementFile file;
-    if (const std::error_code error = file.Open(path, existing)) {
+    if (const std::error_code error = file.Open(path, ReplacementFile::Existing::kReplaceTarget)) {
         return error;
     }
     file.Write(text);
     return file.Commit(text.size());
 }
 
+/// On the disk before the file that it is a backup of is replaced.
+std::error_code WriteBackup(const std::string& path, const std::string& text, const std::string& backup) {
+    ReplacementFile file;
+    if (const std::error_code error = file.OpenCopy(backup, path)) {
+        return error;
+    }
+    file.Write(text);
+    return file.CommitToDisk(text.size());
+}
+
 /// Keeps the text under the next number.
 std::error_code Keep(const std::string& path, const std::string& text, std::string& kept) {
-    const backups::Content content = {.is_in =
-                                          [&](const std::string& copy) {
-                                              std::string held;
-                                              return Read(copy, held).empty() && held == text;
-                                          },
-                                      .write_to =
-                                          [&](const std::string& copy) {
-                                              return WriteWhole(copy, text, ReplacementFile::Existing::kKeep);
-                                          }};
+    const backups::Content content = {
+        .is_in =
+            [&](const std::string& copy) {
+                std::string held;
+                return Read(copy, held).empty() && held == text;
+            },
+        .write_to = [&](const std::string& copy) { return WriteBackup(path, text, copy); }};
     std::error_code unlisted;  // then the first free number is taken
     const std::uint32_t highest = backups::HighestNumber(path, unlisted);
     return backups::Make(path, highest, content, kept);
@@ -79,7 +86,7 @@ std::string Replace(const std::string& path, const std::string& old_text, const 
         }
         kept = copy;
     }
-    const std::error_code error = WriteWhole(path, new_text, ReplacementFile::Existing::kReplaceTarget);
+    const std::error_code error = WriteDatabase(path, new_text);
     return error ? system_error::Text(error) : "";
 }
 

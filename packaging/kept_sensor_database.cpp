@@ -44,7 +44,7 @@ std::error_code KeepSensorDatabase(const std::string& path) {
     }
     const backups::Content content = {
         .is_in = [&](const std::string& copy) { return HoldTheSame(path, copy); },
-        .write_to = [&](const std::string& copy) { return CopyWhole(path, copy); }};
+        .write_to = [&](const std::string& copy) { return CopyWhole(path, copy, CopyAccess::kAsSource); }};
     std::string kept;
     return backups::Make(path, highest, content, kept);
 }

@@ -36,6 +36,11 @@ std::error_code ReplacementFile::Open(const std::string& path, Existing existing
     return error ? error : CreatePart(file_system::kForOwner);
 }
 
+std::error_code ReplacementFile::OpenCopy(const std::string& path, const std::string& original) {
+    const std::error_code error = file_system::FollowLinks(original, original_);
+    return error ? error : Open(path, Existing::kKeep, file_system::kForOwner);
+}
+
 /// Returns an error if the final name is taken by something that may not be replaced.
 std::error_code ReplacementFile::Look(Kind& kind) const {
     if (const std::error_code error = file_system::KindOf(final_path_, kind)) {
@@ -120,6 +125,9 @@ std::error_code ReplacementFile::CheckWritten(std::uint64_t size) const {
 /// The system may write a new file to the disk later, but a file that replaces another must be on the disk
 /// before the old one is gone.
 std::error_code ReplacementFile::Prepare(Kind replaced) const {
+    if (!original_.empty()) {
+        return file_system::TakeOver(part_, original_);
+    }
     if (replaced == Kind::kNothing) {
         return {};
     }

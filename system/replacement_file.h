@@ -38,6 +38,10 @@ class ReplacementFile {
     [[nodiscard]] std::error_code Open(const std::string& path, Existing existing,
                                        std::filesystem::perms permissions = file_system::kAsUsual);
 
+    /// Starts the file `path` as a copy of the file `original`: like Open with kKeep, but Commit gives the copy
+    /// the owner, mode, access control list and attributes of `original`.
+    [[nodiscard]] std::error_code OpenCopy(const std::string& path, const std::string& original);
+
     /// Appends `bytes`. Commit reports a failure.
     void Write(std::span<const char> bytes);
 
@@ -60,6 +64,7 @@ class ReplacementFile {
 
     Existing existing_ = Existing::kKeep;
     std::string final_path_;
+    std::string original_;   ///< empty if the file is not a copy
     std::string part_path_;  ///< empty if there is nothing to remove
     Handle part_;
     std::error_code error_;  ///< the error of the first write that failed

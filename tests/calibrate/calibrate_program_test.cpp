@@ -262,6 +262,20 @@ TEST_F(CalibrateProgramTest, MemoryDoesNotGrowWithTheNumberOfExposures) {
     EXPECT_LT(peak_of(100), few + (97 * levels));
 }
 
+TEST_F(CalibrateProgramTest, TheBackupMayBeReadByThoseWhoMayReadTheDatabase) {
+    for (const fs::perms permissions :
+         {fs::perms::owner_read | fs::perms::owner_write,
+          fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read}) {
+        support::WriteFile(Path(kDatabase), "[7]\nLine = 1\n");
+        fs::permissions(Path(kDatabase), permissions);
+        fs::remove(Path("sensdb.ini.1"));
+        ASSERT_EQ(Make({Original("dark0")}).status, 0);
+        for (const char* name : {kDatabase, "sensdb.ini.1"}) {
+            EXPECT_EQ(fs::status(Path(name)).permissions(), permissions) << name;
+        }
+    }
+}
+
 TEST_F(CalibrateProgramTest, KilledAtAnyMomentLeavesTheOldOrTheNewDatabase) {
     const std::string old_text = "[7]\nLine = 1\n";
     support::WriteFile(Path(kDatabase), old_text);

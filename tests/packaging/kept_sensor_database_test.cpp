@@ -60,6 +60,21 @@ TEST_F(KeptSensorDatabase, IsKeptFromWhereItsLinkLeads) {
     EXPECT_TRUE(fs::is_symlink(Path("sensdb.ini")));
 }
 
+TEST_F(KeptSensorDatabase, MayBeReadByThoseWhoMayReadTheDatabase) {
+    const mode_t usual = ::umask(S_IRWXG | S_IRWXO);
+    for (const mode_t mode : {mode_t{0600}, mode_t{0640}, mode_t{0644}, mode_t{0440}}) {
+        fs::remove(Path("sensdb.ini"));
+        support::WriteFile(Path("sensdb.ini"), std::to_string(mode));
+        ASSERT_EQ(::chmod(Path("sensdb.ini").c_str(), mode), 0);
+        EXPECT_EQ(KeepSensorDatabase(Path("sensdb.ini")).value(), 0);
+        struct stat status = {};
+        EXPECT_EQ(::stat(Path("sensdb.ini.1").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & mode_t{07777}, mode);
+        fs::remove(Path("sensdb.ini.1"));
+    }
+    ::umask(usual);
+}
+
 TEST_F(KeptSensorDatabase, LeavesAloneAnythingUnderANumber) {
     fs::create_symlink("nowhere", Path("sensdb.ini.1"));
     fs::create_directory(Path("sensdb.ini.2"));

@@ -19,6 +19,8 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 using Existing = ReplacementFile::Existing;
 using namespace std::string_view_literals;
 
@@ -139,6 +141,54 @@ TEST_F(FileAccess, AttributesOfAFileThatItsOwnerMayNotReadDoNotKeepItFromBeingRe
     ASSERT_EQ(::chmod(dng_.c_str(), 0200), 0);
     EXPECT_EQ(Replace(dng_, "new"), 0);
     EXPECT_EQ(ModeOf(dng_), mode_t{0200});
+}
+
+TEST_F(FileAccess, OfACopyIsThatOfItsOriginalAndPrivateUntilThen) {
+    fs::create_symlink("L1.DNG", folder_ / "link");
+    for (const mode_t mode : {mode_t{0600}, mode_t{0644}, mode_t{0660}, mode_t{0400}}) {
+        for (const char* original : {"L1.DNG", "link"}) {
+            ASSERT_EQ(::chmod(dng_.c_str(), mode), 0);
+            fs::remove(folder_ / "copy");
+            ReplacementFile file;
+            ASSERT_EQ(file.OpenCopy(folder_ / "copy", folder_ / original).value(), 0);
+            for (const std::string& name : support::Names(folder_.path())) {
+                if (name.ends_with(".part")) {
+                    EXPECT_EQ(ModeOf(folder_ / name), mode_t{0600});
+                }
+            }
+            file.Write("old"sv);
+            EXPECT_EQ(file.Commit(3).value(), 0);
+            EXPECT_EQ(ModeOf(folder_ / "copy"), mode) << original;
+            EXPECT_EQ(Content(folder_ / "copy"), "old");
+        }
+    }
+}
+
+TEST_F(FileAccess, ByTheListAndTheAttributesOfItsOriginalIsThatOfACopy) {
+    const std::string list = List({{kOwner, 6}, {kUser, 4, 12345}, {kGroup, 0}, {kMask, 4}, {kOthers, 0}});
+    if (!SetAttribute(dng_, kAccessList, list) || !SetAttribute(dng_, kRating, "5")) {
+        GTEST_SKIP() << "no access control lists or attributes here";
+    }
+    ReplacementFile file;
+    ASSERT_EQ(file.OpenCopy(folder_ / "copy", dng_).value(), 0);
+    EXPECT_EQ(file.Commit(0).value(), 0);
+    EXPECT_EQ(Attribute(folder_ / "copy", kAccessList), list);
+    EXPECT_EQ(Attribute(folder_ / "copy", kRating), "5");
+}
+
+TEST_F(FileAccess, OfAnOriginalThatIsGoneIsNotGuessed) {
+    ReplacementFile file;
+    ASSERT_EQ(file.OpenCopy(folder_ / "copy", dng_).value(), 0);
+    fs::remove(dng_);
+    EXPECT_EQ(file.Commit(0).value(), ENOENT);
+    EXPECT_FALSE(fs::exists(folder_ / "copy"));
+}
+
+TEST_F(FileAccess, OfACopyDoesNotLetItReplaceAnything) {
+    support::WriteFile(folder_ / "copy", "mine");
+    ReplacementFile file;
+    EXPECT_EQ(file.OpenCopy(folder_ / "copy", dng_).value(), EEXIST);
+    EXPECT_EQ(Content(folder_ / "copy"), "mine");
 }
 
 }  // namespace
