@@ -25,9 +25,9 @@ std::error_code WriteDatabase(const std::string& path, const std::string& text) 
 }
 
 /// On the disk before the file that it is a backup of is replaced.
-std::error_code WriteBackup(const std::string& path, const std::string& text, const std::string& backup) {
+std::error_code WriteBackup(const std::string& database, const std::string& text, const std::string& backup) {
     ReplacementFile file;
-    if (const std::error_code error = file.OpenCopy(backup, path)) {
+    if (const std::error_code error = file.OpenCopy(backup, database)) {
         return error;
     }
     file.Write(text);
