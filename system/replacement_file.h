@@ -38,8 +38,8 @@ class ReplacementFile {
     [[nodiscard]] std::error_code Open(const std::string& path, Existing existing,
                                        std::filesystem::perms permissions = file_system::kAsUsual);
 
-    /// Starts the file `path` as a copy of the file `original`: like Open with kKeep, but Commit gives the copy
-    /// the owner, mode, access control list and attributes of `original`.
+    /// Starts the file `path` as a copy of the file `original`: like Open with kKeep, but Commit gives the
+    /// copy the owner, mode, access control list and attributes of `original`.
     [[nodiscard]] std::error_code OpenCopy(const std::string& path, const std::string& original);
 
     /// Appends `bytes`. Commit reports a failure.
