@@ -8,57 +8,56 @@ usage() {
 Usage: velmarcon-batch [OPTION...] FOLDER... [-- VELMARCON-OPTION...]
 
 Converts every Leica M8 picture in the folders and the folders below them: pairs of X.RAW and X.JPG, and the DNGs that
-the camera itself wrote. Runs one velmarcon on each core. To continue an interrupted run, give the command again.
+the camera itself wrote. Runs one velmarcon on each core. A second call goes on where an interrupted one stopped.
 
-  -o, --output DIR   write the DNGs there, in the same tree of folders (default: next to the RAW files)
-  -j, --jobs N       run N at a time (default: one per core)
-      --hosts LIST   use other machines over ssh: [N/][USER@]HOST,... (":" is this machine)
-      --fresh        with -r: convert all pictures, even those that an interrupted run has refreshed
+  -o, --output DIR   write the DNGs there, in folders as the pictures lie; without it: beside the RAW files
+  -j, --jobs N       run N at a time; without it: one on each core
+      --hosts LIST   have other machines do it, over ssh: [N/][USER@]HOST,... (this one is called :)
+      --fresh        with -r: do all pictures, also those that an interrupted run has refreshed
   -n, --dry-run      list what would be done, and do nothing
-  -q, --quiet        report only failures
-      --state DIR    keep the job log, and what is needed to continue a run, there
-  -h, --help         print this text
-      --version      print the version
+  -q, --quiet        tell of failures only
+      --state DIR    keep the job log and what a run needs to go on there
+  -h, --help         this text
+      --version      the version
 
-The options after -- are for velmarcon: -r, -p, -b, -l, -s and so on, but not -i, -o or -sd.
+What stands behind -- is for velmarcon: -r, -p, -b, -l, -s and so on, but neither -i nor -o nor -sd.
 
-Exit status: 0 if every picture has a complete DNG, 1 if some do not, 2 for wrong usage, 3 if the work could not begin,
-130 after Ctrl-C.
+Status: 0 when every picture has a complete DNG, 1 when some have none, 2 for wrong usage, 3 when the work could not
+begin, 130 after Ctrl-C.
 END
 }
 
 misused() {
-  refuse "$status_usage" "$* (velmarcon-batch --help prints the usage)"
+  refuse "$status_usage" "$* (velmarcon-batch --help tells the usage)"
 }
 
-# check_velmarcon_options: check $velmarcon_options by velmarcon's rules: only the first letter after a dash counts
-# (after -s also the second), and -b and -l may have a value.
+# check_velmarcon_options: look at $velmarcon_options as velmarcon will: of a word with a dash only the first letter
+# counts (of -s the second, too), and -b and -l may have a value.
 check_velmarcon_options() {
   local option before=
   for option in ${velmarcon_options[@]+"${velmarcon_options[@]}"}; do
     case $option in
-      -i* | -o*) misused "$option after --: velmarcon-batch itself names the input and the output of each velmarcon" ;;
+      -i* | -o*) misused "$option behind --: the input and the output of each velmarcon are given to it from here" ;;
       -sd*)
         misused "-sd makes the database of one camera from one dark exposure; many at once would overwrite each" \
           "other's. Run velmarcon itself with it, once, then this with -s"
         ;;
       -r*) refresh=yes ;;
       -*) ;;
-      *) [[ $before == -[bl]* ]] || misused "'$option' after -- is neither an option nor the value of one" ;;
+      *) [[ $before == -[bl]* ]] || misused "'$option' behind -- is no option, nor the value of one" ;;
     esac
     before=$option
   done
 }
 
-# check_spelling: run the installed velmarcon once to see whether it has remarks on $velmarcon_options. As its input is
-# not a picture, it does nothing else. Otherwise the remarks would be printed for each picture, and nobody would read
-# them.
+# check_spelling: the installed velmarcon says what it would pass over of $velmarcon_options. With an input that is no
+# picture it does nothing else. Nobody would read that once for each picture.
 check_spelling() {
   local remarks
   ((${#velmarcon_options[@]} > 0)) || return 0
   remarks=$("$program" -i /dev/null "${velmarcon_options[@]}" 2>&1 >/dev/null |
     grep -E ': ignored|: read as |: this code adds no lens data') || return 0
-  refuse "$status_usage" "velmarcon has remarks on the options after --:"$'\n'"$remarks"
+  refuse "$status_usage" "what stands after -- is not as velmarcon wants it:"$'\n'"$remarks"
 }
 
 # read_arguments ARGUMENT...
@@ -95,7 +94,7 @@ read_arguments() {
           "status 0. A picture cannot be taken again"
         ;;
       --) shift; velmarcon_options=("$@"); break ;;
-      -?*) misused "unknown option $1; velmarcon's own options go after --" ;;
+      -?*) misused "unknown option $1; velmarcon's own options stand behind --" ;;
       *) folders+=("$1") ;;
     esac
     shift

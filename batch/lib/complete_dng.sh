@@ -1,26 +1,26 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Checks whether velmarcon wrote a DNG and wrote all of it: the raw image, with the offset and length in the file's
-# tags, must end where the file ends. This detects a file that was cut off at any point.
+# Tells whether a DNG is one that velmarcon wrote, to its last byte. Goes by what the file says of its raw image: where
+# it begins, how long it is, and that the file reaches to its end. So a file that was cut anywhere is found out.
 
-# The size in bytes of every camera DNG; velmarcon's own DNGs are all longer.
-# shellcheck disable=SC2034  # the callers read it
+# Bytes of every DNG that the camera writes; none of velmarcon's own is so short.
+# shellcheck disable=SC2034  # who asks reads it
 readonly camera_dng_size=10575296
 
 readonly pair_width=3968 pair_height=2646 bytes_per_pixel=2
 readonly tag_width=256 tag_height=257 tag_offset=273 tag_count=279 tag_sub_ifd=330
 readonly little_endian_tiff='18761 42' # "II" and the number of the format
 
-# load FILE OFFSET: read the KiB at that offset into $words, as 16-bit numbers. That is enough for the entries that are
-# needed from an IFD, since entries are in the order of their tags.
+# load FILE OFFSET: fill $words with the KiB from there on, in numbers of 16 bits. It holds what is looked for of an
+# IFD: entries stand in the order of their tags.
 load() {
   local window=1024
   # shellcheck disable=SC2207  # numbers
   words=($(od -An -v -tu2 --endian=little -j "$2" -N "$window" -- "$1" 2>/dev/null))
 }
 
-# read_ifd AT: put the single values of the entries of the IFD at that word into the array $tags. Fails if the entries
-# are cut off. It is one loop without calls, because it runs for every picture.
+# read_ifd AT: of the IFD that begins at that word, put the single values of its entries into the array $tags. Fails
+# when the entries are cut. One loop without calls: it runs for every picture.
 read_ifd() {
   local at=$(($1 + 1)) count=${words[$1]-0} short=3
   tags=()
@@ -34,7 +34,7 @@ read_ifd() {
   ((${#tags[@]} > 0))
 }
 
-# read_ifd_at FILE OFFSET: read_ifd for the IFD at that offset of the file, which must be even.
+# read_ifd_at FILE OFFSET: the same; an IFD stands at an even offset.
 read_ifd_at() {
   local loaded_bytes=$((2 * ${#words[@]}))
   if (($2 + 2 < loaded_bytes)) && read_ifd $(($2 / 2)); then
@@ -43,9 +43,9 @@ read_ifd_at() {
   load "$1" "$2" && read_ifd 0
 }
 
-# complete_dng FILE KIND: whether the file is complete; KIND is "pair", or "camera" for a repaired DNG. If it is not,
-# $problem says why.
-# shellcheck disable=SC2034  # the callers read it
+# complete_dng FILE KIND: whether the file is complete; KIND is "pair", or "camera" for a DNG of the camera's that was
+# repaired. Otherwise $problem says what it is.
+# shellcheck disable=SC2034  # who asks reads it
 complete_dng() {
   local size
   problem="is no file"

@@ -1,26 +1,26 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Runs the jobs on other machines, one picture per job: GNU parallel copies the picture's files there with ssh and
-# rsync, runs lib/convert next to them, and fetches the DNG, to which rsync gives its name once all of it has arrived. A
-# host needs only velmarcon, bash, perl and rsync.
+# Has other machines do the jobs, one picture to a job: GNU parallel takes the picture's files there by ssh and rsync,
+# runs lib/convert beside them, and fetches the DNG, which rsync gives its name when all of it is here. Nothing needs to
+# be installed there but velmarcon, bash, perl and rsync.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# The work folder on a host, relative to the home folder there: one folder per command, with one folder per run in it.
-# So an interrupted run that is still at work there, for example removing a picture, does not disturb another run.
+# Where a host keeps what it works on, below the home folder there: a folder for each command, and in it one for each
+# run. What an interrupted run still has on its way then, such as the removal of a picture there, meets no other run's.
 readonly host_folder=.cache/velmarcon-batch
 
-# What a job runs; any shell understands it. Jobs on this machine get the folder from the environment.
+# What a job runs, in this form by whatever shell there is. For jobs on this machine the environment has the folder.
 # shellcheck disable=SC2016
 readonly host_job_command='bash -c '\''exec bash "${VELMARCON_BATCH_LIB-.}/convert" "$@"'\'' convert'
 
-# on_host LOGIN COMMAND: run the command line on the host, in its own shell.
+# on_host LOGIN COMMAND: the command line there, by the shell there.
 on_host() {
   env -u PARALLEL PARALLEL_HOME="$state/../.parallel" \
     parallel --plain --will-cite --nonall --sshlogin "$1" "$2" </dev/null 2>&1 9>&-
 }
 
-# Answers "ready" and the number of cores, or what is missing. It calls velmarcon in an empty folder, because the
-# program without its launcher would convert the pictures that it finds.
+# The answer is "ready" and the number of cores, or what is missing. velmarcon is asked in an empty folder, because the
+# program without its launcher would convert what it finds.
 # shellcheck disable=SC2016
 readonly host_question='bash -c '\''
   for program in rsync velmarcon; do
@@ -34,8 +34,8 @@ readonly host_question='bash -c '\''
   echo "ready $(getconf _NPROCESSORS_ONLN)"
 '\'' question'
 
-# ask_hosts: ask every host whether it can do the work, and put the options for GNU parallel into $logins. A host that
-# cannot would fail one picture after the other, and faster than the good hosts convert them.
+# ask_hosts: every host whether it can do the work; the options for GNU parallel into $logins. A host that cannot would
+# fail one picture after the other, faster than those that can convert them.
 ask_hosts() {
   local entry login answer entries
   logins=()
@@ -60,14 +60,14 @@ ask_hosts() {
   ((${#logins[@]} > 0)) || misused "--hosts names no host"
 }
 
-# hand_over: collect in $state/handed what each host needs once, including the databases that velmarcon uses here.
+# hand_over: what each host needs once, into $state/handed. The databases are those that velmarcon uses here.
 hand_over() {
   local handed=$state/handed databases empty
   rm -rf -- "$handed" "$state/roots" "$state/outs"
   mkdir -p -- "$handed/data/velmarcon" "$state/roots" "$state/outs" && empty=$(mktemp -d) || return
   databases=$(cd -- "$empty" && "$program" --where </dev/null 2>/dev/null) || databases=$(dirname -- "$program")
   rmdir -- "$empty"
-  # Without a lens database here, the hosts get an empty one, so that they do not use one that is installed there.
+  # Without a lens database here there is none there either, be one installed or not.
   : >"$handed/data/velmarcon/lensdb.ini"
   cp -- "$lib/convert" "$lib/complete_dng.sh" "$state/options" "$handed" || return
   given=(convert complete_dng.sh options data/velmarcon/lensdb.ini)
@@ -85,7 +85,7 @@ hand_over() {
   done
 }
 
-# look_here_first: record at once the pictures whose result follows from the files on this machine.
+# look_here_first: what is decided by a look at the files that are here gets its record at once.
 look_here_first() {
   local image input dng out
   for image in "${images[@]}"; do
@@ -101,8 +101,8 @@ settled_here() {
   settled[$2]=1
 }
 
-# write_host_list: print four names for every other picture: its own, the JPEG's, the dark frame's and the DNG's. For a
-# missing file, repeat one that is sent anyway. Also removes what a killed rsync left.
+# write_host_list: for every other picture four names: its own, the JPEG's, the dark frame's, the DNG's. A file that is
+# not there is stood in for by one that goes anyway. Also removes what a killed rsync left.
 write_host_list() {
   local image input dng out base companion
   local -A settled=()
@@ -126,7 +126,7 @@ write_host_list() {
   done >"$state/images"
 }
 
-# take_answers: take over the records from the hosts; a DNG counts if the copy here equals the one there.
+# take_answers: records from the hosts; a DNG counts when it is here as it was there.
 take_answers() {
   local verdict image text sum input dng out
   while IFS= read -r -d '' verdict && IFS= read -r -d '' image && IFS= read -r -d '' text && IFS= read -r -d '' sum; do
@@ -141,8 +141,7 @@ take_answers() {
   done >>"$state/records/hosts"
 }
 
-# run_on_hosts: run the jobs on the hosts. rsync sends the file that a link leads to (-L) and tolerates a DNG that was
-# not made.
+# run_on_hosts: -L sends what a link leads to; a DNG that was not made is no error of rsync's.
 run_on_hosts() {
   local taker login dark=()
   hand_over || refuse "$status_not_begun" "nothing can be written to $state or to the output folder"
@@ -155,7 +154,7 @@ run_on_hosts() {
     mkfifo -- "$state/answers" || refuse "$status_not_begun" "no pipe can be made in $state"
     take_answers <"$state/answers" &
     taker=$!
-    # -I, because an older DNG may have the same length and the same time, in seconds, as the new one.
+    # -I, because an older DNG may have the length of the new one, and be of the same second.
     export PARALLEL_RSYNC_OPTS='-rLDRIW --ignore-missing-args'
     start_parallel --null -a images -N 4 --retries 3 "${logins[@]}" --workdir "$work_folder" --cleanup \
       "${given[@]/#/--basefile=handed/./}" --transferfile 'roots/./{1}' --transferfile 'roots/./{2}' \

@@ -1,29 +1,29 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Finds the pictures and the places of their DNGs. A picture is named <number of its folder>/<path in that folder>.
+# Which pictures there are, and where their DNGs go. A picture is named <number of its folder>/<path in that folder>.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# canonical FOLDER: put its path without links, "." and ".." into $path. Fails if the folder cannot be entered.
+# canonical FOLDER: put its path without links, "." and ".." into $path. Fails when it cannot be entered.
 canonical() {
   local folder=$1
   [[ $folder == /* ]] || folder=./$folder
   path=$(cd -P -- "$folder" 2>/dev/null && pwd -P && printf x) || return
-  path=${path%$'\nx'} # a name may end in line feeds, which $() would remove
+  path=${path%$'\nx'} # a name may end in line feeds, which $() would take away
   [[ $path != //* ]] || path=${path#/}
 }
 
-# lies_in FOLDER OTHER: whether FOLDER is OTHER or below it. Both paths must be canonical.
+# lies_in FOLDER OTHER: whether the first is the second or below it; both canonical.
 lies_in() {
   [[ $1/ == "${2%/}"/* ]]
 }
 
-# resolve_folders: put the canonical paths of the folders into $roots, and those of their output folders into $outs.
+# resolve_folders: the folders' canonical paths into $roots, and into $outs where their trees are mirrored.
 resolve_folders() {
   local folder other path
   roots=()
   outs=()
   for folder in "${folders[@]}"; do
-    [[ -d $folder ]] || misused "$(shown "$folder") is not a folder"
+    [[ -d $folder ]] || misused "$(shown "$folder") is no folder"
     canonical "$folder" || misused "$(shown "$folder") cannot be entered"
     for other in ${roots[@]+"${roots[@]}"}; do
       if lies_in "$path" "$other" || lies_in "$other" "$path"; then
@@ -40,7 +40,7 @@ resolve_folders() {
   place_outputs
 }
 
-# make_output: make $output a canonical path and, unless this is a dry run, create the folder.
+# make_output: $output becomes a canonical path, and a folder unless this is a dry run.
 make_output() {
   local path
   [[ $output == /* ]] || output=$PWD/$output
@@ -52,8 +52,7 @@ make_output() {
   fi
 }
 
-# place_outputs: the tree of a single folder goes directly into the output folder; each of several folders gets a folder
-# of its own name there.
+# place_outputs: one folder's tree goes right into the output folder; of several each gets a folder by its name.
 place_outputs() {
   local root other
   if ((${#roots[@]} == 1)); then
@@ -63,14 +62,14 @@ place_outputs() {
   for root in "${roots[@]}"; do
     for other in ${outs[@]+"${outs[@]}"}; do
       [[ $other != "${output%/}/${root##*/}" ]] ||
-        misused "several folders are called $(shown "${root##*/}"), and their DNGs would mix: run velmarcon-batch once for" \
+        misused "several folders are called $(shown "${root##*/}"), and their DNGs would mix: call this once for" \
           "each, with another --output"
     done
     outs+=("${output%/}/${root##*/}")
   done
 }
 
-# set_places IMAGE: put the paths of the picture and its DNG into $input and $dng, and the DNG's folder into $out.
+# set_places IMAGE: put the paths of a picture into $input and $dng, and the folder of the latter into $out.
 set_places() {
   local index=${1%%/*} rel=${1#*/}
   input=${roots[index]%/}/$rel
@@ -78,7 +77,7 @@ set_places() {
   out=${dng%/*}
 }
 
-# find_images: put all pictures into $images, sorted by name, and the error messages of find into $unread.
+# find_images: every picture into $images, in the order of their names. What find complains of goes into $unread.
 find_images() {
   images=()
   unread=
@@ -88,15 +87,14 @@ find_images() {
   done
 }
 
-# search_root INDEX: search one folder. Links to folders are not followed, so there are no loops; a link to a file
-# counts as a file.
+# search_root INDEX: links to folders are not followed, so there are no circles; a link to a file is a file.
 search_root() {
   local index=$1 root=${roots[$1]} prune=() name found errors
   local folder
   for folder in "$output" "${outs[@]}"; do
     if [[ -n $folder && -d $folder && $folder != "$root" ]] && lies_in "$folder" "$root"; then
       prune+=(-samefile "$folder" -prune -o)
-      [[ $folder != "$output" ]] || say 'Not searched, because it is the output folder: %s\n' "$(shown "$folder")"
+      [[ $folder != "$output" ]] || say 'Not searched, being the output folder: %s\n' "$(shown "$folder")"
     fi
   done
   if ! errors=$(mktemp) || ! found=$(mktemp); then
@@ -106,7 +104,7 @@ search_root() {
     \( -size "${camera_dng_size}c" -o -type l \) \) -print0) >"$found" 2>"$errors" ||
     unread+="$root:"$'\n'"$(cat -- "$errors")"$'\n'
   while IFS= read -r -d '' name; do
-    # velmarcon would search all of a linked folder; and the size that counts for a linked DNG is that of its target.
+    # Through a link velmarcon would search the whole folder; and a DNG has its length behind the link.
     if [[ -L $root/$name ]]; then
       [[ ! -d $root/$name ]] || continue
       [[ $name == *.RAW || $(wc -c 2>/dev/null <"$root/$name") -eq $camera_dng_size ]] || continue
@@ -116,7 +114,7 @@ search_root() {
   rm -f -- "$errors" "$found"
 }
 
-# list_plan: print one line per picture that says what would be done.
+# list_plan: what would be done, a line for each picture.
 list_plan() {
   local image input dng out what line quoted
   for image in ${images[@]+"${images[@]}"}; do

@@ -1,22 +1,22 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Runs the jobs with GNU parallel on this machine, several pictures per job.
+# Runs the jobs: GNU parallel on this machine, several pictures to a job.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# What a job runs. GNU parallel appends the names of the pictures, quoted.
+# What a job runs; GNU parallel adds the pictures' names, quoted.
 # shellcheck disable=SC2016
 readonly job_command='exec "$VELMARCON_BATCH_LIB/convert"'
 
-# announce: print what is about to be done.
+# announce: what is about to be done.
 announce() {
   say '%s; job log: %s\n' "$(number_of_pictures "${#images[@]}")" "$(shown "$state/joblog")"
   if ((${#refreshed[@]} > 0)); then
-    say 'Continuing an interrupted run, which refreshed %d of them (--fresh does them all)\n' "${#refreshed[@]}"
+    say 'Going on with an interrupted run, which refreshed %d of them (--fresh does them all)\n' "${#refreshed[@]}"
   fi
 }
 
-# images_per_job: print the number of pictures per job: high enough to keep GNU parallel's share of the time small, low
-# enough for all cores to finish at about the same time and for the progress bar to move.
+# images_per_job: so many that GNU parallel's share of the time is small, so few that all cores end at about the same
+# time and the progress bar moves.
 images_per_job() {
   local most=16 jobs_per_core=10 cores
   cores=${jobs:-$(getconf _NPROCESSORS_ONLN 2>/dev/null || echo 1)}
@@ -25,8 +25,8 @@ images_per_job() {
   ((per_job <= most)) || per_job=$most
 }
 
-# start_parallel OPTION...: start GNU parallel in the state's folder, without the user's settings; put its process
-# number into $parallel. Shows the progress bar only to people.
+# start_parallel OPTION...: with nothing of the user's own settings, in the state's folder; $parallel is its process.
+# The progress bar is for people.
 start_parallel() {
   local bar=()
   if [[ $quiet == no && -t 2 ]]; then
@@ -34,7 +34,8 @@ start_parallel() {
   else
     exec 7>&2 2>>"$state/messages"
   fi
-  # Runs the jobs in this shell, not the user's. RSYNC_OLD_ARGS keeps newer versions of rsync from quoting names again.
+  # The shell of the jobs is this one, whatever the user's is; names come back unchanged from newer versions of rsync,
+  # too, and are not quoted twice.
   (
     cd -- "$state" || exit
     export PARALLEL_SHELL=$BASH PARALLEL_HOME=$state/../.parallel RSYNC_OLD_ARGS=1
@@ -46,7 +47,7 @@ start_parallel() {
   [[ ${#bar[@]} -gt 0 ]] || exec 2>&7 7>&-
 }
 
-# wait_for_parallel: wait until it has ended, or until a signal asks this run to end.
+# wait_for_parallel: until it has ended, or a signal asks this run to.
 wait_for_parallel() {
   interrupted=
   trap 'interrupted=${interrupted:-INT}' INT
@@ -63,7 +64,7 @@ parallel_runs() {
   jobs -pr | grep -qx "$parallel"
 }
 
-# end_parallel: end it and its jobs. Old versions take the first signal as a request not to start any more jobs.
+# end_parallel: and its jobs. Old versions take the first signal for a wish to start no more of them.
 end_parallel() {
   local patience=20
   kill -TERM "$parallel" 2>/dev/null
@@ -76,7 +77,7 @@ end_parallel() {
   done
 }
 
-# write_list: write the list of pictures for GNU parallel, each followed by a NUL.
+# write_list: the pictures for GNU parallel, each ended by a NUL.
 write_list() {
   local image
   for image in "${images[@]}"; do

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Keeps what a run leaves for the next run of the same command (the same folders, output folder and velmarcon options),
-# in a folder of that command. It contains
+# What a run leaves for the one after it, in a folder that belongs to one command: the same folders, output folder and
+# velmarcon options. There are
 #
 #   joblog         of GNU parallel
 #   report         every picture and what became of it, to be read
@@ -11,7 +11,7 @@
 #   command, folders, options, images    of this run
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# command_text: print a text that is the same for the same command.
+# command_text: what makes this the same command as another.
 command_text() {
   printf '%s\0' "$output_given" "${roots[@]}" '>' "${outs[@]}" -- ${velmarcon_options[@]+"${velmarcon_options[@]}"}
 }
@@ -34,8 +34,7 @@ open_state() {
   fi
 }
 
-# lock_state: lock the folder until this run and everything that it started have ended. A killed run may need a moment
-# for that.
+# lock_state: until this run and all that it started have ended. One that was killed takes a moment to do so.
 lock_state() {
   local patience=5
   exec 9>"$state/lock" || refuse "$status_not_begun" "nothing can be written to $state"
@@ -44,8 +43,8 @@ lock_state() {
   fi
 }
 
-# read_records FUNCTION: call FUNCTION with the verdict, the picture and the text of each record. Ignores a record that
-# a power cut or a kill left half-written.
+# read_records FUNCTION: calls it with verdict, picture and text of each record. A record that a power cut or a kill
+# left half-written is passed over.
 read_records() {
   local verdict image text file
   for file in "$state"/records/*; do
@@ -60,7 +59,7 @@ keep_refreshed() {
   [[ $1 != converted ]] || printf '%s\0' "$2"
 }
 
-# begin_records: remember what an interrupted run has refreshed, if that matters, and start with no records.
+# begin_records: after an interrupted run remember what it has refreshed, if that matters; then start anew.
 begin_records() {
   local image
   declare -gA refreshed=()
@@ -81,7 +80,7 @@ begin_records() {
   fi
 }
 
-# write_run: write the files that the jobs read.
+# write_run: what the jobs read.
 write_run() {
   local index
   for index in "${!roots[@]}"; do
@@ -91,7 +90,7 @@ write_run() {
     : >"$state/messages"
 }
 
-# end_records: remove the records, because there is nothing left to continue.
+# end_records: nothing is left to go on with.
 end_records() {
   rm -rf -- "$state/records" "$state/refreshed"
 }

@@ -1,16 +1,16 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Reports the results of all pictures and sets the exit status.
+# What became of the pictures, and the status that tells it.
 # shellcheck disable=SC2034,SC2154  # the variables are shared by the files of this folder
 
-# quote TEXT: put TEXT into $quoted, quoted for bash if it contains control characters. For loops in which a process per
-# picture would take too long.
+# quote TEXT: put it into $quoted as it is or, with control characters in it, as bash would have it quoted. For where a
+# process for each picture would take too long.
 quote() {
   quoted=$1
   [[ $1 != *[[:cntrl:]]* ]] || printf -v quoted '%q' "$1"
 }
 
-# shown TEXT: print TEXT, quoted for bash if it contains control characters.
+# shown TEXT: the same, printed.
 shown() {
   local quoted
   quote "$1"
@@ -29,7 +29,7 @@ take_record() {
   texts[$2]=$3
 }
 
-# count_verdicts: count the verdicts and write one line per picture to the report; put failures into $failures, too.
+# count_verdicts: of every picture, with one line for each in the report; failures into $failures, too.
 count_verdicts() {
   local image input dng out verdict text line quoted
   declare -gA verdicts=() texts=()
@@ -56,8 +56,7 @@ count_verdicts() {
   done 6>"$state/report"
 }
 
-# put_on_disk: wait until the DNGs are on the disk, because the user may now delete originals and then lose power. Fails
-# if the disk does.
+# put_on_disk: whoever deletes originals now must not lose the DNGs to a power cut. Fails when the disk does.
 put_on_disk() {
   local out existing=()
   for out in "${outs[@]}"; do
@@ -66,10 +65,10 @@ put_on_disk() {
   ((${#existing[@]} == 0)) || sync -f -- "${existing[@]}" 2>>"$state/messages"
 }
 
-# tell_remarks: print the first few remarks; all pictures of a year may have the same one.
+# tell_remarks: the first of them; a whole year may have the same one.
 tell_remarks() {
   local remark most=10
-  say '%d converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
+  say '%d of the converted with a remark: see %s\n' "$remarked" "$(shown "$state/report")"
   for remark in "${remarks[@]:0:most}"; do
     say 'Remark: %s\n' "$remark"
   done
@@ -91,19 +90,19 @@ tell() {
   fi
 }
 
-# settle: print the summary and end.
+# settle: the summary, and the end.
 settle() {
   local status=0 signals=([1]=HUP [2]=INT [15]=TERM) number
   count_verdicts
   tell
   if [[ -n ${interrupted-} ]]; then
-    printf 'Interrupted (%s). The same command continues from here.\n' "$interrupted" >&2
+    printf 'Interrupted (%s). The same command goes on from here.\n' "$interrupted" >&2
     for number in "${!signals[@]}"; do
       [[ ${signals[number]} != "$interrupted" ]] || exit $((128 + number))
     done
   fi
   if ((${#images[@]} == 0)); then
-    printf 'velmarcon-batch: no picture found: no .RAW and no camera DNG (names in capital letters)\n' >&2
+    printf 'velmarcon-batch: no picture found: no .RAW and no DNG of the camera (names in capital letters)\n' >&2
     status=$status_some_failed
   fi
   if ((unreached > 0)); then

@@ -1,9 +1,9 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Completion of velmarcon-batch's options and their values, for bash. After "--", completes velmarcon's own options,
-# except those that velmarcon-batch itself sets.
+# Completion of velmarcon-batch's options and their values, for bash. Behind "--" stand velmarcon's own options, but for
+# those that this command gives itself.
 
-# Whether "--" comes before the word that is completed.
+# Whether "--" stands before the word that is completed.
 _velmarcon_batch_behind_dashes() {
   local i
   for ((i = 1; i < COMP_CWORD; i++)); do

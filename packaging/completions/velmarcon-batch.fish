@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Completion of velmarcon-batch's options and their values, for fish. After "--", completes velmarcon's own options,
-# except those that velmarcon-batch itself sets.
+# Completion of velmarcon-batch's options and their values, for fish. Behind "--" stand velmarcon's own options, but for
+# those that this command gives itself.
 
 function __velmarcon_batch_own
     not contains -- -- (commandline -opc)
@@ -10,10 +10,10 @@ complete -c velmarcon-batch -f
 complete -c velmarcon-batch -n __velmarcon_batch_own -a '(__fish_complete_directories)'
 complete -c velmarcon-batch -n __velmarcon_batch_own -s o -l output -x -a '(__fish_complete_directories)' -d 'Write the DNGs there'
 complete -c velmarcon-batch -n __velmarcon_batch_own -s j -l jobs -x -d 'How many to run at a time'
-complete -c velmarcon-batch -n __velmarcon_batch_own -l hosts -x -a '(__fish_print_hostnames)' -d 'Use other machines over ssh'
-complete -c velmarcon-batch -n __velmarcon_batch_own -l fresh -d 'With -r: convert all pictures, even those already refreshed'
+complete -c velmarcon-batch -n __velmarcon_batch_own -l hosts -x -a '(__fish_print_hostnames)' -d 'Have other machines do it'
+complete -c velmarcon-batch -n __velmarcon_batch_own -l fresh -d 'With -r: do all pictures, also those already refreshed'
 complete -c velmarcon-batch -n __velmarcon_batch_own -s n -l dry-run -d 'List what would be done'
-complete -c velmarcon-batch -n __velmarcon_batch_own -s q -l quiet -d 'Report only failures'
+complete -c velmarcon-batch -n __velmarcon_batch_own -s q -l quiet -d 'Tell of failures only'
 complete -c velmarcon-batch -n __velmarcon_batch_own -l state -x -a '(__fish_complete_directories)' -d 'Folder of the job log'
 complete -c velmarcon-batch -n __velmarcon_batch_own -s h -l help -d 'Print the options'
 complete -c velmarcon-batch -n __velmarcon_batch_own -l version -d 'Print the version'

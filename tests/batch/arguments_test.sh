@@ -1,10 +1,10 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Tests the command line of velmarcon-batch.
+# The command line of velmarcon-batch.
 # shellcheck disable=SC2154  # run_test sets the variables
 # shellcheck disable=SC2164  # it also makes a failing cd end the test
 
-# refused TEXT ARGUMENT...: expect status 2, the printed text, and no files.
+# refused TEXT ARGUMENT...: status 2, the text is printed, and nothing is done.
 refused() {
   local text=$1
   shift
@@ -29,18 +29,18 @@ RefusesADarkReference() {
 
 RefusesInputAndOutputForVelmarcon() {
   pair in/L1
-  refused 'velmarcon-batch itself names the input and the output of each velmarcon' -o out in -- -i x
-  refused 'names the input and the output' -o out in -- -input x
-  refused 'names the input and the output' -o out in -- -r -o x
+  refused 'the input and the output of each velmarcon are given to it from here' -o out in -- -i x
+  refused 'the input and the output' -o out in -- -input x
+  refused 'the input and the output' -o out in -- -r -o x
 }
 
-RefusesOptionsThatVelmarconIgnores() {
+RefusesWhatVelmarconWouldPassOver() {
   pair in/L1
-  refused "'in2' after -- is neither an option nor the value of one" in -- -r in2
-  refused "'200' after --" in -- -b 100 200
+  refused "'in2' behind -- is no option, nor the value of one" in -- -r in2
+  refused "'200' behind --" in -- -b 100 200
 }
 
-# remarking LINE...: make a program $scratch/remarking that prints these lines first, as the installed command does.
+# remarking LINE...: a program $scratch/remarking that says this first, as the installed command does.
 remarking() {
   {
     printf '#!/bin/sh\n'
@@ -55,7 +55,7 @@ RefusesWhatTheInstalledCommandRemarksOn() {
   local -x VELMARCON=$scratch/remarking
   remarking 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b'
   refused 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b' -o out in -- -vb
-  refused 'velmarcon has remarks on the options after --:' -n -o out in -- -vb
+  refused 'what stands after -- is not as velmarcon wants it:' -n -o out in -- -vb
   remarking 'velmarcon: -x: ignored: there is no such option'
   refused 'velmarcon: -x: ignored: there is no such option' -o out in -- -x
   remarking 'velmarcon: -l 1: this code adds no lens data: it must have six digits, each 0 or 1'
@@ -72,8 +72,8 @@ RefusesWrongUsage() {
   refused 'no folder given' -- -r
   refused 'unknown option -r' in -r
   refused 'unknown option --frsh' in --frsh
-  refused 'nowhere is not a folder' in nowhere
-  refused 'in/L1.RAW is not a folder' in/L1.RAW
+  refused 'nowhere is no folder' in nowhere
+  refused 'in/L1.RAW is no folder' in/L1.RAW
   refused '-o needs a value' in -o
   refused '--output needs a value' in --output=
   local jobs
@@ -156,7 +156,7 @@ ADryRunListsAndDoesNothing() {
   expect_files in L1.RAW L1.JPG L2.RAW L2.JPG L3.DNG
 }
 
-QuietReportsOnlyFailures() {
+QuietTellsOfFailuresOnly() {
   pair in/L1
   batch -q -o out in
   expect_status 0
@@ -167,7 +167,7 @@ QuietReportsOnlyFailures() {
   [[ $(<printed) == "Failed: $scratch/in/L1.RAW: L1.JPG: Error #0010: Unable to find JPG file." ]] || fail "not just it"
 }
 
-ReportsAnOutputFolderThatCannotBeMade() {
+AnOutputFolderThatCannotBeMade() {
   pair in/L1
   : >file
   batch -o file/out in

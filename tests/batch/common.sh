@@ -1,16 +1,16 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Functions that the tests of velmarcon-batch share. Each test is a function in one of the *_test.sh files; run_test
-# calls it in a process and a folder, $scratch, of its own.
+# What the tests of velmarcon-batch share. Each test is a function in one of the *_test.sh files and runs in a process
+# and a folder of its own, $scratch; run_test calls it.
 # shellcheck disable=SC2154  # run_test sets the variables
 
 set -euo pipefail
 unset CDPATH PARALLEL PARALLEL_SSH XDG_STATE_HOME XDG_DATA_HOME
 
-# The size in bytes of a converted pair's raw image, and of a camera DNG.
+# Bytes of what a converted pair's raw image takes, and of a DNG of the camera's.
 export image_bytes=20998656 camera_dng_bytes=10575296
 
-# fail MESSAGE...: fail the test, and print the output of the last run of velmarcon-batch.
+# fail MESSAGE...: the test has failed; says what the last run of velmarcon-batch printed.
 fail() {
   printf 'FAILED: %s\n' "$*" >&2
   [[ ! -f $scratch/printed ]] || sed 's/^/  printed: /' "$scratch/printed" >&2
@@ -23,7 +23,7 @@ skip() {
   exit 77
 }
 
-# batch ARGUMENT...: run velmarcon-batch; put its status into $status and its output into the file $scratch/printed.
+# batch ARGUMENT...: run velmarcon-batch; its status into $status, what it prints into the file $scratch/printed.
 batch() {
   status=0
   "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null || status=$?
@@ -33,17 +33,17 @@ expect_status() {
   [[ $status -eq $1 ]] || fail "status $status instead of $1"
 }
 
-# expect_line TEXT: expect a line with exactly this text in the output.
+# expect_line TEXT: one whole line of what was printed.
 expect_line() {
   grep -qxF -- "$1" "$scratch/printed" || fail "no line: $1"
 }
 
-# expect_text TEXT: expect the text anywhere in the output.
+# expect_text TEXT: somewhere in what was printed.
 expect_text() {
   grep -qF -- "$1" "$scratch/printed" || fail "not printed: $1"
 }
 
-# expect_files FOLDER NAME...: expect exactly these files in the folder and below it, including hidden and part files.
+# expect_files FOLDER NAME...: these files, with their paths in the folder, and no others, parts and hidden ones included.
 expect_files() {
   local folder=$1 wanted found
   shift
@@ -63,7 +63,7 @@ expect_summary() {
   expect_line "$1 picture$many: $2 converted, $3 already there, $4 failed"
 }
 
-# pair PATH [NUMBER]: copy the card's pair with that number (default 1) to PATH.RAW and PATH.JPG.
+# pair PATH [NUMBER]: the card's pair of that number (default 1) as PATH.RAW and PATH.JPG.
 pair() {
   local number=${2-1}
   mkdir -p -- "${1%/*}"
@@ -71,7 +71,7 @@ pair() {
   ln -- "$card/L100000$number.JPG" "$1.JPG"
 }
 
-# camera_dng PATH: copy a camera DNG to PATH.DNG; not a link, because a repair may replace it.
+# camera_dng PATH: a DNG of the camera's as PATH.DNG; a copy, because a repair may replace it.
 camera_dng() {
   mkdir -p -- "${1%/*}"
   cp -- "$card/L1000004.DNG" "$1.DNG"
@@ -85,14 +85,14 @@ many_pairs() {
   done
 }
 
-# state_folder: print the state folder of the only command that was run.
+# state_folder: of the only command that was run.
 state_folder() {
   local folders=("$HOME"/.local/state/velmarcon-batch/*/)
   [[ ${#folders[@]} -eq 1 ]] || fail "not one folder of state but ${folders[*]}"
   printf '%s' "${folders[0]%/}"
 }
 
-# wait_for CONDITION...: wait until the command succeeds; give up on a hung run after a minute.
+# wait_for CONDITION...: until the command succeeds; a minute is for hung runs.
 wait_for() {
   local deadline=$((SECONDS + 60))
   until "$@" 2>/dev/null; do
@@ -101,26 +101,26 @@ wait_for() {
   done
 }
 
-# need_terminal: skip the test if no terminal can be made, as in a root folder without /dev/pts.
+# need_terminal: skips the test where none can be made, as in a root folder without /dev/pts.
 need_terminal() {
   command -v script >/dev/null || skip "there is no script, which makes a terminal"
   script -qec true /dev/null </dev/null >/dev/null 2>&1 || skip "no terminal can be made"
 }
 
-# has_dngs FOLDER NUMBER: whether the folder has at least that many DNGs.
+# has_dngs FOLDER NUMBER: at least so many.
 has_dngs() {
   [[ $(find "$1" -name '*.DNG' | wc -l) -ge $2 ]]
 }
 
-# gated_program NUMBER: put the path of a velmarcon into $gated that converts that many pictures and then waits for the
-# file $scratch/open. So a run can be interrupted at a known point, however busy the machine is.
+# gated_program NUMBER: put the path of a velmarcon into $gated that does as many pictures, and then waits for the file
+# $scratch/open. So a run can be interrupted at a known place, however busy the machine is.
 gated_program() {
   gated=$scratch/gated/velmarcon
   mkdir -- "$scratch/gated" "$scratch/tickets"
   ln -- "$program" "$scratch/gated/real"
   cat >"$gated" <<END
 #!/bin/bash
-# This call only checks the spelling of the options.
+# Asked only whether the options are spelt as they should be.
 [[ "\$*" != "-i /dev/null"* ]] || exec "$scratch/gated/real" "\$@"
 for ((ticket = 0; ticket < $1; ticket++)); do
   mkdir "$scratch/tickets/\$ticket" 2>/dev/null && exec "$scratch/gated/real" "\$@"

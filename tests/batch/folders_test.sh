@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Tests which pictures velmarcon-batch finds, and where it puts their DNGs.
+# Which pictures velmarcon-batch finds, and where it puts their DNGs.
 # shellcheck disable=SC2154  # run_test sets the variables
 # shellcheck disable=SC2164  # it also makes a failing cd end the test
 # shellcheck disable=SC2016,SC1003  # names that look like something else
@@ -17,7 +17,7 @@ MirrorsTheFolderTree() {
   expect_same L2.DNG out/2008/05/L2.DNG
 }
 
-WithoutOutputTheDngsAreNextToTheRawFiles() {
+WithoutOutputTheDngsLieBesideTheRawFiles() {
   pair in/a/L1
   batch in
   expect_status 0
@@ -31,7 +31,7 @@ MakesTheOutputFolder() {
   expect_files new folder/L1.DNG
 }
 
-SeveralFoldersGetOneFolderEach() {
+SeveralFoldersGetAFolderEach() {
   pair one/x/L1
   pair deep/two/L1 2
   batch -o out one deep/two/
@@ -39,7 +39,7 @@ SeveralFoldersGetOneFolderEach() {
   expect_files out one/x/L1.DNG two/L1.DNG
 }
 
-RefusesFoldersWithEqualNames() {
+RefusesSeveralFoldersOfOneName() {
   pair a/DCIM/L1
   pair b/DCIM/L1
   batch -o out a/DCIM b/DCIM
@@ -86,11 +86,11 @@ DoesNotSearchTheOutputFolderInTheInput() {
   batch -o in/out in
   expect_status 0
   expect_summary 2 2 0 0
-  expect_text "Not searched, because it is the output folder: $scratch/in/out"
+  expect_text "Not searched, being the output folder: $scratch/in/out"
   expect_files in/out L1.DNG L2.DNG 'out [x]/L3.DNG'
 }
 
-AcceptsTheInputFolderAsOutput() {
+OutputThatIsTheInputFolder() {
   pair in/a/L1
   batch -o in in
   expect_status 0
@@ -109,7 +109,7 @@ DoesNotFollowLinksToFolders() {
   expect_files out a/L1.DNG
 }
 
-TreatsALinkToAFileAsAFile() {
+TakesALinkToAFileForAFile() {
   pair there/L1
   camera_dng there/L2
   "$program" -i there/L1.RAW -o there >/dev/null
@@ -122,7 +122,7 @@ TreatsALinkToAFileAsAFile() {
   expect_files out L1.DNG L2.DNG
 }
 
-FindsOnlyWhatVelmarconFindsInAFolder() {
+TakesOnlyWhatVelmarconTakesInAFolder() {
   pair in/L1
   cp "$card/L1000001.RAW" in/small.raw
   cp "$card/L1000004.DNG" in/small.dng
@@ -133,7 +133,7 @@ FindsOnlyWhatVelmarconFindsInAFolder() {
   expect_files out L1.DNG
 }
 
-AcceptsAnyFileName() {
+TakesAnyName() {
   local name names=('two words' "it's" 'a"b' '$HOME' '`id`' '{}' '{1}' '%s%n' '*' '-r' '#1' $'line\nfeed' $'\n' \
     $'latin\xe9' 'ünï' 'back\slash' 'end\' '~' '!' '&& false' '..x' ' ' '.' 'a.b')
   for name in "${names[@]}"; do
@@ -154,7 +154,7 @@ AcceptsAnyFileName() {
   expect_summary 25 0 25 0
 }
 
-AcceptsAnyFolderName() {
+TakesAnyNameOfAFolder() {
   local name
   for name in -o $'line\nfeed\n' '{}' 'x y' '100%' 'back\'; do
     pair "in/$name/L1"
@@ -163,7 +163,7 @@ AcceptsAnyFolderName() {
   done
 }
 
-# unprivileged COMMAND...: run the command as a user whom permissions restrict.
+# unprivileged COMMAND...: as a user to whom permissions matter.
 unprivileged() {
   if [[ $(id -u) -ne 0 ]]; then
     "$@"
@@ -181,7 +181,7 @@ unprivileged() {
   "$@"
 }
 
-AFolderThatCannotBeReadIsAFailure() {
+AFolderThatCannotBeReadIsNoSuccess() {
   pair in/a/L1
   pair in/closed/L2
   chmod 0 in/closed

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Tests velmarcon-batch --hosts.
+# velmarcon-batch --hosts.
 # shellcheck disable=SC2154,SC2119  # run_test sets the variables; arguments may be left out
 # shellcheck source-path=SCRIPTDIR source=ssh_server.sh
 . "$here/ssh_server.sh"
 
-# use_databases: use a program with both databases next to it.
+# use_databases: a program with both databases beside it.
 use_databases() {
   mkdir -- "$scratch/with-databases"
   ln -- "$program" "$card/lensdb.ini" "$card/sensdb.ini" "$scratch/with-databases"
@@ -83,7 +83,7 @@ AnotherMachineTellsWhyAPictureFailed() {
   expect_files out two/L1.DNG
   "$program" -i two/L1 -o . -b >/dev/null
   expect_same L1.DNG out/two/L1.DNG
-  # The next run fetches only what is missing here.
+  # The next run takes over only what is not here.
   rm -f "$scratch/done-on-host"
   ln "$card/L1000001.JPG" one/L1.JPG
   batch -o out --hosts other one two -- -b
@@ -91,7 +91,7 @@ AnotherMachineTellsWhyAPictureFailed() {
   [[ $(grep -c RAW "$scratch/done-on-host") -eq 1 ]] || fail "done once more"
 }
 
-# not_begun TEXT HOSTS: expect status 3, the printed text, and no files.
+# not_begun TEXT HOSTS: status 3, and nothing was done.
 not_begun() {
   batch -o out --hosts "$2" in
   expect_status 3
@@ -167,7 +167,7 @@ WhatIsReplacedThroughAnotherMachine() {
   expect_summary 2 1 0 1
   [[ ! in/L1.DNG -ef old.DNG ]] || fail "not replaced"
   expect_same in/L1.DNG old.DNG
-  expect_text "a camera DNG is not replaced through other machines; leave out --hosts"
+  expect_text "a DNG of the camera's own is not replaced by way of other machines; leave out --hosts"
   expect_same in/L2.DNG "$card/L1000004.DNG"
 }
 
@@ -196,7 +196,7 @@ AnInterruptedRunOnAnotherMachineGoesOn() {
   expect_status 0
   expect_summary 6 $((6 - there)) "$there" 0
   [[ $(ls -A out) == "$(ls -A expected)" ]] || fail "in the output folder: $(ls -A out)"
-  # Each run has a folder of its own, because the connections of the first may remove its pictures later.
+  # Each in a folder of its own: the first run's connections may still remove its pictures there, late.
   folders=$(sed 's|/[0-9]*/[^/]*$||' done-on-host | sort -u | wc -l)
   [[ $folders -eq 2 ]] || fail "two runs in $folders folders: $(cat done-on-host)"
 }

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Tests what velmarcon-batch counts as success, and what it prints.
+# What velmarcon-batch takes for success, and what it tells.
 # shellcheck disable=SC2154  # run_test sets the variables
 
 ARawFileWithoutJpegFailsWithTheReason() {
@@ -127,7 +127,7 @@ ADngOfTheCamerasOwnIsReplacedOnlyOnRequest() {
   camera_dng in/L1
   batch in
   expect_status 1
-  expect_text "a camera DNG is repaired into another folder (--output), or in place with -r"
+  expect_text "a DNG of the camera's own is repaired into another folder (--output), or in its place with -r"
   expect_same in/L1.DNG "$card/L1000004.DNG"
   batch in -- -r
   expect_status 0
@@ -171,7 +171,7 @@ ARemarkStandsInTheReport() {
   pair in/L1
   batch -o out in -- -s
   expect_status 0
-  expect_text '1 converted with a remark: see '
+  expect_text '1 of the converted with a remark: see '
   grep -qx "converted: $scratch/in/L1.RAW: Error #0014: No Sensor database found." "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
 }
@@ -183,7 +183,7 @@ AShortRawFileIsRemarkedOn() {
   batch -o out in
   expect_status 0
   expect_summary 2 2 0 0
-  expect_text '1 converted with a remark: see '
+  expect_text '1 of the converted with a remark: see '
   local remark='the RAW file has only 20000000 of 21041100 bytes, and the picture ends early'
   grep -qx "converted: $scratch/in/L2.RAW: $remark" "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
@@ -197,7 +197,7 @@ OfManyRemarksTheFirstTenAreTold() {
   done
   batch -o out in -- -s
   expect_status 0
-  expect_text '12 converted with a remark: see '
+  expect_text '12 of the converted with a remark: see '
   [[ $(grep -c '^Remark: .*: Error #0014: No Sensor database found.$' printed) -eq 10 ]] || fail "not ten"
   expect_line '... and 2 more'
 }
@@ -240,7 +240,7 @@ UsersSettingsOfParallelDoNotMatter() {
   [[ $(find out -name '*.DNG' | wc -l) -eq 1 ]] || fail "no DNG"
 }
 
-# without_parallel NAME...: print a search path with everything that is needed except GNU parallel.
+# without_parallel NAME...: a search path with everything that is needed but GNU parallel.
 without_parallel() {
   mkdir bin
   local tool
@@ -255,7 +255,7 @@ NamesThePackageWhenParallelIsMissing() {
   PATH=$scratch/bin batch -o out in
   expect_status 3
   expect_line 'velmarcon-batch: GNU parallel is not installed (Debian: apt-get install parallel)'
-  # The other program with that name.
+  # The other program of that name.
   printf '#!/bin/sh\necho parallel from moreutils\n' >bin/parallel
   chmod +x bin/parallel
   PATH=$scratch/bin batch -o out in

@@ -1,20 +1,20 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Tests runs of velmarcon-batch that are interrupted, and runs that continue them.
+# Runs of velmarcon-batch that are interrupted, and those that go on from there.
 # shellcheck disable=SC2154  # run_test sets the variables
 
-# begin NUMBER ARGUMENT...: run velmarcon-batch in a session of its own until that many pictures are done; put its
-# process number into $front.
+# begin NUMBER ARGUMENT...: run velmarcon-batch in a session of its own, up to where as many pictures are done; its
+# process into $front.
 begin() {
   gated_program "$1"
   shift
-  # A background process of a script ignores Ctrl-C by default.
+  # What a script starts in the background ignores Ctrl-C, unless told otherwise.
   VELMARCON=$gated setsid env --default-signal=INT "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null &
   front=$!
 }
 
-# session_of FRONT: print all processes of its session that have not ended; some that have may still be listed by the
-# system. Uses the session, because GNU parallel gives each job a process group of its own.
+# session_of FRONT: all processes of its session that have not ended; the system may take its time to clear away those
+# that have. GNU parallel gives each job a process group of its own.
 session_of() {
   local process status fields
   for process in /proc/[0-9]*; do
@@ -24,7 +24,7 @@ session_of() {
   done
 }
 
-# kill_all: kill everything at once, like a power cut.
+# kill_all: the power is cut.
 kill_all() {
   local processes
   until session_is_over; do
@@ -34,14 +34,13 @@ kill_all() {
   done
 }
 
-# end_of_front: wait for velmarcon-batch; put its status into $status.
+# end_of_front: wait for it; its status into $status.
 end_of_front() {
   status=0
   wait "$front" || status=$?
 }
 
-# end_of_session: wait until no process of the run is left. A process that was converting a picture when velmarcon-batch
-# ended may finish it first.
+# end_of_session: wait until nothing of the run is left. What was at work on a picture when the front ended may end it.
 end_of_session() {
   : >"$scratch/open"
   wait_for session_is_over
@@ -51,7 +50,7 @@ session_is_over() {
   [[ -z $(session_of "$front") ]]
 }
 
-# expect_whole_dngs FOLDER: expect every DNG with its final name to be the same as after an uninterrupted run.
+# expect_whole_dngs FOLDER: whatever has its final name is as a run without interruption makes it.
 expect_whole_dngs() {
   local dng
   while IFS= read -r dng; do
@@ -59,17 +58,17 @@ expect_whole_dngs() {
   done < <(find "$1" -name '*.DNG')
 }
 
-# prepare NUMBER: make that many pairs in the folder in, and their DNGs in the folder expected.
+# prepare NUMBER: so many pairs in the folder in, and their DNGs in the folder expected.
 prepare() {
   many_pairs in "$1"
   mkdir expected
   "$program" -i in -o expected >/dev/null
 }
 
-# expect_completion NUMBER: expect the same command to complete the DNGs, and to make only those that were missing.
+# expect_completion NUMBER: the same command ends with every DNG, having made only those that were missing.
 expect_completion() {
   local there before
-  # A process that was converting a picture when the run ended may still finish it; it holds the lock of the run.
+  # What was at work on a picture when the run ended may still end it; it keeps the lock of the run.
   : >"$scratch/open"
   wait_for flock -n "$(state_folder)/lock" true
   there=$(find out -name '*.DNG' | wc -l)
@@ -83,7 +82,7 @@ expect_completion() {
   [[ -z $(comm -23 <(echo "$before") <(numbered_dngs)) ]] || fail "a DNG that was there was made once more"
 }
 
-# numbered_dngs: print the DNGs in the output folder, each with what distinguishes the file from any other.
+# numbered_dngs: the DNGs in the output folder, each with what tells the file from any other.
 numbered_dngs() {
   find out -name '*.DNG' -exec stat -c '%i %y %n' {} + | sort
 }
@@ -95,7 +94,7 @@ AnInterruptEndsWith130AndTheNextRunGoesOn() {
   kill -INT "$front"
   end_of_front
   expect_status 130
-  expect_text 'Interrupted (INT). The same command continues from here.'
+  expect_text 'Interrupted (INT). The same command goes on from here.'
   expect_text ' not reached'
   end_of_session
   expect_whole_dngs out
@@ -154,7 +153,7 @@ PowerCutsAtAnyMoment() {
     rm -rf out
     setsid "$batch_program" -j 2 -o out in >"$scratch/printed" 2>&1 </dev/null &
     front=$!
-    # From before the first picture to after the last one, on an idle machine.
+    # From before the first picture to behind the last one, on a machine with nothing else to do.
     sleep "0.$((1 + cut))"
     kill_all
     [[ ! -d out ]] || expect_whole_dngs out
@@ -172,7 +171,7 @@ JobsEndWhenTheirRunIsKilled() {
   kill -KILL "$front"
   end_of_front
   : >open
-  # A process that is converting a picture ends, too.
+  # What is at work on a picture ends with it.
   end_of_session
   batch -j 2 -o out in
   expect_status 0
@@ -181,7 +180,7 @@ JobsEndWhenTheirRunIsKilled() {
   [[ $(<printed) =~ ' pictures: '([0-9]+)' converted' && ${BASH_REMATCH[1]} -gt 0 ]] || fail "all had been done"
 }
 
-# refreshed_files FOLDER: print the files that differ from those in the folder old.
+# refreshed_files FOLDER: those that are not the ones of the folder old.
 refreshed_files() {
   local dng
   for dng in "$1"/*.DNG; do
@@ -197,7 +196,7 @@ has_recorded() {
   [[ $(cat "$HOME"/.local/state/velmarcon-batch/*/records/* | tr '\0' '\n' | grep -cx converted) -ge $1 ]]
 }
 
-# begin_refresh: start a run with -r that is cut off after a few pictures; link these into the folder refreshed.
+# begin_refresh: a run with -r that is cut off after a few pictures; those are linked into the folder refreshed.
 begin_refresh() {
   prepare 12
   cp -r expected out
@@ -219,7 +218,7 @@ kill_front_by_int() {
   end_of_session
 }
 
-# expect_same_files: expect the files in the folder refreshed to be the ones in the output folder.
+# expect_same_files: those in the folder refreshed are still the ones in the output folder.
 expect_same_files() {
   local dng
   for dng in refreshed/*; do
@@ -232,11 +231,11 @@ ARefreshGoesOnWhereItWasInterrupted() {
   batch -j 2 -o out in -- -r
   expect_status 0
   expect_summary 12 $((12 - number_done)) "$number_done" 0
-  expect_text "Continuing an interrupted run, which refreshed $number_done of them"
+  expect_text "Going on with an interrupted run, which refreshed $number_done of them"
   expect_same_files
   [[ $(refreshed_files out | wc -l) -eq 12 ]] || fail "not all were refreshed"
   expect_whole_dngs out
-  # That run was not interrupted, so the next one starts from the beginning.
+  # That run came to its end; the next one is a new one.
   batch -j 2 -o out in -- -r
   expect_summary 12 12 0 0
 }
@@ -245,7 +244,7 @@ ARefreshGoesOnAfterAPowerCut() {
   begin_refresh kill_all
   batch -j 2 -o out in -- -r
   expect_status 0
-  # One picture per job may have been finished but not recorded.
+  # One picture for each job may have been finished, but not recorded.
   [[ $(grep -c . < <(for dng in refreshed/*; do [[ $dng -ef out/${dng##*/} ]] || echo x; done)) -le 2 ]] ||
     fail "most were refreshed once more"
   [[ $(refreshed_files out | wc -l) -eq 12 ]] || fail "not all were refreshed"
@@ -254,7 +253,7 @@ ARefreshGoesOnAfterAPowerCut() {
 
 ARefreshGoesOnAlthoughPicturesCameAndWent() {
   begin_refresh kill_front_by_int
-  # New pictures before and between the others, so that none keeps its old number.
+  # Before and between the others, so that nothing has its old number.
   pair in/A 1
   pair in/L0000001x 2
   local gone

@@ -1,14 +1,14 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Runs an ssh server for the test, on the loopback, as the current user. It acts as another machine, with its own home
-# folder, $host_home, and a search path with the programs that the test puts into $host_bin.
+# An ssh server of the test's own, on the loopback, as the current user: "another machine" with a home folder of its
+# own, $host_home, and a search path of its own, on which there is what the test puts into $host_bin.
 # shellcheck disable=SC2154,SC2119,SC2120  # run_test sets the variables; arguments may be left out
 
-# start_ssh_server: start it, or skip the test if that is not possible.
+# start_ssh_server: skips the test when there can be none.
 start_ssh_server() {
   command -v ssh ssh-keygen rsync >/dev/null || skip "there is no ssh or no rsync"
   local reason packages=$build/ssh-server
-  # GNU parallel, rsync and the loader split names at blanks, and sockets need short names.
+  # GNU parallel, rsync and the loader split names at blanks, and sockets need short ones.
   short_folder=$(mktemp -d /tmp/vb-XXXXXX)
   trap stop_ssh_server EXIT
   made_run_folder=no
@@ -19,7 +19,7 @@ start_ssh_server() {
   host_bin=$short_folder/bin
   mkdir -p -- "$server_folder" "$host_home" "$host_bin"
   ln -s -- "$(command -v rsync)" "$host_bin/rsync"
-  # All programs of this machine except an installed velmarcon.
+  # What a machine has, but for a velmarcon that is installed here.
   mkdir -- "$short_folder/tools"
   find /bin/ /usr/bin/ -mindepth 1 -maxdepth 1 ! -name 'velmarcon*' -exec ln -sf -t "$short_folder/tools" -- {} +
   ssh-keygen -q -t ed25519 -N '' -f "$server_folder/host_key"
@@ -47,13 +47,12 @@ END
   printf 'photographers:x:%d:\nnogroup:x:65534:\n' "$(id -g)" >"$server_folder/group"
 }
 
-# start_on_a_free_port: try ports, because the server ends at once if its port is taken.
+# start_on_a_free_port: a taken one ends the server at once.
 start_on_a_free_port() {
   local tries port libraries wrapper
   wrapper=$(find "$short_folder/packages/" -name libnss_wrapper.so)
   libraries=$(dirname -- "$(find "$short_folder/packages/" -name 'libwrap.so.0')")
-  # Run by root, the server confines its helper process to this folder; remove the folder afterwards if it was made
-  # here.
+  # As root the server shuts its helper process into this folder; a folder that was made is removed again.
   if [[ $(id -u) -eq 0 && ! -d /run/sshd ]]; then
     mkdir -m 755 /run/sshd 2>/dev/null || skip "no ssh server: /run/sshd cannot be made"
     made_run_folder=yes
@@ -71,7 +70,7 @@ start_on_a_free_port() {
   skip "no ssh server: $(tail -n 1 "$server_folder/log")"
 }
 
-# write_client_config PORT: use one connection for everything, which saves most of the time.
+# write_client_config PORT: one connection serves all, which saves most of the time.
 write_client_config() {
   cat >"$server_folder/client_config" <<END
 Host other
@@ -105,9 +104,8 @@ stop_ssh_server() {
   rm -rf -- "$scratch" "$short_folder"
 }
 
-# put_program_on_host [VERSION]: put a simple version of the installed command there, which prints its version and
-# starts the program with the databases in the user's data folder. While the file $scratch/hold exists, it converts only
-# two pictures.
+# put_program_on_host [VERSION]: the installed command, as far as it matters here: it tells its version, and starts the
+# program with the databases of the user's data folder. As long as there is a file $scratch/hold, it does two pictures.
 put_program_on_host() {
   cat >"$host_bin/velmarcon" <<END
 #!/bin/bash
