@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_BATCH_PROOF_DNG_PROOF_H
+#define VELMARCON_BATCH_PROOF_DNG_PROOF_H
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "app/run_settings.h"
+#include "base/byte_view.h"
+#include "batch/proof/camera_dng.h"
+#include "batch/proof/sensor_corrections.h"
+#include "batch/proof/tag_proof.h"
+#include "exif/lensdb.h"
+#include "input/read_input_data.h"
+#include "sensor/sensdb.h"
+
+/// Compares written DNGs with the files that they were made of, which are read anew for it. Prints nothing.
+/// Keeps its buffers from picture to picture.
+///
+/// Every pixel and every tag must be as the conversion or the repair makes them. The removal of the dark
+/// field adds a random part: there each pixel must be one of the two that it can become.
+class DngProof {
+  public:
+    /// `settings` are those of the conversion; their input and output are not looked at. Everything is owned
+    /// by the caller, and outlives the object. The sensor database is read anew when its file has changed.
+    DngProof(const RunSettings& settings, lensdb& lenses, sensdb& sensors)
+        : settings_(settings), lenses_(lenses), sensors_(sensors) {}
+
+    /// Whether `dng`, all bytes of a DNG file, is what the settings make of `base`.RAW, `base`.JPG and, if it
+    /// counts, `base`.BIA in `folder`; or, with `camera_dng`, of `base`.DNG there. `folder` ends in its
+    /// separator or is empty. Returns an empty text if it is; otherwise words that follow the picture's name:
+    /// "does not match its RAW file: pixel 17 of row 3 is 512 instead of 513", rows and pixels counted from
+    /// 0; or "cannot be compared with ...".
+    std::string Check(const std::string& folder, const std::string& base, bool camera_dng,
+                      std::span<const std::uint8_t> dng);
+
+  private:
+    std::string CheckPair(const std::string& folder, const std::string& base, ByteView dng);
+    std::string CheckPixelsAsTheyAre(const ReadInputData& record, const WrittenImages& images) const;
+    std::string CheckCorrectedPixels(ReadInputData& record, const WrittenImages& images);
+    std::string CompareCorrected(ReadInputData& record, const WrittenImages& images) const;
+    std::string CheckRepair(const std::string& path, ByteView dng);
+    std::string CompareRepaired(const CameraDng& camera, ByteView dng);
+    std::string CorrectedDifference(const CameraDng& camera, SensorCorrections& corrections, bool dark_field,
+                                    std::span<const std::uint8_t> raw);
+
+    const RunSettings& settings_;
+    lensdb& lenses_;
+    sensdb& sensors_;
+    std::vector<std::uint16_t> frame_;  ///< memory for an image that is corrected
+    std::vector<std::uint8_t> source_;  ///< memory for a camera's DNG
+};
+
+#endif  // VELMARCON_BATCH_PROOF_DNG_PROOF_H
