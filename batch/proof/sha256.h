@@ -2,19 +2,20 @@
 #ifndef VELMARCON_BATCH_PROOF_SHA256_H
 #define VELMARCON_BATCH_PROOF_SHA256_H
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 
-struct gcry_md_handle;
+#include "batch/proof/sha256_blocks.h"
 
 /// A SHA-256 check sum (FIPS 180-4) in the making.
 class Sha256 {
   public:
-    /// Of no bytes so far. Throws std::bad_alloc when there is no memory for it.
-    Sha256();
+    /// Of no bytes so far.
+    Sha256() : compress_(sha256_blocks::Fastest()) {}
 
     /// Takes the next bytes.
     void Add(std::span<const std::uint8_t> bytes);
@@ -23,10 +24,10 @@ class Sha256 {
     std::string Hex() const;
 
   private:
-    struct Closer {
-        void operator()(gcry_md_handle* state) const;
-    };
-    std::unique_ptr<gcry_md_handle, Closer> state_;
+    sha256_blocks::Compress compress_;
+    sha256_blocks::State state_ = sha256_blocks::kInitialState;
+    std::array<std::uint8_t, sha256_blocks::kBlockSize> rest_ = {};  ///< bytes that fill no block yet
+    std::uint64_t length_ = 0;                                       ///< of all bytes
 };
 
 /// The check sum of the plain file at `path`; nothing when it cannot be read whole.

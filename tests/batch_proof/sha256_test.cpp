@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "batch/proof/sha256_blocks.h"
 #include "tests/support/files.h"
 
 namespace {
@@ -39,6 +40,42 @@ TEST(Sha256, MoreBytesMayFollowASum) {
     sum.Add(Bytes("abc"));
     EXPECT_EQ(sum.Hex(), kSumOfAbc);
     EXPECT_EQ(sum.Hex(), kSumOfAbc);
+}
+
+TEST(Sha256, WhereverAPartEnds) {
+    const std::string text(200, 'a');
+    const auto sum_of = [&](std::size_t length, std::size_t part) {
+        Sha256 sum;
+        sum.Add(Bytes(text).first(part));
+        sum.Add(Bytes(text).subspan(part, length - part));
+        return sum.Hex();
+    };
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+        for (std::size_t part = 1; part <= length; ++part) {
+            ASSERT_EQ(sum_of(length, part), sum_of(length, 0)) << length << " " << part;
+        }
+    }
+}
+
+TEST(Sha256, OfAMessageWhosePaddingNeedsABlockOfItsOwn) {
+    Sha256 sum;
+    sum.Add(Bytes("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"));  // 56 bytes
+    EXPECT_EQ(sum.Hex(), "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
+}
+
+TEST(Sha256, TheProcessorsInstructionsGiveTheSame) {
+    std::vector<std::uint8_t> blocks(16 * sha256_blocks::kBlockSize);
+    std::uint32_t seed = 1;
+    for (std::uint8_t& byte : blocks) {
+        seed = seed * 1664525 + 1013904223;
+        byte = static_cast<std::uint8_t>(seed >> 24U);
+    }
+    auto plain = sha256_blocks::kInitialState;
+    auto fast = sha256_blocks::kInitialState;
+    sha256_blocks::CompressPlain(plain, blocks);
+    sha256_blocks::Fastest()(fast, blocks);
+    EXPECT_EQ(plain, fast);
+    EXPECT_NE(plain, sha256_blocks::kInitialState);
 }
 
 TEST(Sha256, OfAFileThatIsReadInParts) {
