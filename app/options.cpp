@@ -10,6 +10,57 @@
 
 namespace {
 
+void SetSensorFix(RunSettings& settings) {
+    settings.sensor_fix = true;
+    settings.dark_field_fix = true;
+}
+
+/// Applies an option that counts, unless it names input or output.
+void Set(const Argument& argument, RunSettings& settings) {
+    switch (argument.option->option) {
+        case Option::kInput:
+        case Option::kOutput:
+            break;
+        case Option::kVerbose:
+            settings.verbose = true;
+            break;
+        case Option::kRefresh:
+            settings.refresh = true;
+            break;
+        case Option::kPreview:
+            settings.preview = true;
+            break;
+        case Option::kBlackLevel:
+            settings.black_level_given = true;
+            if (argument.value) {
+                settings.black_level = BlackLevelFrom(*argument.value);
+            }
+            break;
+        case Option::kLensFix:
+            settings.lens_fix = true;
+            settings.lens_code = argument.value.value_or("");
+            break;
+        case Option::kSensorFix:
+            SetSensorFix(settings);
+            break;
+        case Option::kDarkFieldCreation:
+            SetSensorFix(settings);
+            settings.dark_field_creation = true;
+            break;
+        case Option::kPixelLineTest:
+            SetSensorFix(settings);
+            settings.pixel_line_test = true;
+            break;
+        case Option::kRowOffsetEstimation:
+            SetSensorFix(settings);
+            settings.row_offset_estimation = true;
+            break;
+        case Option::kRawModelVariant:
+            settings.raw_model_variant = true;
+            break;
+    }
+}
+
 /// Turns the arguments of a command line into settings, one by one.
 class OptionReader {
   public:
@@ -31,49 +82,13 @@ class OptionReader {
   private:
     int Apply(const Argument& argument) {
         const std::string value(argument.value.value_or(""));
-        switch (argument.option->option) {
-            case Option::kInput:
-                return SetInput(value);
-            case Option::kOutput:
-                return SetOutput(value);
-            case Option::kVerbose:
-                settings_.verbose = true;
-                break;
-            case Option::kRefresh:
-                settings_.refresh = true;
-                break;
-            case Option::kPreview:
-                settings_.preview = true;
-                break;
-            case Option::kBlackLevel:
-                settings_.black_level_given = true;
-                if (argument.value) {
-                    settings_.black_level = BlackLevelFrom(*argument.value);
-                }
-                break;
-            case Option::kLensFix:
-                settings_.lens_fix = true;
-                settings_.lens_code = value;
-                break;
-            case Option::kSensorFix:
-                SetSensorFix();
-                break;
-            case Option::kDarkFieldCreation:
-                SetSensorFix();
-                settings_.dark_field_creation = true;
-                break;
-            case Option::kPixelLineTest:
-                SetSensorFix();
-                settings_.pixel_line_test = true;
-                break;
-            case Option::kRowOffsetEstimation:
-                SetSensorFix();
-                settings_.row_offset_estimation = true;
-                break;
-            case Option::kRawModelVariant:
-                settings_.raw_model_variant = true;
-                break;
+        if (argument.option->option == Option::kInput) {
+            return SetInput(value);
         }
+        if (argument.option->option == Option::kOutput) {
+            return SetOutput(value);
+        }
+        Set(argument, settings_);
         return 0;
     }
 
@@ -94,11 +109,6 @@ class OptionReader {
         return isdir(settings_.output_folder.c_str()) ? 0 : errors_.PrintError(kBadOutputFolder);
     }
 
-    void SetSensorFix() {
-        settings_.sensor_fix = true;
-        settings_.dark_field_fix = true;
-    }
-
     const ErrorHandler& errors_;
     RunSettings& settings_;
     bool input_given_ = false;
@@ -110,6 +120,16 @@ class OptionReader {
 std::string ExecutableFolder(const std::string& program) {
     const std::string folder = path_names::FolderPart(program);
     return folder.size() == 1 ? "./" : folder;
+}
+
+RunSettings SettingsOf(std::span<const Argument> arguments) {
+    RunSettings settings;
+    for (const Argument& argument : arguments) {
+        if (argument.counts) {
+            Set(argument, settings);
+        }
+    }
+    return settings;
 }
 
 int ParseOptions(std::span<char* const> arguments, const lensdb& lenses, const ErrorHandler& errors,

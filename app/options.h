@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "app/command_line.h"
 #include "app/run_settings.h"
 #include "errors/error_handler.h"
 #include "exif/lensdb.h"
@@ -12,6 +13,9 @@
 /// The folder in which the databases are searched: `program` (argv[0]) up to and including its last
 /// separator; "./" if that is its first character; empty (the current folder) if there is none.
 std::string ExecutableFolder(const std::string& program);
+
+/// The settings that these arguments ask for; -i and -o are left to the caller.
+RunSettings SettingsOf(std::span<const Argument> arguments);
 
 /// Turns the command line (argv, including the program's name) into `settings`, and prints the error that
 /// ends the run if there is one. Returns 0, or that error's code as the exit status. Unknown options are

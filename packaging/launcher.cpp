@@ -15,7 +15,7 @@
 #include "errors/version.h"
 #include "exif/lensdb.h"
 #include "packaging/command_line_remarks.h"
-#include "packaging/data_folder.h"
+#include "packaging/databases.h"
 #include "packaging/help_text.h"
 #include "packaging/kept_sensor_database.h"
 #include "system/path_names.h"
@@ -33,7 +33,6 @@ constexpr int kNotStarted = 126;
 
 /// Where the rest of the package lies, seen from the folder above the launcher's own.
 constexpr const char* kProgram = "lib/velmarcon/velmarcon";
-constexpr const char* kPackagedDatabases = "share/velmarcon";
 
 void PrintVersion() {
     std::printf("velmarcon %s\n", kVersion);
@@ -42,27 +41,6 @@ void PrintVersion() {
 /// Prints to standard error, so that what the program prints stays the same.
 void Say(const std::string& text) {
     std::fprintf(stderr, "velmarcon: %s\n", text.c_str());
-}
-
-/// The folder in which the program looks for its databases.
-struct Databases {
-    fs::path folder;
-    std::string no_own_folder;  ///< why it is the package's, which is only read; empty: it is the user's own
-};
-
-/// An account without a home, as a service has one, still gets the lenses of the package.
-Databases PrepareDatabases(const fs::path& installed) {
-    const fs::path own = DataFolder();
-    if (const std::error_code error = MakeDataFolder(own)) {
-        return {installed / kPackagedDatabases, own.empty()
-                                                    ? "neither XDG_DATA_HOME nor a home folder"
-                                                    : own.string() + ": " + system_error::Text(error)};
-    }
-    const fs::path packaged = installed / kPackagedDatabases / path_names::kLensDatabase;
-    if (const std::error_code error = CopyLensDatabase(packaged, own)) {
-        Say(packaged.string() + ": not copied to " + own.string() + ": " + system_error::Text(error));
-    }
-    return {own, ""};
 }
 
 void SayWhichFolder(const Databases& databases) {
@@ -156,6 +134,9 @@ int main(int argc, char* argv[]) {
     const fs::path own = program::OwnFile().value_or(VELMARCON_INSTALLED_LAUNCHER);
     const fs::path installed = own.parent_path().parent_path();
     const Databases databases = PrepareDatabases(installed);
+    for (const std::string& remark : databases.remarks) {
+        Say(remark);
+    }
     if (first == "--where") {
         SayWhichFolder(databases);
         std::printf("%s\n", databases.folder.c_str());

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "batch/picture_search.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <unordered_set>
+#include <utility>
+
+#include "app/input_discovery.h"
+#include "system/file_state.h"
+#include "system/file_system.h"
+#include "system/system_path.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsUpperCase(const std::string& text) {
+    return std::ranges::none_of(text, [](unsigned char c) { return c >= 'a' && c <= 'z'; });
+}
+
+std::string UpperCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return text;
+}
+
+/// Walks one tree.
+class Walk {
+  public:
+    Walk(std::uint32_t number, std::span<const Tree> trees, FoundPictures& found)
+        : number_(number), root_(trees[number].root), found_(found) {
+        for (const Tree& tree : trees) {
+            const auto state = tree.out != root_ && LiesIn(tree.out, root_) ? StateOf(tree.out) : std::nullopt;
+            if (state) {
+                excluded_.emplace_back(tree.out, *state);
+            }
+        }
+    }
+
+    void Run() {
+        std::vector<std::string> folders = {""};
+        while (!folders.empty()) {
+            const std::string folder = std::move(folders.back());
+            folders.pop_back();
+            if (!IsExcluded(folder)) {
+                List(folder, folders);
+            }
+        }
+    }
+
+  private:
+    bool IsExcluded(const std::string& folder) {
+        if (excluded_.empty() || folder.empty()) {
+            return false;
+        }
+        const auto state = StateOf(Join(root_, folder));
+        return state && std::ranges::any_of(excluded_, [&](const auto& excluded) {
+            const bool same = state->device == excluded.second.device && state->inode == excluded.second.inode;
+            if (same) {
+                found_.excluded.push_back(excluded.first);
+            }
+            return same;
+        });
+    }
+
+    /// `folder` is empty, or ends in a separator.
+    void List(const std::string& folder, std::vector<std::string>& folders) {
+        const std::string path = folder.empty() ? root_ : Join(root_, folder.substr(0, folder.size() - 1));
+        std::error_code error;
+        for (fs::directory_iterator entry(system_path::ToSystem(path), error);
+             !error && entry != fs::directory_iterator(); entry.increment(error)) {
+            const std::string name = folder + system_path::FromSystem(entry->path().filename());
+            std::error_code unknown;
+            const fs::file_type type = entry->symlink_status(unknown).type();
+            if (type == fs::file_type::directory) {
+                folders.push_back(name + "/");
+            } else {
+                LookAt(name, type == fs::file_type::symlink);
+            }
+        }
+        if (error) {
+            found_.unread.push_back(path + ": " +
+                                    file_system::ErrorText(error.default_error_condition().value()));
+        }
+    }
+
+    void LookAt(const std::string& name, bool is_link) {
+        const std::string extension = Extension(name);
+        const std::string upper = extension.size() == 3 ? UpperCase(extension) : "";
+        if (upper != "RAW" && upper != "DNG") {
+            return;
+        }
+        const std::string path = Join(root_, name);
+        std::error_code unknown;
+        if (is_link && fs::is_directory(system_path::ToSystem(path), unknown)) {
+            return;
+        }
+        const bool wanted = upper == "RAW" || HasCameraSize(path, IsUpperCase(extension));
+        if (wanted && IsUpperCase(extension)) {
+            found_.pictures.push_back({number_, name});
+        } else if (wanted) {
+            found_.small.push_back(path);
+        }
+    }
+
+    bool HasCameraSize(const std::string& path, bool tell_cut) {
+        const auto state = StateOf(path);
+        const auto size = state ? static_cast<std::uint64_t>(state->size) : 0;
+        std::error_code unknown;
+        if (tell_cut && state && size < kCameraDngSize &&
+            fs::is_regular_file(system_path::ToSystem(path), unknown)) {
+            found_.cut.push_back(path);
+        }
+        return size == kCameraDngSize;
+    }
+
+    std::uint32_t number_;
+    std::string root_;
+    FoundPictures& found_;
+    std::vector<std::pair<std::string, FileState>> excluded_;
+};
+
+/// `path` as the search would find it: the links of its folder followed, and the extension of a pair that of its RAW
+/// file.
+std::string AsFound(const std::string& path) {
+    const std::string folder = FolderIn(path);
+    std::string name = NameIn(path);
+    if (Extension(name) == "JPG" || Extension(name) == "BIA") {
+        name = WithoutExtension(name) + ".RAW";
+    }
+    return Join(CanonicalFolder(folder.empty() ? "." : folder), name);
+}
+
+}  // namespace
+
+FoundPictures FindPictures(std::span<const Tree> trees) {
+    FoundPictures found;
+    for (std::uint32_t number = 0; number < trees.size(); ++number) {
+        const auto before = static_cast<std::ptrdiff_t>(found.pictures.size());
+        Walk(number, trees, found).Run();
+        std::ranges::sort(found.pictures.begin() + before, found.pictures.end(), {}, &Picture::name);
+    }
+    std::ranges::sort(found.small);
+    std::ranges::sort(found.cut);
+    return found;
+}
+
+std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees, FoundPictures& found) {
+    std::unordered_set<std::string> wanted;
+    for (std::size_t begin = 0; begin < list.size();) {
+        const std::size_t end = std::min(list.find('\0', begin), list.size());
+        wanted.insert(AsFound(list.substr(begin, end - begin)));
+        begin = end + 1;
+    }
+    std::unordered_set<std::string> missing = wanted;
+    std::erase_if(found.pictures, [&](const Picture& picture) {
+        const std::string input = InputOf(picture, trees);
+        missing.erase(input);
+        return !wanted.contains(input);
+    });
+    std::vector<std::string> sorted(missing.begin(), missing.end());
+    std::ranges::sort(sorted);
+    return sorted;
+}
+
+void SortNewestFirst(std::span<const Tree> trees, std::vector<Picture>& pictures) {
+    std::vector<std::pair<std::int64_t, Picture>> dated;
+    dated.reserve(pictures.size());
+    for (Picture& picture : pictures) {
+        const auto state = StateOf(InputOf(picture, trees));
+        dated.emplace_back(state ? state->modified_seconds : 0, std::move(picture));
+    }
+    std::ranges::stable_sort(dated, std::ranges::greater(), [](const auto& entry) { return entry.first; });
+    pictures.clear();
+    for (auto& entry : dated) {
+        pictures.push_back(std::move(entry.second));
+    }
+}

@@ -1,0 +1,368 @@
+// SPDX-License-Identifier: MIT
+#include "batch/picture_work.h"
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <system_error>
+
+#include "app/input_discovery.h"
+#include "batch/complete_dng.h"
+#include "batch/conversion_options.h"
+#include "batch/fingerprint.h"
+#include "batch/picture.h"
+#include "batch/printed_lines.h"
+#include "batch/proof/input_check.h"
+#include "batch/proof/same_picture.h"
+#include "batch/proof/sha256.h"
+#include "system/file_state.h"
+#include "system/file_system.h"
+#include "system/input_file.h"
+#include "system/part_files.h"
+#include "system/system_path.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ErrorText(int error) {
+    return file_system::ErrorText(error);
+}
+
+std::optional<PictureIdentity> IdentityOf(const PictureFiles& files) {
+    return files.is_camera_dng ? IdentityOfDng(files.input) : IdentityOfJpg(files.folder + files.base + ".JPG");
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+    const auto state_a = StateOf(a);
+    const auto state_b = StateOf(b);
+    return state_a && state_b && state_a->device == state_b->device && state_a->inode == state_b->inode;
+}
+
+/// A file that is there and cannot be opened; `error` tells why.
+bool IsUnreadable(const std::string& path, int& error) {
+    std::error_code unknown;
+    InputFile file;
+    errno = 0;
+    if (file.Open(path)) {
+        return false;
+    }
+    error = file_system::LastError();
+    return fs::is_regular_file(system_path::ToSystem(path), unknown) || error == EACCES || error == EPERM;
+}
+
+std::string FlawsOf(const PictureFiles& files) {
+    std::string text;
+    for (const InputFlaw& flaw :
+         files.is_camera_dng ? FlawsOfCameraDng(files.input) : FlawsOfPair(files.folder, files.base)) {
+        text += (text.empty() ? "" : "; ") + flaw.text;
+    }
+    return text;
+}
+
+/// Until the first colon, which names begin after.
+std::string KindOfMismatch(const std::string& mismatch) {
+    return mismatch.substr(0, mismatch.find(':'));
+}
+
+}  // namespace
+
+PictureFiles::PictureFiles(const Task& task)
+    : input(task.input),
+      folder(FolderIn(task.input)),
+      base(WithoutExtension(NameIn(task.input))),
+      is_camera_dng(!task.input.ends_with(".RAW")) {}
+
+PictureWork::PictureWork(const WorkerSettings& options, CapturedOutput& output)
+    : options_(options),
+      conversion_(options.options, options.databases, output),
+      proof_(conversion_.settings(), conversion_.lenses(), conversion_.sensors()) {}
+
+std::optional<Record> PictureWork::Do(const Task& task) {
+    const auto begin = std::chrono::steady_clock::now();
+    const PictureFiles files(task);
+    record_ = {};
+    record_.picture = task.picture;
+    record_.dng = task.dng;
+    record_.raw_state = StateText(files.input);
+    if (!files.is_camera_dng) {
+        record_.jpg_state = StateText(files.folder + files.base + ".JPG");
+        record_.bia_state = StateText(files.folder + files.base + ".BIA");
+    }
+    if (!SettleWithout(task, files)) {
+        if (task.mode == TaskMode::kLook) {
+            return std::nullopt;
+        }
+        Convert(files);
+    }
+    if (record_.verdict == Verdict::kConverted || record_.verdict == Verdict::kKept) {
+        Finish(files);
+    }
+    const auto elapsed = std::chrono::steady_clock::now() - begin;
+    record_.milliseconds = static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
+    return record_;
+}
+
+void PictureWork::Fail(const std::string& text, const std::string& kind) {
+    record_.verdict = Verdict::kFailed;
+    record_.text = text;
+    record_.kind = kind;
+}
+
+/// Returns whether it is settled without a conversion.
+bool PictureWork::SettleWithout(const Task& task, const PictureFiles& files) {
+    if (files.is_camera_dng && file_system::IsTaken(files.folder + files.base + ".RAW")) {
+        Fail("its DNG would have the name of that of " + files.base + ".RAW", "two pictures for one DNG");
+        return true;
+    }
+    if (file_system::IsTaken(record_.dng)) {
+        return SettleExisting(task, files);
+    }
+    if (task.mode == TaskMode::kVerify) {
+        Fail("there is no " + NameIn(record_.dng), "no DNG");
+        return true;
+    }
+    return false;
+}
+
+bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
+    if (IsSameFile(record_.dng, files.input)) {
+        return SettleInPlace(task);
+    }
+    const auto state = StateOf(record_.dng);
+    if (!files.is_camera_dng && state && state->size == static_cast<std::int64_t>(kCameraDngSize)) {
+        Fail(NameIn(record_.dng) + ", which is there, is one of the camera's own; use another output folder",
+             "a DNG of the camera's in its place");
+        return true;
+    }
+    const std::string problem = ProblemOfDng(record_.dng, !files.is_camera_dng);
+    if (problem.empty()) {
+        return SettleComplete(task, files);
+    }
+    if (conversion_.settings().refresh && task.mode == TaskMode::kConvert) {
+        return false;
+    }
+    Fail(NameIn(record_.dng) + " is there, but " + problem +
+             (task.mode == TaskMode::kVerify ? "" : "; delete it, or use -r"),
+         "there, but " + problem);
+    return true;
+}
+
+/// A DNG of the camera's own would be replaced by what it is repaired to. Only a conversion on this machine waits for
+/// the disk before it replaces a file.
+bool PictureWork::SettleInPlace(const Task& task) {
+    constexpr const char* kind = "a DNG of the camera's own in its place";
+    if (task.mode == TaskMode::kVerify || !conversion_.settings().refresh) {
+        Fail("a DNG of the camera's own is repaired into another folder (--output), or in its place with -r", kind);
+        return true;
+    }
+    if (task.mode == TaskMode::kLook) {
+        Fail("a DNG of the camera's own is not replaced by way of other machines; leave out --hosts", kind);
+        return true;
+    }
+    return false;
+}
+
+bool PictureWork::SettleComplete(const Task& task, const PictureFiles& files) {
+    const auto own = IdentityOf(files);
+    const auto there = IdentityOfDng(record_.dng);
+    if (own && there && *own != *there) {
+        return SettleOtherPicture(task, files);
+    }
+    const bool refresh = conversion_.settings().refresh;
+    if (refresh && (task.mode == TaskMode::kConvert || task.mode == TaskMode::kLook)) {
+        return false;
+    }
+    if (!own || !there) {
+        const std::string file = !own ? NameIn(files.is_camera_dng ? files.input : files.base + ".JPG")
+                                      : NameIn(record_.dng);
+        Fail(NameIn(record_.dng) + " is there, but " + file + " does not tell whose picture it is", "there, unknown whose");
+        return true;
+    }
+    Keep(task, files);
+    return true;
+}
+
+bool PictureWork::SettleOtherPicture(const Task& task, const PictureFiles& files) {
+    if (options_.rename) {
+        return SettleFreeName(task, files);
+    }
+    const auto there = IdentityOfDng(record_.dng);
+    Fail(NameIn(record_.dng) + " there is another picture" + (there ? " (" + IdentityText(*there) + ")" : ""),
+         "another picture's DNG in its place");
+    return true;
+}
+
+/// Finds the first name with a number that is free or has this picture.
+bool PictureWork::SettleFreeName(const Task& task, const PictureFiles& files) {
+    constexpr int last = 99;
+    const auto own = IdentityOf(files);
+    for (int number = 2; number <= last; ++number) {
+        record_.dng = WithoutExtension(task.dng) + "-" + std::to_string(number) + ".DNG";
+        if (!file_system::IsTaken(record_.dng)) {
+            if (task.mode != TaskMode::kVerify) {
+                return false;
+            }
+            break;
+        }
+        if (own && IdentityOfDng(record_.dng) == own && ProblemOfDng(record_.dng, !files.is_camera_dng).empty()) {
+            const bool again = conversion_.settings().refresh && task.mode == TaskMode::kConvert;
+            if (!again) {
+                Keep(task, files);
+            }
+            return !again;
+        }
+    }
+    Fail("no name is free for it", "no free name");
+    return true;
+}
+
+/// Of a DNG that is complete and this picture's.
+void PictureWork::Keep(const Task& task, const PictureFiles& files) {
+    record_.verdict = Verdict::kKept;
+    if (task.mode != TaskMode::kProve && task.mode != TaskMode::kVerify) {
+        return;
+    }
+    if (!ReadDng()) {
+        return;
+    }
+    const RunSettings settings = conversion_options::Settings(task.options);
+    DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
+    const std::string mismatch = proof.Check(files.folder, files.base, files.is_camera_dng, dng_.bytes());
+    if (!mismatch.empty()) {
+        Fail(NameIn(record_.dng) + " is there, but " + mismatch +
+                 (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
+             KindOfMismatch("there, but " + mismatch));
+    }
+}
+
+void PictureWork::Convert(const PictureFiles& files) {
+    if (!CanBegin(files)) {
+        return;
+    }
+    const auto before = StateOf(record_.dng);
+    const std::string reason = Make(files);
+    if (before && before == StateOf(record_.dng)) {
+        Fail((reason.empty() ? "velmarcon said nothing" : reason) + "; the old DNG is still there", KindOf(reason));
+    } else {
+        Judge(files, reason);
+    }
+    if (SaysDiskIsFull(reason) && record_.verdict == Verdict::kFailed) {
+        record_.verdict = Verdict::kDiskFull;
+    }
+    if (record_.verdict != Verdict::kConverted) {
+        conversion_.Forget();
+    }
+}
+
+bool PictureWork::CanBegin(const PictureFiles& files) {
+    int error = 0;
+    if (IsUnreadable(files.input, error)) {
+        Fail(NameIn(files.input) + " cannot be read: " + ErrorText(error), "cannot be read: " + ErrorText(error));
+        return false;
+    }
+    if (IsUnreadable(record_.dng, error)) {
+        Fail(NameIn(record_.dng) + " is there, but cannot be read", "there, but cannot be read");
+        return false;
+    }
+    const std::string folder = FolderIn(record_.dng);
+    std::error_code failed;
+    fs::create_directories(system_path::ToSystem(folder), failed);
+    if (!fs::is_directory(system_path::ToSystem(folder))) {
+        const std::string reason = ErrorText(failed ? failed.default_error_condition().value() : ENOTDIR);
+        Fail("the folder " + folder + " cannot be made: " + reason, "a folder cannot be made: " + reason);
+        return false;
+    }
+    return true;
+}
+
+/// Returns why there is no DNG, or what else was said last; what the DNG lacks becomes the record's text.
+std::string PictureWork::Make(const PictureFiles& files) {
+    const std::string folder = FolderIn(record_.dng);
+    const std::string name = NameIn(files.input);
+    const bool has_own_name = NameIn(record_.dng) == files.base + ".DNG";
+    const PrintedLines printed =
+        ReadPrinted(has_own_name ? conversion_.Run(files.folder, name, folder) : MakeUnderFreeName(files, folder));
+    record_.text = printed.remarks;
+    return printed.reason;
+}
+
+/// A conversion names its DNG after the picture: it is made in a folder of its own, and then gets its name.
+std::string PictureWork::MakeUnderFreeName(const PictureFiles& files, const std::string& folder) {
+    const std::string own = folder + part_files::NewName() + "/";
+    std::error_code error;
+    if (!fs::create_directory(system_path::ToSystem(own), error)) {
+        return record_.dng + ": DNG not written: " + ErrorText(error.default_error_condition().value()) + "\n";
+    }
+    std::string printed = conversion_.Run(files.folder, NameIn(files.input), own);
+    conversion_.Forget();
+    const std::string made = own + files.base + ".DNG";
+    if (file_system::IsTaken(made)) {
+        const int failed = conversion_.settings().refresh ? file_system::Rename(made, record_.dng)
+                                                          : file_system::RenameToFree(made, record_.dng);
+        if (failed != 0) {
+            printed = record_.dng + ": DNG not written: " + ErrorText(failed) + "\n";
+        }
+    }
+    fs::remove_all(system_path::ToSystem(own), error);
+    return printed;
+}
+
+void PictureWork::Judge(const PictureFiles& files, const std::string& reason) {
+    if (!file_system::IsTaken(record_.dng)) {
+        Fail(reason.empty() ? "velmarcon said nothing" : reason, KindOf(reason));
+        return;
+    }
+    const std::string problem = ProblemOfDng(record_.dng, !files.is_camera_dng);
+    if (!problem.empty()) {
+        const std::string more = reason.empty() ? "" : ": " + reason;
+        Fail(NameIn(record_.dng) + " " + problem + more, problem + (reason.empty() ? "" : ": " + KindOf(reason)));
+        return;
+    }
+    record_.verdict = Verdict::kConverted;
+    TakeDng(files);
+}
+
+/// A new DNG that is not what it should be does not keep its name, by which it would be taken for the picture.
+void PictureWork::TakeDng(const PictureFiles& files) {
+    const bool in_place = IsSameFile(record_.dng, files.input);
+    if (!options_.verify || in_place || !ReadDng()) {
+        return;
+    }
+    const std::string mismatch = proof_.Check(files.folder, files.base, files.is_camera_dng, dng_.bytes());
+    if (!mismatch.empty()) {
+        Fail(mismatch, KindOfMismatch(mismatch));
+        file_system::Remove(record_.dng);
+    }
+}
+
+bool PictureWork::ReadDng() {
+    if (!dng_.Load(record_.dng)) {
+        Fail(NameIn(record_.dng) + " cannot be read back", "cannot be read back");
+        return false;
+    }
+    record_.fingerprint = Fingerprint(dng_.bytes());
+    return true;
+}
+
+/// What is told of a picture that has its DNG.
+void PictureWork::Finish(const PictureFiles& files) {
+    std::error_code error;
+    if (options_.keep_time && record_.verdict == Verdict::kConverted) {
+        const auto time = fs::last_write_time(system_path::ToSystem(files.input), error);
+        if (!error) {
+            fs::last_write_time(system_path::ToSystem(record_.dng), time, error);
+        }
+    }
+    if (options_.checksums) {
+        if (record_.fingerprint.empty() && !ReadDng()) {
+            return;
+        }
+        Sha256 sum;
+        sum.Add(dng_.bytes());
+        record_.sha256 = sum.Hex();
+    }
+    record_.dng_state = StateText(record_.dng);
+    record_.flaws = FlawsOf(files);
+}

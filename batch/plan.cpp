@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+#include "batch/plan.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "batch/conversion_options.h"
+#include "batch/records.h"
+#include "system/file_state.h"
+#include "system/file_system.h"
+#include "system/folder_tools.h"
+#include "system/part_files.h"
+#include "system/system_path.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int64_t kCoarsestTick = 2;  ///< seconds
+
+std::int64_t LastChange(const FileState& state) {
+    return std::max(state.modified_seconds, state.changed_seconds);
+}
+
+/// Whether the DNG and the files that it was made of are as they were then.
+bool IsUntouched(const LedgerEntry& entry, const std::string& dng) {
+    const std::string base = WithoutExtension(entry.source);
+    const bool is_pair = entry.source.ends_with(".RAW");
+    return StateText(dng) == entry.dng_state && SameState(entry.raw_state, StateText(entry.source)) &&
+           (!is_pair || (SameState(entry.jpg_state, StateText(base + ".JPG")) &&
+                         SameState(entry.bia_state, StateText(base + ".BIA"))));
+}
+
+/// Sorts the pictures out.
+class Planner {
+  public:
+    Planner(const BatchOptions& options, const RunState& state, const Ledger& ledger)
+        : options_(options), state_(state), ledger_(ledger) {
+        refresh_ = conversion_options::Settings(options.conversion).refresh;
+    }
+
+    void Add(std::uint64_t number, const std::string& input, const std::string& dng) {
+        const auto entry = ledger_.Find(dng);
+        const bool own = entry && entry->source == input;
+        if (options_.verify) {
+            AddTask(number, TaskMode::kVerify, input, dng, own ? entry->options : options_.conversion);
+        } else if (refresh_) {
+            AddToRefresh(number, input, dng);
+        } else if (own && entry->on_disk && IsUntouched(*entry, dng)) {
+            Keep(number, *entry);
+        } else {
+            AddUnknown(number, input, dng, own ? entry : std::nullopt);
+        }
+    }
+
+    Plan& plan() { return plan_; }
+
+  private:
+    void AddTask(std::uint64_t number, TaskMode mode, const std::string& input, const std::string& dng,
+                 std::vector<std::string> options = {}) {
+        plan_.tasks.push_back({number, mode, input, dng, std::move(options)});
+    }
+
+    void AddToRefresh(std::uint64_t number, const std::string& input, const std::string& dng) {
+        if (state_.refreshed().contains(dng)) {
+            ++plan_.refreshed;
+            AddTask(number, TaskMode::kProve, input, dng, options_.conversion);
+        } else {
+            ++plan_.to_make;
+            AddTask(number, TaskMode::kConvert, input, dng);
+        }
+    }
+
+    void Keep(std::uint64_t number, const LedgerEntry& entry) {
+        plan_.kept.push_back(number);
+        plan_.flaws.push_back(entry.flaws);
+        if (entry.options != options_.conversion && plan_.other_options++ == 0) {
+            plan_.options_of_others = conversion_options::Line(entry.options);
+        }
+    }
+
+    void AddUnknown(std::uint64_t number, const std::string& input, const std::string& dng,
+                    const std::optional<LedgerEntry>& entry) {
+        const auto there = StateOf(dng);
+        if (!there) {
+            ++plan_.to_make;
+            AddTask(number, TaskMode::kConvert, input, dng);
+        } else if (entry) {
+            AddTask(number, TaskMode::kProve, input, dng, entry->options);
+        } else if (MayBeOlder(*there, input) || MayBeHalfWritten(*there)) {
+            AddTask(number, TaskMode::kProve, input, dng, options_.conversion);
+        } else {
+            AddTask(number, TaskMode::kCheck, input, dng);
+        }
+    }
+
+    /// Than the files that it was made of, which may have changed since.
+    static bool MayBeOlder(const FileState& dng, const std::string& input) {
+        const std::string base = WithoutExtension(input);
+        return std::ranges::any_of(std::array{input, base + ".JPG", base + ".BIA"}, [&](const std::string& path) {
+            const auto state = StateOf(path);
+            return state && state->modified_seconds > LastChange(dng) + kCoarsestTick;
+        });
+    }
+
+    /// The power may have been cut in the run that made it.
+    bool MayBeHalfWritten(const FileState& dng) const {
+        const auto since = state_.interrupted_since();
+        return since && LastChange(dng) + kCoarsestTick >= *since;
+    }
+
+    const BatchOptions& options_;
+    const RunState& state_;
+    const Ledger& ledger_;
+    bool refresh_ = false;
+    Plan plan_;
+};
+
+/// A name without what a file system may pass over: case, and all that is not ASCII.
+std::string Folded(const std::string& name) {
+    std::string folded;
+    for (const char c : name) {
+        const bool is_ascii = static_cast<unsigned char>(c) < 0x80;
+        const bool is_capital = c >= 'A' && c <= 'Z';
+        if (is_ascii) {
+            folded += is_capital ? static_cast<char>(c - 'A' + 'a') : c;
+        } else if (!folded.ends_with('\x7F')) {
+            folded += '\x7F';
+        }
+    }
+    return folded;
+}
+
+std::vector<std::string> NamesOf(const std::string& path) {
+    std::vector<std::string> names;
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        names.push_back(path.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return names;
+}
+
+/// The nearest folder above `path` that is there.
+std::string ExistingFolder(std::string path) {
+    std::error_code unknown;
+    while (path.size() > 1 && !fs::is_directory(system_path::ToSystem(path), unknown)) {
+        path = path.substr(0, path.find_last_of('/', path.size() - 2) + 1);
+    }
+    return path;
+}
+
+/// Whether both names are one to the file system of `folder`: it is asked, with a folder that is removed again.
+bool AreOneName(const std::string& folder, const std::string& a, const std::string& b) {
+    std::error_code error;
+    const std::string place = ExistingFolder(folder) + "/" + part_files::NewName();
+    fs::create_directory(system_path::ToSystem(place), error);
+    fs::create_directory(system_path::ToSystem(place + "/" + a), error);
+    const bool one = !error && file_system::IsTaken(place + "/" + b);
+    fs::remove_all(system_path::ToSystem(place), error);
+    return one;
+}
+
+/// Whether two different paths lead to one file.
+bool AreOnePath(const std::string& out, const std::string& a, const std::string& b) {
+    const std::vector<std::string> names_a = NamesOf(a);
+    const std::vector<std::string> names_b = NamesOf(b);
+    if (names_a.size() != names_b.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < names_a.size(); ++i) {
+        if (names_a[i] != names_b[i] && !AreOneName(out, names_a[i], names_b[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+Plan MakePlan(const BatchOptions& options, std::span<const Tree> trees, std::span<const Picture> pictures,
+              const RunState& state, const Ledger& ledger) {
+    Planner planner(options, state, ledger);
+    for (std::uint64_t number = 0; number < pictures.size(); ++number) {
+        const Picture& picture = pictures[static_cast<std::size_t>(number)];
+        planner.Add(number, InputOf(picture, trees), DngOf(picture, trees));
+    }
+    return std::move(planner.plan());
+}
+
+std::string ProblemOfNames(std::span<const Tree> trees, std::span<const Picture> pictures) {
+    std::map<std::pair<std::uint32_t, std::string>, const Picture*> seen;
+    for (const Picture& picture : pictures) {
+        const std::string base = WithoutExtension(picture.name);
+        const auto [other, is_new] = seen.try_emplace({picture.tree, Folded(base)}, &picture);
+        const std::string other_base = WithoutExtension(other->second->name);
+        if (!is_new && other_base != base && AreOnePath(trees[picture.tree].out, other_base, base)) {
+            return InputOf(*other->second, trees) + " and " + InputOf(picture, trees);
+        }
+    }
+    return "";
+}
+
+Space SpaceFor(std::span<const Task> tasks, bool preview) {
+    constexpr std::uint64_t dng_bytes = 21'020'000;
+    constexpr std::uint64_t preview_bytes = 231'000;
+    std::map<std::uint64_t, std::pair<std::uint64_t, std::string>> needed;  // bytes and a folder, by file system
+    Space space;
+    std::string folder;
+    std::uint64_t device = 0;
+    for (const Task& task : tasks) {
+        if (task.mode != TaskMode::kConvert || file_system::IsTaken(task.dng)) {
+            continue;
+        }
+        if (const std::string own = FolderIn(task.dng); own != folder) {
+            folder = own;
+            const auto state = StateOf(ExistingFolder(folder));
+            device = state ? state->device : 0;
+        }
+        auto& volume = needed[device];
+        volume.first += dng_bytes + (preview ? preview_bytes : 0);
+        volume.second = folder;
+    }
+    bool first = true;
+    for (const auto& [number, volume] : needed) {
+        std::uint64_t free = 0;
+        space.needed += volume.first;
+        if (folder_tools::FreeBytes(ExistingFolder(volume.second), free) == 0) {
+            space.enough = space.enough && volume.first <= free;
+            space.free = first ? free : std::min(space.free, free);
+            first = false;
+        }
+    }
+    return space;
+}

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "batch/run_state.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+#include <unordered_map>
+
+#include "batch/fields.h"
+#include "batch/jobs.h"
+#include "batch/old_states.h"
+#include "batch/picture.h"
+#include "batch/records.h"
+#include "batch/shown.h"
+#include "system/file_system.h"
+#include "system/folder_listing.h"
+#include "system/folder_tools.h"
+#include "system/system_path.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): there is one thread
+    return value != nullptr ? value : "";
+}
+
+/// Where states are kept unless the user names another place.
+std::string UsualParent() {
+    const std::string state_home = Variable("XDG_STATE_HOME");
+#if defined(_WIN32)
+    const std::string base = state_home.empty() ? Variable("LOCALAPPDATA") : state_home;
+#else
+    const std::string base = state_home.empty() ? Variable("HOME") + "/.local/state" : state_home;
+#endif
+    return base + "/velmarcon-batch";
+}
+
+/// A short name for a text of any bytes (FNV-1a).
+std::string KeyOf(const std::string& text) {
+    constexpr std::uint64_t basis = 0xCBF29CE484222325;
+    constexpr std::uint64_t prime = 0x100000001B3;
+    std::uint64_t key = basis;
+    for (const char c : text) {
+        key = (key ^ static_cast<unsigned char>(c)) * prime;
+    }
+    std::array<char, 17> digits = {};
+    (void)std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(key));
+    return digits.data();
+}
+
+std::string OutputsText(const std::vector<Tree>& trees) {
+    std::string text;
+    for (const Tree& tree : trees) {
+        text += tree.out + '\0';
+    }
+    return text;
+}
+
+/// What makes this the same command as another.
+std::string CommandText(const BatchOptions& options, const std::vector<Tree>& trees) {
+    std::vector<std::string> texts;
+    for (const Tree& tree : trees) {
+        texts.push_back(tree.root);
+        texts.push_back(tree.out);
+    }
+    texts.emplace_back("--");
+    texts.insert(texts.end(), options.conversion.begin(), options.conversion.end());
+    return fields::Joined(texts);
+}
+
+bool RemoveAll(const std::string& path) {
+    std::error_code error;
+    fs::remove_all(system_path::ToSystem(path), error);
+    return !error;
+}
+
+bool MakeFolder(const std::string& path) {
+    std::error_code error;
+    fs::create_directory(system_path::ToSystem(path), error);
+    return !error;
+}
+
+/// Waits a moment for a run that was killed, and whose workers are about to notice.
+int TakeLock(FileLock& lock, const std::string& path) {
+    constexpr int patience = 50;
+    constexpr auto step = std::chrono::milliseconds(100);
+    int error = lock.Take(path);
+    for (int i = 0; i < patience && error == EWOULDBLOCK; ++i) {
+        std::this_thread::sleep_for(step);
+        error = lock.Take(path);
+    }
+    return error;
+}
+
+}  // namespace
+
+std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>& trees) {
+    constexpr const char* not_made = "the folder of the job log cannot be made; name another one with --state";
+    std::error_code error;
+    const std::string parent = options.state.empty() ? UsualParent() : options.state;
+    parent_ = system_path::FromSystem(fs::absolute(system_path::ToSystem(parent), error));
+    const std::string folder = parent_ + "/" + KeyOf(OutputsText(trees));
+    if (const int failed = folder_tools::MakePrivate(parent_); failed != 0) {
+        return std::string(not_made) + " (" + Shown(parent_) + ": " + file_system::ErrorText(failed) + ")";
+    }
+    if (const int failed = folder_tools::MakePrivate(folder); failed != 0) {
+        return std::string(not_made) + " (" + Shown(folder) + ": " + file_system::ErrorText(failed) + ")";
+    }
+    folder_ = CanonicalFolder(folder);
+    if (folder_.empty()) {
+        return Shown(folder) + " cannot be entered";
+    }
+    RemoveOldStates(parent_, NameIn(folder_));
+    return LockOutputs(trees);
+}
+
+/// A run holds the state's lock and one for each output, which runs with other folders beside it may share.
+std::string RunState::LockOutputs(const std::vector<Tree>& trees) {
+    const std::string others = parent_ + "/.locks";
+    std::vector<std::string> paths = {PathOf("lock")};
+    if (folder_tools::MakePrivate(others) == 0) {
+        for (const Tree& tree : trees) {
+            paths.push_back(others + "/" + KeyOf(tree.out));
+        }
+    }
+    for (const std::string& path : paths) {
+        locks_.push_back(std::make_unique<FileLock>());
+        const int error = TakeLock(*locks_.back(), path);
+        if (error == EWOULDBLOCK) {
+            return "another velmarcon-batch is at work on this output; wait for its end";
+        }
+        if (error != 0) {
+            return "nothing can be written to " + Shown(folder_) + ": " + file_system::ErrorText(error);
+        }
+    }
+    return "";
+}
+
+std::vector<int> RunState::LockDescriptors() const {
+    std::vector<int> descriptors;
+    for (const auto& lock : locks_) {
+        descriptors.push_back(lock->Descriptor());
+    }
+    return descriptors;
+}
+
+std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>& trees) {
+    const std::string nothing = "nothing can be written to " + Shown(folder_);
+    if (const int error = ledger_.Open(PathOf("ledger")); error != 0) {
+        return nothing + ": " + file_system::ErrorText(error);
+    }
+    const std::string command = CommandText(options, trees);
+    const bool same_command = fields::ReadWhole(PathOf("command")) == command;
+    const std::vector<std::string> begun = fields::Split(fields::ReadWhole(PathOf("begun")).value_or(""));
+    if (!begun.empty()) {
+        interrupted_since_ = static_cast<std::int64_t>(fields::Number(begun.front()).value_or(0));
+        if (same_command && !options.fresh) {
+            for (std::string& dng : fields::Split(fields::ReadWhole(PathOf("refreshed")).value_or(""))) {
+                refreshed_.insert(std::move(dng));
+            }
+        }
+        TakeRecords({begun.begin() + 1, begun.end()}, same_command && !options.fresh);
+    }
+    std::error_code error;
+    fs::rename(system_path::ToSystem(PathOf("joblog")), system_path::ToSystem(PathOf("joblog.previous")), error);
+    if (!RemoveAll(PathOf("records")) || !RemoveAll(PathOf("jobs")) || !MakeFolder(PathOf("records")) ||
+        !MakeFolder(PathOf("jobs")) || !KeepRefreshed() || fields::WritePlain(PathOf("command"), command) != 0 ||
+        fields::WritePlain(PathOf("messages"), "") != 0) {
+        return nothing;
+    }
+    std::vector<std::string> now = options.conversion;
+    now.insert(now.begin(), std::to_string(std::time(nullptr)));
+    return fields::WritePlain(PathOf("begun"), fields::Joined(now)) == 0 ? "" : nothing;
+}
+
+bool RunState::KeepRefreshed() const {
+    if (refreshed_.empty()) {
+        file_system::Remove(PathOf("refreshed"));
+        return true;
+    }
+    const std::vector<std::string> dngs(refreshed_.begin(), refreshed_.end());
+    return fields::WritePlain(PathOf("refreshed"), fields::Joined(dngs)) == 0;
+}
+
+/// What is not in the ledger yet; none of it is known to be on the disk.
+void RunState::TakeRecords(const std::vector<std::string>& options, bool same_command) {
+    FolderListing records(PathOf("records"));
+    if (!records.IsOpen()) {
+        return;
+    }
+    while (const auto job = records.NextFile()) {
+        TakeRecordsOf(*job, options, same_command);
+    }
+}
+
+void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::string>& options, bool same_command) {
+    std::unordered_map<std::uint64_t, std::string> sources;
+    for (const Task& task : jobs::Read(PathOf("jobs") + "/" + job).value_or(std::vector<Task>())) {
+        sources[task.picture] = task.input;
+    }
+    std::size_t used = 0;
+    for (const Record& record : RecordsIn(fields::ReadWhole(PathOf("records") + "/" + job).value_or(""), used)) {
+        const auto source = sources.find(record.picture);
+        if (record.verdict == Verdict::kConverted && source != sources.end()) {
+            const auto known = ledger_.Find(record.dng);
+            if (!known || known->dng_state != record.dng_state) {
+                ledger_.Add(record.dng, EntryOf(record, source->second, options));
+            }
+            if (same_command) {
+                refreshed_.insert(record.dng);
+            }
+        }
+    }
+}
+
+void RunState::End() {
+    (void)ledger_.Compact();
+    file_system::Remove(PathOf("begun"));
+    file_system::Remove(PathOf("refreshed"));
+    RemoveAll(PathOf("records"));
+    RemoveAll(PathOf("jobs"));
+}

@@ -1,0 +1,561 @@
+// SPDX-License-Identifier: MIT
+#include "batch/tree_run.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+#include <utility>
+
+#include "batch/batch_run.h"
+#include "batch/conversion_options.h"
+#include "batch/fields.h"
+#include "batch/proof/checksums.h"
+#include "batch/shown.h"
+#include "system/file_state.h"
+#include "system/file_system.h"
+#include "system/folder_tools.h"
+#include "system/stop_request.h"
+
+namespace {
+
+int Refuse(int status, const std::string& text) {
+    (void)std::fflush(stdout);
+    (void)std::fprintf(stderr, "velmarcon-batch: %s\n", text.c_str());
+    return status;
+}
+
+unsigned int Cores() {
+    return std::max(std::thread::hardware_concurrency(), 1U);
+}
+
+void PrintNamed(const char* what, const std::vector<std::string>& lines, std::size_t all) {
+    for (const std::string& line : lines) {
+        std::printf("%s: %s\n", what, line.c_str());
+    }
+    if (all > lines.size()) {
+        std::printf("... and %zu more\n", all - lines.size());
+    }
+}
+
+}  // namespace
+
+TreeRun::TreeRun(const BatchOptions& options, const std::vector<Tree>& trees, const std::string& list,
+                 std::string program, std::string databases)
+    : options_(options),
+      trees_(trees),
+      list_(list),
+      program_(std::move(program)),
+      databases_(std::move(databases)),
+      synchronized_(std::chrono::steady_clock::now()) {}
+
+int TreeRun::Run() {
+    if (options_.dry_run) {
+        Search();
+        return ListPlan();
+    }
+    if (const std::string problem = state_.Open(options_, trees_); !problem.empty()) {
+        return Refuse(batch_status::kNotBegun, problem);
+    }
+    Search();
+    if (const int status = Begin(); status != batch_status::kDone) {
+        return status;
+    }
+    const int status = Work();
+    return status != batch_status::kDone ? status : Summarise();
+}
+
+void TreeRun::Say(const std::string& text) const {
+    if (!options_.quiet) {
+        std::printf("%s\n", text.c_str());
+        (void)std::fflush(stdout);
+    }
+}
+
+void TreeRun::Search() {
+    found_ = FindPictures(trees_);
+    for (const std::string& folder : found_.excluded) {
+        Say("Not searched, being the output folder: " + Shown(folder));
+    }
+    if (!options_.list.empty()) {
+        not_found_ = KeepListed(list_, trees_, found_);
+    }
+    if (options_.newest_first) {
+        SortNewestFirst(trees_, found_.pictures);
+    }
+}
+
+std::string TreeRun::InputOfNumber(std::uint64_t number) const {
+    return InputOf(found_.pictures[static_cast<std::size_t>(number)], trees_);
+}
+
+/// What would be done, a line for each picture.
+int TreeRun::ListPlan() const {
+    const bool refresh = conversion_options::Settings(options_.conversion).refresh;
+    for (const Picture& picture : found_.pictures) {
+        const std::string input = InputOf(picture, trees_);
+        const std::string dng = DngOf(picture, trees_);
+        std::string what = "convert";
+        if (file_system::IsTaken(dng)) {
+            const std::string kept = input == dng ? "refuse" : "keep";
+            what = refresh ? "refresh" : kept;
+        }
+        std::printf("%s: %s -> %s\n", what.c_str(), Shown(input).c_str(), Shown(dng).c_str());
+    }
+    TellNearMisses();
+    Say(NumberOfPictures(found_.pictures.size()));
+    PrintNamed("Could not be read", found_.unread, 0);
+    return found_.unread.empty() ? batch_status::kDone : batch_status::kSomeFailed;
+}
+
+WorkerSettings TreeRun::SettingsForWorkers() const {
+    return {options_.conversion, databases_,         !options_.no_verify,
+            options_.rename,     options_.keep_time, options_.checksums};
+}
+
+int TreeRun::Begin() {
+    if (const std::string names = ProblemOfNames(trees_, found_.pictures); !names.empty()) {
+        return Refuse(batch_status::kNotBegun, Shown(names) + " would get one and the same DNG: the output tells their names not apart");
+    }
+    if (const std::string problem = state_.Begin(options_, trees_); !problem.empty()) {
+        return Refuse(batch_status::kNotBegun, problem);
+    }
+    if (const std::string problem =
+            tally_.Open(state_.PathOf("report"), options_.json, conversion_options::Line(options_.conversion),
+                        options_.accept_damaged);
+        !problem.empty()) {
+        return Refuse(batch_status::kNotBegun, problem);
+    }
+    if (!options_.hosts.empty()) {
+        if (const int status = AskHosts(); status != batch_status::kDone) {
+            return status;
+        }
+    }
+    plan_ = MakePlan(options_, trees_, found_.pictures, state_, state_.ledger());
+    settled_.resize(found_.pictures.size());
+    Announce();
+    return CheckSpace();
+}
+
+void TreeRun::Announce() const {
+    Say(NumberOfPictures(found_.pictures.size()) + "; job log: " + Shown(state_.PathOf("joblog")));
+    if (plan_.refreshed > 0) {
+        Say("Going on with an interrupted run, which refreshed " + std::to_string(plan_.refreshed) +
+            " of them (--fresh does them all)");
+    }
+}
+
+int TreeRun::CheckSpace() const {
+    const Space space = SpaceFor(plan_.tasks, conversion_options::Settings(options_.conversion).preview);
+    if (space.needed == 0) {
+        return batch_status::kDone;
+    }
+    const std::string text =
+        "the new DNGs take " + Bytes(space.needed) + "; " + Bytes(space.free) + " are free";
+    if (space.enough || options_.anyway) {
+        Say("T" + text.substr(1));
+        return batch_status::kDone;
+    }
+    return Refuse(batch_status::kNotBegun, text + ". --anyway begins all the same");
+}
+
+void TreeRun::TakeKept() {
+    for (std::size_t i = 0; i < plan_.kept.size(); ++i) {
+        Record record;
+        record.verdict = Verdict::kKept;
+        record.picture = plan_.kept[i];
+        record.flaws = plan_.flaws[i];
+        record.dng = DngOf(found_.pictures[static_cast<std::size_t>(record.picture)], trees_);
+        settled_[static_cast<std::size_t>(record.picture)] = true;
+        ++done_;
+        tally_.Take(record, InputOfNumber(record.picture));
+    }
+}
+
+/// Pictures that a worker died over are not tried again; those that it did not come to are.
+int TreeRun::Work() {
+    TakeKept();
+    progress_ = std::make_unique<Progress>(found_.pictures.size(), done_, options_.quiet);
+    record_files_ = std::make_unique<RecordFiles>(state_.PathOf("records"));
+    for (std::size_t i = 0; i < plan_.tasks.size(); ++i) {
+        task_of_[plan_.tasks[i].picture] = i;
+    }
+    if (jobs::WriteSettings(jobs::SettingsOf(state_.folder()), SettingsForWorkers()) != 0) {
+        return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
+    }
+    if (!plan_.tasks.empty()) {
+        if (const int status = hosts_ ? WorkOnHosts() : WorkHere(plan_.tasks); status != batch_status::kDone) {
+            return status;
+        }
+    }
+    progress_->Clear();
+    PutOnDisk();
+    return batch_status::kDone;
+}
+
+std::vector<Task> TreeRun::TasksLeft() const {
+    std::vector<Task> left;
+    for (const Task& task : plan_.tasks) {
+        if (!settled_[static_cast<std::size_t>(task.picture)]) {
+            left.push_back(task);
+        }
+    }
+    return left;
+}
+
+std::uint64_t TreeRun::WriteJobs(const std::vector<Task>& tasks, unsigned int at_a_time) {
+    constexpr std::size_t most = 64;
+    constexpr std::size_t jobs_each = 4;  // so that all end at about the same time
+    const std::size_t per_job = std::clamp<std::size_t>(tasks.size() / (std::size_t{at_a_time} * jobs_each), 1, most);
+    for (std::size_t at = 0; at < tasks.size(); at += per_job) {
+        const auto begin = tasks.begin() + static_cast<std::ptrdiff_t>(at);
+        const auto end = tasks.begin() + static_cast<std::ptrdiff_t>(std::min(at + per_job, tasks.size()));
+        if (jobs::Write(jobs::FileOf(state_.folder(), next_job_++), {begin, end}) != 0) {
+            return 0;
+        }
+    }
+    return next_job_ - 1;
+}
+
+int TreeRun::WorkHere(const std::vector<Task>& tasks) {
+    const unsigned int at_a_time = options_.jobs > 0 ? options_.jobs : Cores();
+    const std::string parallel = at_a_time > 1 && tasks.size() > 1 ? FindParallel() : "";
+    if (at_a_time > 1 && tasks.size() > 1 && parallel.empty()) {
+        Say("One picture after the other: GNU parallel is not installed");
+    }
+    for (std::vector<Task> left = tasks; !left.empty();) {
+        const std::uint64_t first = next_job_;
+        const std::uint64_t last = WriteJobs(left, parallel.empty() ? 1 : at_a_time);
+        if (last == 0) {
+            return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
+        }
+        Engine engine(parallel.empty()
+                          ? WorkersInTurn(program_, state_, first, last)
+                          : std::vector{WorkersByParallel(parallel, program_, state_, first, last, at_a_time)});
+        if (const int status = Drive(engine); status != batch_status::kDone) {
+            return status;
+        }
+        BlameTheDead();
+        const std::size_t before = left.size();
+        left = TasksLeft();
+        if (left.size() == before || disk_full_ || stop_request::Signal() != 0) {
+            break;
+        }
+    }
+    return batch_status::kDone;
+}
+
+int TreeRun::AskHosts() {
+    const std::string parallel = FindParallel();
+    if (parallel.empty()) {
+        return Refuse(batch_status::kNotBegun, "--hosts needs GNU parallel (Debian: apt-get install parallel)");
+    }
+    if (options_.rename) {
+        return Refuse(batch_status::kUsage, "--rename looks at what is here: it does not go with --hosts");
+    }
+    hosts_ = std::make_unique<Hosts>(state_, parallel, program_);
+    bool is_usage = false;
+    const std::string problem = hosts_->Ask(options_.hosts, is_usage);
+    if (problem.empty()) {
+        return batch_status::kDone;
+    }
+    return Refuse(is_usage ? batch_status::kUsage : batch_status::kNotBegun, problem);
+}
+
+/// What is decided by a look at the files that are here needs no other machine.
+int TreeRun::WorkOnHosts() {
+    std::vector<Task> look;
+    for (Task task : plan_.tasks) {
+        if (file_system::IsTaken(task.dng) || !task.input.ends_with(".RAW")) {
+            task.mode = task.mode == TaskMode::kConvert ? TaskMode::kLook : task.mode;
+            look.push_back(std::move(task));
+        }
+    }
+    if (!look.empty()) {
+        const std::uint64_t first = next_job_;
+        const std::uint64_t last = WriteJobs(look, 1);
+        Engine engine(WorkersInTurn(program_, state_, first, last));
+        if (const int status = last == 0 ? batch_status::kNotBegun : Drive(engine); status != batch_status::kDone) {
+            return status;
+        }
+        BlameTheDead();
+    }
+    const std::vector<Task> left = TasksLeft();
+    int status = batch_status::kDone;
+    if (!left.empty() && stop_request::Signal() == 0) {
+        const std::uint64_t last = hosts_->LayOut(SettingsForWorkers(), left, next_job_);
+        if (last == 0) {
+            return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
+        }
+        next_job_ = last + 1;
+        std::vector<ChildStart> starts;
+        starts.push_back(hosts_->Start());
+        Engine engine(std::move(starts));
+        status = Drive(engine);
+        begun_.clear();
+    }
+    hosts_->CleanUp();
+    return status;
+}
+
+/// Until the engine has ended, or a signal or a full disk asks it to.
+int TreeRun::Drive(Engine& engine) {
+    constexpr unsigned int often = 100;
+    bool at_work = true;
+    while (at_work) {
+        at_work = engine.Wait(often);
+        TakeRecords();
+        if (const int signal = stop_request::Signal(); signal != 0 && !told_stop_) {
+            told_stop_ = true;
+            progress_->Clear();
+            (void)std::fprintf(stderr, "Stopping (%s): what is at work on a picture ends it\n", stop_request::Name(signal));
+        }
+        if (stop_request::Signal() != 0 || disk_full_) {
+            engine.AskToEnd();
+        } else {
+            progress_->Show(done_, seen_failed_);
+        }
+    }
+    progress_->Clear();
+    return engine.error().empty() ? batch_status::kDone : Refuse(batch_status::kNotBegun, engine.error());
+}
+
+void TreeRun::TakeRecords() {
+    for (Record& record : record_files_->TakeNew()) {
+        if (record.picture < settled_.size() && !settled_[static_cast<std::size_t>(record.picture)]) {
+            TakeRecord(std::move(record));
+        }
+    }
+    constexpr std::size_t group = 500;
+    constexpr auto interval = std::chrono::seconds(60);
+    const bool is_late = std::chrono::steady_clock::now() - synchronized_ > interval;
+    if (pending_.size() >= group || (is_late && !pending_.empty())) {
+        PutOnDisk();
+    }
+}
+
+void TreeRun::TakeRecord(Record record) {
+    const auto task = task_of_.find(record.picture);
+    if (record.verdict == Verdict::kBegun || task == task_of_.end()) {
+        begun_.insert(record.picture);
+        return;
+    }
+    begun_.erase(record.picture);
+    if (record.verdict == Verdict::kDiskFull) {
+        disk_full_ = true;
+        return;
+    }
+    if (hosts_) {
+        const bool refresh = conversion_options::Settings(options_.conversion).refresh;
+        hosts_->TakeOver(plan_.tasks[task->second], refresh, options_.keep_time, record);
+    }
+    settled_[static_cast<std::size_t>(record.picture)] = true;
+    ++done_;
+    if (record.verdict == Verdict::kFailed) {
+        ++seen_failed_;
+        Settle(record);
+        return;
+    }
+    const Task& done = plan_.tasks[task->second];
+    const bool was_made = record.verdict == Verdict::kConverted;
+    (void)state_.ledger().Add(record.dng,
+                              EntryOf(record, done.input, was_made || done.options.empty() ? options_.conversion : done.options));
+    pending_.push_back(std::move(record));
+}
+
+/// Whoever deletes originals after this run must not lose the DNGs to a power cut. What the disk did not take is not
+/// there, whatever the system's memory still holds of it.
+void TreeRun::PutOnDisk() {
+    std::vector<std::string> files;
+    files.reserve(pending_.size());
+    for (const Record& record : pending_) {
+        files.push_back(record.dng);
+    }
+    const std::vector<int> errors = stop_request::Signal() == 0 ? folder_tools::PutOnDisk(files)
+                                                                : std::vector<int>(files.size());
+    for (std::size_t i = 0; i < pending_.size(); ++i) {
+        Record& record = pending_[i];
+        if (errors[i] != 0) {
+            const std::string reason = file_system::ErrorText(errors[i]);
+            if (record.verdict == Verdict::kConverted && record.dng != InputOfNumber(record.picture)) {
+                file_system::Remove(record.dng);
+            }
+            (void)state_.ledger().Remove(record.dng);
+            record.verdict = Verdict::kFailed;
+            record.text = "the system could not write its DNG to the disk: " + reason;
+            record.kind = "not on the disk: " + reason;
+            ++not_on_disk_;
+        } else if (auto entry = state_.ledger().Find(record.dng); entry && stop_request::Signal() == 0) {
+            entry->on_disk = true;
+            (void)state_.ledger().Add(record.dng, *entry);
+        }
+        Settle(record);
+    }
+    pending_.clear();
+    synchronized_ = std::chrono::steady_clock::now();
+}
+
+void TreeRun::Settle(const Record& record) {
+    tally_.Take(record, InputOfNumber(record.picture));
+    if (!record.sha256.empty() && record.verdict != Verdict::kFailed) {
+        sums_[FolderIn(record.dng)][NameIn(record.dng)] = record.sha256;
+    }
+}
+
+/// A worker that was killed, by the system for want of memory or by a fault of its own, was at work on a picture.
+void TreeRun::BlameTheDead() {
+    if (stop_request::Signal() != 0 || disk_full_) {
+        return;
+    }
+    for (const std::uint64_t number : std::set(begun_)) {
+        Record record;
+        record.verdict = Verdict::kFailed;
+        record.picture = number;
+        record.text = "velmarcon-batch was ended by something else while it was at work on it";
+        record.kind = "ended by something else";
+        settled_[static_cast<std::size_t>(number)] = true;
+        ++done_;
+        ++seen_failed_;
+        Settle(record);
+    }
+    begun_.clear();
+}
+
+std::size_t TreeRun::Unreached() const {
+    return static_cast<std::size_t>(std::ranges::count(settled_, false));
+}
+
+void TreeRun::WriteChecksumFiles() {
+    for (const auto& [folder, sums] : sums_) {
+        Checksums all;
+        int error = ReadChecksums(folder, all);
+        if (error == 0) {
+            for (const auto& [name, sum] : sums) {
+                all[name] = sum;
+            }
+            error = WriteChecksums(folder, all);
+        }
+        if (error != 0) {
+            report_written_ = false;
+            (void)std::fprintf(stderr, "velmarcon-batch: %sSHA256SUMS cannot be written: %s\n", Shown(folder).c_str(),
+                               file_system::ErrorText(error));
+        }
+    }
+}
+
+void TreeRun::TellRemarks() const {
+    if (options_.quiet || tally_.remarked() == 0) {
+        return;
+    }
+    Say(std::to_string(tally_.remarked()) + " of the converted with a remark: see " + Shown(state_.PathOf("report")));
+    PrintNamed("Remark", tally_.remarks(), tally_.remarked());
+}
+
+void TreeRun::TellFailures() const {
+    PrintNamed("Damaged", tally_.flaws(), tally_.flawed());
+    PrintNamed("Failed", tally_.failures(), tally_.failed());
+    if (tally_.failed() > 1 && !options_.quiet) {
+        for (const auto& [kind, number] : tally_.kinds()) {
+            std::printf("%zu failed: %s\n", number, kind.c_str());
+        }
+    }
+}
+
+void TreeRun::TellNearMisses() const {
+    const auto first = [](const std::vector<std::string>& paths) {
+        constexpr std::size_t named = 10;
+        std::vector<std::string> shown;
+        for (std::size_t i = 0; i < std::min(paths.size(), named); ++i) {
+            shown.push_back(Shown(paths[i]));
+        }
+        return shown;
+    };
+    if (!options_.quiet) {
+        PrintNamed("Passed over, not in capital letters", first(found_.small), found_.small.size());
+    }
+    PrintNamed("Too short for a DNG of the camera's", first(found_.cut), found_.cut.size());
+    PrintNamed("In the list, but no picture of the folders", first(not_found_), not_found_.size());
+}
+
+/// The count stands last.
+void TreeRun::TellEnd() {
+    constexpr double moment = 0.05;
+    const std::size_t worked = tally_.converted();
+    const double elapsed = progress_ ? progress_->Elapsed() : 0;
+    if (plan_.other_options > 0) {
+        Say(std::to_string(plan_.other_options) + " already there, made with other options (" + plan_.options_of_others +
+            "); -r makes them anew");
+    }
+    if (worked > 0 && elapsed > moment) {
+        char each[32] = {};  // NOLINT(modernize-avoid-c-arrays)
+        (void)std::snprintf(each, sizeof(each), "%.1f", static_cast<double>(worked) / elapsed);
+        Say(Duration(elapsed) + ", " + each + " pictures a second");
+    }
+    std::string line = NumberOfPictures(found_.pictures.size()) + ": " + std::to_string(tally_.converted()) +
+                       " converted, " + std::to_string(tally_.kept()) + " already there, " +
+                       std::to_string(tally_.failed()) + " failed";
+    if (tally_.flawed() > 0) {
+        line += ", " + std::to_string(tally_.flawed()) + " damaged";
+    }
+    if (const std::size_t unreached = Unreached(); unreached > 0) {
+        line += ", " + std::to_string(unreached) + (disk_full_ ? " not done" : " not reached");
+    }
+    Say(line);
+}
+
+int TreeRun::TellUnreached(std::size_t unreached) const {
+    if (disk_full_) {
+        return Refuse(batch_status::kSomeFailed, "the disk is full; the same command goes on from here");
+    }
+    const std::string messages = fields::ReadWhole(state_.PathOf("messages")).value_or("");
+    constexpr std::size_t last = 500;
+    return Refuse(batch_status::kSomeFailed,
+                  "not reached: " + NumberOfPictures(unreached) + "; the end of " + state_.PathOf("messages") + ":\n" +
+                      messages.substr(messages.size() - std::min(messages.size(), last)));
+}
+
+int TreeRun::Summarise() {
+    WriteChecksumFiles();
+    report_written_ = tally_.Close() && report_written_;
+    TellNearMisses();
+    TellRemarks();
+    TellFailures();
+    if (!found_.unread.empty()) {
+        std::printf("Not all folders could be read:\n");
+        for (const std::string& line : found_.unread) {
+            std::printf("%s\n", Shown(line).c_str());
+        }
+    }
+    TellEnd();
+    int status = batch_status::kDone;
+    if (const int signal = stop_request::Signal(); signal != 0) {
+        (void)std::fflush(stdout);
+        (void)std::fprintf(stderr, "Interrupted (%s). The same command goes on from here.\n", stop_request::Name(signal));
+        status = batch_status::kSignal + signal;
+    } else if (const std::size_t unreached = Unreached(); unreached > 0) {
+        status = TellUnreached(unreached);
+    } else {
+        state_.End();
+        const bool all_well = tally_.failed() == 0 && tally_.flawed() == 0 && found_.unread.empty() &&
+                              not_found_.empty() && (found_.cut.empty() || options_.accept_damaged) && report_written_;
+        status = all_well ? batch_status::kDone : batch_status::kSomeFailed;
+        if (found_.pictures.empty()) {
+            status = Refuse(batch_status::kSomeFailed,
+                            "no picture found: no .RAW and no DNG of the camera (names in capital letters)");
+        }
+    }
+    Notify(status);
+    (void)std::fflush(stdout);
+    return status;
+}
+
+void TreeRun::Notify(int status) const {
+    if (!options_.notify) {
+        return;
+    }
+    ChildStart start;
+    start.arguments = {"notify-send", "velmarcon-batch",
+                       std::string(status == 0 ? "Done: " : "Ended: ") + NumberOfPictures(found_.pictures.size()) + ", " +
+                           std::to_string(tally_.failed()) + " failed"};
+    std::string printed;
+    (void)RunForOutput(start, printed);
+}

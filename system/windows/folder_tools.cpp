@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "system/folder_tools.h"
+
+#include <windows.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "system/system_path.h"
+#include "system/windows/windows_error.h"
+
+namespace folder_tools {
+
+namespace {
+
+int FlushFile(const std::string& path) {
+    constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    auto* const file = ::CreateFileW(system_path::ToSystem(path).c_str(), GENERIC_WRITE, share, nullptr,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return ErrnoOfLastWindowsError();
+    }
+    const int error = ::FlushFileBuffers(file) != 0 ? 0 : ErrnoOfLastWindowsError();
+    ::CloseHandle(file);
+    return error;
+}
+
+}  // namespace
+
+/// Below the user's own folder, which nobody else may enter.
+int MakePrivate(const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_directories(system_path::ToSystem(path), error);
+    return error ? error.default_error_condition().value() : 0;
+}
+
+int FreeBytes(const std::string& folder, std::uint64_t& bytes) {
+    ULARGE_INTEGER available = {};
+    if (::GetDiskFreeSpaceExW(system_path::ToSystem(folder).c_str(), &available, nullptr, nullptr) == 0) {
+        return ErrnoOfLastWindowsError();
+    }
+    bytes = available.QuadPart;
+    return 0;
+}
+
+/// Only an administrator may bring a whole volume to the disk.
+std::vector<int> PutOnDisk(std::span<const std::string> files) {
+    std::vector<int> errors;
+    errors.reserve(files.size());
+    for (const std::string& file : files) {
+        errors.push_back(FlushFile(file));
+    }
+    return errors;
+}
+
+}  // namespace folder_tools
