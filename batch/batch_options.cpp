@@ -10,13 +10,16 @@
 const char* const kBatchHelp =
     "Usage: velmarcon-batch [OPTION...] FOLDER... [-- VELMARCON-OPTION...]\n"
     "\n"
-    "Converts every Leica M8 picture in the folders and the folders below them: pairs of X.RAW and X.JPG, and the\n"
+    "Converts every Leica M8 picture in the folders and the folders below them: pairs of X.RAW and X.JPG, "
+    "and the\n"
     "DNGs that the camera itself wrote. A second call goes on where an interrupted one stopped.\n"
     "\n"
-    "  -o, --output DIR   write the DNGs there, in folders as the pictures lie; without it: beside the RAW files\n"
+    "  -o, --output DIR   write the DNGs there, in folders as the pictures lie; without it: beside the RAW "
+    "files\n"
     "  -j, --jobs N       run N at a time; without it: one on each core\n"
     "      --hosts LIST   have other machines do it, over ssh: [N/][USER@]HOST,... (this one is called :)\n"
-    "      --from0 FILE   only these pictures of the folders: a list of paths, each ended by a NUL; - is standard\n"
+    "      --from0 FILE   only these pictures of the folders: a list of paths, each ended by a NUL; - is "
+    "standard\n"
     "                     input\n"
     "      --newest-first begin with the newest pictures\n"
     "      --fresh        with -r: do all pictures, also those that an interrupted run has refreshed\n"
@@ -37,7 +40,8 @@ const char* const kBatchHelp =
     "\n"
     "What stands behind -- is for velmarcon: -r, -p, -b, -l, -s and so on, but neither -i nor -o nor -sd.\n"
     "\n"
-    "Status: 0 when every picture has a complete DNG, 1 when some have none, 2 for wrong usage, 3 when the work could\n"
+    "Status: 0 when every picture has a complete DNG, 1 when some have none, 2 for wrong usage, 3 when the "
+    "work could\n"
     "not begin, 130 after Ctrl-C.\n";
 
 namespace {
@@ -45,7 +49,7 @@ namespace {
 /// An option without a value.
 struct Flag {
     std::string_view name;
-    bool BatchOptions::* member;
+    bool BatchOptions::*member;
 };
 
 constexpr std::array<Flag, 17> kFlags = {{
@@ -71,7 +75,7 @@ constexpr std::array<Flag, 17> kFlags = {{
 /// An option with one; -j is none of them, being a number.
 struct Text {
     std::string_view name;
-    std::string BatchOptions::* member;
+    std::string BatchOptions::*member;
 };
 
 constexpr std::array<Text, 6> kTexts = {{
@@ -95,9 +99,8 @@ const Text* FindText(std::string_view name) {
 /// From 1 to 9999.
 std::optional<unsigned int> NumberOfJobs(const std::string& value) {
     constexpr std::size_t most_digits = 4;
-    const bool is_number =
-        !value.empty() && value.size() <= most_digits && value.front() != '0' &&
-        std::ranges::all_of(value, [](char c) { return c >= '0' && c <= '9'; });
+    const bool is_number = !value.empty() && value.size() <= most_digits && value.front() != '0' &&
+                           std::ranges::all_of(value, [](char c) { return c >= '0' && c <= '9'; });
     return is_number ? std::optional(static_cast<unsigned int>(std::stoul(value))) : std::nullopt;
 }
 
@@ -157,7 +160,8 @@ class Reader {
         }
         if (argument.starts_with("--delete")) {
             return "there is no " + argument +
-                   ": originals are deleted by hand, and only after velmarcon-batch has ended with status 0. A picture "
+                   ": originals are deleted by hand, and only after velmarcon-batch has ended with status 0. "
+                   "A picture "
                    "cannot be taken again";
         }
         if (argument.size() > 1 && argument.starts_with('-')) {

@@ -32,8 +32,8 @@ int Misused(const std::string& text) {
     return Refuse(batch_status::kUsage, text + " (velmarcon-batch --help tells the usage)");
 }
 
-/// What stands after --; of a lens code only the database knows whether it is one. Returns a status to end with, or
-/// kDone.
+/// What stands after --; of a lens code only the database knows whether it is one. Returns a status to end
+/// with, or kDone.
 int CheckConversionOptions(const BatchOptions& options, const std::string& databases) {
     lensdb lenses(databases);
     (void)lenses.LoadLensData();
@@ -41,8 +41,9 @@ int CheckConversionOptions(const BatchOptions& options, const std::string& datab
     for (const std::string& remark : conversion_options::Remarks(options.conversion, lenses)) {
         text += "\nvelmarcon: " + remark;
     }
-    return text.empty() ? batch_status::kDone
-                        : Refuse(batch_status::kUsage, "what stands after -- is not as velmarcon wants it:" + text);
+    return text.empty()
+               ? batch_status::kDone
+               : Refuse(batch_status::kUsage, "what stands after -- is not as velmarcon wants it:" + text);
 }
 
 /// The list of --from0.
@@ -75,7 +76,8 @@ int Run(std::span<const std::string> arguments, const Installation& installation
         return Misused("the list " + Shown(options.list) + " cannot be read");
     }
     std::vector<Tree> trees;
-    if (const TreeError error = ResolveTrees(options, !options.dry_run && !options.verify, trees); !error.text.empty()) {
+    if (const TreeError error = ResolveTrees(options, !options.dry_run && !options.verify, trees);
+        !error.text.empty()) {
         return error.is_usage ? Misused(error.text) : Refuse(batch_status::kNotBegun, error.text);
     }
     return TreeRun(options, trees, *list, installation.program, databases).Run();

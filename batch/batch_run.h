@@ -20,12 +20,12 @@ constexpr int kSignal = 128;
 /// Where the program stands, and what belongs to it.
 struct Installation {
     std::string program;                     ///< path of the program itself
-    std::function<std::string()> databases;  ///< prepares the folder of lensdb.ini and sensdb.ini, and returns it with
-                                             ///< its separator
+    std::function<std::string()> databases;  ///< prepares the folder of lensdb.ini and sensdb.ini, and
+                                             ///< returns it with its separator
 };
 
-/// velmarcon-batch. `arguments` are those of the command line, the program's name not among them. Returns the exit
-/// status.
+/// velmarcon-batch. `arguments` are those of the command line, the program's name not among them. Returns the
+/// exit status.
 int RunBatch(std::span<const std::string> arguments, const Installation& installation);
 
 #endif  // VELMARCON_BATCH_BATCH_RUN_H

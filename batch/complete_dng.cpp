@@ -100,7 +100,8 @@ std::string ProblemOfDng(const std::string& path, bool is_pair) {
     }
     const Window head(file.stream(), 0);
     constexpr std::uint64_t ifd_offset = 4;
-    if (head.view().Get<std::uint32_t>(0, kLittle) != kLittleEndianTiff || !head.view().Holds(ifd_offset, 4)) {
+    if (head.view().Get<std::uint32_t>(0, kLittle) != kLittleEndianTiff ||
+        !head.view().Holds(ifd_offset, 4)) {
         return "is no DNG";
     }
     auto values = ReadIfd(file.stream(), head.view().Get<std::uint32_t>(ifd_offset, kLittle));

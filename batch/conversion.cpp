@@ -5,7 +5,8 @@
 #include "base/error_codes.h"
 #include "batch/conversion_options.h"
 
-Conversion::Conversion(std::span<const std::string> options, const std::string& databases, CapturedOutput& output)
+Conversion::Conversion(std::span<const std::string> options, const std::string& databases,
+                       CapturedOutput& output)
     : output_(output),
       settings_(conversion_options::Settings(options)),
       lenses_(databases),

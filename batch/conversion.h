@@ -17,8 +17,8 @@ class ConversionRun;
 /// Makes DNGs as velmarcon does, one after the other.
 class Conversion {
   public:
-    /// `databases` is the folder of lensdb.ini and sensdb.ini, with its separator. What is printed is read from
-    /// `output`, which the caller owns.
+    /// `databases` is the folder of lensdb.ini and sensdb.ini, with its separator. What is printed is read
+    /// from `output`, which the caller owns.
     Conversion(std::span<const std::string> options, const std::string& databases, CapturedOutput& output);
     ~Conversion();
     Conversion(const Conversion&) = delete;
@@ -26,8 +26,8 @@ class Conversion {
     Conversion(Conversion&&) = delete;
     Conversion& operator=(Conversion&&) = delete;
 
-    /// Converts or repairs `name` of `folder` into the folder `output`, both with their separators. Returns what was
-    /// printed. What became of it, the DNG tells.
+    /// Converts or repairs `name` of `folder` into the folder `output`, both with their separators. Returns
+    /// what was printed. What became of it, the DNG tells.
     std::string Run(const std::string& folder, const std::string& name, const std::string& output);
 
     /// Called after a picture that got no DNG: what a run remembers of it must not reach the next one.

@@ -10,8 +10,8 @@ namespace conversion_options {
 
 namespace {
 
-/// The options as arguments of a command line, which begins with the program's name. Lives as long as what was read of
-/// it.
+/// The options as arguments of a command line, which begins with the program's name. Lives as long as what
+/// was read of it.
 class CommandLine {
   public:
     explicit CommandLine(std::span<const std::string> options) : texts_(options.begin(), options.end()) {
@@ -47,7 +47,8 @@ std::string RefusalOf(const Argument& argument) {
         return text + " behind --: the input and the output of each velmarcon are given to it from here";
     }
     if (option == Option::kDarkFieldCreation) {
-        return "-sd makes the database of one camera from one dark exposure; many at once would overwrite each other's. "
+        return "-sd makes the database of one camera from one dark exposure; many at once would overwrite "
+               "each other's. "
                "Run velmarcon itself with it, once, then this with -s";
     }
     return "";
@@ -55,7 +56,8 @@ std::string RefusalOf(const Argument& argument) {
 
 /// Of what RemarksOn says, that which does not concern the input: each picture is given to the program.
 bool ConcernsOptions(const std::string& remark) {
-    return remark.find(": passed over") != std::string::npos || remark.find(": read as ") != std::string::npos;
+    return remark.find(": ignored") != std::string::npos ||
+           remark.find(": read as ") != std::string::npos;
 }
 
 }  // namespace

@@ -12,8 +12,8 @@
 /// The options of velmarcon that a batch hands on.
 namespace conversion_options {
 
-/// What a batch cannot be asked for: another input or output, a dark reference, a word that belongs to no option.
-/// Empty when there is nothing.
+/// What a batch cannot be asked for: another input or output, a dark reference, a word that belongs to no
+/// option. Empty when there is nothing.
 std::string Refusal(std::span<const std::string> options);
 
 /// What velmarcon would pass over or read otherwise than it looks, a line each.

@@ -102,7 +102,8 @@ std::vector<ChildStart> WorkersInTurn(const std::string& program, const RunState
 
 ChildStart ParallelStart(const std::string& parallel, const RunState& state) {
     ChildStart start;
-    start.arguments = {parallel, "--plain", "--will-cite", "--joblog", "joblog", "--termseq", "TERM,5000,KILL,100"};
+    start.arguments = {parallel, "--plain",   "--will-cite",       "--joblog",
+                       "joblog", "--termseq", "TERM,5000,KILL,100"};
     start.folder = state.folder();
     start.output = state.PathOf("messages");
     start.errors = start.output;
@@ -116,9 +117,11 @@ ChildStart WorkersByParallel(const std::string& parallel, const std::string& pro
     ChildStart start = ParallelStart(parallel, state);
     (void)WriteNumbers(state.PathOf("numbers"), first, last);
     // The shell gets a job's number, and no names.
-    const std::string command = "exec \"$" + std::string(worker_environment::kProgram) + "\" " + kWorkerArgument;
-    for (const std::string& argument : {std::string("--ungroup"), std::string("--jobs"), std::to_string(at_a_time),
-                                        std::string("-a"), std::string("numbers"), command}) {
+    const std::string command =
+        "exec \"$" + std::string(worker_environment::kProgram) + "\" " + kWorkerArgument;
+    for (const std::string& argument :
+         {std::string("--ungroup"), std::string("--halt"), std::string("soon,fail=1"), std::string("--jobs"),
+          std::to_string(at_a_time), std::string("-a"), std::string("numbers"), command}) {
         start.arguments.push_back(argument);
     }
     start.kept = state.LockDescriptors();

@@ -20,8 +20,8 @@ class Engine {
     /// Waits up to `milliseconds`. Returns whether something is still at work.
     bool Wait(unsigned int milliseconds);
 
-    /// Has everything end, and begins nothing more. Called again, it asks once more after a while: old versions of GNU
-    /// parallel take the first request for a wish to begin no more jobs.
+    /// Has everything end, and begins nothing more. Called again, it asks once more after a while: old
+    /// versions of GNU parallel take the first request for a wish to begin no more jobs.
     void AskToEnd();
 
     /// Why the last program could not be started; empty when all could.
@@ -38,7 +38,8 @@ class Engine {
     std::string error_;
 };
 
-/// Where GNU parallel is; empty when it is not installed. Debian's moreutils has another program by that name.
+/// Where GNU parallel is; empty when it is not installed. Debian's moreutils has another program by that
+/// name.
 std::string FindParallel();
 
 /// Workers on this machine, one after the other, for the jobs from 1 to `last`.

@@ -89,7 +89,8 @@ class HostJob {
         }
         const auto begin = static_cast<std::uint64_t>(archive_.tellp());
         const auto length = dng_.bytes().size();
-        archive_.write(reinterpret_cast<const char*>(dng_.bytes().data()), static_cast<std::streamsize>(length));
+        archive_.write(reinterpret_cast<const char*>(dng_.bytes().data()),
+                       static_cast<std::streamsize>(length));
         record.dng = std::to_string(begin) + " " + std::to_string(length);
         record.fingerprint = Fingerprint(dng_.bytes());
         return static_cast<bool>(archive_);

@@ -23,8 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Where a host keeps what it works on, below the home folder there: a folder for each state, and in it one for each
-/// run. What an interrupted run still has on its way then, such as the removal of a picture there, meets no other run's.
+/// Where a host keeps what it works on, below the home folder there: a folder for each state, and in it one
+/// for each run. What an interrupted run still has on its way then, such as the removal of a picture there,
+/// meets no other run's.
 constexpr const char* kHostFolder = ".cache/velmarcon-batch";
 
 /// The answer is "ready" and the number of cores, or what is missing. By whatever shell there is.
@@ -34,20 +35,22 @@ constexpr const char* kQuestion =
     "command -v \"$program\" >/dev/null || { echo \"no $program there\"; exit; }; "
     "done; "
     "version=$(velmarcon-batch --version </dev/null 2>&1) || version=\"another program\"; "
-    "[ \"$version\" = \"velmarcon-batch $1\" ] || { echo \"velmarcon-batch there is $version, not $1\"; exit; }; "
+    "[ \"$version\" = \"velmarcon-batch $1\" ] || { echo \"velmarcon-batch there is $version, not $1\"; "
+    "exit; }; "
     "rm -rf -- \"$HOME/$2\"; "
     "echo \"ready $(getconf _NPROCESSORS_ONLN)\"' question ";
 
 /// What a job runs there, and on this machine: here the environment names the program.
 std::string JobCommand() {
-    return std::string("sh -c 'exec \"${") + worker_environment::kProgram + ":-velmarcon-batch}\" " + kWorkerArgument +
-           " \"$1\"' worker {}";
+    return std::string("sh -c 'exec \"${") + worker_environment::kProgram + ":-velmarcon-batch}\" " +
+           kWorkerArgument + " \"$1\"' worker {}";
 }
 
 /// A login goes into a command line: it is what ssh takes for one, and nothing else.
 bool IsLogin(const std::string& login) {
     return !login.empty() && !login.starts_with('-') && std::ranges::all_of(login, [](unsigned char c) {
-        return std::isalnum(c) != 0 || std::string("@._-:[]%").find(static_cast<char>(c)) != std::string::npos;
+        return std::isalnum(c) != 0 ||
+               std::string("@._-:[]%").find(static_cast<char>(c)) != std::string::npos;
     });
 }
 
@@ -89,7 +92,8 @@ std::string Hosts::OnHost(const std::string& login, const std::string& command) 
 
 std::string Hosts::Ask(const std::string& list, bool& is_usage) {
     is_usage = false;
-    const std::string id = fields::ReadWhole(state_.PathOf("id")).value_or(std::to_string(running_process::RandomNumber()));
+    const std::string id =
+        fields::ReadWhole(state_.PathOf("id")).value_or(std::to_string(running_process::RandomNumber()));
     if (fields::WritePlain(state_.PathOf("id"), id) != 0) {
         return "nothing can be written to " + state_.folder();
     }
@@ -110,7 +114,8 @@ std::string Hosts::Ask(const std::string& list, bool& is_usage) {
     return is_usage ? "--hosts names no host" : "";
 }
 
-/// A host that cannot do the work would fail one picture after the other, faster than those that can convert them.
+/// A host that cannot do the work would fail one picture after the other, faster than those that can convert
+/// them.
 std::string Hosts::AskOne(const std::string& entry) {
     constexpr const char* ready = "ready ";
     const auto slash = entry.find('/');
@@ -148,7 +153,8 @@ bool Hosts::HandOver(const WorkerSettings& settings) {
     given_ = {host_job::kSettings};
     for (const char* const name : {"lensdb.ini", "sensdb.ini"}) {
         const std::string file = std::string(host_job::kData) + "/" + name;
-        if (file_system::IsTaken(settings.databases + name) && Copy(settings.databases + name, handed + file)) {
+        if (file_system::IsTaken(settings.databases + name) &&
+            Copy(settings.databases + name, handed + file)) {
             given_.push_back(file);
         }
     }
@@ -174,20 +180,24 @@ bool Hosts::LayOutJob(std::uint64_t job, std::span<const Task> tasks) {
         }
         picture.jpg_state = StateText(base + ".JPG");
         picture.bia_state = StateText(base + ".BIA");
-        for (const auto& [extension, state] : {std::pair("JPG", picture.jpg_state), std::pair("BIA", picture.bia_state)}) {
+        for (const auto& [extension, state] :
+             {std::pair("JPG", picture.jpg_state), std::pair("BIA", picture.bia_state)}) {
             if (!state.empty() && !Link(base + "." + extension, folder + host_job::FileOf(i, extension))) {
                 return false;
             }
         }
     }
     remaining_[job] = tasks.size();
-    return jobs::Write(folder + host_job::kJob, sent) == 0 && jobs::Write(jobs::FileOf(state_.folder(), job), {tasks.begin(), tasks.end()}) == 0;
+    return jobs::Write(folder + host_job::kJob, sent) == 0 &&
+           jobs::Write(jobs::FileOf(state_.folder(), job), {tasks.begin(), tasks.end()}) == 0;
 }
 
-std::uint64_t Hosts::LayOut(const WorkerSettings& settings, std::span<const Task> tasks, std::uint64_t first) {
+std::uint64_t Hosts::LayOut(const WorkerSettings& settings, std::span<const Task> tasks,
+                            std::uint64_t first) {
     constexpr std::size_t most = 8;
     constexpr std::size_t jobs_a_slot = 4;
-    const std::size_t per_job = std::clamp<std::size_t>(tasks.size() / (std::max<std::size_t>(slots_, 1) * jobs_a_slot), 1, most);
+    const std::size_t per_job =
+        std::clamp<std::size_t>(tasks.size() / (std::max<std::size_t>(slots_, 1) * jobs_a_slot), 1, most);
     std::error_code error;
     fs::remove_all(state_.PathOf(host_job::kSent), error);
     fs::remove_all(state_.PathOf(host_job::kBack), error);
@@ -214,9 +224,9 @@ ChildStart Hosts::Start() const {
     }
     (void)fields::WritePlain(state_.PathOf("numbers"), numbers);
     auto& arguments = start.arguments;
-    arguments.insert(arguments.end(), {"-a", "numbers", "--retries", "3", "--workdir", work_folder_, "--cleanup",
-                                       "--transferfile", std::string(host_job::kSent) + "/./{}", "--return",
-                                       std::string(host_job::kBack) + "/./{}"});
+    arguments.insert(arguments.end(), {"-a", "numbers", "--retries", "3", "--workdir", work_folder_,
+                                       "--cleanup", "--transferfile", std::string(host_job::kSent) + "/{}",
+                                       "--return", std::string(host_job::kBack) + "/{}"});
     for (const std::string& entry : entries_) {
         arguments.insert(arguments.end(), {"--sshlogin", entry});
     }
@@ -237,23 +247,27 @@ std::string Hosts::TakeDng(const Task& task, bool refresh, const Record& record)
     const auto blank = record.dng.find(' ');
     constexpr std::uint64_t longest = 100'000'000;
     const std::uint64_t begin = fields::Number(record.dng.substr(0, blank)).value_or(longest * longest);
-    const std::uint64_t length = fields::Number(blank == std::string::npos ? "" : record.dng.substr(blank + 1)).value_or(0);
+    const std::uint64_t length =
+        fields::Number(blank == std::string::npos ? "" : record.dng.substr(blank + 1)).value_or(0);
     const auto picture = sent_.find(record.picture);
     if (length == 0 || length > longest || begin >= longest * longest || picture == sent_.end()) {
         return lost;
     }
-    std::ifstream archive(state_.PathOf(host_job::kBack) + "/" + std::to_string(picture->second.job), std::ios::binary);
+    std::ifstream archive(state_.PathOf(host_job::kBack) + "/" + std::to_string(picture->second.job),
+                          std::ios::binary);
     std::vector<char> bytes(static_cast<std::size_t>(length));
     archive.seekg(static_cast<std::streamoff>(begin));
     archive.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    const std::span<const std::uint8_t> view(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    const std::span<const std::uint8_t> view(reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                                             bytes.size());
     if (!archive || Fingerprint(view) != record.fingerprint) {
         return lost;
     }
     std::error_code error;
     fs::create_directories(system_path::ToSystem(FolderIn(task.dng)), error);
     ReplacementFile file;
-    int failed = file.Open(task.dng, refresh ? ReplacementFile::Existing::kReplace : ReplacementFile::Existing::kKeep);
+    int failed =
+        file.Open(task.dng, refresh ? ReplacementFile::Existing::kReplace : ReplacementFile::Existing::kKeep);
     if (failed == 0) {
         file.Write(bytes);
         failed = file.Commit(bytes.size());

@@ -14,19 +14,19 @@
 #include "system/child_process.h"
 
 /// Has other machines do jobs: GNU parallel takes the files of a job's pictures there by ssh and rsync, runs
-/// velmarcon-batch beside them, and fetches the DNGs in one file, from which they are taken over here. The names of
-/// pictures stand in files and never in a command.
+/// velmarcon-batch beside them, and fetches the DNGs in one file, from which they are taken over here. The
+/// names of pictures stand in files and never in a command.
 class Hosts {
   public:
     Hosts(const RunState& state, std::string parallel, std::string program)
         : state_(state), parallel_(std::move(parallel)), program_(std::move(program)) {}
 
-    /// Asks every host of the list whether it can do the work. Returns why one cannot, or an empty text; `is_usage`
-    /// tells that the list is to blame.
+    /// Asks every host of the list whether it can do the work. Returns why one cannot, or an empty text;
+    /// `is_usage` tells that the list is to blame.
     [[nodiscard]] std::string Ask(const std::string& list, bool& is_usage);
 
-    /// Lays out what the hosts get, in jobs from `first` on. Returns the number of the last job, or 0 when that cannot
-    /// be written.
+    /// Lays out what the hosts get, in jobs from `first` on. Returns the number of the last job, or 0 when
+    /// that cannot be written.
     std::uint64_t LayOut(const WorkerSettings& settings, std::span<const Task> tasks, std::uint64_t first);
 
     /// The program that runs all of them.

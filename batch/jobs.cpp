@@ -17,14 +17,16 @@ constexpr std::size_t kTaskFields = 5;  ///< before the options
 
 std::optional<TaskMode> ModeFrom(std::string_view word) {
     const auto* const found = std::ranges::find(kModes, word);
-    return found != kModes.end() ? std::optional(static_cast<TaskMode>(found - kModes.begin())) : std::nullopt;
+    return found != kModes.end() ? std::optional(static_cast<TaskMode>(found - kModes.begin()))
+                                 : std::nullopt;
 }
 
 std::string Flag(bool flag) {
     return flag ? "1" : "0";
 }
 
-/// The options that follow their number, which stands at `at`; moves behind them. Nothing when they are not all there.
+/// The options that follow their number, which stands at `at`; moves behind them. Nothing when they are not
+/// all there.
 std::optional<std::vector<std::string>> TakeOptions(const std::vector<std::string>& texts, std::size_t& at) {
     const auto count = fields::Number(texts[at++]);
     if (!count || *count > texts.size() - at) {

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The fields of an entry in the file: the DNG, seven that stay together, the options, and whether it is on the disk.
-/// An entry without source is a removal.
+/// The fields of an entry in the file: the DNG, seven that stay together, the options, and whether it is on
+/// the disk. An entry without source is a removal.
 constexpr std::size_t kFields = 10;
 constexpr std::size_t kStates = 7;
 
@@ -90,8 +90,15 @@ std::optional<LedgerEntry> Ledger::Find(const std::string& dng) const {
     if (texts.size() != kStates) {
         return std::nullopt;
     }
-    return LedgerEntry{texts[0], texts[1], texts[2], texts[3], texts[4], texts[5], texts[6],
-                       SplitOptions(options_[found->second.options]), found->second.on_disk};
+    return LedgerEntry{texts[0],
+                       texts[1],
+                       texts[2],
+                       texts[3],
+                       texts[4],
+                       texts[5],
+                       texts[6],
+                       SplitOptions(options_[found->second.options]),
+                       found->second.on_disk};
 }
 
 std::string Ledger::BytesOf(const std::string& dng, const Kept& kept) const {
@@ -105,8 +112,9 @@ bool Ledger::Append(const std::string& bytes) {
 }
 
 bool Ledger::Add(const std::string& dng, const LedgerEntry& entry) {
-    const std::vector<std::string> states = {entry.source,    entry.raw_state,   entry.jpg_state, entry.bia_state,
-                                             entry.dng_state, entry.fingerprint, entry.flaws};
+    const std::vector<std::string> states = {entry.source,    entry.raw_state, entry.jpg_state,
+                                             entry.bia_state, entry.dng_state, entry.fingerprint,
+                                             entry.flaws};
     const Kept kept = {fields::Joined(states), NumberOf(JoinedOptions(entry.options)), entry.on_disk};
     kept_[dng] = kept;
     return Append(BytesOf(dng, kept));
@@ -139,8 +147,9 @@ int Ledger::Compact() {
     return file_ ? 0 : EIO;
 }
 
-LedgerEntry EntryOf(const Record& record, const std::string& source, const std::vector<std::string>& options) {
-    return {source,           record.raw_state,   record.jpg_state, record.bia_state,
-            record.dng_state, record.fingerprint, record.flaws,     options,
-            false};
+LedgerEntry EntryOf(const Record& record, const std::string& source,
+                    const std::vector<std::string>& options) {
+    return {source,           record.raw_state, record.jpg_state,
+            record.bia_state, record.dng_state, record.fingerprint,
+            record.flaws,     options,          false};
 }

@@ -25,8 +25,8 @@ struct LedgerEntry {
     bool on_disk = false;  ///< the system has said so
 };
 
-/// The DNGs that runs into the same output have made or found, by their paths: a file to which each is added as it
-/// comes. It holds little memory for each.
+/// The DNGs that runs into the same output have made or found, by their paths: a file to which each is added
+/// as it comes. It holds little memory for each.
 class Ledger {
   public:
     /// Reads the file at `path`, if it is there. Returns 0 or the system's error number.

@@ -25,7 +25,8 @@ bool IsOld(const fs::path& state) {
     constexpr auto age = std::chrono::hours(24 * 90);
     std::error_code error;
     const auto written = fs::last_write_time(state / "ledger", error);
-    return !error && !fs::exists(state / "begun", error) && !error && fs::file_time_type::clock::now() - written > age;
+    return !error && !fs::exists(state / "begun", error) && !error &&
+           fs::file_time_type::clock::now() - written > age;
 }
 
 }  // namespace
@@ -37,8 +38,8 @@ void RemoveOldStates(const std::string& parent, const std::string& own) {
          !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const std::string name = system_path::FromSystem(entry->path().filename());
         std::error_code unknown;
-        if (name != own && IsState(name) && entry->symlink_status(unknown).type() == fs::file_type::directory &&
-            IsOld(entry->path())) {
+        if (name != own && IsState(name) &&
+            entry->symlink_status(unknown).type() == fs::file_type::directory && IsOld(entry->path())) {
             old.push_back(entry->path());
         }
     }

@@ -4,7 +4,8 @@
 
 #include <string>
 
-/// Removes from `parent` the states of runs that came to their end more than 90 days ago; that called `own` stays.
+/// Removes from `parent` the states of runs that came to their end more than 90 days ago; that called `own`
+/// stays.
 void RemoveOldStates(const std::string& parent, const std::string& own);
 
 #endif  // VELMARCON_BATCH_OLD_STATES_H

@@ -23,7 +23,8 @@ bool IsUpperCase(const std::string& text) {
 }
 
 std::string UpperCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return text;
 }
 
@@ -33,7 +34,8 @@ class Walk {
     Walk(std::uint32_t number, std::span<const Tree> trees, FoundPictures& found)
         : number_(number), root_(trees[number].root), found_(found) {
         for (const Tree& tree : trees) {
-            const auto state = tree.out != root_ && LiesIn(tree.out, root_) ? StateOf(tree.out) : std::nullopt;
+            const auto state =
+                tree.out != root_ && LiesIn(tree.out, root_) ? StateOf(tree.out) : std::nullopt;
             if (state) {
                 excluded_.emplace_back(tree.out, *state);
             }
@@ -58,12 +60,13 @@ class Walk {
         }
         const auto state = StateOf(Join(root_, folder));
         return state && std::ranges::any_of(excluded_, [&](const auto& excluded) {
-            const bool same = state->device == excluded.second.device && state->inode == excluded.second.inode;
-            if (same) {
-                found_.excluded.push_back(excluded.first);
-            }
-            return same;
-        });
+                   const bool same =
+                       state->device == excluded.second.device && state->inode == excluded.second.inode;
+                   if (same) {
+                       found_.excluded.push_back(excluded.first);
+                   }
+                   return same;
+               });
     }
 
     /// `folder` is empty, or ends in a separator.
@@ -123,8 +126,8 @@ class Walk {
     std::vector<std::pair<std::string, FileState>> excluded_;
 };
 
-/// `path` as the search would find it: the links of its folder followed, and the extension of a pair that of its RAW
-/// file.
+/// `path` as the search would find it: the links of its folder followed, and the extension of a pair that of
+/// its RAW file.
 std::string AsFound(const std::string& path) {
     const std::string folder = FolderIn(path);
     std::string name = NameIn(path);
@@ -148,7 +151,8 @@ FoundPictures FindPictures(std::span<const Tree> trees) {
     return found;
 }
 
-std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees, FoundPictures& found) {
+std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees,
+                                    FoundPictures& found) {
     std::unordered_set<std::string> wanted;
     for (std::size_t begin = 0; begin < list.size();) {
         const std::size_t end = std::min(list.find('\0', begin), list.size());

@@ -10,20 +10,21 @@
 
 /// What a search of the trees has found.
 struct FoundPictures {
-    std::vector<Picture> pictures;       ///< tree by tree, in the order of their names
-    std::vector<std::string> unread;     ///< "PATH: REASON" of each folder that could not be read
-    std::vector<std::string> excluded;   ///< output folders below a root, which are not searched
-    std::vector<std::string> small;      ///< names that would be pictures in capital letters
-    std::vector<std::string> cut;        ///< DNGs that are too short for any of the camera's
+    std::vector<Picture> pictures;      ///< tree by tree, in the order of their names
+    std::vector<std::string> unread;    ///< "PATH: REASON" of each folder that could not be read
+    std::vector<std::string> excluded;  ///< output folders below a root, which are not searched
+    std::vector<std::string> small;     ///< names that would be pictures in capital letters
+    std::vector<std::string> cut;       ///< DNGs that are too short for any of the camera's
 };
 
-/// Searches all trees. Links to folders are not followed, so there are no circles; a link to a file is a file. A DNG is
-/// the camera's if it has the length of those.
+/// Searches all trees. Links to folders are not followed, so there are no circles; a link to a file is a
+/// file. A DNG is the camera's if it has the length of those.
 FoundPictures FindPictures(std::span<const Tree> trees);
 
-/// Leaves those pictures that `list` names: paths, each ended by a NUL, of any file of a picture. Returns what names
-/// none.
-std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees, FoundPictures& found);
+/// Leaves those pictures that `list` names: paths, each ended by a NUL, of any file of a picture. Returns
+/// what names none.
+std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees,
+                                    FoundPictures& found);
 
 /// Sorts by the time of the inputs, the newest first.
 void SortNewestFirst(std::span<const Tree> trees, std::vector<Picture>& pictures);

@@ -30,7 +30,8 @@ std::string ErrorText(int error) {
 }
 
 std::optional<PictureIdentity> IdentityOf(const PictureFiles& files) {
-    return files.is_camera_dng ? IdentityOfDng(files.input) : IdentityOfJpg(files.folder + files.base + ".JPG");
+    return files.is_camera_dng ? IdentityOfDng(files.input)
+                               : IdentityOfJpg(files.folder + files.base + ".JPG");
 }
 
 bool IsSameFile(const std::string& a, const std::string& b) {
@@ -99,8 +100,8 @@ std::optional<Record> PictureWork::Do(const Task& task) {
         Finish(files);
     }
     const auto elapsed = std::chrono::steady_clock::now() - begin;
-    record_.milliseconds = static_cast<std::uint64_t>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
+    record_.milliseconds =
+        static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count());
     return record_;
 }
 
@@ -149,12 +150,13 @@ bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
     return true;
 }
 
-/// A DNG of the camera's own would be replaced by what it is repaired to. Only a conversion on this machine waits for
-/// the disk before it replaces a file.
+/// A DNG of the camera's own would be replaced by what it is repaired to. Only a conversion on this machine
+/// waits for the disk before it replaces a file.
 bool PictureWork::SettleInPlace(const Task& task) {
     constexpr const char* kind = "a DNG of the camera's own in its place";
     if (task.mode == TaskMode::kVerify || !conversion_.settings().refresh) {
-        Fail("a DNG of the camera's own is repaired into another folder (--output), or in its place with -r", kind);
+        Fail("a DNG of the camera's own is repaired into another folder (--output), or in its place with -r",
+             kind);
         return true;
     }
     if (task.mode == TaskMode::kLook) {
@@ -175,9 +177,10 @@ bool PictureWork::SettleComplete(const Task& task, const PictureFiles& files) {
         return false;
     }
     if (!own || !there) {
-        const std::string file = !own ? NameIn(files.is_camera_dng ? files.input : files.base + ".JPG")
-                                      : NameIn(record_.dng);
-        Fail(NameIn(record_.dng) + " is there, but " + file + " does not tell whose picture it is", "there, unknown whose");
+        const std::string file =
+            !own ? NameIn(files.is_camera_dng ? files.input : files.base + ".JPG") : NameIn(record_.dng);
+        Fail(NameIn(record_.dng) + " is there, but " + file + " does not tell whose picture it is",
+             "there, unknown whose");
         return true;
     }
     Keep(task, files);
@@ -206,7 +209,8 @@ bool PictureWork::SettleFreeName(const Task& task, const PictureFiles& files) {
             }
             break;
         }
-        if (own && IdentityOfDng(record_.dng) == own && ProblemOfDng(record_.dng, !files.is_camera_dng).empty()) {
+        if (own && IdentityOfDng(record_.dng) == own &&
+            ProblemOfDng(record_.dng, !files.is_camera_dng).empty()) {
             const bool again = conversion_.settings().refresh && task.mode == TaskMode::kConvert;
             if (!again) {
                 Keep(task, files);
@@ -241,10 +245,12 @@ void PictureWork::Convert(const PictureFiles& files) {
     if (!CanBegin(files)) {
         return;
     }
+    record_.flaws = FlawsOf(files);  // a repair in its place leaves nothing to look at
     const auto before = StateOf(record_.dng);
     const std::string reason = Make(files);
     if (before && before == StateOf(record_.dng)) {
-        Fail((reason.empty() ? "velmarcon said nothing" : reason) + "; the old DNG is still there", KindOf(reason));
+        Fail((reason.empty() ? "velmarcon said nothing" : reason) + "; the old DNG is still there",
+             KindOf(reason));
     } else {
         Judge(files, reason);
     }
@@ -259,7 +265,8 @@ void PictureWork::Convert(const PictureFiles& files) {
 bool PictureWork::CanBegin(const PictureFiles& files) {
     int error = 0;
     if (IsUnreadable(files.input, error)) {
-        Fail(NameIn(files.input) + " cannot be read: " + ErrorText(error), "cannot be read: " + ErrorText(error));
+        Fail(NameIn(files.input) + " cannot be read: " + ErrorText(error),
+             "cannot be read: " + ErrorText(error));
         return false;
     }
     if (IsUnreadable(record_.dng, error)) {
@@ -282,8 +289,8 @@ std::string PictureWork::Make(const PictureFiles& files) {
     const std::string folder = FolderIn(record_.dng);
     const std::string name = NameIn(files.input);
     const bool has_own_name = NameIn(record_.dng) == files.base + ".DNG";
-    const PrintedLines printed =
-        ReadPrinted(has_own_name ? conversion_.Run(files.folder, name, folder) : MakeUnderFreeName(files, folder));
+    const PrintedLines printed = ReadPrinted(has_own_name ? conversion_.Run(files.folder, name, folder)
+                                                          : MakeUnderFreeName(files, folder));
     record_.text = printed.remarks;
     return printed.reason;
 }
@@ -293,7 +300,8 @@ std::string PictureWork::MakeUnderFreeName(const PictureFiles& files, const std:
     const std::string own = folder + part_files::NewName() + "/";
     std::error_code error;
     if (!fs::create_directory(system_path::ToSystem(own), error)) {
-        return record_.dng + ": DNG not written: " + ErrorText(error.default_error_condition().value()) + "\n";
+        return record_.dng + ": DNG not written: " + ErrorText(error.default_error_condition().value()) +
+               "\n";
     }
     std::string printed = conversion_.Run(files.folder, NameIn(files.input), own);
     conversion_.Forget();
@@ -317,14 +325,16 @@ void PictureWork::Judge(const PictureFiles& files, const std::string& reason) {
     const std::string problem = ProblemOfDng(record_.dng, !files.is_camera_dng);
     if (!problem.empty()) {
         const std::string more = reason.empty() ? "" : ": " + reason;
-        Fail(NameIn(record_.dng) + " " + problem + more, problem + (reason.empty() ? "" : ": " + KindOf(reason)));
+        Fail(NameIn(record_.dng) + " " + problem + more,
+             problem + (reason.empty() ? "" : ": " + KindOf(reason)));
         return;
     }
     record_.verdict = Verdict::kConverted;
     TakeDng(files);
 }
 
-/// A new DNG that is not what it should be does not keep its name, by which it would be taken for the picture.
+/// A new DNG that is not what it should be does not keep its name, by which it would be taken for the
+/// picture.
 void PictureWork::TakeDng(const PictureFiles& files) {
     const bool in_place = IsSameFile(record_.dng, files.input);
     if (!options_.verify || in_place || !ReadDng()) {
@@ -364,5 +374,7 @@ void PictureWork::Finish(const PictureFiles& files) {
         record_.sha256 = sum.Hex();
     }
     record_.dng_state = StateText(record_.dng);
-    record_.flaws = FlawsOf(files);
+    if (record_.verdict == Verdict::kKept) {
+        record_.flaws = FlawsOf(files);
+    }
 }

@@ -22,7 +22,8 @@ struct PictureFiles {
     bool is_camera_dng = false;
 };
 
-/// Does one picture after the other: looks at the DNG that is there, makes one if that is to be, and looks at that one.
+/// Does one picture after the other: looks at the DNG that is there, makes one if that is to be, and looks at
+/// that one.
 class PictureWork {
   public:
     /// The lines that a conversion prints are read from `output`. Everything is owned by the caller.

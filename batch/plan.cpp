@@ -101,10 +101,11 @@ class Planner {
     /// Than the files that it was made of, which may have changed since.
     static bool MayBeOlder(const FileState& dng, const std::string& input) {
         const std::string base = WithoutExtension(input);
-        return std::ranges::any_of(std::array{input, base + ".JPG", base + ".BIA"}, [&](const std::string& path) {
-            const auto state = StateOf(path);
-            return state && state->modified_seconds > LastChange(dng) + kCoarsestTick;
-        });
+        return std::ranges::any_of(
+            std::array{input, base + ".JPG", base + ".BIA"}, [&](const std::string& path) {
+                const auto state = StateOf(path);
+                return state && state->modified_seconds > LastChange(dng) + kCoarsestTick;
+            });
     }
 
     /// The power may have been cut in the run that made it.
@@ -154,7 +155,8 @@ std::string ExistingFolder(std::string path) {
     return path;
 }
 
-/// Whether both names are one to the file system of `folder`: it is asked, with a folder that is removed again.
+/// Whether both names are one to the file system of `folder`: it is asked, with a folder that is removed
+/// again.
 bool AreOneName(const std::string& folder, const std::string& a, const std::string& b) {
     std::error_code error;
     const std::string place = ExistingFolder(folder) + "/" + part_files::NewName();
@@ -208,7 +210,8 @@ std::string ProblemOfNames(std::span<const Tree> trees, std::span<const Picture>
 Space SpaceFor(std::span<const Task> tasks, bool preview) {
     constexpr std::uint64_t dng_bytes = 21'020'000;
     constexpr std::uint64_t preview_bytes = 231'000;
-    std::map<std::uint64_t, std::pair<std::uint64_t, std::string>> needed;  // bytes and a folder, by file system
+    std::map<std::uint64_t, std::pair<std::uint64_t, std::string>>
+        needed;  // bytes and a folder, by file system
     Space space;
     std::string folder;
     std::uint64_t device = 0;

@@ -14,13 +14,13 @@
 
 /// What there is to do, of what was found.
 struct Plan {
-    std::vector<Task> tasks;             ///< for the workers
-    std::vector<std::uint64_t> kept;     ///< numbers of the pictures whose DNG is known to be there
-    std::vector<std::string> flaws;      ///< of these, in the same order; most are empty
-    std::size_t other_options = 0;       ///< how many of them were made with other options
-    std::string options_of_others;       ///< the first such, to be read
-    std::size_t refreshed = 0;           ///< tasks that an interrupted run with -r has done
-    std::size_t to_make = 0;             ///< tasks whose DNG is not there, or is to be replaced
+    std::vector<Task> tasks;          ///< for the workers
+    std::vector<std::uint64_t> kept;  ///< numbers of the pictures whose DNG is known to be there
+    std::vector<std::string> flaws;   ///< of these, in the same order; most are empty
+    std::size_t other_options = 0;    ///< how many of them were made with other options
+    std::string options_of_others;    ///< the first such, to be read
+    std::size_t refreshed = 0;        ///< tasks that an interrupted run with -r has done
+    std::size_t to_make = 0;          ///< tasks whose DNG is not there, or is to be replaced
 };
 
 /// Goes through the pictures; what the ledger knows and nobody has touched needs no worker.

@@ -22,11 +22,13 @@ bool Has(std::string_view line, std::string_view text) {
 
 bool IsRemark(std::string_view line) {
     return std::ranges::any_of(kRemarks, [&](std::string_view text) { return Has(line, text); }) ||
-           std::ranges::any_of(kRemarkBeginnings, [&](std::string_view text) { return line.starts_with(text); });
+           std::ranges::any_of(kRemarkBeginnings,
+                               [&](std::string_view text) { return line.starts_with(text); });
 }
 
 bool IsReason(std::string_view line) {
-    return Has(line, kError) || Has(line, ": " + std::string(kNotWritten)) || line == "velmarcon: out of memory";
+    return Has(line, kError) || Has(line, ": " + std::string(kNotWritten)) ||
+           line == "velmarcon: out of memory";
 }
 
 }  // namespace

@@ -13,7 +13,8 @@ struct PrintedLines {
 
 PrintedLines ReadPrinted(std::string_view printed);
 
-/// `reason` without the names in it, for counting: "Error #0010: Unable to find JPG file.", "DNG not written: ...".
+/// `reason` without the names in it, for counting: "Error #0010: Unable to find JPG file.", "DNG not written:
+/// ...".
 std::string KindOf(const std::string& reason);
 
 /// Whether it says that the disk, or what the user may fill of it, is full.

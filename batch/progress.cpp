@@ -16,7 +16,8 @@ Progress::Progress(std::size_t total, std::size_t settled, bool quiet)
       last_(begin_) {}
 
 std::string Progress::Line(std::size_t done, std::size_t failed) const {
-    std::string line = std::to_string(done) + " of " + std::to_string(total_) + ", " + std::to_string(failed) + " failed";
+    std::string line =
+        std::to_string(done) + " of " + std::to_string(total_) + ", " + std::to_string(failed) + " failed";
     if (done > settled_ && done < total_) {
         const double each = Elapsed() / static_cast<double>(done - settled_);
         line += ", " + Duration(each * static_cast<double>(total_ - done)) + " left";

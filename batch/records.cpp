@@ -25,8 +25,8 @@ std::optional<Record> RecordFrom(const std::vector<std::string>& texts) {
     if (!verdict || !number || !milliseconds) {
         return std::nullopt;
     }
-    return Record{*verdict,  *number,  texts[2], texts[3],  texts[4],  texts[5],     texts[6],
-                  texts[7],  texts[8], texts[9], texts[10], texts[11], *milliseconds};
+    return Record{*verdict, *number,  texts[2], texts[3],  texts[4],  texts[5],     texts[6],
+                  texts[7], texts[8], texts[9], texts[10], texts[11], *milliseconds};
 }
 
 /// Behind the NUL of its last field; npos when it is not all there.
@@ -84,7 +84,8 @@ std::string RecordBytes(const Record& record) {
 std::vector<Record> RecordsIn(std::string_view bytes, std::size_t& used) {
     std::vector<Record> records;
     used = 0;
-    for (std::size_t end = EndOfRecord(bytes, 0); end != std::string_view::npos; end = EndOfRecord(bytes, used)) {
+    for (std::size_t end = EndOfRecord(bytes, 0); end != std::string_view::npos;
+         end = EndOfRecord(bytes, used)) {
         const auto record = RecordFrom(fields::Split(bytes.substr(used, end - used)));
         if (!record) {
             break;

@@ -41,15 +41,15 @@ struct Record {
 /// The bytes of a record in a file of them.
 std::string RecordBytes(const Record& record);
 
-/// Takes the whole records out of `bytes`, and counts in `used` the bytes that they take. A record that a power cut or
-/// a kill left half-written ends it.
+/// Takes the whole records out of `bytes`, and counts in `used` the bytes that they take. A record that a
+/// power cut or a kill left half-written ends it.
 std::vector<Record> RecordsIn(std::string_view bytes, std::size_t& used);
 
 /// What tells one version of the file at `path` from another: length and time; empty when there is no file.
 std::string StateText(const std::string& path);
 
-/// Whether the file that was like `then` is like `now`: as long, and newer by no more than the coarsest clock of a file
-/// system ticks.
+/// Whether the file that was like `then` is like `now`: as long, and newer by no more than the coarsest clock
+/// of a file system ticks.
 bool SameState(const std::string& then, const std::string& now);
 
 #endif  // VELMARCON_BATCH_RECORDS_H

@@ -103,7 +103,8 @@ int TakeLock(FileLock& lock, const std::string& path) {
 }  // namespace
 
 std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>& trees) {
-    constexpr const char* not_made = "the folder of the job log cannot be made; name another one with --state";
+    constexpr const char* not_made =
+        "the folder of the job log cannot be made; name another one with --state";
     std::error_code error;
     const std::string parent = options.state.empty() ? UsualParent() : options.state;
     parent_ = system_path::FromSystem(fs::absolute(system_path::ToSystem(parent), error));
@@ -170,9 +171,11 @@ std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>
         TakeRecords({begun.begin() + 1, begun.end()}, same_command && !options.fresh);
     }
     std::error_code error;
-    fs::rename(system_path::ToSystem(PathOf("joblog")), system_path::ToSystem(PathOf("joblog.previous")), error);
+    fs::rename(system_path::ToSystem(PathOf("joblog")), system_path::ToSystem(PathOf("joblog.previous")),
+               error);
     if (!RemoveAll(PathOf("records")) || !RemoveAll(PathOf("jobs")) || !MakeFolder(PathOf("records")) ||
-        !MakeFolder(PathOf("jobs")) || !KeepRefreshed() || fields::WritePlain(PathOf("command"), command) != 0 ||
+        !MakeFolder(PathOf("jobs")) || !KeepRefreshed() ||
+        fields::WritePlain(PathOf("command"), command) != 0 ||
         fields::WritePlain(PathOf("messages"), "") != 0) {
         return nothing;
     }
@@ -201,13 +204,15 @@ void RunState::TakeRecords(const std::vector<std::string>& options, bool same_co
     }
 }
 
-void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::string>& options, bool same_command) {
+void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::string>& options,
+                             bool same_command) {
     std::unordered_map<std::uint64_t, std::string> sources;
     for (const Task& task : jobs::Read(PathOf("jobs") + "/" + job).value_or(std::vector<Task>())) {
         sources[task.picture] = task.input;
     }
     std::size_t used = 0;
-    for (const Record& record : RecordsIn(fields::ReadWhole(PathOf("records") + "/" + job).value_or(""), used)) {
+    for (const Record& record :
+         RecordsIn(fields::ReadWhole(PathOf("records") + "/" + job).value_or(""), used)) {
         const auto source = sources.find(record.picture);
         if (record.verdict == Verdict::kConverted && source != sources.end()) {
             const auto known = ledger_.Find(record.dng);

@@ -29,8 +29,8 @@
 ///   lock               held by the run and what it starts
 class RunState {
   public:
-    /// Makes the folder and keeps other runs into the same output out of it. Returns why that cannot be, or an empty
-    /// text.
+    /// Makes the folder and keeps other runs into the same output out of it. Returns why that cannot be, or
+    /// an empty text.
     [[nodiscard]] std::string Open(const BatchOptions& options, const std::vector<Tree>& trees);
 
     /// After Open: takes over what an interrupted run has left, and begins a new one. Returns as Open does.

@@ -33,7 +33,8 @@ std::string Escaped(char c) {
         return {c};
     }
     std::array<char, 5> octal = {};
-    (void)std::snprintf(octal.data(), octal.size(), "\\%03o", static_cast<unsigned int>(static_cast<unsigned char>(c)));
+    (void)std::snprintf(octal.data(), octal.size(), "\\%03o",
+                        static_cast<unsigned int>(static_cast<unsigned char>(c)));
     return octal.data();
 }
 
@@ -82,5 +83,6 @@ std::string Duration(double seconds) {
     if (known < two_minutes || minutes < minutes_an_hour) {
         return std::to_string(minutes) + " min";
     }
-    return std::to_string(minutes / minutes_an_hour) + " h " + std::to_string(minutes % minutes_an_hour) + " min";
+    return std::to_string(minutes / minutes_an_hour) + " h " + std::to_string(minutes % minutes_an_hour) +
+           " min";
 }

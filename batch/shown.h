@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
-/// `text` as it is or, with control characters in it, which could end the line or steer the terminal, as bash would have
-/// it quoted.
+/// `text` as it is or, with control characters in it, which could end the line or steer the terminal, as bash
+/// would have it quoted.
 std::string Shown(const std::string& text);
 
 /// "1 picture", "2 pictures".

@@ -24,7 +24,12 @@ void AddNamed(std::vector<std::string>& lines, const std::string& line, std::siz
 /// Bytes of the UTF-8 sequence that begins with `text`; 0 when there is none.
 std::size_t SequenceLength(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
-    const std::size_t length = first < 0x80 ? 1 : first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+    const std::size_t length = first < 0x80   ? 1
+                               : first < 0xC2 ? 0
+                               : first < 0xE0 ? 2
+                               : first < 0xF0 ? 3
+                               : first < 0xF5 ? 4
+                                              : 0;
     if (length == 0 || text.size() < length) {
         return 0;
     }
@@ -118,7 +123,8 @@ void Tally::Take(const Record& record, const std::string& input) {
 
 void Tally::WriteJson(const Record& record, const std::string& input) {
     std::array<char, 32> seconds = {};
-    (void)std::snprintf(seconds.data(), seconds.size(), "%.3f", static_cast<double>(record.milliseconds) / 1000);
+    (void)std::snprintf(seconds.data(), seconds.size(), "%.3f",
+                        static_cast<double>(record.milliseconds) / 1000);
     json_ << "{\"picture\": " << JsonString(input) << ", \"dng\": " << JsonString(record.dng)
           << ", \"verdict\": " << JsonString(std::string(VerdictWord(record.verdict)))
           << ", \"reason\": " << JsonString(record.text) << ", \"damage\": " << JsonString(record.flaws)

@@ -10,14 +10,14 @@
 
 #include "batch/records.h"
 
-/// What became of the pictures, so far: counts, the first names of each sort, the report, and lines of JSON for those who
-/// want them.
+/// What became of the pictures, so far: counts, the first names of each sort, the report, and lines of JSON
+/// for those who want them.
 class Tally {
   public:
-    /// Opens the report, and the file for JSON unless its path is empty. Returns why one cannot be written, or an empty
-    /// text. With `accept_damaged`, what is wrong with a picture's files is a remark.
-    [[nodiscard]] std::string Open(const std::string& report, const std::string& json, const std::string& options,
-                                   bool accept_damaged);
+    /// Opens the report, and the file for JSON unless its path is empty. Returns why one cannot be written,
+    /// or an empty text. With `accept_damaged`, what is wrong with a picture's files is a remark.
+    [[nodiscard]] std::string Open(const std::string& report, const std::string& json,
+                                   const std::string& options, bool accept_damaged);
 
     /// Takes a verdict that is not to change any more.
     void Take(const Record& record, const std::string& input);
@@ -57,8 +57,8 @@ class Tally {
     std::map<std::string, std::size_t> kinds_;
 };
 
-/// `text` as a string of JSON, with its quotes. Bytes that are no UTF-8 become lone surrogates, U+DC80 to U+DCFF, from
-/// which they can be told.
+/// `text` as a string of JSON, with its quotes. Bytes that are no UTF-8 become lone surrogates, U+DC80 to
+/// U+DCFF, from which they can be told.
 std::string JsonString(const std::string& text);
 
 #endif  // VELMARCON_BATCH_TALLY_H

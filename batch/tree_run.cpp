@@ -114,7 +114,9 @@ WorkerSettings TreeRun::SettingsForWorkers() const {
 
 int TreeRun::Begin() {
     if (const std::string names = ProblemOfNames(trees_, found_.pictures); !names.empty()) {
-        return Refuse(batch_status::kNotBegun, Shown(names) + " would get one and the same DNG: the output tells their names not apart");
+        return Refuse(
+            batch_status::kNotBegun,
+            Shown(names) + " would get one and the same DNG: the output tells their names not apart");
     }
     if (const std::string problem = state_.Begin(options_, trees_); !problem.empty()) {
         return Refuse(batch_status::kNotBegun, problem);
@@ -137,7 +139,7 @@ int TreeRun::Begin() {
 }
 
 void TreeRun::Announce() const {
-    Say(NumberOfPictures(found_.pictures.size()) + "; job log: " + Shown(state_.PathOf("joblog")));
+    Say(NumberOfPictures(found_.pictures.size()) + "; report: " + Shown(state_.PathOf("report")));
     if (plan_.refreshed > 0) {
         Say("Going on with an interrupted run, which refreshed " + std::to_string(plan_.refreshed) +
             " of them (--fresh does them all)");
@@ -183,7 +185,8 @@ int TreeRun::Work() {
         return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
     }
     if (!plan_.tasks.empty()) {
-        if (const int status = hosts_ ? WorkOnHosts() : WorkHere(plan_.tasks); status != batch_status::kDone) {
+        if (const int status = hosts_ ? WorkOnHosts() : WorkHere(plan_.tasks);
+            status != batch_status::kDone) {
             return status;
         }
     }
@@ -205,7 +208,8 @@ std::vector<Task> TreeRun::TasksLeft() const {
 std::uint64_t TreeRun::WriteJobs(const std::vector<Task>& tasks, unsigned int at_a_time) {
     constexpr std::size_t most = 64;
     constexpr std::size_t jobs_each = 4;  // so that all end at about the same time
-    const std::size_t per_job = std::clamp<std::size_t>(tasks.size() / (std::size_t{at_a_time} * jobs_each), 1, most);
+    const std::size_t per_job =
+        std::clamp<std::size_t>(tasks.size() / (std::size_t{at_a_time} * jobs_each), 1, most);
     for (std::size_t at = 0; at < tasks.size(); at += per_job) {
         const auto begin = tasks.begin() + static_cast<std::ptrdiff_t>(at);
         const auto end = tasks.begin() + static_cast<std::ptrdiff_t>(std::min(at + per_job, tasks.size()));
@@ -228,9 +232,9 @@ int TreeRun::WorkHere(const std::vector<Task>& tasks) {
         if (last == 0) {
             return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
         }
-        Engine engine(parallel.empty()
-                          ? WorkersInTurn(program_, state_, first, last)
-                          : std::vector{WorkersByParallel(parallel, program_, state_, first, last, at_a_time)});
+        Engine engine(parallel.empty() ? WorkersInTurn(program_, state_, first, last)
+                                       : std::vector{WorkersByParallel(parallel, program_, state_, first,
+                                                                       last, at_a_time)});
         if (const int status = Drive(engine); status != batch_status::kDone) {
             return status;
         }
@@ -247,7 +251,8 @@ int TreeRun::WorkHere(const std::vector<Task>& tasks) {
 int TreeRun::AskHosts() {
     const std::string parallel = FindParallel();
     if (parallel.empty()) {
-        return Refuse(batch_status::kNotBegun, "--hosts needs GNU parallel (Debian: apt-get install parallel)");
+        return Refuse(batch_status::kNotBegun,
+                      "--hosts needs GNU parallel (Debian: apt-get install parallel)");
     }
     if (options_.rename) {
         return Refuse(batch_status::kUsage, "--rename looks at what is here: it does not go with --hosts");
@@ -274,7 +279,8 @@ int TreeRun::WorkOnHosts() {
         const std::uint64_t first = next_job_;
         const std::uint64_t last = WriteJobs(look, 1);
         Engine engine(WorkersInTurn(program_, state_, first, last));
-        if (const int status = last == 0 ? batch_status::kNotBegun : Drive(engine); status != batch_status::kDone) {
+        if (const int status = last == 0 ? batch_status::kNotBegun : Drive(engine);
+            status != batch_status::kDone) {
             return status;
         }
         BlameTheDead();
@@ -307,7 +313,8 @@ int TreeRun::Drive(Engine& engine) {
         if (const int signal = stop_request::Signal(); signal != 0 && !told_stop_) {
             told_stop_ = true;
             progress_->Clear();
-            (void)std::fprintf(stderr, "Stopping (%s): what is at work on a picture ends it\n", stop_request::Name(signal));
+            (void)std::fprintf(stderr, "Stopping (%s): what is at work on a picture ends it\n",
+                               stop_request::Name(signal));
         }
         if (stop_request::Signal() != 0 || disk_full_) {
             engine.AskToEnd();
@@ -357,21 +364,22 @@ void TreeRun::TakeRecord(Record record) {
     }
     const Task& done = plan_.tasks[task->second];
     const bool was_made = record.verdict == Verdict::kConverted;
-    (void)state_.ledger().Add(record.dng,
-                              EntryOf(record, done.input, was_made || done.options.empty() ? options_.conversion : done.options));
+    (void)state_.ledger().Add(
+        record.dng,
+        EntryOf(record, done.input, was_made || done.options.empty() ? options_.conversion : done.options));
     pending_.push_back(std::move(record));
 }
 
-/// Whoever deletes originals after this run must not lose the DNGs to a power cut. What the disk did not take is not
-/// there, whatever the system's memory still holds of it.
+/// Whoever deletes originals after this run must not lose the DNGs to a power cut. What the disk did not take
+/// is not there, whatever the system's memory still holds of it.
 void TreeRun::PutOnDisk() {
     std::vector<std::string> files;
     files.reserve(pending_.size());
     for (const Record& record : pending_) {
         files.push_back(record.dng);
     }
-    const std::vector<int> errors = stop_request::Signal() == 0 ? folder_tools::PutOnDisk(files)
-                                                                : std::vector<int>(files.size());
+    const std::vector<int> errors =
+        stop_request::Signal() == 0 ? folder_tools::PutOnDisk(files) : std::vector<int>(files.size());
     for (std::size_t i = 0; i < pending_.size(); ++i) {
         Record& record = pending_[i];
         if (errors[i] != 0) {
@@ -401,7 +409,8 @@ void TreeRun::Settle(const Record& record) {
     }
 }
 
-/// A worker that was killed, by the system for want of memory or by a fault of its own, was at work on a picture.
+/// A worker that was killed, by the system for want of memory or by a fault of its own, was at work on a
+/// picture.
 void TreeRun::BlameTheDead() {
     if (stop_request::Signal() != 0 || disk_full_) {
         return;
@@ -436,8 +445,8 @@ void TreeRun::WriteChecksumFiles() {
         }
         if (error != 0) {
             report_written_ = false;
-            (void)std::fprintf(stderr, "velmarcon-batch: %sSHA256SUMS cannot be written: %s\n", Shown(folder).c_str(),
-                               file_system::ErrorText(error));
+            (void)std::fprintf(stderr, "velmarcon-batch: %sSHA256SUMS cannot be written: %s\n",
+                               Shown(folder).c_str(), file_system::ErrorText(error));
         }
     }
 }
@@ -446,7 +455,8 @@ void TreeRun::TellRemarks() const {
     if (options_.quiet || tally_.remarked() == 0) {
         return;
     }
-    Say(std::to_string(tally_.remarked()) + " of the converted with a remark: see " + Shown(state_.PathOf("report")));
+    Say(std::to_string(tally_.remarked()) + " of the converted with a remark: see " +
+        Shown(state_.PathOf("report")));
     PrintNamed("Remark", tally_.remarks(), tally_.remarked());
 }
 
@@ -482,8 +492,8 @@ void TreeRun::TellEnd() {
     const std::size_t worked = tally_.converted();
     const double elapsed = progress_ ? progress_->Elapsed() : 0;
     if (plan_.other_options > 0) {
-        Say(std::to_string(plan_.other_options) + " already there, made with other options (" + plan_.options_of_others +
-            "); -r makes them anew");
+        Say(std::to_string(plan_.other_options) + " already there, made with other options (" +
+            plan_.options_of_others + "); -r makes them anew");
     }
     if (worked > 0 && elapsed > moment) {
         char each[32] = {};  // NOLINT(modernize-avoid-c-arrays)
@@ -509,7 +519,8 @@ int TreeRun::TellUnreached(std::size_t unreached) const {
     const std::string messages = fields::ReadWhole(state_.PathOf("messages")).value_or("");
     constexpr std::size_t last = 500;
     return Refuse(batch_status::kSomeFailed,
-                  "not reached: " + NumberOfPictures(unreached) + "; the end of " + state_.PathOf("messages") + ":\n" +
+                  "not reached: " + NumberOfPictures(unreached) + "; the end of " +
+                      state_.PathOf("messages") + ":\n" +
                       messages.substr(messages.size() - std::min(messages.size(), last)));
 }
 
@@ -529,14 +540,16 @@ int TreeRun::Summarise() {
     int status = batch_status::kDone;
     if (const int signal = stop_request::Signal(); signal != 0) {
         (void)std::fflush(stdout);
-        (void)std::fprintf(stderr, "Interrupted (%s). The same command goes on from here.\n", stop_request::Name(signal));
+        (void)std::fprintf(stderr, "Interrupted (%s). The same command goes on from here.\n",
+                           stop_request::Name(signal));
         status = batch_status::kSignal + signal;
     } else if (const std::size_t unreached = Unreached(); unreached > 0) {
         status = TellUnreached(unreached);
     } else {
         state_.End();
         const bool all_well = tally_.failed() == 0 && tally_.flawed() == 0 && found_.unread.empty() &&
-                              not_found_.empty() && (found_.cut.empty() || options_.accept_damaged) && report_written_;
+                              not_found_.empty() && (found_.cut.empty() || options_.accept_damaged) &&
+                              report_written_;
         status = all_well ? batch_status::kDone : batch_status::kSomeFailed;
         if (found_.pictures.empty()) {
             status = Refuse(batch_status::kSomeFailed,
@@ -554,8 +567,9 @@ void TreeRun::Notify(int status) const {
     }
     ChildStart start;
     start.arguments = {"notify-send", "velmarcon-batch",
-                       std::string(status == 0 ? "Done: " : "Ended: ") + NumberOfPictures(found_.pictures.size()) + ", " +
-                           std::to_string(tally_.failed()) + " failed"};
+                       std::string(status == 0 ? "Done: " : "Ended: ") +
+                           NumberOfPictures(found_.pictures.size()) + ", " + std::to_string(tally_.failed()) +
+                           " failed"};
     std::string printed;
     (void)RunForOutput(start, printed);
 }

@@ -24,9 +24,10 @@
 /// One run over trees of folders, from the search to the summary.
 class TreeRun {
   public:
-    /// `list` holds the names of the pictures that are wanted, each ended by a NUL, if the options name a list.
-    TreeRun(const BatchOptions& options, const std::vector<Tree>& trees, const std::string& list, std::string program,
-            std::string databases);
+    /// `list` holds the names of the pictures that are wanted, each ended by a NUL, if the options name a
+    /// list.
+    TreeRun(const BatchOptions& options, const std::vector<Tree>& trees, const std::string& list,
+            std::string program, std::string databases);
 
     /// Returns the exit status.
     int Run();
@@ -77,10 +78,10 @@ class TreeRun {
     std::unique_ptr<RecordFiles> record_files_;
     std::unique_ptr<Hosts> hosts_;
     std::uint64_t next_job_ = 1;
-    std::vector<bool> settled_;             ///< by number of the picture
-    std::set<std::uint64_t> begun_;         ///< pictures that a worker is at, or was when it died
+    std::vector<bool> settled_;      ///< by number of the picture
+    std::set<std::uint64_t> begun_;  ///< pictures that a worker is at, or was when it died
     std::unordered_map<std::uint64_t, std::size_t> task_of_;  ///< by number of the picture
-    std::vector<Record> pending_;           ///< pictures whose DNGs are not known to be on the disk
+    std::vector<Record> pending_;  ///< pictures whose DNGs are not known to be on the disk
     std::chrono::steady_clock::time_point synchronized_;
     std::size_t done_ = 0;
     std::size_t seen_failed_ = 0;

@@ -77,8 +77,9 @@ TreeError PlaceOutputs(const std::string& output, std::vector<Tree>& trees) {
         trees[i].out = Join(output, name);
         for (std::size_t other = 0; other < i; ++other) {
             if (trees[other].out == trees[i].out) {
-                return {true, "several folders are called " + Shown(name) +
-                                  ", and their DNGs would mix: call this once for each, with another --output"};
+                return {true,
+                        "several folders are called " + Shown(name) +
+                            ", and their DNGs would mix: call this once for each, with another --output"};
             }
         }
     }

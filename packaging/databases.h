@@ -13,8 +13,9 @@ struct Databases {
     std::vector<std::string> remarks;  ///< what could not be done, a line each
 };
 
-/// Makes the user's own folder, with the package's lens database in it. `installed` is the folder that the package was
-/// installed below. An account without a home, as a service has one, still gets the lenses of the package.
+/// Makes the user's own folder, with the package's lens database in it. `installed` is the folder that the
+/// package was installed below. An account without a home, as a service has one, still gets the lenses of the
+/// package.
 Databases PrepareDatabases(const std::filesystem::path& installed);
 
 #endif  // VELMARCON_PACKAGING_DATABASES_H

@@ -41,7 +41,8 @@ class ChildProcess {
     /// Waits up to `milliseconds` for the end; a stop signal ends the wait early.
     std::optional<int> WaitFor(unsigned int milliseconds);
 
-    /// Asks the program to end (SIGTERM). On Windows a console's Ctrl-C reaches it anyway, and this does nothing.
+    /// Asks the program to end (SIGTERM). On Windows a console's Ctrl-C reaches it anyway, and this does
+    /// nothing.
     void AskToEnd() const;
 
   private:
@@ -49,8 +50,8 @@ class ChildProcess {
     std::optional<int> status_;
 };
 
-/// Runs a program to its end and puts what it prints, both streams together, into `printed`. Returns its status;
-/// nothing when it could not be started.
+/// Runs a program to its end and puts what it prints, both streams together, into `printed`. Returns its
+/// status; nothing when it could not be started.
 std::optional<int> RunForOutput(const ChildStart& start, std::string& printed);
 
 /// Where the search path has a program of that name; empty when it has none.

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-/// A file that one run at a time may hold. On POSIX a program that the run starts holds it, too, when it is given the
-/// descriptor (see ChildStart): it is free again when all of them have ended.
+/// A file that one run at a time may hold. On POSIX a program that the run starts holds it, too, when it is
+/// given the descriptor (see ChildStart): it is free again when all of them have ended.
 class FileLock {
   public:
     FileLock() = default;

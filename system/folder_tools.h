@@ -10,15 +10,15 @@
 /// What a tool that works on whole trees asks of the system. Error numbers are those of <cerrno>.
 namespace folder_tools {
 
-/// Makes the folder `path`, and those that it lies in, for the user alone. What stands there must be a folder of
-/// the user's own, and no link; it is closed to others. Returns 0 or an error number.
+/// Makes the folder `path`, and those that it lies in, for the user alone. What stands there must be a folder
+/// of the user's own, and no link; it is closed to others. Returns 0 or an error number.
 [[nodiscard]] int MakePrivate(const std::string& path);
 
 /// Bytes that the user may still write on the file system of the folder. Returns 0 or an error number.
 [[nodiscard]] int FreeBytes(const std::string& folder, std::uint64_t& bytes);
 
-/// Waits until all of `files` are on the disk, with their names: one call for each file system, whatever mounts
-/// there are. Returns an error number for each file, 0 for those that are there.
+/// Waits until all of `files` are on the disk, with their names: one call for each file system, whatever
+/// mounts there are. Returns an error number for each file, 0 for those that are there.
 std::vector<int> PutOnDisk(std::span<const std::string> files);
 
 }  // namespace folder_tools

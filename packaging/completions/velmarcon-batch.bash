@@ -15,13 +15,18 @@ _velmarcon_batch_behind_dashes() {
 _velmarcon_batch() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} words
   COMPREPLY=()
-  words='-o --output -j --jobs --hosts --fresh -n --dry-run -q --quiet --state -h --help --version --'
+  words='-o --output -j --jobs --hosts --from0 --newest-first --fresh --rename --keep-time --accept-damaged --anyway'
+  words+=' --no-verify --verify --checksums -n --dry-run -q --quiet --json --notify --state -h --help --version --'
   if _velmarcon_batch_behind_dashes; then
     words='-v -r -p -b -l -c -s -st -sb'
   elif [[ $previous == --hosts ]]; then
     mapfile -t COMPREPLY < <(compgen -A hostname -- "$current")
     return
   elif [[ $previous == @(-j|--jobs) ]]; then
+    return
+  elif [[ $previous == @(--from0|--json) ]]; then
+    compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
     return
   elif [[ $current != -* || $previous == @(-o|--output|--state) ]]; then
     compopt -o filenames 2>/dev/null

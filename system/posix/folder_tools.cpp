@@ -51,11 +51,14 @@ int CloseToOthers(int folder) {
     if ((status.st_mode & kOthers) == 0) {
         return 0;
     }
-    return RetryOnInterrupt([&] { return ::fchmod(folder, kForTheUserAlone); }) == 0 ? 0 : file_system::LastError();
+    return RetryOnInterrupt([&] { return ::fchmod(folder, kForTheUserAlone); }) == 0
+               ? 0
+               : file_system::LastError();
 }
 
 int SynchronizeWith(const std::string& file) {
-    const int descriptor = RetryOnInterrupt([&] { return ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
+    const int descriptor =
+        RetryOnInterrupt([&] { return ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
     if (descriptor < 0) {
         return file_system::LastError();
     }

@@ -26,7 +26,8 @@ int CapturedOutput::Begin(const std::string& folder) {
     const std::string name = folder + "/" + part_files::NewName();
     constexpr int flags = _O_RDWR | _O_CREAT | _O_EXCL | _O_TEMPORARY | _O_BINARY | _O_NOINHERIT;
     int file = -1;
-    if (::_wsopen_s(&file, system_path::ToSystem(name).c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE) != 0) {
+    if (::_wsopen_s(&file, system_path::ToSystem(name).c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE) !=
+        0) {
         return errno != 0 ? errno : EIO;
     }
     (void)std::fflush(stdout);

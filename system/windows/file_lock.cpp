@@ -10,13 +10,15 @@
 
 FileLock::~FileLock() {
     if (file_ != -1) {
-        ::CloseHandle(reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(file_)));  // NOLINT(performance-no-int-to-ptr)
+        ::CloseHandle(reinterpret_cast<HANDLE>(
+            static_cast<std::intptr_t>(file_)));  // NOLINT(performance-no-int-to-ptr)
     }
 }
 
 int FileLock::Take(const std::string& path) {
-    auto* const file = ::CreateFileW(system_path::ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                     OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    auto* const file =
+        ::CreateFileW(system_path::ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         const int error = ErrnoOfLastWindowsError();
         return error == EBUSY ? EWOULDBLOCK : error;

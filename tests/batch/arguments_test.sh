@@ -40,27 +40,17 @@ RefusesWhatVelmarconWouldPassOver() {
   refused "'200' behind --" in -- -b 100 200
 }
 
-# remarking LINE...: a program $scratch/remarking that says this first, as the installed command does.
-remarking() {
-  {
-    printf '#!/bin/sh\n'
-    printf "echo '%s' >&2\n" "$@"
-    printf 'exec "%s" "$@"\n' "$program"
-  } >"$scratch/remarking"
-  chmod +x "$scratch/remarking"
-}
-
-RefusesWhatTheInstalledCommandRemarksOn() {
+RefusesWhatVelmarconWouldReadOtherwise() {
   pair in/L1
-  local -x VELMARCON=$scratch/remarking
-  remarking 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b'
   refused 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b' -o out in -- -vb
   refused 'what stands after -- is not as velmarcon wants it:' -n -o out in -- -vb
-  remarking 'velmarcon: -x: ignored: there is no such option'
   refused 'velmarcon: -x: ignored: there is no such option' -o out in -- -x
-  remarking 'velmarcon: -l 1: this code adds no lens data: it must have six digits, each 0 or 1'
-  refused 'it must have six digits, each 0 or 1' -o out in -- -l 1
-  remarking 'velmarcon: lensdb.ini: not copied to /home: Permission denied'
+  refused 'velmarcon: -b 70000: read as black level 4464' -o out in -- -b 70000
+  use_databases
+  batch -o out in -- -l 1
+  expect_status 2
+  expect_text 'velmarcon: -l 1: this code adds no lens data: it must have six digits, each 0 or 1'
+  [[ ! -e out && ! -e $HOME/.local/state ]] || fail "something was done"
   batch -o out in -- -v -b
   expect_status 0
   expect_files out L1.DNG
@@ -112,16 +102,18 @@ OptionsReachVelmarcon() {
   expect_same out/L1.DNG direct/L1.DNG
 }
 
-DatabasesAreTheProgramsOwn() {
+DatabasesAreThoseOfTheInstalledCommand() {
   pair in/L1
   batch -o out in -- -l
   expect_status 1
   expect_text 'Error #0012: Missing lens database file lensdb.ini.'
-  mkdir with
-  ln "$program" "$card/lensdb.ini" with
-  cd with
-  VELMARCON=./velmarcon batch -o ../out ../in -- -l
+  use_databases
+  batch -o out in -- -l
   expect_status 0
+  mkdir direct
+  ln "$program" "$card/lensdb.ini" .
+  ./velmarcon -i in/L1.RAW -o direct -l >/dev/null
+  expect_same out/L1.DNG direct/L1.DNG
 }
 
 DarkFramesAreUsed() {

@@ -112,23 +112,15 @@ has_dngs() {
   [[ $(find "$1" -name '*.DNG' | wc -l) -ge $2 ]]
 }
 
-# gated_program NUMBER: put the path of a velmarcon into $gated that does as many pictures, and then waits for the file
-# $scratch/open. So a run can be interrupted at a known place, however busy the machine is.
-gated_program() {
-  gated=$scratch/gated/velmarcon
-  mkdir -- "$scratch/gated" "$scratch/tickets"
-  ln -- "$program" "$scratch/gated/real"
-  cat >"$gated" <<END
-#!/bin/bash
-# Asked only whether the options are spelt as they should be.
-[[ "\$*" != "-i /dev/null"* ]] || exec "$scratch/gated/real" "\$@"
-for ((ticket = 0; ticket < $1; ticket++)); do
-  mkdir "$scratch/tickets/\$ticket" 2>/dev/null && exec "$scratch/gated/real" "\$@"
-done
-until [[ -e "$scratch/open" ]]; do
-  sleep 0.05
-done
-exec "$scratch/gated/real" "\$@"
-END
-  chmod +x "$gated"
+# gate NUMBER: what is started through $gated does as many pictures, and then waits for the file $scratch/open. So a run
+# can be interrupted at a known place, however busy the machine is.
+gate() {
+  printf '\0' >"$scratch/tickets"
+  gated=(env "LD_PRELOAD=$build/batch-gate/gate.so" "GATE_FOLDER=$scratch" "GATE_TICKETS=$1")
+}
+
+# use_databases: both databases where the installed command has them.
+use_databases() {
+  mkdir -p -- "$HOME/.local/share/velmarcon"
+  cp -- "$card/lensdb.ini" "$card/sensdb.ini" "$HOME/.local/share/velmarcon"
 }

@@ -176,7 +176,7 @@ unprivileged() {
     skip "only root may enter this folder"
   batch_program=$scratch/unprivileged
   printf '#!/bin/sh\nexec setpriv --reuid 65534 --regid 65534 --clear-groups "%s" "$@"\n' \
-    "$top/batch/velmarcon-batch" >"$batch_program"
+    "$build/velmarcon-batch" >"$batch_program"
   chmod 755 "$batch_program"
   "$@"
 }
@@ -201,7 +201,7 @@ AnOutputFolderThatCannotBeWrittenFailsEveryPicture() {
   expect_status 1
   expect_summary 2 0 0 2
   expect_text "Failed: $scratch/in/L1.RAW: $scratch/out/L1.DNG: DNG not written: Permission denied"
-  expect_text "Failed: $scratch/in/sub/L2.RAW: mkdir: cannot create directory"
+  expect_text "Failed: $scratch/in/sub/L2.RAW: the folder $scratch/out/sub/ cannot be made: Permission denied"
 }
 
 AnOldDngThatCannotBeReadIsNotReplaced() {

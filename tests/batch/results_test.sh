@@ -14,20 +14,6 @@ ARawFileWithoutJpegFailsWithTheReason() {
   expect_files out L1.DNG
 }
 
-ARemarkOfTheCommandIsNotTheReason() {
-  pair in/L1
-  rm in/L1.JPG
-  cat >remarking <<END
-#!/bin/sh
-echo 'velmarcon: /usr/share/velmarcon/lensdb.ini: not copied to /home: Permission denied' >&2
-exec "$program" "\$@"
-END
-  chmod +x remarking
-  VELMARCON=$scratch/remarking batch -o out in
-  expect_status 1
-  expect_line "Failed: $scratch/in/L1.RAW: L1.JPG: Error #0010: Unable to find JPG file."
-}
-
 EveryFailureIsNamed() {
   pair in/L1
   pair in/L2
@@ -135,28 +121,6 @@ ADngOfTheCamerasOwnIsReplacedOnlyOnRequest() {
   [[ $(wc -c <in/L1.DNG) -gt $camera_dng_bytes ]] || fail "not repaired"
 }
 
-AProgramThatFailsInSilenceIsNoSuccess() {
-  pair in/L1
-  local ending
-  for ending in 'exit 0' 'exit 3' 'kill -SEGV $$'; do
-    printf '#!/bin/sh\n%s\n' "$ending" >silent
-    chmod +x silent
-    VELMARCON=$scratch/silent batch -o out in
-    expect_status 1
-    expect_text 'velmarcon ended with status '
-  done
-}
-
-AProgramThatLeavesTheOldDngIsNoSuccess() {
-  pair in/L1
-  batch -o out in
-  printf '#!/bin/sh\nexit 0\n' >silent
-  chmod +x silent
-  VELMARCON=$scratch/silent batch -o out in -- -r
-  expect_status 1
-  expect_text 'velmarcon ended with status 0 and said nothing; the old DNG is still there'
-}
-
 AFullDiskIsToldAndLeavesNoHalf() {
   pair in/L1
   pair in/L2
@@ -176,18 +140,27 @@ ARemarkStandsInTheReport() {
     fail "report: $(cat "$(state_folder)/report")"
 }
 
-AShortRawFileIsRemarkedOn() {
+AShortRawFileIsNoSuccessUnlessAccepted() {
   pair in/L1
   pair in/L2
   head -c 20000000 "$card/L1000001.RAW" >short && mv -f short in/L2.RAW
+  local damage='the RAW file has only 20000000 of 21041100 bytes, and the picture ends early'
   batch -o out in
+  expect_status 1
+  expect_line "Damaged: $scratch/in/L2.RAW: $damage"
+  expect_line '2 pictures: 2 converted, 0 already there, 0 failed, 1 damaged'
+  # It stays so.
+  batch -o out in
+  expect_status 1
+  expect_line "Damaged: $scratch/in/L2.RAW: $damage"
+  expect_line '2 pictures: 0 converted, 2 already there, 0 failed, 1 damaged'
+  batch --accept-damaged -o out in -- -r
   expect_status 0
   expect_summary 2 2 0 0
   expect_text '1 of the converted with a remark: see '
-  local remark='the RAW file has only 20000000 of 21041100 bytes, and the picture ends early'
-  grep -qx "converted: $scratch/in/L2.RAW: $remark" "$(state_folder)/report" ||
+  expect_line "Remark: $scratch/in/L2.RAW: $damage"
+  grep -qx "converted: $scratch/in/L2.RAW: $damage" "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
-  expect_line "Remark: $scratch/in/L2.RAW: $remark"
 }
 
 OfManyRemarksTheFirstTenAreTold() {
@@ -210,13 +183,13 @@ NoPictureAtAllIsNoSuccess() {
   expect_text 'no picture found'
 }
 
-TheJobLogNamesEveryPicture() {
+TheReportNamesEveryPicture() {
   many_pairs in 5
-  batch -o out in
-  expect_text "job log: $(state_folder)/joblog"
+  batch -j 2 -o out in
+  expect_text "report: $(state_folder)/report"
+  [[ -f $(state_folder)/joblog ]] || fail "no log of GNU parallel"
   local i
   for i in 1 2 3 4 5; do
-    grep -qF "0/L000000$i.RAW" "$(state_folder)/joblog" || fail "not in the log: $i"
     grep -qx "converted: $scratch/in/L000000$i.RAW" "$(state_folder)/report" || fail "not in the report: $i"
   done
 }
@@ -225,64 +198,42 @@ TheStateCanBeKeptElsewhere() {
   pair in/L1
   batch --state kept -o out in
   expect_status 0
-  [[ -f $(echo kept/*/joblog) && ! -e $HOME/.local ]] || fail "not there"
+  [[ -f $(echo kept/*/report) && ! -e $HOME/.local ]] || fail "not there"
   unset HOME
   batch --state kept -o out in
   expect_status 0
 }
 
 UsersSettingsOfParallelDoNotMatter() {
-  pair in/L1
+  many_pairs in 4
   mkdir "$HOME/.parallel"
   echo '--dry-run --colsep 0 -j 0' >"$HOME/.parallel/config"
-  PARALLEL='--dryrun --tag' SHELL=/bin/false batch -o out in
+  PARALLEL='--dryrun --tag' SHELL=/bin/false batch -j 2 -o out in
   expect_status 0
-  [[ $(find out -name '*.DNG' | wc -l) -eq 1 ]] || fail "no DNG"
+  [[ $(find out -name '*.DNG' | wc -l) -eq 4 ]] || fail "no DNGs"
 }
 
-# without_parallel NAME...: a search path with everything that is needed but GNU parallel.
-without_parallel() {
+WithoutParallelOnePictureIsDoneAfterTheOther() {
+  many_pairs in 4
   mkdir bin
-  local tool
-  for tool in bash env grep dirname readlink cat sed mkdir; do
-    ln -s "$(type -P "$tool")" bin
-  done
-}
-
-NamesThePackageWhenParallelIsMissing() {
-  pair in/L1
-  without_parallel
-  PATH=$scratch/bin batch -o out in
-  expect_status 3
-  expect_line 'velmarcon-batch: GNU parallel is not installed (Debian: apt-get install parallel)'
+  PATH=$scratch/bin batch -j 2 -o out in
+  expect_status 0
+  expect_line 'One picture after the other: GNU parallel is not installed'
+  expect_summary 4 4 0 0
   # The other program of that name.
   printf '#!/bin/sh\necho parallel from moreutils\n' >bin/parallel
   chmod +x bin/parallel
-  PATH=$scratch/bin batch -o out in
-  expect_status 3
-  [[ ! -e out ]] || fail "something was begun"
-}
-
-ProgramsAreFoundBesideAndOnThePath() {
-  pair in/L1
-  unset VELMARCON
-  ln "$program" velmarcon
-  PATH=$scratch:$PATH batch -o out in
+  PATH=$scratch/bin:/usr/bin:/bin batch -j 2 -o out2 in
   expect_status 0
-  cp -r "$top/batch" tree
-  ln velmarcon tree
-  batch_program=$scratch/tree/velmarcon-batch batch -o out2 in
-  expect_status 0
-  VELMARCON=$scratch/none batch -o out in
-  expect_status 3
-  expect_text "no program $scratch/none found"
+  expect_line 'One picture after the other: GNU parallel is not installed'
+  expect_summary 4 4 0 0
 }
 
 ProgressIsForTerminals() {
   need_terminal
   pair in/L1
   batch -o out in
-  ! grep -q '%' printed || fail "a bar in a file"
+  ! grep -q '1 of 1' printed || fail "progress in a file"
   script -qec "$(printf '%q ' "$batch_program" -o out2 in)" typescript </dev/null >/dev/null || fail "status $?"
-  grep -q '100%' typescript || fail "no bar: $(cat typescript)"
+  grep -q '1 of 1, 0 failed' typescript || fail "no progress: $(cat typescript)"
 }

@@ -6,10 +6,10 @@
 # begin NUMBER ARGUMENT...: run velmarcon-batch in a session of its own, up to where as many pictures are done; its
 # process into $front.
 begin() {
-  gated_program "$1"
+  gate "$1"
   shift
   # What a script starts in the background ignores Ctrl-C, unless told otherwise.
-  VELMARCON=$gated setsid env --default-signal=INT "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null &
+  setsid "${gated[@]}" env --default-signal=INT "$batch_program" "$@" >"$scratch/printed" 2>&1 </dev/null &
   front=$!
 }
 
@@ -104,10 +104,10 @@ AnInterruptEndsWith130AndTheNextRunGoesOn() {
 CtrlCReachesEveryone() {
   need_terminal
   prepare 12
-  gated_program 2
+  gate 2
   # The terminal sends the signal to all processes in the foreground.
   mkfifo keys
-  VELMARCON=$gated setsid env --default-signal=INT script -qec "$(printf '%q ' "$batch_program" -j 2 -o out in)" typescript <keys >/dev/null &
+  setsid env --default-signal=INT script -qec "$(printf '%q ' "${gated[@]}" "$batch_program" -j 2 -o out in)" typescript <keys >/dev/null &
   front=$!
   exec 5>keys
   wait_for has_dngs out 2
@@ -123,7 +123,7 @@ ATerminationIsAnInterruption() {
   prepare 12
   local signal
   for signal in TERM:143 HUP:129; do
-    rm -rf out gated tickets open
+    rm -rf out open
     begin 1 -j 2 -o out in
     wait_for has_dngs out 1
     kill -"${signal%:*}" "$front"
@@ -146,8 +146,6 @@ APowerCutLeavesOnlyWholeDngs() {
 
 PowerCutsAtAnyMoment() {
   prepare 12
-  gated_program 0
-  : >open
   local cut
   for ((cut = 0; cut < 8; cut++)); do
     rm -rf out
@@ -299,6 +297,6 @@ TheSameCommandDoesNotRunTwiceAtOnce() {
   wait_for has_dngs out 1
   batch -o out in
   expect_status 3
-  expect_text 'this command is being run already'
+  expect_text 'another velmarcon-batch is at work on this output'
   kill_all
 }

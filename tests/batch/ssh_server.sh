@@ -104,17 +104,17 @@ stop_ssh_server() {
   rm -rf -- "$scratch" "$short_folder"
 }
 
-# put_program_on_host [VERSION]: the installed command, as far as it matters here: it tells its version, and starts the
-# program with the databases of the user's data folder. As long as there is a file $scratch/hold, it does two pictures.
+# put_program_on_host [VERSION]: velmarcon-batch, as far as it matters here. It notes the folder of each job in
+# $scratch/done-on-host. As long as there is a file $scratch/hold, it does two of them.
 put_program_on_host() {
-  cat >"$host_bin/velmarcon" <<END
+  cat >"$host_bin/velmarcon-batch" <<END
 #!/bin/bash
-[[ \$1 != --version ]] || { echo "velmarcon ${1-$("$batch_program" --version | sed 's/.* //')}"; exit; }
-printf '%s\n' "\$2" >>"$scratch/done-on-host"
+[[ \$1 != --version ]] || { echo "velmarcon-batch ${1-$("$batch_program" --version | sed 's/.* //')}"; exit; }
+printf '%s\n' "\$PWD" >>"$scratch/done-on-host"
 while [[ -e "$scratch/hold" && \$(wc -l <"$scratch/done-on-host") -gt 2 ]]; do
   sleep 0.05
 done
-exec -a "\$XDG_DATA_HOME/velmarcon/velmarcon" "$program" "\$@"
+exec "$batch_program" "\$@"
 END
-  chmod +x "$host_bin/velmarcon"
+  chmod +x "$host_bin/velmarcon-batch"
 }

@@ -23,6 +23,7 @@ declare -A may_include=(
   # Tools that include the program.
   [packaging]="app exif errors system base"
   [calibrate]="packaging app sensor input exif errors system base"
+  [batch]="packaging app dng sensor input exif errors tiff system base"
   # Next to the program: camera files for tests are made without the code that reads and writes them.
   [samples]="tiff system base"
 )

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// Loaded into velmarcon-batch by its tests: as many DNGs as there are tickets get their names, and whoever
+// would give a name to the next one waits until the gate is open.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <string>
+#include <string_view>
+
+namespace {
+
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+/// Of the file that counts the tickets that were taken. It is opened at once: the sandbox lets nobody do so
+/// later.
+const int counter = ::open((Variable("GATE_FOLDER") + "/tickets").c_str(), O_RDWR | O_CLOEXEC);
+
+bool TakeTicket() {
+    unsigned char taken = 0;
+    (void)::flock(counter, LOCK_EX);
+    (void)!::pread(counter, &taken, 1, 0);
+    const bool is_left = taken < std::atoi(Variable("GATE_TICKETS").c_str());
+    if (is_left) {
+        ++taken;
+        (void)!::pwrite(counter, &taken, 1, 0);
+    }
+    (void)::flock(counter, LOCK_UN);
+    return is_left;
+}
+
+void WaitFor(std::string_view name) {
+    constexpr timespec nap = {.tv_sec = 0, .tv_nsec = 50'000'000};
+    const std::string open = Variable("GATE_FOLDER") + "/open";
+    if (!name.ends_with(".DNG") || TakeTicket()) {
+        return;
+    }
+    while (::access(open.c_str(), F_OK) != 0) {
+        (void)::nanosleep(&nap, nullptr);
+    }
+}
+
+template <typename Function>
+Function* Next(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+extern "C" int renameat2(int from_folder, const char* from, int to_folder, const char* to,
+                         unsigned int flags) {
+    WaitFor(to);
+    return Next<int(int, const char*, int, const char*, unsigned int)>("renameat2")(from_folder, from,
+                                                                                    to_folder, to, flags);
+}
+
+extern "C" int rename(const char* from, const char* to) noexcept {
+    WaitFor(to);
+    return Next<int(const char*, const char*)>("rename")(from, to);
+}
