@@ -49,7 +49,9 @@ bool IsUnreadable(const std::string& path, int& error) {
         return false;
     }
     error = file_system::LastError();
-    return fs::is_regular_file(system_path::ToSystem(path), unknown) || error == EACCES || error == EPERM;
+    const bool leads_nowhere = error == ENOENT && file_system::IsTaken(path);
+    return fs::is_regular_file(system_path::ToSystem(path), unknown) || error == EACCES || error == EPERM ||
+           leads_nowhere;
 }
 
 std::string FlawsOf(const PictureFiles& files) {
@@ -238,6 +240,27 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
         Fail(NameIn(record_.dng) + " is there, but " + mismatch +
                  (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
              KindOfMismatch("there, but " + mismatch));
+    } else if (task.mode == TaskMode::kVerify) {
+        CompareChecksum();
+    }
+}
+
+/// With the one that the file SHA256SUMS has of it, if there is one.
+void PictureWork::CompareChecksum() {
+    const std::string folder = FolderIn(record_.dng);
+    if (folder != checksums_folder_) {
+        checksums_.clear();
+        checksums_folder_ = folder;
+        (void)ReadChecksums(folder, checksums_);
+    }
+    const auto found = checksums_.find(NameIn(record_.dng));
+    if (found == checksums_.end()) {
+        return;
+    }
+    Sha256 sum;
+    sum.Add(dng_.bytes());
+    if (sum.Hex() != found->second) {
+        Fail("its check sum is not the one in SHA256SUMS", "another check sum");
     }
 }
 

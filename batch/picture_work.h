@@ -7,6 +7,7 @@
 
 #include "batch/conversion.h"
 #include "batch/jobs.h"
+#include "batch/proof/checksums.h"
 #include "batch/proof/dng_proof.h"
 #include "batch/read_back.h"
 #include "batch/records.h"
@@ -43,6 +44,7 @@ class PictureWork {
     [[nodiscard]] bool SettleOtherPicture(const Task& task, const PictureFiles& files);
     [[nodiscard]] bool SettleFreeName(const Task& task, const PictureFiles& files);
     void Keep(const Task& task, const PictureFiles& files);
+    void CompareChecksum();
     void Convert(const PictureFiles& files);
     [[nodiscard]] bool CanBegin(const PictureFiles& files);
     std::string Make(const PictureFiles& files);
@@ -57,6 +59,9 @@ class PictureWork {
     DngProof proof_;
     ReadBack dng_;
     Record record_;  ///< of the picture at work
+
+    std::string checksums_folder_;  ///< from which the check sums are
+    Checksums checksums_;
 };
 
 #endif  // VELMARCON_BATCH_PICTURE_WORK_H

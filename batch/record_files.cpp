@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "batch/record_files.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <utility>
@@ -33,9 +34,15 @@ std::vector<Record> RecordFiles::TakeNew() {
     if (!files.IsOpen()) {
         return records;
     }
-    while (const auto name = files.NextFile()) {
-        const std::string path = folder_ + "/" + *name;
-        std::uint64_t& read = read_[*name];
+    std::vector<std::string> names;
+    while (auto name = files.NextFile()) {
+        names.push_back(*std::move(name));
+    }
+    // By number: what was done first is told first, as far as it is one after the other.
+    std::ranges::sort(names, {}, [](const std::string& name) { return std::pair(name.size(), name); });
+    for (const std::string& name : names) {
+        const std::string path = folder_ + "/" + name;
+        std::uint64_t& read = read_[name];
         const auto state = StateOf(path);
         if (!state || static_cast<std::uint64_t>(state->size) <= read) {
             continue;

@@ -109,7 +109,10 @@ std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>&
     const std::string parent = options.state.empty() ? UsualParent() : options.state;
     parent_ = system_path::FromSystem(fs::absolute(system_path::ToSystem(parent), error));
     const std::string folder = parent_ + "/" + KeyOf(OutputsText(trees));
-    if (const int failed = folder_tools::MakePrivate(parent_); failed != 0) {
+    if (!options.state.empty()) {
+        fs::create_directories(system_path::ToSystem(parent_),
+                               error);  // a place of the user's choice stays as open as it is
+    } else if (const int failed = folder_tools::MakePrivate(parent_); failed != 0) {
         return std::string(not_made) + " (" + Shown(parent_) + ": " + file_system::ErrorText(failed) + ")";
     }
     if (const int failed = folder_tools::MakePrivate(folder); failed != 0) {

@@ -364,6 +364,9 @@ void TreeRun::TakeRecord(Record record) {
     }
     const Task& done = plan_.tasks[task->second];
     const bool was_made = record.verdict == Verdict::kConverted;
+    if (done.mode == TaskMode::kProve && done.options != options_.conversion && plan_.other_options++ == 0) {
+        plan_.options_of_others = conversion_options::Line(done.options);
+    }
     (void)state_.ledger().Add(
         record.dng,
         EntryOf(record, done.input, was_made || done.options.empty() ? options_.conversion : done.options));

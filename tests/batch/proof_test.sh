@@ -1,0 +1,252 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# What velmarcon-batch takes for a picture's own DNG, and what it proves of it.
+# shellcheck disable=SC2154  # run_test sets the variables
+
+# replaced FILE FROM: the file becomes a copy of another one; the names that are linked to it keep theirs.
+replaced() {
+  cp -- "$2" "$1.new"
+  mv -f -- "$1.new" "$1"
+}
+
+ANewPictureIsNotTakenForAnOldOneOfItsName() {
+  pair first/L1 1
+  pair second/L1 2
+  batch -o out first
+  expect_status 0
+  ln out/L1.DNG old.DNG
+  batch -o out second
+  expect_status 1
+  expect_summary 1 0 0 1
+  grep -qE "^Failed: $scratch/second/L1.RAW: L1.DNG there is another picture \([0-9-]+ [0-9:]+, camera [0-9]+\)$" printed ||
+    fail "not told"
+  batch -o out second -- -r
+  expect_status 1
+  [[ out/L1.DNG -ef old.DNG ]] || fail "another picture's DNG was replaced"
+  # The first card again, after its state is gone.
+  rm -r "$HOME/.local"
+  batch -o out first
+  expect_status 0
+  expect_summary 1 0 1 0
+}
+
+APictureMayBeRenamed() {
+  pair first/L1 1
+  pair second/L1 2
+  batch -o out first
+  batch --rename -o out second
+  expect_status 0
+  expect_summary 1 1 0 0
+  expect_files out L1.DNG L1-2.DNG
+  mkdir direct
+  "$program" -i second/L1.RAW -o direct >/dev/null
+  expect_same out/L1-2.DNG direct/L1.DNG
+  batch --rename -o out second
+  expect_status 0
+  expect_summary 1 0 1 0
+  expect_files out L1.DNG L1-2.DNG
+}
+
+ADngOfAHalfCopiedRawFileIsFoundOut() {
+  pair in/L1
+  head -c 15000000 "$card/L1000001.RAW" >half
+  replaced in/L1.RAW half
+  batch --accept-damaged -o out in
+  expect_status 0
+  replaced in/L1.RAW "$card/L1000001.RAW"
+  batch -o out in
+  expect_status 1
+  expect_text "L1.DNG is there, but does not match its RAW file"
+  expect_text '; -r makes it anew'
+  batch -o out in -- -r
+  expect_status 0
+  "$program" -i in/L1.RAW -o . >/dev/null
+  expect_same out/L1.DNG L1.DNG
+}
+
+ADngWhoseRawFileIsNewerIsComparedWithIt() {
+  pair in/L1
+  batch -o out in
+  # The same again, copied later.
+  replaced in/L1.RAW "$card/L1000001.RAW"
+  touch -d 'now + 1 hour' in/L1.RAW
+  batch -o out in
+  expect_status 0
+  expect_summary 1 0 1 0
+  # Another one, as long.
+  replaced in/L1.RAW "$card/L1000002.RAW"
+  touch -d 'now + 2 hours' in/L1.RAW
+  batch -o out in
+  expect_status 1
+  expect_text 'L1.DNG is there, but does not match its RAW file'
+}
+
+ADngThatWasChangedIsFoundOut() {
+  pair in/L1
+  pair in/L2 2
+  batch -o out in -- -b 100
+  printf '\x55\x55' | dd of=out/L1.DNG bs=1 seek=5000000 conv=notrunc 2>/dev/null
+  batch -o out in -- -b 100
+  expect_status 1
+  expect_summary 2 0 1 1
+  expect_text "L1.DNG is there, but does not match its RAW file"
+  # Whatever this run's options are: it is compared with what it was made with.
+  touch out/L2.DNG
+  batch -o out in
+  expect_summary 2 0 1 1
+  expect_line '1 already there, made with other options (-b 100); -r makes them anew'
+}
+
+VerifyProvesWhatIsThereAndConvertsNothing() {
+  pair in/L1
+  pair in/L2 2
+  pair in/L3 3
+  batch -o out in -- -p
+  rm out/L3.DNG
+  batch --verify -o out in
+  expect_status 1
+  expect_summary 3 0 2 1
+  expect_line "Failed: $scratch/in/L3.RAW: there is no L3.DNG"
+  printf '\x55\x55' | dd of=out/L2.DNG bs=1 seek=5000000 conv=notrunc 2>/dev/null
+  batch --verify -o out in
+  expect_summary 3 0 1 2
+  expect_files out L1.DNG L2.DNG
+}
+
+CheckSumsAreWrittenAndUsed() {
+  pair in/a/L1
+  pair in/a/L2 2
+  batch --checksums -o out in
+  expect_status 0
+  (cd out/a && sha256sum --check --quiet SHA256SUMS) || fail "not as sha256sum has it"
+  [[ $(wc -l <out/a/SHA256SUMS) -eq 2 ]] || fail "not two"
+  pair in/a/L3 3
+  batch --checksums -o out in
+  [[ $(wc -l <out/a/SHA256SUMS) -eq 3 ]] || fail "not three"
+  sed -i 's/^./0/; s/^0\(.\)/f\1/' out/a/SHA256SUMS
+  batch --verify -o out in
+  expect_status 1
+  expect_text 'its check sum is not the one in SHA256SUMS'
+}
+
+OneLineOfJsonForEachPicture() {
+  pair in/L1
+  pair $'in/L2\n"\xff'
+  rm in/L1.JPG
+  batch --json lines --checksums -o out in
+  expect_status 1
+  [[ $(wc -l <lines) -eq 2 ]] || fail "not two lines: $(cat lines)"
+  grep -qF '"picture": "'"$scratch"'/in/L2\u000a\"\udcff.RAW"' lines || fail "name: $(cat lines)"
+  grep -q '"verdict": "converted".*"options": "no options".*"sha256": "[0-9a-f]\{64\}"}$' lines || fail "$(cat lines)"
+  grep -q '"verdict": "failed", "reason": "L1.JPG: Error #0010: Unable to find JPG file.".*"sha256": null}$' lines ||
+    fail "$(cat lines)"
+}
+
+OnlyThePicturesOfAList() {
+  pair in/L1
+  pair in/a/L2
+  pair in/a/L3
+  printf '%s\0' in/a/L2.JPG "$scratch/in/L1.RAW" in/L9.RAW >list
+  batch --from0 list -o out in
+  expect_status 1
+  expect_summary 2 2 0 0
+  expect_line "In the list, but no picture of the folders: $scratch/in/L9.RAW"
+  expect_files out L1.DNG a/L2.DNG
+}
+
+TheNewestFirst() {
+  local i
+  for i in 1 2 3; do
+    cp "$card/L100000$i.RAW" "$card/L100000$i.JPG" "$scratch"
+    mkdir -p in
+    mv L100000$i.* in
+    touch -d "2020-01-0$i" "in/L100000$i.RAW"
+  done
+  batch -j 1 --newest-first -o out in
+  expect_status 0
+  [[ $(sed 's/.*L100000\(.\).*/\1/' "$(state_folder)/report" | tr -d '\n') == 321 ]] ||
+    fail "$(cat "$(state_folder)/report")"
+}
+
+ADngMayHaveTheTimeOfItsRawFile() {
+  mkdir in
+  cp "$card/L1000001.RAW" "$card/L1000001.JPG" in
+  touch -d '2008-05-01 12:00:00' in/L1000001.RAW
+  batch --keep-time -o out in
+  expect_status 0
+  [[ ! out/L1000001.DNG -nt in/L1000001.RAW && ! out/L1000001.DNG -ot in/L1000001.RAW ]] || fail "another time"
+  batch --keep-time -o out in
+  expect_summary 1 0 1 0
+}
+
+NearMissesAreNamed() {
+  pair in/L1
+  cp "$card/L1000001.RAW" in/small.raw
+  batch -o out in
+  expect_status 0
+  expect_line "Passed over, not in capital letters: $scratch/in/small.raw"
+  head -c 1000000 "$card/L1000004.DNG" >in/cut.DNG
+  batch -o out in
+  expect_status 1
+  expect_line "Too short for a DNG of the camera's: $scratch/in/cut.DNG"
+}
+
+AnUnreadableRawFileIsToldWithTheReason() {
+  pair in/L1
+  ln -sf nowhere in/L2.RAW
+  batch -o out in
+  expect_status 1
+  expect_line "Failed: $scratch/in/L2.RAW: L2.RAW cannot be read: No such file or directory"
+}
+
+TheCountStandsLastAndFailuresAreCountedByKind() {
+  pair in/L1
+  pair in/L2
+  pair in/L3
+  rm in/L2.JPG in/L3.JPG
+  batch -o out in
+  expect_line '2 failed: Error #0010: Unable to find JPG file.'
+  [[ $(tail -n 1 printed) == '3 pictures: 1 converted, 0 already there, 2 failed' ]] || fail "not last"
+}
+
+TheStateIsTheUsersOwn() {
+  pair in/L1
+  mkdir -p "$HOME/.local/state/velmarcon-batch" elsewhere
+  chmod 777 "$HOME/.local/state/velmarcon-batch"
+  batch -o out in
+  expect_status 0
+  [[ $(stat -c %a "$HOME/.local/state/velmarcon-batch" "$(state_folder)" | sort -u) == 700 ]] || fail "open to others"
+  local state
+  state=$(state_folder)
+  rm -r "$state"
+  ln -s "$scratch/elsewhere" "$state"
+  batch -o out in
+  expect_status 3
+  [[ -z $(ls -A elsewhere) ]] || fail "a link was followed"
+}
+
+StatesOfLongAgoAreRemoved() {
+  pair in/L1
+  batch -o out in
+  local old
+  old=$(state_folder)
+  touch -d '91 days ago' "$old/ledger"
+  batch -o out2 in
+  expect_status 0
+  [[ ! -e $old ]] || fail "it is still there"
+}
+
+NotEnoughRoomIsToldBeforeItBegins() {
+  mount -t tmpfs -o size=10m none "$scratch" 2>/dev/null && umount "$scratch" || skip "nothing can be mounted"
+  pair in/L1
+  mkdir out
+  mount -t tmpfs -o size=10m none out
+  trap 'umount "$scratch/out"' EXIT
+  batch -o out in
+  expect_status 3
+  expect_text 'are free. --anyway begins all the same'
+  batch --anyway -o out in
+  expect_status 1
+  expect_text 'the disk is full; the same command goes on from here'
+  expect_line '1 picture: 0 converted, 0 already there, 0 failed, 1 not done'
+}
