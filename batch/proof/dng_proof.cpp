@@ -8,12 +8,11 @@
 #include <utility>
 
 #include "base/error_codes.h"
-#include "batch/proof/dump_rows.h"
 #include "batch/proof/expected_tags.h"
 #include "batch/proof/file_head.h"
+#include "batch/proof/pair_rows.h"
 #include "batch/proof/pixel_proof.h"
 #include "dng/maker_note_struct.h"
-#include "input/preview.h"
 #include "input/raw_layout.h"
 #include "system/file_state.h"
 #include "system/input_file.h"
@@ -39,19 +38,42 @@ bool HasDarkFrame(const std::string& bia) {
     return StateOf(bia) || (errno != ENOENT && errno != ENOTDIR);
 }
 
-/// What differs first between an image of rows of `width` pixels, less `levels`, and the one in a DNG.
-std::string ImageDifference(std::span<const std::uint16_t> pixels, int width, const ColumnLevels& levels,
-                            std::span<const std::uint8_t> written) {
-    const auto columns = static_cast<std::size_t>(width);
-    PixelProof proof(written, columns, levels);
-    while (!pixels.empty() && proof.Next(pixels.first(columns))) {
-        pixels = pixels.subspan(columns);
+std::string PreviewDifference(const std::vector<std::uint8_t>& expected, const WrittenDng& dng) {
+    return expected == dng.preview() ? "" : "its preview differs";
+}
+
+/// Compares `height` rows of the DNG with those that `expected_row` gives one after the other. Returns what
+/// differs, an empty text if nothing does, and nothing when there was no row to compare with.
+template <typename ExpectedRow>
+std::optional<std::string> RowDifference(WrittenDng& dng, int width, int height, const ColumnLevels& levels,
+                                         ExpectedRow expected_row) {
+    auto rows = dng.Rows(static_cast<std::size_t>(width));
+    PixelProof proof(levels);
+    for (int y = 0; y < height; ++y) {
+        const std::optional<std::span<const std::uint16_t>> expected = expected_row();
+        if (!expected) {
+            return std::nullopt;
+        }
+        const auto written = rows.Next();
+        if (!written) {
+            return WrittenDng::kUnreadable;
+        }
+        if (!proof.Next(*written, *expected)) {
+            break;
+        }
     }
     return proof.difference();
 }
 
-std::string PreviewDifference(std::span<const std::uint8_t> expected, std::span<const std::uint8_t> written) {
-    return std::ranges::equal(expected, written) ? "" : "its preview differs";
+/// The same with an image in memory, of rows of `width` pixels.
+std::string ImageDifference(WrittenDng& dng, std::span<const std::uint16_t> pixels, int width, int height,
+                            const ColumnLevels& levels) {
+    const auto next_row = [&] {
+        const auto row = pixels.first(static_cast<std::size_t>(width));
+        pixels = pixels.subspan(row.size());
+        return row;
+    };
+    return RowDifference(dng, width, height, levels, next_row).value_or("");
 }
 
 SensorFrame FrameOf(const CameraDng& camera) {
@@ -65,30 +87,29 @@ SensorFrame FrameOf(const CameraDng& camera) {
             camera.height()};
 }
 
-/// What differs first between the camera's image, of which nothing is corrected, and the one in a DNG.
-std::string RepairedDifference(const CameraDng& camera, std::span<const std::uint8_t> written) {
+/// The same with the camera's image, of which nothing is corrected.
+std::string PlainDifference(const CameraDng& camera, WrittenDng& dng) {
     const ColumnLevels none;
     std::vector<std::uint16_t> row(static_cast<std::size_t>(camera.width()));
-    PixelProof proof(written, row.size(), none);
-    const auto height = static_cast<std::size_t>(camera.height());
-    for (std::size_t y = 0; y < height; ++y) {
-        camera.GetRow(y, row);
-        if (!proof.Next(row)) {
-            break;
-        }
-    }
-    return proof.difference();
+    std::size_t y = 0;
+    const auto next_row = [&] {
+        camera.GetRow(y++, row);
+        return std::span<const std::uint16_t>(row);
+    };
+    return RowDifference(dng, camera.width(), camera.height(), none, next_row).value_or("");
 }
 
 }  // namespace
 
 std::string DngProof::Check(const std::string& folder, const std::string& base, bool camera_dng,
-                            std::span<const std::uint8_t> dng) {
-    return camera_dng ? CheckRepair(folder + base + ".DNG", ByteView(dng))
-                      : CheckPair(folder, base, ByteView(dng));
+                            const std::string& dng, const ByteObserver& observer) {
+    WrittenDng written(observer);
+    return camera_dng ? CheckRepair(folder + base + ".DNG", dng, written)
+                      : CheckPair(folder, base, dng, written);
 }
 
-std::string DngProof::CheckPair(const std::string& folder, const std::string& base, ByteView dng) {
+std::string DngProof::CheckPair(const std::string& folder, const std::string& base, const std::string& path,
+                                WrittenDng& dng) {
     ReadInputData record;
     record.Folder = folder;
     record.RawFileName = base + ".RAW";
@@ -101,67 +122,36 @@ std::string DngProof::CheckPair(const std::string& folder, const std::string& ba
         return CannotRead(record.JpgFileName);
     }
     const auto tags = TagsOfPair(record, settings_, record.SubtractBia, lenses_, sensors_);
-    WrittenImages images;
-    if (const auto difference = TagDifference(tags, dng, images); !difference.empty()) {
+    if (const auto difference = dng.CompareTags(path, tags); !difference.empty()) {
         return DoesNotMatch(kPairSource, difference);
     }
-    return SensorCorrections::AreMade(settings_, sensors_) ? CheckCorrectedPixels(record, images)
-                                                           : CheckPixelsAsTheyAre(record, images);
+    return SensorCorrections::AreMade(settings_, sensors_) ? CompareCorrectedPair(record, dng)
+                                                           : ComparePair(record, dng);
 }
 
-/// Row by row from the files, without memory for an image.
-std::string DngProof::CheckPixelsAsTheyAre(const ReadInputData& record, const WrittenImages& images) const {
-    DumpRows raw;
-    DumpRows dark;
-    if (!raw.Open(record.Folder + record.RawFileName)) {
-        return CannotRead(record.RawFileName);
-    }
-    if (record.SubtractBia && !dark.Open(record.Folder + record.BiaFileName)) {
-        return CannotRead(record.BiaFileName);
-    }
-    dark.CutAt(raw.size());
-
+std::string DngProof::ComparePair(const ReadInputData& record, WrittenDng& dng) {
     const ColumnLevels none;
-    PixelProof proof(images.raw, raw_layout::kImageWidth, none);
-    std::vector<std::uint8_t> preview(images.preview.size());
-    PreviewSampler sampler(record.Width, record.Height, preview);
-    std::vector<std::uint16_t> difference(raw_layout::kImageWidth);
-    for (std::int32_t y = 0; y < record.Height; ++y) {
-        const auto row = raw.Next();
-        if (!row) {
-            return CannotRead(record.RawFileName);
-        }
-        if (!preview.empty()) {
-            sampler.AddRow(y, *row);
-        }
-        auto expected = *row;
-        if (record.SubtractBia) {
-            const auto dark_row = dark.Next();
-            if (!dark_row) {
-                return CannotRead(record.BiaFileName);
-            }
-            SubtractDark(*row, *dark_row, difference);
-            expected = difference;
-        }
-        if (!proof.Next(expected)) {
-            return DoesNotMatch(kPairSource, proof.difference());
-        }
+    PairRows rows(record, !dng.preview().empty());
+    auto difference = RowDifference(dng, record.Width, record.Height, none, [&] { return rows.Next(); });
+    if (!difference) {
+        return CannotRead(rows.unreadable());
     }
-    return DoesNotMatch(kPairSource, PreviewDifference(preview, images.preview));
+    return DoesNotMatch(kPairSource,
+                        difference->empty() ? PreviewDifference(rows.preview(), dng) : *difference);
 }
 
 /// The corrections take an image as a whole.
-std::string DngProof::CheckCorrectedPixels(ReadInputData& record, const WrittenImages& images) {
+std::string DngProof::CompareCorrectedPair(ReadInputData& record, WrittenDng& dng) {
     record.ImageData = std::move(frame_);
     const int error = record.LoadRawFile();
     const std::string result =
-        error == 0 ? CompareCorrected(record, images)
+        error == 0 ? DoesNotMatch(kPairSource, CorrectedDifference(record, dng))
                    : CannotRead(error == kBiaDamaged ? record.BiaFileName : record.RawFileName);
     frame_ = std::move(record.ImageData);
     return result;
 }
 
-std::string DngProof::CompareCorrected(ReadInputData& record, const WrittenImages& images) const {
+std::string DngProof::CorrectedDifference(ReadInputData& record, WrittenDng& dng) const {
     SensorCorrections corrections(
         settings_, sensors_,
         {record.Exif.SerialNumber, record.Exif.ISOSpeedRatings, record.Width, record.Height});
@@ -173,42 +163,40 @@ std::string DngProof::CompareCorrected(ReadInputData& record, const WrittenImage
     if (settings_.dark_field_fix && !record.SubtractBia && corrections.HasLevels()) {
         levels = corrections.RemoveDarkField(record.ImageData);
     }
-    const auto difference = ImageDifference(record.ImageData, record.Width, levels, images.raw);
-    return DoesNotMatch(kPairSource, difference.empty() && !images.preview.empty()
-                                         ? PreviewDifference(record.PreviewData, images.preview)
-                                         : difference);
+    const auto difference = ImageDifference(dng, record.ImageData, record.Width, record.Height, levels);
+    const bool compare_preview = difference.empty() && !dng.preview().empty();
+    return compare_preview ? PreviewDifference(record.PreviewData, dng) : difference;
 }
 
-std::string DngProof::CheckRepair(const std::string& path, ByteView dng) {
+std::string DngProof::CheckRepair(const std::string& source, const std::string& path, WrittenDng& dng) {
     InputFile file;
-    if (!file.Open(path) || file.size() > kLongestFile) {
+    if (!file.Open(source) || file.size() > kLongestFile) {
         return CannotRead(kRepairSource);
     }
     source_.resize(static_cast<std::size_t>(file.size()));
     const auto camera = file.ReadStart(source_) ? CameraDng::Read(ByteView(source_)) : std::nullopt;
-    return camera ? CompareRepaired(*camera, dng) : CannotRead(kRepairSource);
+    return camera ? DoesNotMatch(kRepairSource, RepairDifference(*camera, path, dng))
+                  : CannotRead(kRepairSource);
 }
 
-std::string DngProof::CompareRepaired(const CameraDng& camera, ByteView dng) {
+std::string DngProof::RepairDifference(const CameraDng& camera, const std::string& path, WrittenDng& dng) {
     SensorCorrections corrections(settings_, sensors_, FrameOf(camera));
     const bool corrected = SensorCorrections::AreMade(settings_, sensors_);
     const bool dark_field =
         corrected && settings_.dark_field_fix && !HasDarkLevelsRemoved(camera) && corrections.HasLevels();
     const auto tags = TagsOfRepair(camera, settings_, dark_field, lenses_, sensors_);
-    WrittenImages images;
-    auto difference = TagDifference(tags, dng, images);
-    if (difference.empty()) {
-        difference = PreviewDifference(camera.Preview(), images.preview);
+    if (auto difference = dng.CompareTags(path, tags); !difference.empty()) {
+        return difference;
     }
-    if (difference.empty()) {
-        difference = corrected ? CorrectedDifference(camera, corrections, dark_field, images.raw)
-                               : RepairedDifference(camera, images.raw);
+    if (auto difference = PreviewDifference(camera.Preview(), dng); !difference.empty()) {
+        return difference;
     }
-    return DoesNotMatch(kRepairSource, difference);
+    return corrected ? CorrectedDifference(camera, corrections, dark_field, dng)
+                     : PlainDifference(camera, dng);
 }
 
 std::string DngProof::CorrectedDifference(const CameraDng& camera, SensorCorrections& corrections,
-                                          bool dark_field, std::span<const std::uint8_t> raw) {
+                                          bool dark_field, WrittenDng& dng) {
     const auto width = static_cast<std::size_t>(camera.width());
     const auto height = static_cast<std::size_t>(camera.height());
     pixel_memory::Resize(frame_, width * height);
@@ -217,5 +205,5 @@ std::string DngProof::CorrectedDifference(const CameraDng& camera, SensorCorrect
     }
     corrections.FixLines(frame_);
     const auto levels = dark_field ? corrections.RemoveDarkField(frame_) : ColumnLevels();
-    return ImageDifference(frame_, camera.width(), levels, raw);
+    return ImageDifference(dng, frame_, camera.width(), camera.height(), levels);
 }

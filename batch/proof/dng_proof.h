@@ -3,15 +3,14 @@
 #define VELMARCON_BATCH_PROOF_DNG_PROOF_H
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "app/run_settings.h"
-#include "base/byte_view.h"
 #include "batch/proof/camera_dng.h"
+#include "batch/proof/file_rows.h"
 #include "batch/proof/sensor_corrections.h"
-#include "batch/proof/tag_proof.h"
+#include "batch/proof/written_dng.h"
 #include "exif/lensdb.h"
 #include "input/read_input_data.h"
 #include "sensor/sensdb.h"
@@ -28,23 +27,25 @@ class DngProof {
     DngProof(const RunSettings& settings, lensdb& lenses, sensdb& sensors)
         : settings_(settings), lenses_(lenses), sensors_(sensors) {}
 
-    /// Whether `dng`, all bytes of a DNG file, is what the settings make of `base`.RAW, `base`.JPG and, if it
-    /// counts, `base`.BIA in `folder`; or, with `camera_dng`, of `base`.DNG there. `folder` ends in its
-    /// separator or is empty. Returns an empty text if it is; otherwise words that follow the picture's name:
-    /// "does not match its RAW file: pixel 17 of row 3 is 512 instead of 513", rows and pixels counted from
-    /// 0; or "cannot be compared with ...".
+    /// Whether the file `dng` is what the settings make of `base`.RAW, `base`.JPG and, if it counts,
+    /// `base`.BIA in `folder`; or, with `camera_dng`, of `base`.DNG there, which must be another file.
+    /// `folder` ends in its separator or is empty. `observer`, if there is one, gets all bytes of the file,
+    /// or those up to a difference. Returns an empty text if it is; otherwise words that follow the picture's
+    /// name: "does not match its RAW file: pixel 17 of row 3 is 512 instead of 513", rows and pixels counted
+    /// from 0; or "cannot be compared with ...".
     std::string Check(const std::string& folder, const std::string& base, bool camera_dng,
-                      std::span<const std::uint8_t> dng);
+                      const std::string& dng, const ByteObserver& observer = nullptr);
 
   private:
-    std::string CheckPair(const std::string& folder, const std::string& base, ByteView dng);
-    std::string CheckPixelsAsTheyAre(const ReadInputData& record, const WrittenImages& images) const;
-    std::string CheckCorrectedPixels(ReadInputData& record, const WrittenImages& images);
-    std::string CompareCorrected(ReadInputData& record, const WrittenImages& images) const;
-    std::string CheckRepair(const std::string& path, ByteView dng);
-    std::string CompareRepaired(const CameraDng& camera, ByteView dng);
+    std::string CheckPair(const std::string& folder, const std::string& base, const std::string& path,
+                          WrittenDng& dng);
+    static std::string ComparePair(const ReadInputData& record, WrittenDng& dng);
+    std::string CompareCorrectedPair(ReadInputData& record, WrittenDng& dng);
+    std::string CorrectedDifference(ReadInputData& record, WrittenDng& dng) const;
+    std::string CheckRepair(const std::string& source, const std::string& path, WrittenDng& dng);
+    std::string RepairDifference(const CameraDng& camera, const std::string& path, WrittenDng& dng);
     std::string CorrectedDifference(const CameraDng& camera, SensorCorrections& corrections, bool dark_field,
-                                    std::span<const std::uint8_t> raw);
+                                    WrittenDng& dng);
 
     const RunSettings& settings_;
     lensdb& lenses_;

@@ -29,6 +29,22 @@ std::uint16_t Without(std::uint16_t pixel, std::uint16_t level) {
     return static_cast<std::uint16_t>(pixel - std::min(pixel, level));
 }
 
+bool IsWithinLevels(std::span<const std::uint16_t> written, std::span<const std::uint16_t> expected,
+                    const ColumnLevels& levels) {
+    const std::uint16_t* const pixels = written.data();
+    const std::uint16_t* const undarkened = expected.data();
+    const std::uint16_t* const least = levels.least.data();
+    const std::uint16_t* const most = levels.most.data();
+    std::uint16_t wrong = 0;
+    for (std::size_t x = 0; x < expected.size(); ++x) {
+        // Bits, which need no jump: 0 where the pixel is as it must be.
+        const auto not_most = static_cast<std::uint16_t>(pixels[x] ^ Without(undarkened[x], least[x]));
+        const auto not_least = static_cast<std::uint16_t>(pixels[x] ^ Without(undarkened[x], most[x]));
+        wrong = static_cast<std::uint16_t>(wrong | std::min(not_most, not_least));
+    }
+    return wrong == 0;
+}
+
 }  // namespace
 
 ColumnLevels DitheredLevels(std::span<const float> correction, int width, std::uint16_t iso) {
@@ -48,50 +64,25 @@ ColumnLevels DitheredLevels(std::span<const float> correction, int width, std::u
     return levels;
 }
 
-PixelProof::PixelProof(std::span<const std::uint8_t> image, std::size_t width, const ColumnLevels& levels)
-    : image_(image), levels_(levels), row_(width) {}
-
-bool PixelProof::Next(std::span<const std::uint16_t> row) {
-    if (!difference_.empty()) {
-        return false;
-    }
-    const auto written = image_.subspan(y_ * row.size_bytes(), row.size_bytes());
-    bool right = false;
-    if (levels_.empty()) {
-        right = std::memcmp(written.data(), row.data(), written.size()) == 0;
-    } else {
-        std::memcpy(row_.data(), written.data(), written.size());
-        right = IsWithinLevels(row);
-    }
+bool PixelProof::Next(std::span<const std::uint16_t> written, std::span<const std::uint16_t> expected) {
+    const bool right = levels_.empty()
+                           ? std::memcmp(written.data(), expected.data(), expected.size_bytes()) == 0
+                           : IsWithinLevels(written, expected, levels_);
     if (!right) {
-        std::memcpy(row_.data(), written.data(), written.size());
-        Describe(row);
+        Describe(written, expected);
     }
     ++y_;
     return right;
 }
 
-bool PixelProof::IsWithinLevels(std::span<const std::uint16_t> row) const {
-    const std::uint16_t* const written = row_.data();
-    const std::uint16_t* const least = levels_.least.data();
-    const std::uint16_t* const most = levels_.most.data();
-    const std::uint16_t* const pixels = row.data();
-    std::uint16_t wrong = 0;
-    for (std::size_t x = 0; x < row.size(); ++x) {
-        const bool right =
-            written[x] == Without(pixels[x], least[x]) || written[x] == Without(pixels[x], most[x]);
-        wrong |= static_cast<std::uint16_t>(right ? 0 : 1);
-    }
-    return wrong == 0;
-}
-
-void PixelProof::Describe(std::span<const std::uint16_t> row) {
-    for (std::size_t x = 0; x < row.size(); ++x) {
-        const std::uint16_t most = levels_.empty() ? row[x] : Without(row[x], levels_.least[x]);
-        const std::uint16_t least = levels_.empty() ? row[x] : Without(row[x], levels_.most[x]);
-        if (row_[x] != most && row_[x] != least) {
+void PixelProof::Describe(std::span<const std::uint16_t> written, std::span<const std::uint16_t> expected) {
+    for (std::size_t x = 0; x < expected.size(); ++x) {
+        const std::uint16_t pixel = expected[x];
+        const std::uint16_t most = levels_.empty() ? pixel : Without(pixel, levels_.least[x]);
+        const std::uint16_t least = levels_.empty() ? pixel : Without(pixel, levels_.most[x]);
+        if (written[x] != most && written[x] != least) {
             difference_ = "pixel " + std::to_string(x) + " of row " + std::to_string(y_) + " is " +
-                          std::to_string(row_[x]) + " instead of " +
+                          std::to_string(written[x]) + " instead of " +
                           (least == most ? "" : std::to_string(least) + " or ") + std::to_string(most);
             return;
         }

@@ -20,27 +20,25 @@ struct ColumnLevels {
 /// none when its dark field is not removed: it is no frame of the sensor, or there are too few levels.
 ColumnLevels DitheredLevels(std::span<const float> correction, int width, std::uint16_t iso);
 
-/// Compares the raw image in a DNG with the one that it must be, row by row.
+/// Compares the raw image in a DNG with the one that it must be, row by row from the top.
 class PixelProof {
   public:
-    /// `image`: the little-endian 16-bit pixels of the DNG, rows of `width`. With `levels` these are taken
-    /// from the rows that are given, but for pixels smaller than that, which are 0. All outlive the object.
-    PixelProof(std::span<const std::uint8_t> image, std::size_t width, const ColumnLevels& levels);
+    /// `levels`, which outlive the object, are taken from the rows that a DNG must have, but for pixels
+    /// smaller than that, which are 0.
+    explicit PixelProof(const ColumnLevels& levels) : levels_(levels) {}
 
-    /// Compares the next row with `row`, which has `width` pixels. Returns whether all rows so far are as
-    /// they must be; what comes after one that is not does not count.
-    bool Next(std::span<const std::uint16_t> row);
+    /// Compares the next row of the DNG with the one that it must be, of the same length. Returns whether
+    /// they match.
+    bool Next(std::span<const std::uint16_t> written, std::span<const std::uint16_t> expected);
 
-    /// "pixel 17 of row 3 is 512 instead of 513", both counted from 0; empty when nothing differs.
+    /// Of the row that did not match: "pixel 17 of row 3 is 512 instead of 513", both counted from 0; empty
+    /// when all did.
     const std::string& difference() const { return difference_; }
 
   private:
-    bool IsWithinLevels(std::span<const std::uint16_t> row) const;
-    void Describe(std::span<const std::uint16_t> row);
+    void Describe(std::span<const std::uint16_t> written, std::span<const std::uint16_t> expected);
 
-    std::span<const std::uint8_t> image_;
     const ColumnLevels& levels_;
-    std::vector<std::uint16_t> row_;  ///< of the DNG
     std::size_t y_ = 0;
     std::string difference_;
 };

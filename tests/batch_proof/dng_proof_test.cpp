@@ -128,14 +128,14 @@ TEST(DngProof, FindsEveryTagThatDiffers) {
                             file.ReadIFD(ifd0.At(tag::kExifIFD).Number())}) {
         for (const auto& [tag, entry] : ifd.entries) {
             for (std::size_t i = 0; i < entry.value.size(); ++i) {
-                made.bytes[entry.offset + i] ^= 1U;
+                made.Flip(entry.offset + i, 1U);
                 const bool place = tag == tag::kStripOffsets || tag == tag::kSubIFDs || tag == tag::kExifIFD;
                 if (place) {
                     EXPECT_NE(made.Check(), "");
                 } else {
                     EXPECT_EQ(made.Check(), "does not match its RAW file: tag " + TagName(tag) + " differs");
                 }
-                made.bytes[entry.offset + i] ^= 1U;
+                made.Flip(entry.offset + i, 1U);
             }
         }
     }
@@ -162,9 +162,9 @@ TEST(DngProof, FindsEveryByteOfTheHeadThatDiffersButThoseThatFillUp) {
     const std::size_t head = made.PixelAt(0, 0);
     std::size_t unfound = 0;
     for (std::size_t i = 0; i < head; ++i) {
-        made.bytes[i] ^= 0x81U;
+        made.Flip(i, 0x81U);
         unfound += made.Check().empty() ? 1U : 0U;
-        made.bytes[i] ^= 0x81U;
+        made.Flip(i, 0x81U);
     }
     EXPECT_EQ(unfound, fill);
 }
@@ -176,9 +176,9 @@ TEST(DngProof, FindsAByteOfThePreviewThatDiffers) {
     made.Make();
     const auto preview = made.file().FirstIFD().At(tag::kStripOffsets).Number();
     for (const std::uint32_t byte : {0U, 1000U, 230399U}) {
-        made.bytes[preview + byte] ^= 1U;
+        made.Flip(preview + byte, 1U);
         EXPECT_EQ(made.Check(), "does not match its RAW file: its preview differs");
-        made.bytes[preview + byte] ^= 1U;
+        made.Flip(preview + byte, 1U);
     }
 }
 
@@ -186,15 +186,33 @@ TEST(DngProof, FindsADngThatWasCutOrGoesOn) {
     MadeDng made;
     made.WritePair();
     made.Make();
-    const auto whole = made.bytes;
-    made.bytes.push_back(0);
-    EXPECT_EQ(made.Check(), "does not match its RAW file: its length is not that of a complete DNG");
-    made.bytes.resize(whole.size() - 1);
-    EXPECT_EQ(made.Check(), "does not match its RAW file: its length is not that of a complete DNG");
-    made.bytes.resize(1000);
-    EXPECT_EQ(made.Check(), "does not match its RAW file: its tags are damaged");
-    made.bytes.clear();
-    EXPECT_EQ(made.Check(), "does not match its RAW file: its tags are damaged");
+    const auto check_bytes = [&](std::size_t count) {
+        std::filesystem::resize_file(made.Path(), count);
+        return made.Check();
+    };
+    const std::string length = "does not match its RAW file: its length is not that of a complete DNG";
+    const std::string tags = "does not match its RAW file: its tags are damaged";
+    EXPECT_EQ(check_bytes(made.bytes.size() + 1), length);
+    EXPECT_EQ(check_bytes(made.bytes.size()), "");
+    EXPECT_EQ(check_bytes(made.bytes.size() - 1), length);
+    EXPECT_EQ(check_bytes(made.PixelAt(0, 0)), length);
+    EXPECT_EQ(check_bytes(1000), tags);
+    EXPECT_EQ(check_bytes(0), tags);
+    std::filesystem::remove(made.Path());
+    EXPECT_EQ(made.Check(), "does not match its RAW file: it cannot be read");
+}
+
+TEST(DngProof, TheObserverGetsEveryByteOfTheFile) {
+    MadeDng made;
+    made.settings.preview = true;
+    made.WritePair();
+    made.Make();
+    std::vector<std::uint8_t> seen;
+    const auto observer = [&](std::span<const std::uint8_t> bytes) {
+        seen.insert(seen.end(), bytes.begin(), bytes.end());
+    };
+    EXPECT_EQ(made.CheckFile(made.Path(), observer), "");
+    EXPECT_TRUE(seen == made.bytes);
 }
 
 TEST(DngProof, FindsTheDngOfAnotherJpeg) {

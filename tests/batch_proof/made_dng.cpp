@@ -2,6 +2,7 @@
 #include "tests/batch_proof/made_dng.h"
 
 #include <filesystem>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -47,16 +48,27 @@ void MadeDng::Make() {
     const ErrorHandler errors;
     (void)support::CaptureStdout(
         [&] { EXPECT_EQ(ConversionRun(settings, lenses, sensors, errors).Run(), 0); });
-    bytes = support::ReadFile(folder / "made/L1.DNG");
+    bytes = support::ReadFile(Path());
+}
+
+void MadeDng::Flip(std::size_t at, std::uint8_t bits) {
+    bytes.at(at) ^= bits;
+    std::fstream dng(Path(), std::ios::in | std::ios::out | std::ios::binary);
+    dng.seekp(static_cast<std::streamoff>(at));
+    dng.put(static_cast<char>(bytes[at]));
+    ASSERT_TRUE(dng.flush());
 }
 
 std::string MadeDng::Check() {
+    return CheckFile(Path());
+}
+
+std::string MadeDng::CheckFile(const std::string& dng, const ByteObserver& observer) {
     sensdb sensors(folder.prefix());
+    DngProof proof(settings, lenses, sensors);
     std::string result;
-    EXPECT_EQ(support::CaptureStdout([&] {
-                  result =
-                      DngProof(settings, lenses, sensors).Check(folder.prefix(), kBase, camera_dng, bytes);
-              }),
+    EXPECT_EQ(support::CaptureStdout(
+                  [&] { result = proof.Check(folder.prefix(), kBase, camera_dng, dng, observer); }),
               "");
     return result;
 }
@@ -75,6 +87,6 @@ std::uint16_t MadeDng::Pixel(std::size_t x, std::size_t y) const {
 
 void MadeDng::SetPixel(std::size_t x, std::size_t y, std::uint16_t value) {
     const std::size_t at = PixelAt(x, y);
-    bytes.at(at) = static_cast<std::uint8_t>(value % 256);
-    bytes.at(at + 1) = static_cast<std::uint8_t>(value / 256);
+    Flip(at, static_cast<std::uint8_t>(bytes.at(at) ^ value % 256));
+    Flip(at + 1, static_cast<std::uint8_t>(bytes.at(at + 1) ^ value / 256));
 }

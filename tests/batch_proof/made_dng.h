@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/run_settings.h"
+#include "batch/proof/file_rows.h"
 #include "exif/lensdb.h"
 #include "samples/camera_dng.h"
 #include "samples/shot.h"
@@ -31,8 +32,14 @@ class MadeDng {
     /// Converts the pair or repairs the camera's DNG with the settings.
     void Make();
 
-    /// Whether the DNG's bytes, as they are by now, are what they must be.
+    /// Changes bits of a byte of the DNG, in the file and in `bytes`.
+    void Flip(std::size_t at, std::uint8_t bits);
+
+    std::string Path() const { return folder / "made/L1.DNG"; }
+    /// Whether the DNG, as it is by now, is what it must be.
     std::string Check();
+    /// The same of the file `dng` as it is.
+    std::string CheckFile(const std::string& dng, const ByteObserver& observer = nullptr);
 
     support::TiffFile file() const { return support::TiffFile(bytes); }
     /// Where pixel `x` of row `y` stands in the DNG.

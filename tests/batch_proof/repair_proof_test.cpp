@@ -150,9 +150,9 @@ TEST(RepairProof, FindsEveryTagThatDiffers) {
             if (tag == tag::kStripOffsets || tag == tag::kSubIFDs || tag == tag::kExifIFD) {
                 continue;
             }
-            made.bytes[entry.offset] ^= 1U;
+            made.Flip(entry.offset, 1U);
             EXPECT_EQ(made.Check(), "does not match the camera's DNG: tag " + TagName(tag) + " differs");
-            made.bytes[entry.offset] ^= 1U;
+            made.Flip(entry.offset, 1U);
         }
     }
     EXPECT_EQ(made.Check(), "");
@@ -162,7 +162,7 @@ TEST(RepairProof, FindsAByteOfThePreviewThatDiffers) {
     MadeDng made;
     made.WriteCameraDng(support::SmallCameraDng(12, kHeight));
     made.Make();
-    made.bytes[made.file().FirstIFD().At(tag::kStripOffsets).Number() + 230399] ^= 1U;
+    made.Flip(made.file().FirstIFD().At(tag::kStripOffsets).Number() + 230399, 1U);
     EXPECT_EQ(made.Check(), "does not match the camera's DNG: its preview differs");
 }
 

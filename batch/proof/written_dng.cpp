@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "batch/proof/written_dng.h"
+
+#include <algorithm>
+#include <array>
+#include <ios>
+#include <optional>
+
+#include "base/byte_order.h"
+#include "base/byte_view.h"
+#include "batch/proof/tag_name.h"
+#include "batch/proof/tiff_directory.h"
+#include "tiff/tags.h"
+#include "tiff/types.h"
+
+namespace {
+
+constexpr const char* kDamagedTags = "its tags are damaged";
+constexpr const char* kNoSuchLayout = "it is not laid out as velmarcon does it";
+constexpr const char* kOtherLength = "its length is not that of a complete DNG";
+
+/// Tags whose values tell where something stands in the file. They are followed, not compared.
+constexpr std::array<std::uint16_t, 3> kPlaces = {tag::kStripOffsets, tag::kSubIFDs, tag::kExifIFD};
+
+/// An expected text may have one NUL more than it counts, which fills it up to an even length.
+bool Equal(const DNGlib::IFDTag& expected, const TiffDirectory::Entry& written) {
+    if (written.type != expected.type || written.count != expected.count) {
+        return false;
+    }
+    return std::ranges::find(kPlaces, expected.tag) != kPlaces.end() ||
+           std::equal(written.value.begin(), written.value.end(), expected.value.begin());
+}
+
+/// What differs first, in the order of the tags; empty: nothing.
+std::string Difference(const DNGlib::IFD& expected, const TiffDirectory& written) {
+    auto there = written.entries.begin();
+    for (const auto& [tag, entry] : expected) {
+        if (there == written.entries.end() || there->first > tag) {
+            return "tag " + TagName(tag) + " is missing";
+        }
+        if (there->first < tag) {
+            break;
+        }
+        if (!Equal(entry, there->second)) {
+            return "tag " + TagName(tag) + " differs";
+        }
+        ++there;
+    }
+    if (there != written.entries.end()) {
+        return "tag " + TagName(there->first) + " does not belong there";
+    }
+    return written.ascending && written.next == 0 ? "" : kNoSuchLayout;
+}
+
+/// Bytes of a directory with its values, each of which begins at an even offset.
+std::uint64_t SizeOf(const DNGlib::IFD& ifd) {
+    std::uint64_t size = tiff::kCountSize + std::uint64_t{tiff::kEntrySize} * ifd.size() + tiff::kLinkSize;
+    for (const auto& [tag, entry] : ifd) {
+        size += entry.length <= tiff::kValueFieldSize ? 0 : std::uint64_t{entry.length} + entry.length % 2;
+    }
+    return size;
+}
+
+std::uint64_t HeadSize(const ExpectedTags& expected) {
+    return tiff::kHeaderSize + SizeOf(expected.ifd0) + SizeOf(expected.exif_ifd) +
+           (expected.sub_ifd.empty() ? 0 : SizeOf(expected.sub_ifd));
+}
+
+/// The value of a LONG.
+std::uint32_t Number(const DNGlib::IFD& ifd, std::uint16_t tag) {
+    const auto& value = ifd.at(tag).value;
+    return byte_order::GetLittle<std::uint32_t>(value);
+}
+
+}  // namespace
+
+std::string WrittenDng::CompareTags(const std::string& path, const ExpectedTags& expected) {
+    if (!file_.Open(path)) {
+        return kUnreadable;
+    }
+    file_.stream().seekg(0);
+    if (!Read(HeadSize(expected), head_)) {
+        return kUnreadable;
+    }
+    if (auto difference = CompareDirectories(expected); !difference.empty()) {
+        return difference;
+    }
+    if (auto difference = ComparePlaces(expected); !difference.empty()) {
+        return difference;
+    }
+    const std::uint64_t preview = expected.sub_ifd.empty() ? 0 : Number(expected.ifd0, tag::kStripByteCounts);
+    return Read(preview, preview_) ? "" : kUnreadable;
+}
+
+FileRows WrittenDng::Rows(std::size_t width) {
+    return {file_, head_.size() + preview_.size(), file_.size(), width, observer_};
+}
+
+/// Reads the next `size` bytes, or as many as there are. Returns whether these could be read.
+bool WrittenDng::Read(std::uint64_t size, std::vector<std::uint8_t>& bytes) {
+    bytes.resize(static_cast<std::size_t>(std::min(size, file_.size())));
+    file_.stream().read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    if (observer_) {
+        observer_(bytes);
+    }
+    return file_.stream().good();
+}
+
+std::string WrittenDng::CompareDirectories(const ExpectedTags& expected) {
+    const ByteView head(head_);
+    const auto ifd0 =
+        FirstDirectory(head) == tiff::kHeaderSize ? ReadDirectory(head, tiff::kHeaderSize) : std::nullopt;
+    if (!ifd0) {
+        return kDamagedTags;
+    }
+    std::string difference = Difference(expected.ifd0, *ifd0);
+    const auto compare_linked = [&](const DNGlib::IFD& linked, std::uint16_t pointer) {
+        if (difference.empty()) {
+            const auto directory = ReadLinked(head, *ifd0, pointer);
+            difference = directory ? Difference(linked, *directory) : kDamagedTags;
+        }
+    };
+    if (!expected.sub_ifd.empty()) {
+        compare_linked(expected.sub_ifd, tag::kSubIFDs);
+    }
+    compare_linked(expected.exif_ifd, tag::kExifIFD);
+    return difference;
+}
+
+/// The directories are there, with the tags that are expected.
+std::string WrittenDng::ComparePlaces(const ExpectedTags& expected) {
+    const ByteView head(head_);
+    const auto ifd0 = ReadDirectory(head, tiff::kHeaderSize);
+    const bool has_preview = !expected.sub_ifd.empty();
+    const auto raw_ifd = has_preview ? ReadLinked(head, *ifd0, tag::kSubIFDs) : ifd0;
+    std::uint64_t position = HeadSize(expected);
+    if (has_preview) {
+        if (ifd0->Number(tag::kStripOffsets) != position) {
+            return kNoSuchLayout;
+        }
+        position += Number(expected.ifd0, tag::kStripByteCounts);
+    }
+    if (raw_ifd->Number(tag::kStripOffsets) != position) {
+        return kNoSuchLayout;
+    }
+    position += Number(has_preview ? expected.sub_ifd : expected.ifd0, tag::kStripByteCounts);
+    return file_.size() == position ? "" : kOtherLength;
+}

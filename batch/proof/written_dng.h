@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#ifndef VELMARCON_BATCH_PROOF_WRITTEN_DNG_H
+#define VELMARCON_BATCH_PROOF_WRITTEN_DNG_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "batch/proof/expected_tags.h"
+#include "batch/proof/file_rows.h"
+#include "system/input_file.h"
+
+/// A DNG file that is compared with what it must be, and read from its first byte to its last meanwhile.
+class WrittenDng {
+  public:
+    static constexpr const char* kUnreadable = "it cannot be read";
+
+    /// The observer gets all bytes of the file; it may be empty.
+    explicit WrittenDng(const ByteObserver& observer) : observer_(observer) {}
+
+    /// Reads the file at `path` up to its raw image, and compares its tags with `expected`: type, count and
+    /// every byte of the value; there must be no others. The images must stand where the layout puts them,
+    /// and the file must end with the raw image. Returns what differs, such as "tag Make differs", or an
+    /// empty text.
+    std::string CompareTags(const std::string& path, const ExpectedTags& expected);
+
+    /// The bytes of the preview; none without one.
+    const std::vector<std::uint8_t>& preview() const { return preview_; }
+
+    /// The rows of the raw image, of `width` pixels. Called once, when the tags were as they must be.
+    FileRows Rows(std::size_t width);
+
+  private:
+    bool Read(std::uint64_t size, std::vector<std::uint8_t>& bytes);
+    std::string CompareDirectories(const ExpectedTags& expected);
+    std::string ComparePlaces(const ExpectedTags& expected);
+
+    const ByteObserver& observer_;
+    InputFile file_;
+    std::vector<std::uint8_t> head_;  ///< all bytes before the images
+    std::vector<std::uint8_t> preview_;
+};
+
+#endif  // VELMARCON_BATCH_PROOF_WRITTEN_DNG_H
