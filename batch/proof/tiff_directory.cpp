@@ -76,9 +76,11 @@ std::optional<TiffDirectory> ReadDirectory(ByteView file, std::uint64_t offset) 
     }
     TiffDirectory directory;
     std::int32_t last_tag = -1;
+    std::uint64_t value_bytes = 0;
     for (std::uint64_t position = first; position < link; position += tiff::kEntrySize) {
         const auto entry = ReadEntry(file, position);
-        if (!entry) {
+        value_bytes += entry ? entry->value.size() : 0;
+        if (!entry || value_bytes > file.size()) {
             return std::nullopt;
         }
         const auto tag = Get<std::uint16_t>(file, position);

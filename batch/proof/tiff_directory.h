@@ -33,7 +33,8 @@ struct TiffDirectory {
 /// Where the header of `file` says that the first IFD stands; nothing when it is no little-endian TIFF file.
 std::optional<std::uint32_t> FirstDirectory(ByteView file);
 
-/// The IFD at `offset`; nothing when it does not lie in `file` with its link and all values.
+/// The IFD at `offset`; nothing when it does not lie in `file` with its link and all values, or when these
+/// together are longer than the file, as only values that overlap can be.
 std::optional<TiffDirectory> ReadDirectory(ByteView file, std::uint64_t offset);
 
 /// The IFD to which the entry `pointer` of `directory` leads; nothing without the entry, too.

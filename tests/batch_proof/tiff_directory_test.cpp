@@ -76,6 +76,23 @@ TEST(TiffDirectory, CountsThatWrapAreRefused) {
     }
 }
 
+TEST(TiffDirectory, ValuesThatOverlapOverAndOverAreRefused) {
+    const auto file_of = [](std::uint16_t count) {
+        std::vector<Entry> entries;
+        for (std::uint16_t tag = 0; tag < count; ++tag) {
+            entries.push_back(samples::RawEntry(tag, 2, 60, 0));  // the first 60 bytes of the file
+        }
+        return FileOf(entries);
+    };
+    const auto one = file_of(1);
+    EXPECT_FALSE(ReadDirectory(ByteView(one), 8));  // has 26 bytes
+    auto longer = file_of(2);
+    longer.resize(119);
+    EXPECT_FALSE(ReadDirectory(ByteView(longer), 8));
+    longer.resize(120);
+    EXPECT_TRUE(ReadDirectory(ByteView(longer), 8));
+}
+
 TEST(TiffDirectory, OnlyLittleEndianTiffFilesHaveOne) {
     auto file = FileOf({samples::Short(256, 3)});
     EXPECT_EQ(FirstDirectory(ByteView(std::span(file).first(7))), std::nullopt);
