@@ -144,9 +144,9 @@ std::string DngProof::ComparePair(const ReadInputData& record, WrittenDng& dng) 
 std::string DngProof::CompareCorrectedPair(ReadInputData& record, WrittenDng& dng) {
     record.ImageData = std::move(frame_);
     const int error = record.LoadRawFile();
-    const std::string result =
-        error == 0 ? DoesNotMatch(kPairSource, CorrectedDifference(record, dng))
-                   : CannotRead(error == kBiaDamaged ? record.BiaFileName : record.RawFileName);
+    std::string result = error == 0
+                             ? DoesNotMatch(kPairSource, CorrectedDifference(record, dng))
+                             : CannotRead(error == kBiaDamaged ? record.BiaFileName : record.RawFileName);
     frame_ = std::move(record.ImageData);
     return result;
 }

@@ -61,7 +61,7 @@ std::optional<PictureIdentity> IdentityOfDng(const std::string& dng) {
 
 std::string IdentityText(const PictureIdentity& identity) {
     constexpr std::size_t date_length = 10;  // the colons of the time stay
-    const std::string camera = "camera " + std::to_string(identity.camera);
+    std::string camera = "camera " + std::to_string(identity.camera);
     if (identity.taken.empty()) {
         return camera;
     }

@@ -78,11 +78,16 @@ VELMARCON_WITH_SHA __m128i Load(const void* words) {
     return _mm_loadu_si128(static_cast<const __m128i*>(words));
 }
 
+VELMARCON_WITH_SHA __m128i AddWords(__m128i a, __m128i b) {
+    using Words [[gnu::vector_size(sizeof(__m128i))]] = std::uint32_t;
+    return reinterpret_cast<__m128i>(reinterpret_cast<Words>(a) + reinterpret_cast<Words>(b));
+}
+
 /// Rounds 4 * `step` to 4 * `step` + 3. The instructions keep the state as A, B, E, F and C, D, G, H, highest
 /// word first, and make two rounds each.
 VELMARCON_WITH_SHA void FourRounds(__m128i& abef, __m128i& cdgh, __m128i words, std::size_t step) {
     constexpr int upper_half = 0x0E;
-    const __m128i sum = _mm_add_epi32(words, Load(&kConstants[step * kVectorWords]));
+    const __m128i sum = AddWords(words, Load(&kConstants[step * kVectorWords]));
     cdgh = _mm_sha256rnds2_epu32(cdgh, abef, sum);
     abef = _mm_sha256rnds2_epu32(abef, cdgh, _mm_shuffle_epi32(sum, upper_half));
 }
@@ -90,7 +95,7 @@ VELMARCON_WITH_SHA void FourRounds(__m128i& abef, __m128i& cdgh, __m128i words, 
 /// The next four words of the schedule, from the sixteen before them, oldest first.
 VELMARCON_WITH_SHA __m128i NextWords(__m128i first, __m128i second, __m128i third, __m128i fourth) {
     const __m128i seventh_last = _mm_alignr_epi8(fourth, third, sizeof(std::uint32_t));
-    return _mm_sha256msg2_epu32(_mm_add_epi32(_mm_sha256msg1_epu32(first, second), seventh_last), fourth);
+    return _mm_sha256msg2_epu32(AddWords(_mm_sha256msg1_epu32(first, second), seventh_last), fourth);
 }
 
 /// Vector `index` of a block, as four words.
@@ -114,8 +119,8 @@ VELMARCON_WITH_SHA void CompressBlockFast(__m128i& abef, __m128i& cdgh, std::spa
         third = fourth;
         fourth = next;
     }
-    abef = _mm_add_epi32(abef, abef_before);
-    cdgh = _mm_add_epi32(cdgh, cdgh_before);
+    abef = AddWords(abef, abef_before);
+    cdgh = AddWords(cdgh, cdgh_before);
 }
 
 VELMARCON_WITH_SHA void CompressFast(State& state, std::span<const std::uint8_t> blocks) {
