@@ -62,9 +62,10 @@ TEST(SensorProof, AcceptsWhatEachOptionMakes) {
 }
 
 TEST(SensorProof, AcceptsWhatADatabaseWithoutUseLeavesAlone) {
-    for (const std::string& text : {std::string(), std::string("[1]\nLine=1\n"),
-                                    std::string("[3106091]\nLine=100\nLine=10\nLine=100\n"),
-                                    std::string("[3106091]\nLevelCorrection=3\nLevelCorrection=4\n")}) {
+    for (const std::string& text :
+         {std::string(), std::string("[1]\nLine=1\n"),
+          std::string("[3106091]\nLine=100\nLine=10\nLine=100\nLine=2000\nLine=7\n"),
+          std::string("[3106091]\nLevelCorrection=3\nLevelCorrection=4\n")}) {
         MadeDng made;
         AskFor(made.settings);
         made.WritePair();
