@@ -92,7 +92,9 @@ class HostJob {
         archive_.write(reinterpret_cast<const char*>(dng_.bytes().data()),
                        static_cast<std::streamsize>(length));
         record.dng = std::to_string(begin) + " " + std::to_string(length);
-        record.fingerprint = Fingerprint(dng_.bytes());
+        Fingerprint fingerprint;
+        fingerprint.Add(dng_.bytes());
+        record.fingerprint = fingerprint.Hex();
         return static_cast<bool>(archive_);
     }
 

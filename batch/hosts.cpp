@@ -260,7 +260,9 @@ std::string Hosts::TakeDng(const Task& task, bool refresh, const Record& record)
     archive.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     const std::span<const std::uint8_t> view(reinterpret_cast<const std::uint8_t*>(bytes.data()),
                                              bytes.size());
-    if (!archive || Fingerprint(view) != record.fingerprint) {
+    Fingerprint fingerprint;
+    fingerprint.Add(view);
+    if (!archive || fingerprint.Hex() != record.fingerprint) {
         return lost;
     }
     std::error_code error;

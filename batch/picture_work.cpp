@@ -230,12 +230,9 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
     if (task.mode != TaskMode::kProve && task.mode != TaskMode::kVerify) {
         return;
     }
-    if (!ReadDng()) {
-        return;
-    }
     const RunSettings settings = conversion_options::Settings(task.options);
     DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
-    const std::string mismatch = proof.Check(files.folder, files.base, files.is_camera_dng, dng_.bytes());
+    const std::string mismatch = Compare(proof, files);
     if (!mismatch.empty()) {
         Fail(NameIn(record_.dng) + " is there, but " + mismatch +
                  (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
@@ -257,9 +254,7 @@ void PictureWork::CompareChecksum() {
     if (found == checksums_.end()) {
         return;
     }
-    Sha256 sum;
-    sum.Add(dng_.bytes());
-    if (sum.Hex() != found->second) {
+    if (Sha256OfFile(record_.dng) != found->second) {
         Fail("its check sum is not the one in SHA256SUMS", "another check sum");
     }
 }
@@ -360,23 +355,32 @@ void PictureWork::Judge(const PictureFiles& files, const std::string& reason) {
 /// picture.
 void PictureWork::TakeDng(const PictureFiles& files) {
     const bool in_place = IsSameFile(record_.dng, files.input);
-    if (!options_.verify || in_place || !ReadDng()) {
+    if (!options_.verify || in_place) {
         return;
     }
-    const std::string mismatch = proof_.Check(files.folder, files.base, files.is_camera_dng, dng_.bytes());
+    const std::string mismatch = Compare(proof_, files);
     if (!mismatch.empty()) {
         Fail(mismatch, KindOfMismatch(mismatch));
         file_system::Remove(record_.dng);
     }
 }
 
-bool PictureWork::ReadDng() {
-    if (!dng_.Load(record_.dng)) {
-        Fail(NameIn(record_.dng) + " cannot be read back", "cannot be read back");
-        return false;
+/// Its bytes pass by only once: what is to be known of them is taken then.
+std::string PictureWork::Compare(DngProof& proof, const PictureFiles& files) {
+    Fingerprint fingerprint;
+    Sha256 sum;
+    std::string mismatch = proof.Check(files.folder, files.base, files.is_camera_dng, record_.dng,
+                                       [&](std::span<const std::uint8_t> bytes) {
+                                           fingerprint.Add(bytes);
+                                           if (options_.checksums) {
+                                               sum.Add(bytes);
+                                           }
+                                       });
+    if (mismatch.empty()) {
+        record_.fingerprint = fingerprint.Hex();
+        record_.sha256 = options_.checksums ? sum.Hex() : "";
     }
-    record_.fingerprint = Fingerprint(dng_.bytes());
-    return true;
+    return mismatch;
 }
 
 /// What is told of a picture that has its DNG.
@@ -388,13 +392,13 @@ void PictureWork::Finish(const PictureFiles& files) {
             fs::last_write_time(system_path::ToSystem(record_.dng), time, error);
         }
     }
-    if (options_.checksums) {
-        if (record_.fingerprint.empty() && !ReadDng()) {
+    if (options_.checksums && record_.sha256.empty()) {
+        const auto sum = Sha256OfFile(record_.dng);
+        if (!sum) {
+            Fail(NameIn(record_.dng) + " cannot be read back", "cannot be read back");
             return;
         }
-        Sha256 sum;
-        sum.Add(dng_.bytes());
-        record_.sha256 = sum.Hex();
+        record_.sha256 = *sum;
     }
     record_.dng_state = StateText(record_.dng);
     if (record_.verdict == Verdict::kKept) {

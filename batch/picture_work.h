@@ -9,7 +9,6 @@
 #include "batch/jobs.h"
 #include "batch/proof/checksums.h"
 #include "batch/proof/dng_proof.h"
-#include "batch/read_back.h"
 #include "batch/records.h"
 #include "system/captured_output.h"
 
@@ -51,13 +50,12 @@ class PictureWork {
     std::string MakeUnderFreeName(const PictureFiles& files, const std::string& folder);
     void Judge(const PictureFiles& files, const std::string& reason);
     void TakeDng(const PictureFiles& files);
-    [[nodiscard]] bool ReadDng();
+    std::string Compare(DngProof& proof, const PictureFiles& files);
     void Finish(const PictureFiles& files);
 
     const WorkerSettings& options_;
     Conversion conversion_;
     DngProof proof_;
-    ReadBack dng_;
     Record record_;  ///< of the picture at work
 
     std::string checksums_folder_;  ///< from which the check sums are
