@@ -16,6 +16,13 @@ constexpr std::string_view kNotWritten = "DNG not written: ";
 constexpr std::array<std::string_view, 3> kRemarks = {"Error #0013: ", "Error #0014: ", "Error #0018: "};
 constexpr std::array<std::string_view, 2> kRemarkBeginnings = {"No pixel error ", "No dark field "};
 
+/// What the system says when there is no room.
+#if defined(EDQUOT)
+constexpr std::array kFull = {ENOSPC, EDQUOT};
+#else
+constexpr std::array kFull = {ENOSPC};
+#endif
+
 bool Has(std::string_view line, std::string_view text) {
     return line.find(text) != std::string_view::npos;
 }
@@ -65,7 +72,7 @@ std::string KindOf(const std::string& reason) {
 }
 
 bool SaysDiskIsFull(const std::string& reason) {
-    return std::ranges::any_of(std::array{ENOSPC, EDQUOT}, [&](int error) {
+    return std::ranges::any_of(kFull, [&](int error) {
         return reason.ends_with(std::string(kNotWritten) + file_system::ErrorText(error));
     });
 }
