@@ -35,7 +35,6 @@ std::vector<std::string> Split(std::string_view joined) {
 
 std::optional<std::string> ReadWhole(const std::string& path) {
     std::ifstream file;
-    errno = 0;
     if (!system_path::OpenPlainFile(path, file)) {
         return std::nullopt;
     }

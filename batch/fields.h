@@ -18,7 +18,7 @@ std::string Joined(std::span<const std::string> texts);
 /// The texts in `joined`; what stands after the last NUL is none.
 std::vector<std::string> Split(std::string_view joined);
 
-/// All of a file; nothing, and errno, when it cannot be read.
+/// All of a file; nothing when it cannot be read.
 std::optional<std::string> ReadWhole(const std::string& path);
 
 /// Writes the file whole or not at all; its readers are the owner. Returns 0 or the system's error number.

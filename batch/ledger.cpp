@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "batch/fields.h"
+#include "system/file_system.h"
 #include "system/replacement_file.h"
 #include "system/system_path.h"
 
@@ -43,23 +44,28 @@ std::vector<std::string> SplitOptions(const std::string& joined) {
 
 int Ledger::Open(const std::string& path) {
     path_ = path;
-    std::ifstream file;
-    errno = 0;
-    if (system_path::OpenPlainFile(path, file)) {
-        file.seekg(0);
-        std::vector<std::string> texts;
-        for (std::string text; std::getline(file, text, '\0') && !file.eof();) {
-            texts.push_back(text);
-            if (texts.size() == kFields) {
-                Take(texts);
-                texts.clear();
-            }
-        }
-    } else if (errno != ENOENT) {
-        return errno != 0 ? errno : EIO;
+    if (!ReadFile() && file_system::IsTaken(path)) {
+        return EIO;
     }
     // The file may end in a piece of an entry: what is added after it would not be read.
     return Compact();
+}
+
+bool Ledger::ReadFile() {
+    std::ifstream file;
+    if (!system_path::OpenPlainFile(path_, file)) {
+        return false;
+    }
+    file.seekg(0);
+    std::vector<std::string> texts;
+    for (std::string text; std::getline(file, text, '\0') && !file.eof();) {
+        texts.push_back(text);
+        if (texts.size() == kFields) {
+            Take(texts);
+            texts.clear();
+        }
+    }
+    return !file.bad();
 }
 
 void Ledger::Take(const std::vector<std::string>& texts) {

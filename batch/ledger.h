@@ -50,6 +50,7 @@ class Ledger {
         bool on_disk = false;
     };
 
+    [[nodiscard]] bool ReadFile();
     void Take(const std::vector<std::string>& texts);
     std::uint32_t NumberOf(const std::string& options);
     bool Append(const std::string& bytes);
