@@ -116,6 +116,7 @@ has_dngs() {
 # can be interrupted at a known place, however busy the machine is.
 gate() {
   printf '\0' >"$scratch/tickets"
+  # shellcheck disable=SC2034  # for the tests
   gated=(env "LD_PRELOAD=$build/batch-gate/gate.so" "GATE_FOLDER=$scratch" "GATE_TICKETS=$1")
 }
 
