@@ -6,6 +6,8 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <string>
@@ -38,6 +40,9 @@ bool TakeTicket() {
 void WaitFor(std::string_view name) {
     constexpr timespec nap = {.tv_sec = 0, .tv_nsec = 50'000'000};
     const std::string open = Variable("GATE_FOLDER") + "/open";
+    if (const std::string killing = Variable("GATE_KILLS"); !killing.empty() && name.ends_with(killing)) {
+        (void)std::raise(SIGKILL);
+    }
     if (!name.ends_with(".DNG") || TakeTicket()) {
         return;
     }
@@ -58,6 +63,15 @@ extern "C" int renameat2(int from_folder, const char* from, int to_folder, const
     WaitFor(to);
     return Next<int(int, const char*, int, const char*, unsigned int)>("renameat2")(from_folder, from,
                                                                                     to_folder, to, flags);
+}
+
+/// A disk that does not take what was written.
+extern "C" int syncfs(int descriptor) noexcept {
+    if (!Variable("GATE_FAILS_SYNC").empty()) {
+        errno = EIO;
+        return -1;
+    }
+    return Next<int(int)>("syncfs")(descriptor);
 }
 
 extern "C" int rename(const char* from, const char* to) noexcept {

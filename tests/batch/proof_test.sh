@@ -249,3 +249,47 @@ NotEnoughRoomIsToldBeforeItBegins() {
   expect_text 'the disk is full; the same command goes on from here'
   expect_line '1 picture: 0 converted, 0 already there, 0 failed, 1 not done'
 }
+
+AWorkerThatDiesCostsOnePicture() {
+  many_pairs in 6
+  gate 100
+  local jobs
+  for jobs in 1 2; do
+    rm -rf out
+    env GATE_KILLS=/L0000003.DNG "${gated[@]}" "$batch_program" -j "$jobs" -o out in >printed 2>&1 </dev/null &&
+      fail "success"
+    expect_summary 6 5 0 1
+    expect_line "Failed: $scratch/in/L0000003.RAW: velmarcon-batch was ended by something else while it was at work on it"
+    batch -j "$jobs" -o out in
+    expect_status 0
+    expect_summary 6 1 5 0
+    [[ $(find out -type f | wc -l) -eq 6 ]] || fail "left: $(find out)"
+  done
+}
+
+WhatTheDiskDidNotTakeIsNotThere() {
+  many_pairs in 3
+  gate 100
+  env GATE_FAILS_SYNC=1 "${gated[@]}" "$batch_program" -o out in >printed 2>&1 </dev/null && fail "success"
+  expect_summary 3 0 0 3
+  expect_text 'L0000001.RAW: the system could not write its DNG to the disk: Input/output error'
+  [[ -z $(find out -type f) ]] || fail "left: $(find out)"
+  batch -o out in
+  expect_status 0
+  expect_summary 3 3 0 0
+}
+
+NamesThatTheOutputDoesNotTellApartAreRefused() {
+  pair in/Pic 1
+  pair in/PIC 2
+  mkdir out
+  truncate -s 100M disk
+  { command -v mkfs.vfat && mkfs.vfat disk && mount -o loop disk out; } >/dev/null 2>&1 || skip "no vfat can be mounted"
+  trap 'umount "$scratch/out"' EXIT
+  batch -o out in
+  expect_status 3
+  expect_text "$scratch/in/PIC.RAW and $scratch/in/Pic.RAW would get one and the same DNG"
+  expect_files out
+  batch -o other in
+  expect_status 0
+}

@@ -298,5 +298,7 @@ TheSameCommandDoesNotRunTwiceAtOnce() {
   batch -o out in
   expect_status 3
   expect_text 'another velmarcon-batch is at work on this output'
+  batch -o out in -- -p
+  expect_status 3
   kill_all
 }
