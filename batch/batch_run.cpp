@@ -16,6 +16,7 @@
 #include "batch/tree_run.h"
 #include "batch/trees.h"
 #include "batch/worker.h"
+#include "errors/version.h"
 #include "exif/lensdb.h"
 #include "system/file_system.h"
 #include "system/stop_request.h"
@@ -60,7 +61,8 @@ int Run(std::span<const std::string> arguments, const Installation& installation
         return Misused(problem);
     }
     if (options.help || options.version) {
-        std::printf("%s", options.help ? kBatchHelp : "velmarcon-batch " VELMARCON_VERSION "\n");
+        const std::string version = "velmarcon-batch " + std::string(kVersion) + "\n";
+        std::printf("%s", options.help ? kBatchHelp : version.c_str());
         return std::fflush(stdout) == 0 ? batch_status::kDone : batch_status::kSomeFailed;
     }
     if (const std::string refusal = conversion_options::Refusal(options.conversion); !refusal.empty()) {

@@ -21,7 +21,7 @@ constexpr std::uint32_t kPairWidth = 3968;
 constexpr std::uint32_t kPairHeight = 2646;
 constexpr std::uint64_t kBytesPerPixel = 2;
 constexpr std::uint32_t kLittleEndianTiff = 0x002A4949;  ///< "II" and the number of the format
-constexpr bool kLittle = true;
+constexpr ByteOrder kLittle = ByteOrder::kLittleEndian;
 
 using SingleValues = std::map<std::uint16_t, std::uint32_t>;
 

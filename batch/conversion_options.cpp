@@ -56,8 +56,7 @@ std::string RefusalOf(const Argument& argument) {
 
 /// Of what RemarksOn says, that which does not concern the input: each picture is given to the program.
 bool ConcernsOptions(const std::string& remark) {
-    return remark.find(": ignored") != std::string::npos ||
-           remark.find(": read as ") != std::string::npos;
+    return remark.find(": ignored") != std::string::npos || remark.find(": read as ") != std::string::npos;
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "batch/host_job.h"
 #include "batch/picture.h"
 #include "batch/worker.h"
+#include "errors/version.h"
 #include "system/file_system.h"
 #include "system/replacement_file.h"
 #include "system/running_process.h"
@@ -126,7 +127,7 @@ std::string Hosts::AskOne(const std::string& entry) {
             return "--hosts needs rsync and ssh (Debian: openssh-client)";
         }
         const std::string answer =
-            LastLine(OnHost(login, kQuestion + std::string(VELMARCON_VERSION) + " " + id_folder_));
+            LastLine(OnHost(login, kQuestion + std::string(kVersion) + " " + id_folder_));
         if (!answer.starts_with(ready)) {
             return "host " + login + ": " + answer;
         }

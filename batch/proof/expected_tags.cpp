@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "base/byte_view.h"
-#include "dng/ifd_values.h"
+#include "dng/ifd.h"
 #include "dng/lens_tags.h"
 #include "dng/maker_note_struct.h"
 #include "dng/tag_values.h"
@@ -39,7 +39,7 @@ class RepairedTags {
     const ExpectedTags& tags() const { return tags_; }
 
   private:
-    void Copy(const TiffDirectory& from, DNGlib::IFD& to);
+    void Copy(const TiffDirectory& from, IFD& to);
     void AddRational(std::uint16_t tag, Rational value) {
         maker_.AddIFDTag(&tags_.exif_ifd, tag, value.numerator, value.denominator);
     }
@@ -51,7 +51,7 @@ class RepairedTags {
 };
 
 /// All but the tags that lead to directories of which a repair keeps nothing.
-void RepairedTags::Copy(const TiffDirectory& from, DNGlib::IFD& to) {
+void RepairedTags::Copy(const TiffDirectory& from, IFD& to) {
     for (const auto& [tag, entry] : from.entries) {
         if (tag != tag::kGPSIFD && tag != tag::kInteroperabilityIFD) {
             maker_.AddIFDTag(&to, tag, entry.value.data(), entry.type,
@@ -74,7 +74,7 @@ void RepairedTags::DescribeImages() {
     maker_.AddIFDTag(&tags_.sub_ifd, tag::kRowsPerStrip, height);
     maker_.AddIFDTag(&tags_.sub_ifd, tag::kBitsPerSample, bits_per_sample);
     tags_.sub_ifd.erase(tag::kLinearizationTable);
-    for (DNGlib::IFD* const ifd : {&tags_.ifd0, &tags_.sub_ifd}) {
+    for (IFD* const ifd : {&tags_.ifd0, &tags_.sub_ifd}) {
         maker_.AddIFDTag(ifd, tag::kStripOffsets, tag_values::kPlaceholder);
     }
     maker_.AddIFDTag(&tags_.ifd0, tag::kSubIFDs, tag_values::kPlaceholder);
@@ -82,7 +82,7 @@ void RepairedTags::DescribeImages() {
 }
 
 void RepairedTags::FixLens(const std::string& lens_code) {
-    const auto note = DecodeMakerNote(ByteView(ifd_values::Bytes(tags_.exif_ifd, tag::kMakerNote)));
+    const auto note = DecodeMakerNote(ByteView(ifd::Bytes(tags_.exif_ifd, tag::kMakerNote)));
     const std::string code = note.LensCode() != 0 ? maker_note::LensCodeText(note.LensCode()) : lens_code;
     const auto* const lens = code.empty() ? nullptr : lens_tags::FindLens(lenses_, code);
     if (lens != nullptr) {
@@ -106,11 +106,11 @@ void RepairedTags::FixLens(const std::string& lens_code) {
 }
 
 void RepairedTags::FixExposure() {
-    if (const auto bias = ifd_values::FirstRational(tags_.exif_ifd, tag::kExposureBiasValue)) {
+    if (const auto bias = ifd::FirstRational(tags_.exif_ifd, tag::kExposureBiasValue)) {
         const SRational thirds = ExposureBiasInThirds(*bias);
         maker_.AddIFDTag(&tags_.exif_ifd, tag::kExposureBiasValue, thirds.numerator, thirds.denominator);
     }
-    if (const auto time = ifd_values::FirstRational(tags_.exif_ifd, tag::kExposureTime)) {
+    if (const auto time = ifd::FirstRational(tags_.exif_ifd, tag::kExposureTime)) {
         AddRational(tag::kExposureTime, SnapExposureTime(AsUnsigned(*time)));
     }
 }

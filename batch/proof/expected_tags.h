@@ -13,9 +13,9 @@
 
 /// The tags that a DNG must have. Values that the layout fills in are 0.
 struct ExpectedTags {
-    DNGlib::IFD ifd0;
-    DNGlib::IFD sub_ifd;  ///< empty when IFD0 holds the raw image
-    DNGlib::IFD exif_ifd;
+    IFD ifd0;
+    IFD sub_ifd;  ///< empty when IFD0 holds the raw image
+    IFD exif_ifd;
 };
 
 /// Of a pair, whose record has the shooting data of its JPEG and the image's size; its lens is changed as a

@@ -14,7 +14,7 @@ constexpr std::array<std::uint8_t, 4> kLittleEndianTiff = {'I', 'I', tiff::kMagi
 
 template <std::unsigned_integral T>
 T Get(ByteView file, std::uint64_t offset) {
-    return file.Get<T>(offset, true);
+    return file.Get<T>(offset, ByteOrder::kLittleEndian);
 }
 
 /// The entry at `offset`, whose 12 bytes lie in `file`; nothing when its value does not. The count of a type

@@ -23,7 +23,7 @@ constexpr const char* kOtherLength = "its length is not that of a complete DNG";
 constexpr std::array<std::uint16_t, 3> kPlaces = {tag::kStripOffsets, tag::kSubIFDs, tag::kExifIFD};
 
 /// An expected text may have one NUL more than it counts, which fills it up to an even length.
-bool Equal(const DNGlib::IFDTag& expected, const TiffDirectory::Entry& written) {
+bool Equal(const IFDTag& expected, const TiffDirectory::Entry& written) {
     if (written.type != expected.type || written.count != expected.count) {
         return false;
     }
@@ -32,7 +32,7 @@ bool Equal(const DNGlib::IFDTag& expected, const TiffDirectory::Entry& written) 
 }
 
 /// What differs first, in the order of the tags; empty: nothing.
-std::string Difference(const DNGlib::IFD& expected, const TiffDirectory& written) {
+std::string Difference(const IFD& expected, const TiffDirectory& written) {
     auto there = written.entries.begin();
     for (const auto& [tag, entry] : expected) {
         if (there == written.entries.end() || there->first > tag) {
@@ -53,7 +53,7 @@ std::string Difference(const DNGlib::IFD& expected, const TiffDirectory& written
 }
 
 /// Bytes of a directory with its values, each of which begins at an even offset.
-std::uint64_t SizeOf(const DNGlib::IFD& ifd) {
+std::uint64_t SizeOf(const IFD& ifd) {
     std::uint64_t size = tiff::kCountSize + std::uint64_t{tiff::kEntrySize} * ifd.size() + tiff::kLinkSize;
     for (const auto& [tag, entry] : ifd) {
         size += entry.length <= tiff::kValueFieldSize ? 0 : std::uint64_t{entry.length} + entry.length % 2;
@@ -67,7 +67,7 @@ std::uint64_t HeadSize(const ExpectedTags& expected) {
 }
 
 /// The value of a LONG.
-std::uint32_t Number(const DNGlib::IFD& ifd, std::uint16_t tag) {
+std::uint32_t Number(const IFD& ifd, std::uint16_t tag) {
     const auto& value = ifd.at(tag).value;
     return byte_order::GetLittle<std::uint32_t>(value);
 }
@@ -114,7 +114,7 @@ std::string WrittenDng::CompareDirectories(const ExpectedTags& expected) {
         return kDamagedTags;
     }
     std::string difference = Difference(expected.ifd0, *ifd0);
-    const auto compare_linked = [&](const DNGlib::IFD& linked, std::uint16_t pointer) {
+    const auto compare_linked = [&](const IFD& linked, std::uint16_t pointer) {
         if (difference.empty()) {
             const auto directory = ReadLinked(head, *ifd0, pointer);
             difference = directory ? Difference(linked, *directory) : kDamagedTags;
