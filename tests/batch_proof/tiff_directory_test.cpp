@@ -17,7 +17,7 @@ using samples::Entry;
 std::vector<std::uint8_t> FileOf(const std::vector<Entry>& entries, std::uint32_t next = 0) {
     std::vector<std::uint8_t> file = {'I', 'I', 42, 0, 8, 0, 0, 0};
     std::vector<std::uint8_t> values;
-    samples::AppendIfd(entries, samples::ByteOrder::kLittle, 8 + samples::TableSize(entries), next, file,
+    samples::AppendIfd(entries, ByteOrder::kLittleEndian, 8 + samples::TableSize(entries), next, file,
                        values);
     file.insert(file.end(), values.begin(), values.end());
     return file;
