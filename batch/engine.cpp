@@ -7,6 +7,7 @@
 #include "batch/fields.h"
 #include "batch/worker.h"
 #include "system/file_system.h"
+#include "batch/shown.h"
 #include "system/running_process.h"
 
 namespace {
@@ -33,7 +34,7 @@ bool Engine::StartNext() {
     const ChildStart& start = starts_[next_++];
     child_ = std::make_unique<ChildProcess>();
     if (const int error = child_->Start(start); error != 0) {
-        error_ = start.arguments.front() + " cannot be started: " + file_system::ErrorText(error);
+        error_ = start.arguments.front() + " cannot be started: " + ErrorText(error);
         child_.reset();
         ending_ = true;
         return false;

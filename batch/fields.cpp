@@ -48,11 +48,11 @@ std::optional<std::string> ReadWhole(const std::string& path) {
 
 int WriteWhole(const std::string& path, std::string_view bytes) {
     ReplacementFile file;
-    if (const int error = file.Open(path, ReplacementFile::Existing::kReplace); error != 0) {
-        return error;
+    if (const std::error_code error = file.Open(path, ReplacementFile::Existing::kReplace)) {
+        return error.value();
     }
     file.Write(bytes);
-    return file.Commit(bytes.size());
+    return file.Commit(bytes.size()).value();
 }
 
 int WritePlain(const std::string& path, std::string_view bytes) {

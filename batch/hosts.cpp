@@ -18,6 +18,7 @@
 #include "system/file_system.h"
 #include "system/replacement_file.h"
 #include "system/running_process.h"
+#include "batch/shown.h"
 #include "system/system_path.h"
 
 namespace {
@@ -269,13 +270,12 @@ std::string Hosts::TakeDng(const Task& task, bool refresh, const Record& record)
     std::error_code error;
     fs::create_directories(system_path::ToSystem(FolderIn(task.dng)), error);
     ReplacementFile file;
-    int failed =
-        file.Open(task.dng, refresh ? ReplacementFile::Existing::kReplace : ReplacementFile::Existing::kKeep);
+    int failed = file.Open(task.dng, refresh ? ReplacementFile::Existing::kReplace : ReplacementFile::Existing::kKeep).value();
     if (failed == 0) {
         file.Write(bytes);
-        failed = file.Commit(bytes.size());
+        failed = file.Commit(bytes.size()).value();
     }
-    return failed == 0 ? "" : task.dng + ": DNG not written: " + file_system::ErrorText(failed);
+    return failed == 0 ? "" : task.dng + ": DNG not written: " + ErrorText(failed);
 }
 
 void Hosts::CountDown(std::uint64_t job) {

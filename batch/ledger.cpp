@@ -138,16 +138,16 @@ int Ledger::Compact() {
     file_.clear();
     std::uint64_t size = 0;
     ReplacementFile compact;
-    if (const int error = compact.Open(path_, ReplacementFile::Existing::kReplace); error != 0) {
-        return error;
+    if (const std::error_code error = compact.Open(path_, ReplacementFile::Existing::kReplace)) {
+        return error.value();
     }
     for (const auto& [dng, kept] : kept_) {
         const std::string bytes = BytesOf(dng, kept);
         compact.Write(bytes);
         size += bytes.size();
     }
-    if (const int error = compact.Commit(size); error != 0) {
-        return error;
+    if (const std::error_code error = compact.Commit(size)) {
+        return error.value();
     }
     file_.open(system_path::ToSystem(path_), std::ios::binary | std::ios::app);
     return file_ ? 0 : EIO;

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
@@ -9,11 +8,16 @@
 
 #include "batch/batch_run.h"
 #include "packaging/databases.h"
-#include "packaging/own_path.h"
 #include "system/pixel_memory.h"
+#include "system/posix/program.h"
+#include "system/posix/write_signals.h"
 #include "system/standard_streams.h"
 
 namespace {
+
+std::filesystem::path OwnPath() {
+    return program::OwnFile().value_or(VELMARCON_INSTALLED_BATCH);
+}
 
 /// Those that the installed command uses.
 std::string PrepareOwnDatabases() {
@@ -27,9 +31,7 @@ std::string PrepareOwnDatabases() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    // A write that fails is reported, and no reason to die in the middle of it.
-    (void)std::signal(SIGXFSZ, SIG_IGN);
-    (void)std::signal(SIGPIPE, SIG_IGN);
+    IgnoreWriteSignals();
     FillMissingStandardStreams();
     pixel_memory::RetainFreedMemory();
     const std::span<char*> all(argv, static_cast<std::size_t>(argc));

@@ -12,6 +12,9 @@
 #include "app/input_discovery.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
+#include "batch/file_facts.h"
+#include "batch/shown.h"
+#include "system/path_names.h"
 #include "system/system_path.h"
 
 namespace {
@@ -35,7 +38,7 @@ class Walk {
         : number_(number), root_(trees[number].root), found_(found) {
         for (const Tree& tree : trees) {
             const auto state =
-                tree.out != root_ && LiesIn(tree.out, root_) ? StateOf(tree.out) : std::nullopt;
+                tree.out != root_ && LiesIn(tree.out, root_) ? StateAt(tree.out) : std::nullopt;
             if (state) {
                 excluded_.emplace_back(tree.out, *state);
             }
@@ -58,7 +61,7 @@ class Walk {
         if (excluded_.empty() || folder.empty()) {
             return false;
         }
-        const auto state = StateOf(Join(root_, folder));
+        const auto state = StateAt(Join(root_, folder));
         return state && std::ranges::any_of(excluded_, [&](const auto& excluded) {
                    const bool same =
                        state->device == excluded.second.device && state->inode == excluded.second.inode;
@@ -86,12 +89,12 @@ class Walk {
         }
         if (error) {
             found_.unread.push_back(path + ": " +
-                                    file_system::ErrorText(error.default_error_condition().value()));
+                                    ErrorText(error.default_error_condition().value()));
         }
     }
 
     void LookAt(const std::string& name, bool is_link) {
-        const std::string extension = Extension(name);
+        const std::string extension = path_names::Extension(name);
         const std::string upper = extension.size() == 3 ? UpperCase(extension) : "";
         if (upper != "RAW" && upper != "DNG") {
             return;
@@ -110,7 +113,7 @@ class Walk {
     }
 
     bool HasCameraSize(const std::string& path, bool tell_cut) {
-        const auto state = StateOf(path);
+        const auto state = StateAt(path);
         const auto size = state ? static_cast<std::uint64_t>(state->size) : 0;
         std::error_code unknown;
         if (tell_cut && state && size < kCameraDngSize &&
@@ -131,7 +134,7 @@ class Walk {
 std::string AsFound(const std::string& path) {
     const std::string folder = FolderIn(path);
     std::string name = NameIn(path);
-    if (Extension(name) == "JPG" || Extension(name) == "BIA") {
+    if (path_names::Extension(name) == "JPG" || path_names::Extension(name) == "BIA") {
         name = WithoutExtension(name) + ".RAW";
     }
     return Join(CanonicalFolder(folder.empty() ? "." : folder), name);
@@ -174,7 +177,7 @@ void SortNewestFirst(std::span<const Tree> trees, std::vector<Picture>& pictures
     std::vector<std::pair<std::int64_t, Picture>> dated;
     dated.reserve(pictures.size());
     for (Picture& picture : pictures) {
-        const auto state = StateOf(InputOf(picture, trees));
+        const auto state = StateAt(InputOf(picture, trees));
         dated.emplace_back(state ? state->modified_seconds : 0, std::move(picture));
     }
     std::ranges::stable_sort(dated, std::ranges::greater(), [](const auto& entry) { return entry.first; });

@@ -19,15 +19,13 @@
 #include "system/file_system.h"
 #include "system/input_file.h"
 #include "system/part_files.h"
+#include "batch/file_facts.h"
+#include "batch/shown.h"
 #include "system/system_path.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ErrorText(int error) {
-    return file_system::ErrorText(error);
-}
 
 std::optional<PictureIdentity> IdentityOf(const PictureFiles& files) {
     return files.is_camera_dng ? IdentityOfDng(files.input)
@@ -35,8 +33,8 @@ std::optional<PictureIdentity> IdentityOf(const PictureFiles& files) {
 }
 
 bool IsSameFile(const std::string& a, const std::string& b) {
-    const auto state_a = StateOf(a);
-    const auto state_b = StateOf(b);
+    const auto state_a = StateAt(a);
+    const auto state_b = StateAt(b);
     return state_a && state_b && state_a->device == state_b->device && state_a->inode == state_b->inode;
 }
 
@@ -44,11 +42,10 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 bool IsUnreadable(const std::string& path, int& error) {
     std::error_code unknown;
     InputFile file;
-    errno = 0;
     if (file.Open(path)) {
         return false;
     }
-    error = file_system::LastError();
+    error = file.error() ? file.error().value() : EIO;
     const bool leads_nowhere = error == ENOENT && file_system::IsTaken(path);
     return fs::is_regular_file(system_path::ToSystem(path), unknown) || error == EACCES || error == EPERM ||
            leads_nowhere;
@@ -133,7 +130,7 @@ bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
     if (IsSameFile(record_.dng, files.input)) {
         return SettleInPlace(task);
     }
-    const auto state = StateOf(record_.dng);
+    const auto state = StateAt(record_.dng);
     if (!files.is_camera_dng && state && state->size == static_cast<std::int64_t>(kCameraDngSize)) {
         Fail(NameIn(record_.dng) + ", which is there, is one of the camera's own; use another output folder",
              "a DNG of the camera's in its place");
@@ -264,9 +261,9 @@ void PictureWork::Convert(const PictureFiles& files) {
         return;
     }
     record_.flaws = FlawsOf(files);  // a repair in its place leaves nothing to look at
-    const auto before = StateOf(record_.dng);
+    const auto before = StateAt(record_.dng);
     const std::string reason = Make(files);
-    if (before && before == StateOf(record_.dng)) {
+    if (before && before == StateAt(record_.dng)) {
         Fail((reason.empty() ? "velmarcon said nothing" : reason) + "; the old DNG is still there",
              KindOf(reason));
     } else {
@@ -325,8 +322,9 @@ std::string PictureWork::MakeUnderFreeName(const PictureFiles& files, const std:
     conversion_.Forget();
     const std::string made = own + files.base + ".DNG";
     if (file_system::IsTaken(made)) {
-        const int failed = conversion_.settings().refresh ? file_system::Rename(made, record_.dng)
-                                                          : file_system::RenameToFree(made, record_.dng);
+        const int failed = (conversion_.settings().refresh ? file_system::Rename(made, record_.dng)
+                                                           : file_system::RenameToFree(made, record_.dng))
+                               .value();
         if (failed != 0) {
             printed = record_.dng + ": DNG not written: " + ErrorText(failed) + "\n";
         }

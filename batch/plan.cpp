@@ -14,6 +14,7 @@
 #include "system/file_system.h"
 #include "system/folder_tools.h"
 #include "system/part_files.h"
+#include "batch/file_facts.h"
 #include "system/system_path.h"
 
 namespace {
@@ -85,7 +86,7 @@ class Planner {
 
     void AddUnknown(std::uint64_t number, const std::string& input, const std::string& dng,
                     const std::optional<LedgerEntry>& entry) {
-        const auto there = StateOf(dng);
+        const auto there = StateAt(dng);
         if (!there) {
             ++plan_.to_make;
             AddTask(number, TaskMode::kConvert, input, dng);
@@ -103,7 +104,7 @@ class Planner {
         const std::string base = WithoutExtension(input);
         return std::ranges::any_of(
             std::array{input, base + ".JPG", base + ".BIA"}, [&](const std::string& path) {
-                const auto state = StateOf(path);
+                const auto state = StateAt(path);
                 return state && state->modified_seconds > LastChange(dng) + kCoarsestTick;
             });
     }
@@ -221,7 +222,7 @@ Space SpaceFor(std::span<const Task> tasks, bool preview) {
         }
         if (const std::string own = FolderIn(task.dng); own != folder) {
             folder = own;
-            const auto state = StateOf(ExistingFolder(folder));
+            const auto state = StateAt(ExistingFolder(folder));
             device = state ? state->device : 0;
         }
         auto& volume = needed[device];

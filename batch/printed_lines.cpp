@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 
+#include "batch/shown.h"
 #include "system/file_system.h"
 
 namespace {
@@ -73,6 +74,6 @@ std::string KindOf(const std::string& reason) {
 
 bool SaysDiskIsFull(const std::string& reason) {
     return std::ranges::any_of(kFull, [&](int error) {
-        return reason.ends_with(std::string(kNotWritten) + file_system::ErrorText(error));
+        return reason.ends_with(std::string(kNotWritten) + ErrorText(error));
     });
 }

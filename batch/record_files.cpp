@@ -8,6 +8,7 @@
 
 #include "system/file_state.h"
 #include "system/folder_listing.h"
+#include "batch/file_facts.h"
 #include "system/system_path.h"
 
 namespace {
@@ -43,7 +44,7 @@ std::vector<Record> RecordFiles::TakeNew() {
     for (const std::string& name : names) {
         const std::string path = folder_ + "/" + name;
         std::uint64_t& read = read_[name];
-        const auto state = StateOf(path);
+        const auto state = StateAt(path);
         if (!state || static_cast<std::uint64_t>(state->size) <= read) {
             continue;
         }

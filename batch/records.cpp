@@ -6,6 +6,7 @@
 #include <charconv>
 
 #include "batch/fields.h"
+#include "batch/file_facts.h"
 #include "system/file_state.h"
 
 namespace {
@@ -97,7 +98,7 @@ std::vector<Record> RecordsIn(std::string_view bytes, std::size_t& used) {
 }
 
 std::string StateText(const std::string& path) {
-    const auto state = StateOf(path);
+    const auto state = StateAt(path);
     return state ? std::to_string(state->size) + " " + std::to_string(state->modified_seconds) + " " +
                        std::to_string(state->modified_nanoseconds)
                  : "";

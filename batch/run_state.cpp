@@ -113,10 +113,10 @@ std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>&
         fs::create_directories(system_path::ToSystem(parent_),
                                error);  // a place of the user's choice stays as open as it is
     } else if (const int failed = folder_tools::MakePrivate(parent_); failed != 0) {
-        return std::string(not_made) + " (" + Shown(parent_) + ": " + file_system::ErrorText(failed) + ")";
+        return std::string(not_made) + " (" + Shown(parent_) + ": " + ErrorText(failed) + ")";
     }
     if (const int failed = folder_tools::MakePrivate(folder); failed != 0) {
-        return std::string(not_made) + " (" + Shown(folder) + ": " + file_system::ErrorText(failed) + ")";
+        return std::string(not_made) + " (" + Shown(folder) + ": " + ErrorText(failed) + ")";
     }
     folder_ = CanonicalFolder(folder);
     if (folder_.empty()) {
@@ -142,7 +142,7 @@ std::string RunState::LockOutputs(const std::vector<Tree>& trees) {
             return "another velmarcon-batch is at work on this output; wait for its end";
         }
         if (error != 0) {
-            return "nothing can be written to " + Shown(folder_) + ": " + file_system::ErrorText(error);
+            return "nothing can be written to " + Shown(folder_) + ": " + ErrorText(error);
         }
     }
     return "";
@@ -159,7 +159,7 @@ std::vector<int> RunState::LockDescriptors() const {
 std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>& trees) {
     const std::string nothing = "nothing can be written to " + Shown(folder_);
     if (const int error = ledger_.Open(PathOf("ledger")); error != 0) {
-        return nothing + ": " + file_system::ErrorText(error);
+        return nothing + ": " + ErrorText(error);
     }
     const std::string command = CommandText(options, trees);
     const bool same_command = fields::ReadWhole(PathOf("command")) == command;

@@ -5,6 +5,9 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <system_error>
+
+#include "system/system_error.h"
 
 namespace {
 
@@ -55,6 +58,10 @@ std::string Shown(const std::string& text) {
         quoted += Escaped(c);
     }
     return quoted + "'";
+}
+
+std::string ErrorText(int error) {
+    return system_error::Text(std::error_code(error, std::generic_category()));
 }
 
 std::string NumberOfPictures(std::size_t number) {

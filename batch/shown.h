@@ -10,6 +10,9 @@
 /// would have it quoted.
 std::string Shown(const std::string& text);
 
+/// What an error number of <cerrno> means, in words.
+std::string ErrorText(int error);
+
 /// "1 picture", "2 pictures".
 std::string NumberOfPictures(std::size_t number);
 

@@ -386,7 +386,7 @@ void TreeRun::PutOnDisk() {
     for (std::size_t i = 0; i < pending_.size(); ++i) {
         Record& record = pending_[i];
         if (errors[i] != 0) {
-            const std::string reason = file_system::ErrorText(errors[i]);
+            const std::string reason = ErrorText(errors[i]);
             if (record.verdict == Verdict::kConverted && record.dng != InputOfNumber(record.picture)) {
                 file_system::Remove(record.dng);
             }
@@ -449,7 +449,7 @@ void TreeRun::WriteChecksumFiles() {
         if (error != 0) {
             report_written_ = false;
             (void)std::fprintf(stderr, "velmarcon-batch: %sSHA256SUMS cannot be written: %s\n",
-                               Shown(folder).c_str(), file_system::ErrorText(error));
+                               Shown(folder).c_str(), ErrorText(error).c_str());
         }
     }
 }

@@ -58,7 +58,7 @@ TreeError ResolveOutput(const BatchOptions& options, bool make, std::string& out
     }
     output = CanonicalFolder(options.output);
     if (output.empty() && make) {
-        return {false, "the output folder cannot be entered: " + std::string(file_system::ErrorText(errno))};
+        return {false, "the output folder cannot be entered: " + std::string(ErrorText(errno))};
     }
     if (output.empty()) {
         output = FromSystem(fs::absolute(system_path::ToSystem(options.output), error));

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "system/file_state.h"
@@ -141,23 +142,19 @@ void TakeLine(std::string_view text, Checksums& sums) {
 /// Returns 0, also when there is no file, or the system's error number.
 int ReadText(const std::string& path, std::string& text) {
     constexpr std::uint64_t longest = 64ULL * 1024 * 1024;  // a folder of 200000 pictures needs a third of it
-    errno = 0;
-    if (!StateOf(path)) {
-        return errno == ENOENT ? 0 : file_system::LastError();
+    std::error_code error;
+    if (!StateOf(path, error)) {
+        return error == std::errc::no_such_file_or_directory ? 0 : error.value();
     }
-    errno = 0;
     InputFile file;
     if (!file.Open(path)) {
-        return file_system::LastError();
+        return file.error() ? file.error().value() : EIO;
     }
     if (file.size() > longest) {
         return EFBIG;
     }
     text.resize(static_cast<std::size_t>(file.size()));
-    errno = 0;
-    return file.ReadStart({reinterpret_cast<std::uint8_t*>(text.data()), text.size()})
-               ? 0
-               : file_system::LastError();
+    return file.ReadStart({reinterpret_cast<std::uint8_t*>(text.data()), text.size()}) ? 0 : EIO;
 }
 
 }  // namespace
@@ -189,9 +186,9 @@ int WriteChecksums(const std::string& folder, const Checksums& sums) {
         text += '\n';
     }
     ReplacementFile file;
-    if (const int error = file.Open(folder + kFileName, ReplacementFile::Existing::kReplace); error != 0) {
-        return error;
+    if (const std::error_code error = file.Open(folder + kFileName, ReplacementFile::Existing::kReplace)) {
+        return error.value();
     }
     file.Write(text);
-    return file.Commit(text.size());
+    return file.Commit(text.size()).value();
 }

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "base/error_codes.h"
@@ -35,7 +36,9 @@ constexpr const char* kRepairSource = "the camera's DNG";
 
 /// A conversion takes a dark frame unless it is certain that there is none.
 bool HasDarkFrame(const std::string& bia) {
-    return StateOf(bia) || (errno != ENOENT && errno != ENOTDIR);
+    std::error_code error;
+    return StateOf(bia, error) ||
+           (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory);
 }
 
 std::string PreviewDifference(const std::vector<std::uint8_t>& expected, const WrittenDng& dng) {

@@ -9,6 +9,7 @@
 
 #include "system/file_system.h"
 #include "system/part_files.h"
+#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
 
 CapturedOutput::~CapturedOutput() {
@@ -22,15 +23,16 @@ CapturedOutput::~CapturedOutput() {
 
 int CapturedOutput::Begin(const std::string& folder) {
     const std::string name = folder + "/" + part_files::NewName();
-    const int file = file_system::CreateNew(name, file_system::Readers::kOwner);
-    if (file < 0) {
-        return file_system::LastError();
+    Handle made;
+    if (const std::error_code error = file_system::CreateNew(name, file_system::kForOwner, made)) {
+        return error.value();
     }
+    const int file = made.Release();
     file_system::Remove(name);
     (void)std::fflush(stdout);
     standard_output_ = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     if (standard_output_ < 0 || ::dup2(file, STDOUT_FILENO) < 0) {
-        const int error = file_system::LastError();
+        const int error = system_error::Last().value();
         ::close(file);
         return error;
     }

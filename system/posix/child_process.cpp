@@ -12,6 +12,7 @@
 #include <ctime>
 
 #include "system/file_system.h"
+#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
 
 namespace {
@@ -67,7 +68,7 @@ bool Prepare(const ChildStart& start) {
     if (Prepare(start)) {
         ::execvp(arguments[0], arguments);
     }
-    const int error = file_system::LastError();
+    const int error = system_error::Last().value();
     (void)!::write(report, &error, sizeof(error));
     ::_exit(kNotStarted);
 }
@@ -100,10 +101,10 @@ int ChildProcess::Start(const ChildStart& asked) {
     const std::vector<char*> arguments = Pointers(texts);
     std::array<int, 2> report = {};
     if (::pipe2(report.data(), O_CLOEXEC) != 0) {
-        return file_system::LastError();
+        return system_error::Last().value();
     }
     const pid_t child = ::fork();
-    int error = child < 0 ? file_system::LastError() : 0;
+    int error = child < 0 ? system_error::Last().value() : 0;
     if (child == 0) {
         Become(start, arguments.data(), report[1]);
     }
@@ -188,7 +189,7 @@ std::string FindOnSearchPath(const std::string& name) {
         const std::string folder = end == begin ? "." : folders.substr(begin, end - begin);
         const std::string file = folder + "/" + name;
         auto kind = file_system::Kind::kNothing;
-        if (::access(file.c_str(), X_OK) == 0 && file_system::KindOf(file, kind) == 0 &&
+        if (::access(file.c_str(), X_OK) == 0 && !file_system::KindOf(file, kind) &&
             kind != file_system::Kind::kFolder) {
             return file;
         }

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "system/file_system.h"
+#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
 
 FileLock::~FileLock() {
@@ -20,10 +21,10 @@ int FileLock::Take(const std::string& path) {
     constexpr int flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC;
     const int descriptor = RetryOnInterrupt([&] { return ::open(path.c_str(), flags, owners); });
     if (descriptor < 0) {
-        return file_system::LastError();
+        return system_error::Last().value();
     }
     const bool held = RetryOnInterrupt([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0;
-    const int error = held ? 0 : file_system::LastError();
+    const int error = held ? 0 : system_error::Last().value();
     if (error != 0 && error != ENOSYS && error != ENOTSUP && error != EINVAL) {
         ::close(descriptor);
         return error;

@@ -11,6 +11,7 @@
 
 #include "system/file_system.h"
 #include "system/posix/file_status.h"
+#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
 
 namespace folder_tools {
@@ -22,7 +23,7 @@ constexpr mode_t kOthers = 0077;
 
 int MakeOne(const std::string& path) {
     const bool made = RetryOnInterrupt([&] { return ::mkdir(path.c_str(), kForTheUserAlone); }) == 0;
-    return made || errno == EEXIST ? 0 : file_system::LastError();
+    return made || errno == EEXIST ? 0 : system_error::Last().value();
 }
 
 int MakeAll(const std::filesystem::path& path) {
@@ -40,10 +41,10 @@ int MakeAll(const std::filesystem::path& path) {
 }
 
 /// On the folder itself, which is open: it cannot be exchanged for another one between look and change.
-int CloseToOthers(int folder) {
+int CloseToOthers(const Handle& folder) {
     struct stat status = {};
-    if (const int error = file_system::StatusOf(folder, status); error != 0) {
-        return error;
+    if (const std::error_code error = file_system::StatusOf(folder, status)) {
+        return error.value();
     }
     if (status.st_uid != ::geteuid()) {
         return EPERM;
@@ -51,20 +52,12 @@ int CloseToOthers(int folder) {
     if ((status.st_mode & kOthers) == 0) {
         return 0;
     }
-    return RetryOnInterrupt([&] { return ::fchmod(folder, kForTheUserAlone); }) == 0
-               ? 0
-               : file_system::LastError();
+    return file_system::ErrorOf(RetryOnInterrupt([&] { return ::fchmod(folder.Get(), kForTheUserAlone); })).value();
 }
 
-int SynchronizeWith(const std::string& file) {
-    const int descriptor =
-        RetryOnInterrupt([&] { return ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
-    if (descriptor < 0) {
-        return file_system::LastError();
-    }
-    const int error = file_system::SynchronizeVolume(descriptor);
-    ::close(descriptor);
-    return error;
+int SynchronizeWith(const std::string& path) {
+    const Handle file(RetryOnInterrupt([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    return (file.IsOpen() ? file_system::SynchronizeVolume(file) : system_error::Last()).value();
 }
 
 }  // namespace
@@ -74,19 +67,14 @@ int MakePrivate(const std::string& path) {
         return error;
     }
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-    const int folder = RetryOnInterrupt([&] { return ::open(path.c_str(), flags); });
-    if (folder < 0) {
-        return file_system::LastError();
-    }
-    const int error = CloseToOthers(folder);
-    ::close(folder);
-    return error;
+    const Handle folder(RetryOnInterrupt([&] { return ::open(path.c_str(), flags); }));
+    return folder.IsOpen() ? CloseToOthers(folder) : system_error::Last().value();
 }
 
 int FreeBytes(const std::string& folder, std::uint64_t& bytes) {
     struct statvfs volume = {};
     if (RetryOnInterrupt([&] { return ::statvfs(folder.c_str(), &volume); }) != 0) {
-        return file_system::LastError();
+        return system_error::Last().value();
     }
     bytes = std::uint64_t{volume.f_bavail} * volume.f_frsize;
     return 0;
@@ -98,7 +86,7 @@ std::vector<int> PutOnDisk(std::span<const std::string> files) {
     errors.reserve(files.size());
     for (const std::string& file : files) {
         struct stat status = {};
-        int error = file_system::StatusOf(file, status);
+        int error = file_system::StatusOf(file, status).value();
         if (error == 0) {
             auto found = done.find(status.st_dev);
             if (found == done.end()) {
