@@ -35,7 +35,7 @@ std::vector<std::string> Split(std::string_view joined) {
 
 std::optional<std::string> ReadWhole(const std::string& path) {
     std::ifstream file;
-    if (!system_path::OpenPlainFile(path, file)) {
+    if (system_path::OpenPlainFile(path, file)) {
         return std::nullopt;
     }
     file.seekg(0);

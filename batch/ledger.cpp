@@ -53,7 +53,7 @@ int Ledger::Open(const std::string& path) {
 
 bool Ledger::ReadFile() {
     std::ifstream file;
-    if (!system_path::OpenPlainFile(path_, file)) {
+    if (system_path::OpenPlainFile(path_, file)) {
         return false;
     }
     file.seekg(0);

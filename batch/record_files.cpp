@@ -16,7 +16,7 @@ namespace {
 std::string ReadFrom(const std::string& path, std::uint64_t offset) {
     std::ifstream file;
     std::string bytes;
-    if (!system_path::OpenPlainFile(path, file)) {
+    if (system_path::OpenPlainFile(path, file)) {
         return bytes;
     }
     file.seekg(static_cast<std::streamoff>(offset));
