@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "system/system_path.h"
-#include "system/windows/windows_error.h"
+#include "system/system_error.h"
 
 namespace {
 
@@ -76,7 +76,7 @@ int ChildProcess::Start(const ChildStart& start) {
     const std::wstring folder = system_path::ToSystem(start.folder).wstring();
     if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
                          folder.empty() ? nullptr : folder.c_str(), &startup, &process) == 0) {
-        return ErrnoOfLastWindowsError();
+        return system_error::Last().value();
     }
     EndWithThisProcess(process.hProcess);
     ::CloseHandle(process.hThread);

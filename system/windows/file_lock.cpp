@@ -6,7 +6,7 @@
 #include <cerrno>
 
 #include "system/system_path.h"
-#include "system/windows/windows_error.h"
+#include "system/system_error.h"
 
 FileLock::~FileLock() {
     if (file_ != -1) {
@@ -20,7 +20,7 @@ int FileLock::Take(const std::string& path) {
         ::CreateFileW(system_path::ToSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                       OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
-        const int error = ErrnoOfLastWindowsError();
+        const int error = system_error::Last().value();
         return error == EBUSY ? EWOULDBLOCK : error;
     }
     file_ = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(file));

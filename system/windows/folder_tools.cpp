@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "system/system_path.h"
-#include "system/windows/windows_error.h"
+#include "system/system_error.h"
 
 namespace folder_tools {
 
@@ -18,9 +18,9 @@ int FlushFile(const std::string& path) {
     auto* const file = ::CreateFileW(system_path::ToSystem(path).c_str(), GENERIC_WRITE, share, nullptr,
                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
-        return ErrnoOfLastWindowsError();
+        return system_error::Last().value();
     }
-    const int error = ::FlushFileBuffers(file) != 0 ? 0 : ErrnoOfLastWindowsError();
+    const int error = ::FlushFileBuffers(file) != 0 ? 0 : system_error::Last().value();
     ::CloseHandle(file);
     return error;
 }
@@ -37,7 +37,7 @@ int MakePrivate(const std::string& path) {
 int FreeBytes(const std::string& folder, std::uint64_t& bytes) {
     ULARGE_INTEGER available = {};
     if (::GetDiskFreeSpaceExW(system_path::ToSystem(folder).c_str(), &available, nullptr, nullptr) == 0) {
-        return ErrnoOfLastWindowsError();
+        return system_error::Last().value();
     }
     bytes = available.QuadPart;
     return 0;
