@@ -14,7 +14,8 @@ std::string HostName();
 /// The number of this process.
 std::uint64_t Number();
 
-/// Whether this computer has no process with that number.
+/// Whether this computer has no running process with that number. A process that has ended is gone, even if
+/// its parent has not noticed yet.
 bool IsGone(std::uint64_t number);
 
 /// A number that nobody can guess; if the system has no source of such numbers, one made from the time.

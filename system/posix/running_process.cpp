@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <poll.h>
+#include <sys/syscall.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -11,9 +13,25 @@
 #include <ctime>
 #include <limits>
 
+#include "system/handle.h"
 #include "system/running_process.h"
 
 namespace running_process {
+
+namespace {
+
+/// Whether the process has ended and its parent has not asked for its status yet: kill still finds it.
+bool IsZombie([[maybe_unused]] pid_t process) {
+#if defined(SYS_pidfd_open)
+    const Handle descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    pollfd end = {descriptor.Get(), POLLIN, 0};
+    return descriptor.IsOpen() && ::poll(&end, 1, 0) == 1 && (end.revents & POLLIN) != 0;
+#else
+    return false;
+#endif
+}
+
+}  // namespace
 
 std::string HostName() {
     utsname system = {};
@@ -29,7 +47,8 @@ bool IsGone(std::uint64_t number) {
     if (number == 0 || number > highest) {
         return false;  // for kill(2), these do not stand for a single process
     }
-    return ::kill(static_cast<pid_t>(number), 0) != 0 && errno == ESRCH;
+    const auto process = static_cast<pid_t>(number);
+    return (::kill(process, 0) != 0 && errno == ESRCH) || IsZombie(process);
 }
 
 std::uint64_t RandomNumber() {
