@@ -11,37 +11,42 @@ const char* const kBatchHelp =
     "Usage: velmarcon-batch [OPTION...] FOLDER... [-- VELMARCON-OPTION...]\n"
     "\n"
     "Converts every Leica M8 picture in the folders and the folders below them: pairs of X.RAW and X.JPG, "
-    "and the\n"
-    "DNGs that the camera itself wrote. A second call goes on where an interrupted one stopped.\n"
+    "and\n"
+    "the DNGs that the camera itself wrote. Single pictures may be named, too, by any of their files. A "
+    "second\n"
+    "call resumes where an interrupted one stopped.\n"
     "\n"
-    "  -o, --output DIR   write the DNGs there, in folders as the pictures lie; without it: beside the RAW "
-    "files\n"
+    "  -o, --output DIR   write the DNGs there, in folders like those of the pictures; without it: next to "
+    "the\n"
+    "                     RAW files\n"
     "  -j, --jobs N       run N at a time; without it: one on each core\n"
-    "      --hosts LIST   have other machines do it, over ssh: [N/][USER@]HOST,... (this one is called :)\n"
-    "      --from0 FILE   only these pictures of the folders: a list of paths, each ended by a NUL; - is "
-    "standard\n"
-    "                     input\n"
+    "      --hosts LIST   have other machines do the work, over ssh: [N/][USER@]HOST,... (this one is called "
+    ":)\n"
+    "      --from0 FILE   only these pictures of the folders: a list of paths, each ended by a NUL; - is\n"
+    "                     standard input\n"
     "      --newest-first begin with the newest pictures\n"
-    "      --fresh        with -r: do all pictures, also those that an interrupted run has refreshed\n"
-    "      --rename       a picture whose DNG would have the name of another's gets one with -2 at its end\n"
+    "      --fresh        with -r: convert all pictures, also those that an interrupted run has refreshed\n"
+    "      --rename       if the DNG of another picture has the name, add -2 to it; not with --hosts, "
+    "because\n"
+    "                     another machine cannot see which names are free here\n"
     "      --keep-time    give each DNG the time of its RAW file\n"
-    "      --accept-damaged  take what can be made of a damaged picture for success\n"
+    "      --accept-damaged  count a damaged picture as a success if there is a DNG of it\n"
     "      --anyway       begin even if the disk has not enough room\n"
     "      --no-verify    do not read each DNG back to compare it with its RAW file\n"
     "      --verify       convert nothing: prove that every picture has its DNG\n"
     "      --checksums    write a file SHA256SUMS next to the DNGs\n"
     "  -n, --dry-run      list what would be done, and do nothing\n"
-    "  -q, --quiet        tell of failures only\n"
-    "      --json FILE    write a line of JSON for each picture there\n"
-    "      --notify       tell the desktop when the run has ended\n"
-    "      --state DIR    keep the job log and what a run needs to go on there\n"
+    "  -q, --quiet        print failures only\n"
+    "      --json FILE    write a line of JSON for each picture to this file\n"
+    "      --notify       show a message on the desktop when the run has ended\n"
+    "      --state DIR    keep the report, and what a run needs to resume, there\n"
     "  -h, --help         this text\n"
     "      --version      the version\n"
     "\n"
-    "What stands behind -- is for velmarcon: -r, -p, -b, -l, -s and so on, but neither -i nor -o nor -sd.\n"
+    "What stands after -- is for velmarcon: -r, -p, -b, -l, -s and so on, but not -i, -o or -sd.\n"
     "\n"
-    "Status: 0 when every picture has a complete DNG, 1 when some have none, 2 for wrong usage, 3 when the "
-    "work could\n"
+    "Status: 0 if every picture has a complete DNG, 1 if some have none, 2 for wrong usage, 3 if the work "
+    "could\n"
     "not begin, 130 after Ctrl-C.\n";
 
 namespace {
@@ -72,7 +77,7 @@ constexpr std::array<Flag, 17> kFlags = {{
     {"--version", &BatchOptions::version},
 }};
 
-/// An option with one; -j is none of them, being a number.
+/// An option with a text; -j has a number.
 struct Text {
     std::string_view name;
     std::string BatchOptions::*member;
@@ -161,11 +166,10 @@ class Reader {
         if (argument.starts_with("--delete")) {
             return "there is no " + argument +
                    ": originals are deleted by hand, and only after velmarcon-batch has ended with status 0. "
-                   "A picture "
-                   "cannot be taken again";
+                   "A picture cannot be taken again";
         }
         if (argument.size() > 1 && argument.starts_with('-')) {
-            return "unknown option " + argument + "; velmarcon's own options stand behind --";
+            return "unknown option " + argument + "; velmarcon's own options stand after --";
         }
         options_.folders.push_back(argument);
         return "";
@@ -194,6 +198,10 @@ class Reader {
         }
         if (options_.verify && (options_.no_verify || !options_.hosts.empty())) {
             return "--verify reads what is here: it goes neither with --no-verify nor with --hosts";
+        }
+        if (options_.rename && !options_.hosts.empty()) {
+            return "--rename and --hosts do not go together: another machine cannot see which names are free "
+                   "here";
         }
         return "";
     }

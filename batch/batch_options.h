@@ -9,7 +9,7 @@
 /// What a run is asked for.
 struct BatchOptions {
     std::vector<std::string> folders;
-    std::string output;  ///< empty: beside the RAW files
+    std::string output;  ///< empty: next to the RAW files
     std::string state;   ///< folder in which states are kept; empty: the usual one
     std::string hosts;
     std::string list;       ///< file with the names of pictures, each ended by a NUL; "-": standard input

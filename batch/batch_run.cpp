@@ -82,7 +82,7 @@ int Run(std::span<const std::string> arguments, const Installation& installation
         !error.text.empty()) {
         return error.is_usage ? Misused(error.text) : Refuse(batch_status::kNotBegun, error.text);
     }
-    return TreeRun(options, trees, *list, installation.program, databases).Run();
+    return TreeRun(options, trees, *list, installation, databases).Run();
 }
 
 }  // namespace

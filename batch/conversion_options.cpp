@@ -37,14 +37,14 @@ bool IsWord(const Argument& argument) {
 std::string RefusalOf(const Argument& argument) {
     const std::string text(argument.text);
     if (IsWord(argument)) {
-        return "'" + text + "' behind -- is no option, nor the value of one";
+        return "'" + text + "' after -- is no option, nor the value of one";
     }
     if (argument.option == nullptr) {
         return "";
     }
     const Option option = argument.option->option;
     if (option == Option::kInput || option == Option::kOutput) {
-        return text + " behind --: the input and the output of each velmarcon are given to it from here";
+        return text + " after --: the input and the output of each velmarcon are given to it from here";
     }
     if (option == Option::kDarkFieldCreation) {
         return "-sd makes the database of one camera from one dark exposure; many at once would overwrite "

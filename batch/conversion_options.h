@@ -16,7 +16,7 @@ namespace conversion_options {
 /// option. Empty when there is nothing.
 std::string Refusal(std::span<const std::string> options);
 
-/// What velmarcon would pass over or read otherwise than it looks, a line each.
+/// What velmarcon would ignore or read otherwise than it looks, a line each.
 std::vector<std::string> Remarks(std::span<const std::string> options, const lensdb& lenses);
 
 /// The settings that they ask for, without input and output.

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "batch/fields.h"
+#include "batch/shown.h"
 #include "batch/worker.h"
 #include "system/file_system.h"
-#include "batch/shown.h"
 #include "system/running_process.h"
 
 namespace {
@@ -22,7 +22,7 @@ bool WriteNumbers(const std::string& path, std::uint64_t first, std::uint64_t la
     for (std::uint64_t job = first; job <= last; ++job) {
         numbers += std::to_string(job) + "\n";
     }
-    return fields::WritePlain(path, numbers) == 0;
+    return !fields::WritePlain(path, numbers);
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ bool Engine::StartNext() {
     }
     const ChildStart& start = starts_[next_++];
     child_ = std::make_unique<ChildProcess>();
-    if (const int error = child_->Start(start); error != 0) {
+    if (const std::error_code error = child_->Start(start)) {
         error_ = start.arguments.front() + " cannot be started: " + ErrorText(error);
         child_.reset();
         ending_ = true;

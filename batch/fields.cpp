@@ -6,7 +6,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "system/replacement_file.h"
 #include "system/system_path.h"
 
 namespace fields {
@@ -46,24 +45,15 @@ std::optional<std::string> ReadWhole(const std::string& path) {
     return bytes;
 }
 
-int WriteWhole(const std::string& path, std::string_view bytes) {
-    ReplacementFile file;
-    if (const std::error_code error = file.Open(path, ReplacementFile::Existing::kReplace)) {
-        return error.value();
-    }
-    file.Write(bytes);
-    return file.Commit(bytes.size()).value();
-}
-
-int WritePlain(const std::string& path, std::string_view bytes) {
+std::error_code WritePlain(const std::string& path, std::string_view bytes) {
     errno = 0;
     std::ofstream file(system_path::ToSystem(path), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     file.close();
     if (file) {
-        return 0;
+        return {};
     }
-    return errno != 0 ? errno : EIO;
+    return {errno != 0 ? errno : EIO, std::generic_category()};
 }
 
 std::optional<std::uint64_t> Number(std::string_view text) {

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 /// The form in which a batch keeps things for itself: texts of any bytes but NUL, each ended by one.
@@ -21,11 +22,8 @@ std::vector<std::string> Split(std::string_view joined);
 /// All of a file; nothing when it cannot be read.
 std::optional<std::string> ReadWhole(const std::string& path);
 
-/// Writes the file whole or not at all; its readers are the owner. Returns 0 or the system's error number.
-[[nodiscard]] int WriteWhole(const std::string& path, std::string_view bytes);
-
-/// Writes the file as it comes. Returns 0 or the system's error number.
-[[nodiscard]] int WritePlain(const std::string& path, std::string_view bytes);
+/// Writes the file as it comes. Returns why that failed.
+[[nodiscard]] std::error_code WritePlain(const std::string& path, std::string_view bytes);
 
 /// The number in `text`, digits only; nothing when it is none.
 std::optional<std::uint64_t> Number(std::string_view text);

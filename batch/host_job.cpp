@@ -124,7 +124,7 @@ int RunHostJobs(std::span<const std::uint64_t> job_numbers) {
     std::string records;
     {
         CapturedOutput output;
-        if (output.Begin(".") != 0) {
+        if (output.Begin(".")) {
             return 1;
         }
         PictureWork work(*settings, output);

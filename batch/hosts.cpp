@@ -13,12 +13,12 @@
 #include "batch/fingerprint.h"
 #include "batch/host_job.h"
 #include "batch/picture.h"
+#include "batch/shown.h"
 #include "batch/worker.h"
 #include "errors/version.h"
 #include "system/file_system.h"
 #include "system/replacement_file.h"
 #include "system/running_process.h"
-#include "batch/shown.h"
 #include "system/system_path.h"
 
 namespace {
@@ -77,7 +77,7 @@ std::string LastLine(std::string text) {
 
 bool Copy(const std::string& from, const std::string& to) {
     const auto bytes = fields::ReadWhole(from);
-    return bytes && fields::WritePlain(to, *bytes) == 0;
+    return bytes && !fields::WritePlain(to, *bytes);
 }
 
 }  // namespace
@@ -96,7 +96,7 @@ std::string Hosts::Ask(const std::string& list, bool& is_usage) {
     is_usage = false;
     const std::string id =
         fields::ReadWhole(state_.PathOf("id")).value_or(std::to_string(running_process::RandomNumber()));
-    if (fields::WritePlain(state_.PathOf("id"), id) != 0) {
+    if (fields::WritePlain(state_.PathOf("id"), id)) {
         return "nothing can be written to " + state_.folder();
     }
     id_folder_ = std::string(kHostFolder) + "/" + id;
@@ -146,7 +146,7 @@ bool Hosts::Link(const std::string& target, const std::string& name) const {
     return !error;
 }
 
-/// The databases are those that are used here. Without a lens database here there is none there either.
+/// The databases are those that are used here; what is missing here is missing there.
 bool Hosts::HandOver(const WorkerSettings& settings) {
     const std::string handed = state_.PathOf("handed") + "/";
     std::error_code error;
@@ -160,7 +160,7 @@ bool Hosts::HandOver(const WorkerSettings& settings) {
             given_.push_back(file);
         }
     }
-    return jobs::WriteSettings(handed + host_job::kSettings, settings) == 0;
+    return !jobs::WriteSettings(handed + host_job::kSettings, settings);
 }
 
 bool Hosts::LayOutJob(std::uint64_t job, std::span<const Task> tasks) {
@@ -171,7 +171,7 @@ bool Hosts::LayOutJob(std::uint64_t job, std::span<const Task> tasks) {
     for (std::size_t i = 0; i < tasks.size(); ++i) {
         const Task& task = tasks[i];
         const std::string base = WithoutExtension(task.input);
-        sent.push_back({task.picture, TaskMode::kConvert, NameIn(task.input), "", {}});
+        sent.push_back({task.picture, TaskMode::kConvert, NameIn(task.input), "", "", {}});
         SentPicture& picture = sent_[task.picture];
         picture = {job, StateText(task.input), "", ""};
         if (!Link(task.input, folder + host_job::FileOf(i, "RAW"))) {
@@ -190,8 +190,8 @@ bool Hosts::LayOutJob(std::uint64_t job, std::span<const Task> tasks) {
         }
     }
     remaining_[job] = tasks.size();
-    return jobs::Write(folder + host_job::kJob, sent) == 0 &&
-           jobs::Write(jobs::FileOf(state_.folder(), job), {tasks.begin(), tasks.end()}) == 0;
+    return !jobs::Write(folder + host_job::kJob, sent) &&
+           !jobs::Write(jobs::FileOf(state_.folder(), job), {tasks.begin(), tasks.end()});
 }
 
 std::uint64_t Hosts::LayOut(const WorkerSettings& settings, std::span<const Task> tasks,
@@ -270,12 +270,13 @@ std::string Hosts::TakeDng(const Task& task, bool refresh, const Record& record)
     std::error_code error;
     fs::create_directories(system_path::ToSystem(FolderIn(task.dng)), error);
     ReplacementFile file;
-    int failed = file.Open(task.dng, refresh ? ReplacementFile::Existing::kReplace : ReplacementFile::Existing::kKeep).value();
-    if (failed == 0) {
+    using Existing = ReplacementFile::Existing;
+    std::error_code failed = file.Open(task.dng, refresh ? Existing::kReplace : Existing::kKeep);
+    if (!failed) {
         file.Write(bytes);
-        failed = file.Commit(bytes.size()).value();
+        failed = file.Commit(bytes.size());
     }
-    return failed == 0 ? "" : task.dng + ": DNG not written: " + ErrorText(failed);
+    return failed ? task.dng + ": DNG not written: " + ErrorText(failed) : "";
 }
 
 void Hosts::CountDown(std::uint64_t job) {
@@ -308,7 +309,7 @@ void Hosts::TakeOver(const Task& task, bool refresh, bool keep_time, Record& rec
             fs::last_write_time(task.dng, time, error);
         }
     }
-    record.dng_state = StateText(task.dng);
+    record.dng_state = FullStateText(task.dng);
     CountDown(sent->second.job);
 }
 

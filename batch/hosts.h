@@ -14,7 +14,7 @@
 #include "system/child_process.h"
 
 /// Has other machines do jobs: GNU parallel takes the files of a job's pictures there by ssh and rsync, runs
-/// velmarcon-batch beside them, and fetches the DNGs in one file, from which they are taken over here. The
+/// velmarcon-batch next to them, and fetches the DNGs in one file, from which they are taken over here. The
 /// names of pictures stand in files and never in a command.
 class Hosts {
   public:

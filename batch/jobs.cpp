@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <string_view>
 
 #include "batch/fields.h"
@@ -13,7 +12,7 @@ namespace jobs {
 namespace {
 
 constexpr std::array<std::string_view, 5> kModes = {"convert", "check", "prove", "look", "verify"};
-constexpr std::size_t kTaskFields = 5;  ///< before the options
+constexpr std::size_t kTaskFields = 6;  ///< before the options
 
 std::optional<TaskMode> ModeFrom(std::string_view word) {
     const auto* const found = std::ranges::find(kModes, word);
@@ -25,8 +24,8 @@ std::string Flag(bool flag) {
     return flag ? "1" : "0";
 }
 
-/// The options that follow their number, which stands at `at`; moves behind them. Nothing when they are not
-/// all there.
+/// The options that follow their number, which stands at `at`; moves on to what follows them. Nothing when
+/// they are not all there.
 std::optional<std::vector<std::string>> TakeOptions(const std::vector<std::string>& texts, std::size_t& at) {
     const auto count = fields::Number(texts[at++]);
     if (!count || *count > texts.size() - at) {
@@ -56,13 +55,14 @@ std::string SettingsOf(const std::string& state) {
     return state + "/settings";
 }
 
-int Write(const std::string& path, const std::vector<Task>& tasks) {
+std::error_code Write(const std::string& path, const std::vector<Task>& tasks) {
     std::vector<std::string> texts;
     for (const Task& task : tasks) {
         texts.push_back(std::to_string(task.picture));
         texts.emplace_back(kModes.at(static_cast<std::size_t>(task.mode)));
         texts.push_back(task.input);
         texts.push_back(task.dng);
+        texts.push_back(task.fingerprint);
         PutOptions(task.options, texts);
     }
     return fields::WritePlain(path, fields::Joined(texts));
@@ -78,7 +78,9 @@ std::optional<std::vector<Task>> Read(const std::string& path) {
         }
         const auto picture = fields::Number(texts[at]);
         const auto mode = ModeFrom(texts[at + 1]);
-        Task task = {picture.value_or(0), mode.value_or(TaskMode::kLook), texts[at + 2], texts[at + 3], {}};
+        Task task = {picture.value_or(0), mode.value_or(TaskMode::kLook),
+                     texts[at + 2],       texts[at + 3],
+                     texts[at + 4],       {}};
         at += kTaskFields - 1;
         auto options = TakeOptions(texts, at);
         if (!picture || !mode || !options) {
@@ -90,7 +92,7 @@ std::optional<std::vector<Task>> Read(const std::string& path) {
     return bytes ? std::optional(std::move(tasks)) : std::nullopt;
 }
 
-int WriteSettings(const std::string& path, const WorkerSettings& settings) {
+std::error_code WriteSettings(const std::string& path, const WorkerSettings& settings) {
     std::vector<std::string> texts = {settings.databases, Flag(settings.verify), Flag(settings.rename),
                                       Flag(settings.keep_time), Flag(settings.checksums)};
     PutOptions(settings.options, texts);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 /// What a worker is to do with a picture.
@@ -19,9 +20,10 @@ enum class TaskMode : std::uint8_t {
 struct Task {
     std::uint64_t picture = 0;  ///< number in the run
     TaskMode mode = TaskMode::kConvert;
-    std::string input;                 ///< path of the RAW file, or of the DNG that the camera wrote
-    std::string dng;                   ///< path of the DNG that is to be
-    std::vector<std::string> options;  ///< for kProve
+    std::string input;        ///< path of the RAW file, or of the DNG that the camera wrote
+    std::string dng;          ///< path of the DNG that is to be
+    std::string fingerprint;  ///< for kProve and kVerify: the one that the DNG had; empty when not known
+    std::vector<std::string> options;  ///< for kProve and kVerify: those that it was made with
 };
 
 /// What is the same for all pictures of a run.
@@ -41,10 +43,10 @@ std::string FileOf(const std::string& state, std::uint64_t job);
 std::string RecordsOf(const std::string& state, std::uint64_t job);
 std::string SettingsOf(const std::string& state);
 
-[[nodiscard]] int Write(const std::string& path, const std::vector<Task>& tasks);
+[[nodiscard]] std::error_code Write(const std::string& path, const std::vector<Task>& tasks);
 std::optional<std::vector<Task>> Read(const std::string& path);
 
-[[nodiscard]] int WriteSettings(const std::string& path, const WorkerSettings& settings);
+[[nodiscard]] std::error_code WriteSettings(const std::string& path, const WorkerSettings& settings);
 std::optional<WorkerSettings> ReadSettings(const std::string& path);
 
 }  // namespace jobs

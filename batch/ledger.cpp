@@ -2,7 +2,6 @@
 #include "batch/ledger.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <string_view>
 
 #include "batch/fields.h"
@@ -42,10 +41,10 @@ std::vector<std::string> SplitOptions(const std::string& joined) {
 
 }  // namespace
 
-int Ledger::Open(const std::string& path) {
+std::error_code Ledger::Open(const std::string& path) {
     path_ = path;
     if (!ReadFile() && file_system::IsTaken(path)) {
-        return EIO;
+        return std::make_error_code(std::errc::io_error);
     }
     // The file may end in a piece of an entry: what is added after it would not be read.
     return Compact();
@@ -133,13 +132,13 @@ bool Ledger::Remove(const std::string& dng) {
     return Append(fields::Joined(removal));
 }
 
-int Ledger::Compact() {
+std::error_code Ledger::Compact() {
     file_.close();
     file_.clear();
     std::uint64_t size = 0;
     ReplacementFile compact;
     if (const std::error_code error = compact.Open(path_, ReplacementFile::Existing::kReplace)) {
-        return error.value();
+        return error;
     }
     for (const auto& [dng, kept] : kept_) {
         const std::string bytes = BytesOf(dng, kept);
@@ -147,10 +146,10 @@ int Ledger::Compact() {
         size += bytes.size();
     }
     if (const std::error_code error = compact.Commit(size)) {
-        return error.value();
+        return error;
     }
     file_.open(system_path::ToSystem(path_), std::ios::binary | std::ios::app);
-    return file_ ? 0 : EIO;
+    return file_ ? std::error_code() : std::make_error_code(std::errc::io_error);
 }
 
 LedgerEntry EntryOf(const Record& record, const std::string& source,

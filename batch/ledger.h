@@ -7,6 +7,7 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <unordered_map>
 #include <vector>
 
@@ -29,8 +30,8 @@ struct LedgerEntry {
 /// as it comes. It holds little memory for each.
 class Ledger {
   public:
-    /// Reads the file at `path`, if it is there. Returns 0 or the system's error number.
-    [[nodiscard]] int Open(const std::string& path);
+    /// Reads the file at `path`, if it is there. Returns why that failed.
+    [[nodiscard]] std::error_code Open(const std::string& path);
 
     std::optional<LedgerEntry> Find(const std::string& dng) const;
 
@@ -40,8 +41,8 @@ class Ledger {
     /// Forgets a DNG.
     bool Remove(const std::string& dng);
 
-    /// Writes the file anew, without what is outdated. Returns 0 or the system's error number.
-    [[nodiscard]] int Compact();
+    /// Writes the file anew, without what is outdated. Returns why that failed.
+    [[nodiscard]] std::error_code Compact();
 
   private:
     struct Kept {

@@ -45,7 +45,7 @@ void RemoveOldStates(const std::string& parent, const std::string& own) {
     }
     for (const fs::path& state : old) {
         FileLock lock;
-        if (lock.Take(system_path::FromSystem(state / "lock")) == 0) {
+        if (!lock.Take(system_path::FromSystem(state / "lock"))) {
             fs::remove_all(state, error);
         }
     }

@@ -10,10 +10,10 @@
 #include <utility>
 
 #include "app/input_discovery.h"
-#include "system/file_state.h"
-#include "system/file_system.h"
 #include "batch/file_facts.h"
 #include "batch/shown.h"
+#include "system/file_state.h"
+#include "system/file_system.h"
 #include "system/path_names.h"
 #include "system/system_path.h"
 
@@ -35,7 +35,7 @@ std::string UpperCase(std::string text) {
 class Walk {
   public:
     Walk(std::uint32_t number, std::span<const Tree> trees, FoundPictures& found)
-        : number_(number), root_(trees[number].root), found_(found) {
+        : number_(number), root_(trees[number].root), only_(trees[number].only), found_(found) {
         for (const Tree& tree : trees) {
             const auto state =
                 tree.out != root_ && LiesIn(tree.out, root_) ? StateAt(tree.out) : std::nullopt;
@@ -46,6 +46,10 @@ class Walk {
     }
 
     void Run() {
+        if (!only_.empty()) {
+            LookAtNamed();
+            return;
+        }
         std::vector<std::string> folders = {""};
         while (!folders.empty()) {
             const std::string folder = std::move(folders.back());
@@ -88,8 +92,22 @@ class Walk {
             }
         }
         if (error) {
-            found_.unread.push_back(path + ": " +
-                                    ErrorText(error.default_error_condition().value()));
+            found_.unread.push_back(path + ": " + ErrorText(error));
+        }
+    }
+
+    void LookAtNamed() {
+        const auto number_told = [&] {
+            return found_.pictures.size() + found_.small.size() + found_.cut.size();
+        };
+        for (const std::string& name : only_) {
+            const std::size_t before = number_told();
+            if (file_system::IsTaken(Join(root_, name))) {
+                LookAt(name, true);
+            }
+            if (number_told() == before) {
+                found_.none.push_back(Join(root_, name));
+            }
         }
     }
 
@@ -125,6 +143,7 @@ class Walk {
 
     std::uint32_t number_;
     std::string root_;
+    const std::vector<std::string>& only_;
     FoundPictures& found_;
     std::vector<std::pair<std::string, FileState>> excluded_;
 };

@@ -15,10 +15,11 @@ struct FoundPictures {
     std::vector<std::string> excluded;  ///< output folders below a root, which are not searched
     std::vector<std::string> small;     ///< names that would be pictures in capital letters
     std::vector<std::string> cut;       ///< DNGs that are too short for any of the camera's
+    std::vector<std::string> none;      ///< files that were named one by one and are no picture's
 };
 
-/// Searches all trees. Links to folders are not followed, so there are no circles; a link to a file is a
-/// file. A DNG is the camera's if it has the length of those.
+/// Searches all trees, or looks at what is asked for of them. Links to folders are not followed, so there are
+/// no circles; a link to a file is a file. A DNG is the camera's if it has the length of those.
 FoundPictures FindPictures(std::span<const Tree> trees);
 
 /// Leaves those pictures that `list` names: paths, each ended by a NUL, of any file of a picture. Returns

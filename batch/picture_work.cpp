@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "batch/picture_work.h"
 
-#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <system_error>
@@ -9,18 +8,18 @@
 #include "app/input_discovery.h"
 #include "batch/complete_dng.h"
 #include "batch/conversion_options.h"
+#include "batch/file_facts.h"
 #include "batch/fingerprint.h"
 #include "batch/picture.h"
 #include "batch/printed_lines.h"
 #include "batch/proof/input_check.h"
 #include "batch/proof/same_picture.h"
 #include "batch/proof/sha256.h"
+#include "batch/shown.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
 #include "system/input_file.h"
 #include "system/part_files.h"
-#include "batch/file_facts.h"
-#include "batch/shown.h"
 #include "system/system_path.h"
 
 namespace {
@@ -39,15 +38,16 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 }
 
 /// A file that is there and cannot be opened; `error` tells why.
-bool IsUnreadable(const std::string& path, int& error) {
+bool IsUnreadable(const std::string& path, std::error_code& error) {
     std::error_code unknown;
     InputFile file;
     if (file.Open(path)) {
         return false;
     }
-    error = file.error() ? file.error().value() : EIO;
-    const bool leads_nowhere = error == ENOENT && file_system::IsTaken(path);
-    return fs::is_regular_file(system_path::ToSystem(path), unknown) || error == EACCES || error == EPERM ||
+    error = file.error() ? file.error() : std::make_error_code(std::errc::io_error);
+    const bool leads_nowhere = error == std::errc::no_such_file_or_directory && file_system::IsTaken(path);
+    return fs::is_regular_file(system_path::ToSystem(path), unknown) ||
+           error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
            leads_nowhere;
 }
 
@@ -234,6 +234,10 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
         Fail(NameIn(record_.dng) + " is there, but " + mismatch +
                  (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
              KindOfMismatch("there, but " + mismatch));
+    } else if (!task.fingerprint.empty() && task.fingerprint != record_.fingerprint) {
+        Fail(NameIn(record_.dng) + " is there, but was changed since it was made" +
+                 (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
+             "there, but changed");
     } else if (task.mode == TaskMode::kVerify) {
         CompareChecksum();
     }
@@ -278,7 +282,7 @@ void PictureWork::Convert(const PictureFiles& files) {
 }
 
 bool PictureWork::CanBegin(const PictureFiles& files) {
-    int error = 0;
+    std::error_code error;
     if (IsUnreadable(files.input, error)) {
         Fail(NameIn(files.input) + " cannot be read: " + ErrorText(error),
              "cannot be read: " + ErrorText(error));
@@ -292,7 +296,8 @@ bool PictureWork::CanBegin(const PictureFiles& files) {
     std::error_code failed;
     fs::create_directories(system_path::ToSystem(folder), failed);
     if (!fs::is_directory(system_path::ToSystem(folder))) {
-        const std::string reason = ErrorText(failed ? failed.default_error_condition().value() : ENOTDIR);
+        const std::string reason =
+            ErrorText(failed ? failed : std::make_error_code(std::errc::not_a_directory));
         Fail("the folder " + folder + " cannot be made: " + reason, "a folder cannot be made: " + reason);
         return false;
     }
@@ -315,17 +320,16 @@ std::string PictureWork::MakeUnderFreeName(const PictureFiles& files, const std:
     const std::string own = folder + part_files::NewName() + "/";
     std::error_code error;
     if (!fs::create_directory(system_path::ToSystem(own), error)) {
-        return record_.dng + ": DNG not written: " + ErrorText(error.default_error_condition().value()) +
-               "\n";
+        return record_.dng + ": DNG not written: " + ErrorText(error) + "\n";
     }
     std::string printed = conversion_.Run(files.folder, NameIn(files.input), own);
     conversion_.Forget();
     const std::string made = own + files.base + ".DNG";
     if (file_system::IsTaken(made)) {
-        const int failed = (conversion_.settings().refresh ? file_system::Rename(made, record_.dng)
-                                                           : file_system::RenameToFree(made, record_.dng))
-                               .value();
-        if (failed != 0) {
+        const std::error_code failed = conversion_.settings().refresh
+                                           ? file_system::Rename(made, record_.dng)
+                                           : file_system::RenameToFree(made, record_.dng);
+        if (failed) {
             printed = record_.dng + ": DNG not written: " + ErrorText(failed) + "\n";
         }
     }
@@ -398,7 +402,7 @@ void PictureWork::Finish(const PictureFiles& files) {
         }
         record_.sha256 = *sum;
     }
-    record_.dng_state = StateText(record_.dng);
+    record_.dng_state = FullStateText(record_.dng);
     if (record_.verdict == Verdict::kKept) {
         record_.flaws = FlawsOf(files);
     }

@@ -9,12 +9,12 @@
 #include <utility>
 
 #include "batch/conversion_options.h"
+#include "batch/file_facts.h"
 #include "batch/records.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
 #include "system/folder_tools.h"
 #include "system/part_files.h"
-#include "batch/file_facts.h"
 #include "system/system_path.h"
 
 namespace {
@@ -31,7 +31,7 @@ std::int64_t LastChange(const FileState& state) {
 bool IsUntouched(const LedgerEntry& entry, const std::string& dng) {
     const std::string base = WithoutExtension(entry.source);
     const bool is_pair = entry.source.ends_with(".RAW");
-    return StateText(dng) == entry.dng_state && SameState(entry.raw_state, StateText(entry.source)) &&
+    return FullStateText(dng) == entry.dng_state && SameState(entry.raw_state, StateText(entry.source)) &&
            (!is_pair || (SameState(entry.jpg_state, StateText(base + ".JPG")) &&
                          SameState(entry.bia_state, StateText(base + ".BIA"))));
 }
@@ -48,7 +48,8 @@ class Planner {
         const auto entry = ledger_.Find(dng);
         const bool own = entry && entry->source == input;
         if (options_.verify) {
-            AddTask(number, TaskMode::kVerify, input, dng, own ? entry->options : options_.conversion);
+            AddTask(number, TaskMode::kVerify, input, dng, own ? entry->options : options_.conversion,
+                    own ? entry->fingerprint : "");
         } else if (refresh_) {
             AddToRefresh(number, input, dng);
         } else if (own && entry->on_disk && IsUntouched(*entry, dng)) {
@@ -62,8 +63,8 @@ class Planner {
 
   private:
     void AddTask(std::uint64_t number, TaskMode mode, const std::string& input, const std::string& dng,
-                 std::vector<std::string> options = {}) {
-        plan_.tasks.push_back({number, mode, input, dng, std::move(options)});
+                 std::vector<std::string> options = {}, const std::string& fingerprint = "") {
+        plan_.tasks.push_back({number, mode, input, dng, fingerprint, std::move(options)});
     }
 
     void AddToRefresh(std::uint64_t number, const std::string& input, const std::string& dng) {
@@ -91,7 +92,7 @@ class Planner {
             ++plan_.to_make;
             AddTask(number, TaskMode::kConvert, input, dng);
         } else if (entry) {
-            AddTask(number, TaskMode::kProve, input, dng, entry->options);
+            AddTask(number, TaskMode::kProve, input, dng, entry->options, entry->fingerprint);
         } else if (MayBeOlder(*there, input) || MayBeHalfWritten(*there)) {
             AddTask(number, TaskMode::kProve, input, dng, options_.conversion);
         } else {
@@ -122,7 +123,7 @@ class Planner {
     Plan plan_;
 };
 
-/// A name without what a file system may pass over: case, and all that is not ASCII.
+/// A name without what a file system may ignore: case, and all that is not ASCII.
 std::string Folded(const std::string& name) {
     std::string folded;
     for (const char c : name) {
@@ -233,7 +234,7 @@ Space SpaceFor(std::span<const Task> tasks, bool preview) {
     for (const auto& [number, volume] : needed) {
         std::uint64_t free = 0;
         space.needed += volume.first;
-        if (folder_tools::FreeBytes(ExistingFolder(volume.second), free) == 0) {
+        if (!folder_tools::FreeBytes(ExistingFolder(volume.second), free)) {
             space.enough = space.enough && volume.first <= free;
             space.free = first ? free : std::min(space.free, free);
             first = false;

@@ -74,6 +74,6 @@ std::string KindOf(const std::string& reason) {
 
 bool SaysDiskIsFull(const std::string& reason) {
     return std::ranges::any_of(kFull, [&](int error) {
-        return reason.ends_with(std::string(kNotWritten) + ErrorText(error));
+        return reason.ends_with(std::string(kNotWritten) + ErrorText({error, std::generic_category()}));
     });
 }

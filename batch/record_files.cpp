@@ -6,9 +6,9 @@
 #include <fstream>
 #include <utility>
 
+#include "batch/file_facts.h"
 #include "system/file_state.h"
 #include "system/folder_listing.h"
-#include "batch/file_facts.h"
 #include "system/system_path.h"
 
 namespace {

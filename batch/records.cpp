@@ -43,6 +43,11 @@ std::size_t EndOfRecord(std::string_view bytes, std::size_t begin) {
     return end;
 }
 
+std::string TextOf(const FileState& state) {
+    return std::to_string(state.size) + " " + std::to_string(state.modified_seconds) + " " +
+           std::to_string(state.modified_nanoseconds);
+}
+
 struct Version {
     std::int64_t size = 0;
     std::int64_t seconds = 0;
@@ -99,8 +104,14 @@ std::vector<Record> RecordsIn(std::string_view bytes, std::size_t& used) {
 
 std::string StateText(const std::string& path) {
     const auto state = StateAt(path);
-    return state ? std::to_string(state->size) + " " + std::to_string(state->modified_seconds) + " " +
-                       std::to_string(state->modified_nanoseconds)
+    return state ? TextOf(*state) : "";
+}
+
+std::string FullStateText(const std::string& path) {
+    const auto state = StateAt(path);
+    return state ? TextOf(*state) + " " + std::to_string(state->changed_seconds) + " " +
+                       std::to_string(state->changed_nanoseconds) + " " + std::to_string(state->inode) + " " +
+                       std::to_string(state->device)
                  : "";
 }
 

@@ -48,6 +48,10 @@ std::vector<Record> RecordsIn(std::string_view bytes, std::size_t& used);
 /// What tells one version of the file at `path` from another: length and time; empty when there is no file.
 std::string StateText(const std::string& path);
 
+/// The same with all that the system tells without reading the file: where it is, and when it or what is
+/// known of it changed last. Nobody changes its bytes without changing this.
+std::string FullStateText(const std::string& path);
+
 /// Whether the file that was like `then` is like `now`: as long, and newer by no more than the coarsest clock
 /// of a file system ticks.
 bool SameState(const std::string& then, const std::string& now);

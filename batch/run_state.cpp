@@ -2,12 +2,12 @@
 #include "batch/run_state.h"
 
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <map>
 #include <system_error>
 #include <thread>
 #include <unordered_map>
@@ -70,6 +70,7 @@ std::string CommandText(const BatchOptions& options, const std::vector<Tree>& tr
     for (const Tree& tree : trees) {
         texts.push_back(tree.root);
         texts.push_back(tree.out);
+        texts.insert(texts.end(), tree.only.begin(), tree.only.end());
     }
     texts.emplace_back("--");
     texts.insert(texts.end(), options.conversion.begin(), options.conversion.end());
@@ -89,15 +90,40 @@ bool MakeFolder(const std::string& path) {
 }
 
 /// Waits a moment for a run that was killed, and whose workers are about to notice.
-int TakeLock(FileLock& lock, const std::string& path) {
+std::error_code TakeLock(FileLock& lock, const std::string& path, FileLock::Hold hold) {
     constexpr int patience = 50;
     constexpr auto step = std::chrono::milliseconds(100);
-    int error = lock.Take(path);
-    for (int i = 0; i < patience && error == EWOULDBLOCK; ++i) {
+    std::error_code error = lock.Take(path, hold);
+    for (int i = 0; i < patience && error == std::errc::operation_would_block; ++i) {
         std::this_thread::sleep_for(step);
-        error = lock.Take(path);
+        error = lock.Take(path, hold);
     }
     return error;
+}
+
+/// What is locked for a folder: the folder itself or, on Windows, where nobody else could list it then, a
+/// file that stands for it; empty when neither can be.
+std::string LockedFor(const std::string& folder) {
+#if defined(_WIN32)
+    const std::string locks = UsualParent() + "/.locks";
+    return folder_tools::MakePrivate(locks) ? "" : locks + "/" + KeyOf(folder);
+#else
+    std::error_code unknown;
+    return fs::is_directory(system_path::ToSystem(folder), unknown) ? folder : "";
+#endif
+}
+
+/// All folders that a run locks. It shares those above its outputs with runs into other outputs in them.
+std::map<std::string, FileLock::Hold> LockedFolders(const std::vector<Tree>& trees) {
+    std::map<std::string, FileLock::Hold> folders;
+    for (const Tree& tree : trees) {
+        folders[tree.out] = FileLock::Hold::kAlone;
+        for (std::size_t end = tree.out.rfind('/'); end != std::string::npos && end > 0;
+             end = tree.out.rfind('/', end - 1)) {
+            folders.try_emplace(tree.out.substr(0, end), FileLock::Hold::kTogether);
+        }
+    }
+    return folders;
 }
 
 }  // namespace
@@ -112,10 +138,10 @@ std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>&
     if (!options.state.empty()) {
         fs::create_directories(system_path::ToSystem(parent_),
                                error);  // a place of the user's choice stays as open as it is
-    } else if (const int failed = folder_tools::MakePrivate(parent_); failed != 0) {
+    } else if (const std::error_code failed = folder_tools::MakePrivate(parent_)) {
         return std::string(not_made) + " (" + Shown(parent_) + ": " + ErrorText(failed) + ")";
     }
-    if (const int failed = folder_tools::MakePrivate(folder); failed != 0) {
+    if (const std::error_code failed = folder_tools::MakePrivate(folder)) {
         return std::string(not_made) + " (" + Shown(folder) + ": " + ErrorText(failed) + ")";
     }
     folder_ = CanonicalFolder(folder);
@@ -126,23 +152,29 @@ std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>&
     return LockOutputs(trees);
 }
 
-/// A run holds the state's lock and one for each output, which runs with other folders beside it may share.
+/// The state's lock, and those that keep runs with another state, and into folders that lie in each other,
+/// apart. A folder that cannot be locked keeps nobody waiting.
 std::string RunState::LockOutputs(const std::vector<Tree>& trees) {
-    const std::string others = parent_ + "/.locks";
-    std::vector<std::string> paths = {PathOf("lock")};
-    if (folder_tools::MakePrivate(others) == 0) {
-        for (const Tree& tree : trees) {
-            paths.push_back(others + "/" + KeyOf(tree.out));
-        }
+    constexpr const char* at_work = "another velmarcon-batch is at work on this output";
+    locks_.push_back(std::make_unique<FileLock>());
+    if (const auto error = TakeLock(*locks_.back(), PathOf("lock"), FileLock::Hold::kAlone)) {
+        return error == std::errc::operation_would_block
+                   ? std::string(at_work) + "; wait for its end"
+                   : "nothing can be written to " + Shown(folder_) + ": " + ErrorText(error);
     }
-    for (const std::string& path : paths) {
-        locks_.push_back(std::make_unique<FileLock>());
-        const int error = TakeLock(*locks_.back(), path);
-        if (error == EWOULDBLOCK) {
-            return "another velmarcon-batch is at work on this output; wait for its end";
+    for (const auto& [folder, hold] : LockedFolders(trees)) {
+        const std::string locked = LockedFor(folder);
+        if (locked.empty()) {
+            continue;
         }
-        if (error != 0) {
-            return "nothing can be written to " + Shown(folder_) + ": " + ErrorText(error);
+        locks_.push_back(std::make_unique<FileLock>());
+        const std::error_code error = TakeLock(*locks_.back(), locked, hold);
+        if (error == std::errc::operation_would_block) {
+            return std::string(at_work) + ", or on one in it or around it (" + Shown(folder) +
+                   "); wait for its end";
+        }
+        if (error) {
+            locks_.pop_back();
         }
     }
     return "";
@@ -158,7 +190,7 @@ std::vector<int> RunState::LockDescriptors() const {
 
 std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>& trees) {
     const std::string nothing = "nothing can be written to " + Shown(folder_);
-    if (const int error = ledger_.Open(PathOf("ledger")); error != 0) {
+    if (const std::error_code error = ledger_.Open(PathOf("ledger"))) {
         return nothing + ": " + ErrorText(error);
     }
     const std::string command = CommandText(options, trees);
@@ -177,14 +209,13 @@ std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>
     fs::rename(system_path::ToSystem(PathOf("joblog")), system_path::ToSystem(PathOf("joblog.previous")),
                error);
     if (!RemoveAll(PathOf("records")) || !RemoveAll(PathOf("jobs")) || !MakeFolder(PathOf("records")) ||
-        !MakeFolder(PathOf("jobs")) || !KeepRefreshed() ||
-        fields::WritePlain(PathOf("command"), command) != 0 ||
-        fields::WritePlain(PathOf("messages"), "") != 0) {
+        !MakeFolder(PathOf("jobs")) || !KeepRefreshed() || fields::WritePlain(PathOf("command"), command) ||
+        fields::WritePlain(PathOf("messages"), "")) {
         return nothing;
     }
     std::vector<std::string> now = options.conversion;
     now.insert(now.begin(), std::to_string(std::time(nullptr)));
-    return fields::WritePlain(PathOf("begun"), fields::Joined(now)) == 0 ? "" : nothing;
+    return fields::WritePlain(PathOf("begun"), fields::Joined(now)) ? nothing : "";
 }
 
 bool RunState::KeepRefreshed() const {
@@ -193,7 +224,7 @@ bool RunState::KeepRefreshed() const {
         return true;
     }
     const std::vector<std::string> dngs(refreshed_.begin(), refreshed_.end());
-    return fields::WritePlain(PathOf("refreshed"), fields::Joined(dngs)) == 0;
+    return !fields::WritePlain(PathOf("refreshed"), fields::Joined(dngs));
 }
 
 /// What is not in the ledger yet; none of it is known to be on the disk.

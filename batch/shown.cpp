@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <system_error>
 
 #include "system/system_error.h"
 
@@ -60,8 +59,8 @@ std::string Shown(const std::string& text) {
     return quoted + "'";
 }
 
-std::string ErrorText(int error) {
-    return system_error::Text(std::error_code(error, std::generic_category()));
+std::string ErrorText(std::error_code error) {
+    return system_error::Text({error.default_error_condition().value(), std::generic_category()});
 }
 
 std::string NumberOfPictures(std::size_t number) {

@@ -5,13 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <system_error>
 
 /// `text` as it is or, with control characters in it, which could end the line or steer the terminal, as bash
 /// would have it quoted.
 std::string Shown(const std::string& text);
 
-/// What an error number of <cerrno> means, in words.
-std::string ErrorText(int error);
+/// What an error of the system or of std::filesystem means, in words.
+std::string ErrorText(std::error_code error);
 
 /// "1 picture", "2 pictures".
 std::string NumberOfPictures(std::size_t number);

@@ -6,7 +6,6 @@
 #include <thread>
 #include <utility>
 
-#include "batch/batch_run.h"
 #include "batch/conversion_options.h"
 #include "batch/fields.h"
 #include "batch/proof/checksums.h"
@@ -40,11 +39,11 @@ void PrintNamed(const char* what, const std::vector<std::string>& lines, std::si
 }  // namespace
 
 TreeRun::TreeRun(const BatchOptions& options, const std::vector<Tree>& trees, const std::string& list,
-                 std::string program, std::string databases)
+                 const Installation& installation, std::string databases)
     : options_(options),
       trees_(trees),
       list_(list),
-      program_(std::move(program)),
+      installation_(installation),
       databases_(std::move(databases)),
       synchronized_(std::chrono::steady_clock::now()) {}
 
@@ -114,9 +113,8 @@ WorkerSettings TreeRun::SettingsForWorkers() const {
 
 int TreeRun::Begin() {
     if (const std::string names = ProblemOfNames(trees_, found_.pictures); !names.empty()) {
-        return Refuse(
-            batch_status::kNotBegun,
-            Shown(names) + " would get one and the same DNG: the output tells their names not apart");
+        return Refuse(batch_status::kNotBegun,
+                      Shown(names) + " would get the same DNG: the output does not tell their names apart");
     }
     if (const std::string problem = state_.Begin(options_, trees_); !problem.empty()) {
         return Refuse(batch_status::kNotBegun, problem);
@@ -134,8 +132,19 @@ int TreeRun::Begin() {
     }
     plan_ = MakePlan(options_, trees_, found_.pictures, state_, state_.ledger());
     settled_.resize(found_.pictures.size());
+    FindDatabases();
     Announce();
     return CheckSpace();
+}
+
+/// A DNG is compared with what it was made with, which may have needed more than this run's options do.
+void TreeRun::FindDatabases() {
+    const bool needed = std::ranges::any_of(plan_.tasks, [](const Task& task) {
+        return conversion_options::NeedDatabases(conversion_options::Settings(task.options));
+    });
+    if (needed && databases_.empty()) {
+        databases_ = installation_.databases();
+    }
 }
 
 void TreeRun::Announce() const {
@@ -181,7 +190,7 @@ int TreeRun::Work() {
     for (std::size_t i = 0; i < plan_.tasks.size(); ++i) {
         task_of_[plan_.tasks[i].picture] = i;
     }
-    if (jobs::WriteSettings(jobs::SettingsOf(state_.folder()), SettingsForWorkers()) != 0) {
+    if (jobs::WriteSettings(jobs::SettingsOf(state_.folder()), SettingsForWorkers())) {
         return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
     }
     if (!plan_.tasks.empty()) {
@@ -213,7 +222,7 @@ std::uint64_t TreeRun::WriteJobs(const std::vector<Task>& tasks, unsigned int at
     for (std::size_t at = 0; at < tasks.size(); at += per_job) {
         const auto begin = tasks.begin() + static_cast<std::ptrdiff_t>(at);
         const auto end = tasks.begin() + static_cast<std::ptrdiff_t>(std::min(at + per_job, tasks.size()));
-        if (jobs::Write(jobs::FileOf(state_.folder(), next_job_++), {begin, end}) != 0) {
+        if (jobs::Write(jobs::FileOf(state_.folder(), next_job_++), {begin, end})) {
             return 0;
         }
     }
@@ -232,9 +241,9 @@ int TreeRun::WorkHere(const std::vector<Task>& tasks) {
         if (last == 0) {
             return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
         }
-        Engine engine(parallel.empty() ? WorkersInTurn(program_, state_, first, last)
-                                       : std::vector{WorkersByParallel(parallel, program_, state_, first,
-                                                                       last, at_a_time)});
+        Engine engine(parallel.empty() ? WorkersInTurn(installation_.program, state_, first, last)
+                                       : std::vector{WorkersByParallel(parallel, installation_.program,
+                                                                       state_, first, last, at_a_time)});
         if (const int status = Drive(engine); status != batch_status::kDone) {
             return status;
         }
@@ -254,10 +263,7 @@ int TreeRun::AskHosts() {
         return Refuse(batch_status::kNotBegun,
                       "--hosts needs GNU parallel (Debian: apt-get install parallel)");
     }
-    if (options_.rename) {
-        return Refuse(batch_status::kUsage, "--rename looks at what is here: it does not go with --hosts");
-    }
-    hosts_ = std::make_unique<Hosts>(state_, parallel, program_);
+    hosts_ = std::make_unique<Hosts>(state_, parallel, installation_.program);
     bool is_usage = false;
     const std::string problem = hosts_->Ask(options_.hosts, is_usage);
     if (problem.empty()) {
@@ -278,7 +284,7 @@ int TreeRun::WorkOnHosts() {
     if (!look.empty()) {
         const std::uint64_t first = next_job_;
         const std::uint64_t last = WriteJobs(look, 1);
-        Engine engine(WorkersInTurn(program_, state_, first, last));
+        Engine engine(WorkersInTurn(installation_.program, state_, first, last));
         if (const int status = last == 0 ? batch_status::kNotBegun : Drive(engine);
             status != batch_status::kDone) {
             return status;
@@ -381,11 +387,12 @@ void TreeRun::PutOnDisk() {
     for (const Record& record : pending_) {
         files.push_back(record.dng);
     }
-    const std::vector<int> errors =
-        stop_request::Signal() == 0 ? folder_tools::PutOnDisk(files) : std::vector<int>(files.size());
+    const std::vector<std::error_code> errors = stop_request::Signal() == 0
+                                                    ? folder_tools::PutOnDisk(files)
+                                                    : std::vector<std::error_code>(files.size());
     for (std::size_t i = 0; i < pending_.size(); ++i) {
         Record& record = pending_[i];
-        if (errors[i] != 0) {
+        if (errors[i]) {
             const std::string reason = ErrorText(errors[i]);
             if (record.verdict == Verdict::kConverted && record.dng != InputOfNumber(record.picture)) {
                 file_system::Remove(record.dng);
@@ -449,7 +456,7 @@ void TreeRun::WriteChecksumFiles() {
         if (error != 0) {
             report_written_ = false;
             (void)std::fprintf(stderr, "velmarcon-batch: %sSHA256SUMS cannot be written: %s\n",
-                               Shown(folder).c_str(), ErrorText(error).c_str());
+                               Shown(folder).c_str(), ErrorText({error, std::generic_category()}).c_str());
         }
     }
 }
@@ -483,9 +490,10 @@ void TreeRun::TellNearMisses() const {
         return shown;
     };
     if (!options_.quiet) {
-        PrintNamed("Passed over, not in capital letters", first(found_.small), found_.small.size());
+        PrintNamed("Ignored, not in capital letters", first(found_.small), found_.small.size());
     }
     PrintNamed("Too short for a DNG of the camera's", first(found_.cut), found_.cut.size());
+    PrintNamed("No picture", first(found_.none), found_.none.size());
     PrintNamed("In the list, but no picture of the folders", first(not_found_), not_found_.size());
 }
 
@@ -551,8 +559,8 @@ int TreeRun::Summarise() {
     } else {
         state_.End();
         const bool all_well = tally_.failed() == 0 && tally_.flawed() == 0 && found_.unread.empty() &&
-                              not_found_.empty() && (found_.cut.empty() || options_.accept_damaged) &&
-                              report_written_;
+                              not_found_.empty() && found_.none.empty() &&
+                              (found_.cut.empty() || options_.accept_damaged) && report_written_;
         status = all_well ? batch_status::kDone : batch_status::kSomeFailed;
         if (found_.pictures.empty()) {
             status = Refuse(batch_status::kSomeFailed,

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "batch/batch_options.h"
+#include "batch/batch_run.h"
 #include "batch/engine.h"
 #include "batch/hosts.h"
 #include "batch/picture_search.h"
@@ -25,9 +26,10 @@
 class TreeRun {
   public:
     /// `list` holds the names of the pictures that are wanted, each ended by a NUL, if the options name a
-    /// list.
+    /// list. `databases` is the folder of the databases, or empty while nothing has needed them. All is owned
+    /// by the caller.
     TreeRun(const BatchOptions& options, const std::vector<Tree>& trees, const std::string& list,
-            std::string program, std::string databases);
+            const Installation& installation, std::string databases);
 
     /// Returns the exit status.
     int Run();
@@ -38,6 +40,7 @@ class TreeRun {
     int ListPlan() const;
     [[nodiscard]] int Begin();
     [[nodiscard]] int CheckSpace() const;
+    void FindDatabases();
     void Announce() const;
     void TakeKept();
     [[nodiscard]] int Work();
@@ -67,7 +70,7 @@ class TreeRun {
     const BatchOptions& options_;
     const std::vector<Tree>& trees_;
     const std::string& list_;
-    std::string program_;
+    const Installation& installation_;
     std::string databases_;
     RunState state_;
     FoundPictures found_;

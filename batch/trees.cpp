@@ -2,13 +2,20 @@
 #include "batch/trees.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <array>
+#include <cctype>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
+#include "app/input_discovery.h"
+#include "batch/file_facts.h"
+#include "batch/picture.h"
 #include "batch/shown.h"
 #include "system/file_system.h"
 #include "system/folder_listing.h"
+#include "system/path_names.h"
+#include "system/system_error.h"
 #include "system/system_path.h"
 
 namespace {
@@ -27,22 +34,89 @@ std::string LastName(const std::string& folder) {
     return folder.substr(folder.rfind('/') + 1);
 }
 
-TreeError ResolveRoots(const BatchOptions& options, std::vector<Tree>& trees) {
-    for (const std::string& folder : options.folders) {
-        std::error_code unknown;
-        if (!fs::is_directory(system_path::ToSystem(folder), unknown)) {
-            return {true, Shown(folder) + " is no folder"};
+TreeError AddFolder(const std::string& folder, std::vector<Tree>& trees) {
+    const std::string root = CanonicalFolder(folder);
+    if (root.empty()) {
+        return {true, Shown(folder) + " cannot be entered"};
+    }
+    for (const Tree& other : trees) {
+        if (LiesIn(root, other.root) || LiesIn(other.root, root)) {
+            return {true, Shown(root) + " and " + Shown(other.root) + " have pictures in common"};
         }
-        const std::string root = CanonicalFolder(folder);
-        if (root.empty()) {
-            return {true, Shown(folder) + " cannot be entered"};
+    }
+    trees.push_back({root, root, {}});
+    return {};
+}
+
+bool IsFileOfPicture(const std::string& path) {
+    std::string extension = path_names::Extension(path);
+    std::ranges::transform(extension, extension.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    constexpr std::array<std::string_view, 4> extensions = {"RAW", "JPG", "BIA", "DNG"};
+    return std::ranges::find(extensions, extension) != extensions.end() && file_system::IsTaken(path);
+}
+
+bool IsCameraDngAt(const std::string& path) {
+    const auto state = StateAt(path);
+    return state && state->size == static_cast<std::int64_t>(kCameraDngSize);
+}
+
+/// The name of the file by which the picture is known that the file `name` in `folder` belongs to.
+std::string NameOfPicture(const std::string& folder, const std::string& name) {
+    const std::string base = WithoutExtension(name);
+    const std::string extension = path_names::Extension(name);
+    const bool has_raw = file_system::IsTaken(Join(folder, base + ".RAW"));
+    if (extension == "DNG") {
+        return has_raw && !IsCameraDngAt(Join(folder, name)) ? base + ".RAW" : name;
+    }
+    if (extension == "JPG" || extension == "BIA") {
+        return base + (has_raw || !IsCameraDngAt(Join(folder, base + ".DNG")) ? ".RAW" : ".DNG");
+    }
+    return name;
+}
+
+/// Unless it lies in a folder that is searched anyway.
+TreeError AddPicture(const std::string& file, std::vector<Tree>& trees) {
+    const fs::path path = system_path::ToSystem(file);
+    const std::string parent = FromSystem(path.parent_path());
+    const std::string root = CanonicalFolder(parent.empty() ? "." : parent);
+    if (root.empty()) {
+        return {true, Shown(parent) + " cannot be entered"};
+    }
+    const std::string name = NameOfPicture(root, FromSystem(path.filename()));
+    for (Tree& tree : trees) {
+        if (tree.only.empty() && LiesIn(root, tree.root)) {
+            return {};
         }
-        for (const Tree& other : trees) {
-            if (LiesIn(root, other.root) || LiesIn(other.root, root)) {
-                return {true, Shown(root) + " and " + Shown(other.root) + " have pictures in common"};
+        if (!tree.only.empty() && tree.root == root) {
+            if (std::ranges::find(tree.only, name) == tree.only.end()) {
+                tree.only.push_back(name);
             }
+            return {};
         }
-        trees.push_back({root, root});
+    }
+    trees.push_back({root, root, {name}});
+    return {};
+}
+
+TreeError ResolveRoots(const BatchOptions& options, std::vector<Tree>& trees) {
+    std::vector<std::string> files;
+    for (const std::string& path : options.folders) {
+        std::error_code unknown;
+        if (fs::is_directory(system_path::ToSystem(path), unknown)) {
+            if (TreeError error = AddFolder(path, trees); !error.text.empty()) {
+                return error;
+            }
+        } else if (IsFileOfPicture(path)) {
+            files.push_back(path);
+        } else {
+            return {true, Shown(path) + " is no folder, nor a file of a picture"};
+        }
+    }
+    for (const std::string& file : files) {
+        if (TreeError error = AddPicture(file, trees); !error.text.empty()) {
+            return error;
+        }
     }
     return {};
 }
@@ -56,9 +130,9 @@ TreeError ResolveOutput(const BatchOptions& options, bool make, std::string& out
             return {false, "the output folder cannot be made"};
         }
     }
-    output = CanonicalFolder(options.output);
+    output = CanonicalFolder(options.output, error);
     if (output.empty() && make) {
-        return {false, "the output folder cannot be entered: " + std::string(ErrorText(errno))};
+        return {false, "the output folder cannot be entered: " + ErrorText(error)};
     }
     if (output.empty()) {
         output = FromSystem(fs::absolute(system_path::ToSystem(options.output), error));
@@ -96,15 +170,22 @@ bool LiesIn(const std::string& folder, const std::string& other) {
     return folder == other || folder.starts_with(other.ends_with('/') ? other : other + "/");
 }
 
-std::string CanonicalFolder(const std::string& folder) {
-    std::error_code error;
+std::string CanonicalFolder(const std::string& folder, std::error_code& error) {
     const fs::path path = fs::canonical(system_path::ToSystem(folder), error);
     if (error) {
-        errno = error.default_error_condition().value();
         return "";
     }
     std::string text = FromSystem(path);
-    return FolderListing(text).IsOpen() ? text : "";
+    if (!FolderListing(text).IsOpen()) {
+        error = system_error::Last();
+        return "";
+    }
+    return text;
+}
+
+std::string CanonicalFolder(const std::string& folder) {
+    std::error_code unknown;
+    return CanonicalFolder(folder, unknown);
 }
 
 TreeError ResolveTrees(const BatchOptions& options, bool make_output, std::vector<Tree>& trees) {
@@ -118,5 +199,12 @@ TreeError ResolveTrees(const BatchOptions& options, bool make_output, std::vecto
     if (TreeError error = ResolveOutput(options, make_output, output); !error.text.empty()) {
         return error;
     }
-    return PlaceOutputs(output, trees);
+    TreeError error = PlaceOutputs(output, trees);
+    for (const Tree& tree : trees) {
+        std::error_code told_with_the_pictures;
+        if (error.text.empty() && make_output) {
+            fs::create_directories(system_path::ToSystem(tree.out), told_with_the_pictures);
+        }
+    }
+    return error;
 }

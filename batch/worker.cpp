@@ -105,7 +105,7 @@ class Worker {
         if (settings_.rename) {
             return;
         }
-        Reach reach = {{state_}, {state_ + "/records"}, {}};
+        Reach reach = {{state_}, {state_ + "/records"}, {work_.conversion().sensors().DatabaseFile}};
         RunSettings settings = work_.conversion().settings();
         for (const auto& [job, tasks] : jobs_) {
             for (const Task& task : tasks) {
@@ -184,7 +184,7 @@ int RunWorker(std::span<const std::string> job_names) {
     }
     const auto settings = jobs::ReadSettings(jobs::SettingsOf(state));
     CapturedOutput output;
-    if (!settings || output.Begin(state) != 0) {
+    if (!settings || output.Begin(state)) {
         return Complain("the state " + state + " cannot be used");
     }
     return Worker(state, *settings, output).Run(job_numbers);

@@ -3,6 +3,7 @@
 #define VELMARCON_SYSTEM_CAPTURED_OUTPUT_H
 
 #include <string>
+#include <system_error>
 
 /// Catches what this process prints to standard output, for work whose lines are to be read and not shown.
 class CapturedOutput {
@@ -14,8 +15,8 @@ class CapturedOutput {
     CapturedOutput(CapturedOutput&&) = delete;
     CapturedOutput& operator=(CapturedOutput&&) = delete;
 
-    /// Begins; what is printed goes into a nameless file in `folder`. Returns 0 or the system's error number.
-    [[nodiscard]] int Begin(const std::string& folder);
+    /// Begins; what is printed goes into a nameless file in `folder`, if one can be made there.
+    [[nodiscard]] std::error_code Begin(const std::string& folder);
 
     /// What was printed since the last call.
     std::string Take();

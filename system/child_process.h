@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -32,8 +33,8 @@ class ChildProcess {
     ChildProcess(ChildProcess&&) = delete;
     ChildProcess& operator=(ChildProcess&&) = delete;
 
-    /// Returns 0 or the system's error number: the program is not there, or cannot be run. Called once.
-    [[nodiscard]] int Start(const ChildStart& start);
+    /// Returns why the program is not there or cannot be run. Called once.
+    [[nodiscard]] std::error_code Start(const ChildStart& start);
 
     /// The exit status, once the program has ended.
     std::optional<int> Status();

@@ -4,11 +4,15 @@
 
 #include <cstdint>
 #include <string>
+#include <system_error>
 
-/// A file that one run at a time may hold. On POSIX a program that the run starts holds it, too, when it is
+/// A file, or on POSIX a folder, that one run at a time may hold, or several that do not mind each other. On
+/// POSIX a program that the run starts holds it, too, when it is
 /// given the descriptor (see ChildStart): it is free again when all of them have ended.
 class FileLock {
   public:
+    enum class Hold { kAlone, kTogether };
+
     FileLock() = default;
     ~FileLock();
     FileLock(const FileLock&) = delete;
@@ -16,9 +20,9 @@ class FileLock {
     FileLock(FileLock&&) = delete;
     FileLock& operator=(FileLock&&) = delete;
 
-    /// Makes the file at `path`, no link, unless it is there, and takes the lock. Returns 0, EWOULDBLOCK when
-    /// another one holds it, or the system's error number. May be called again after a failure.
-    [[nodiscard]] int Take(const std::string& path);
+    /// Makes the file at `path`, no link, unless it or a folder is there, and takes the lock. Returns
+    /// operation_would_block when others hold it and would mind. May be called again after a failure.
+    [[nodiscard]] std::error_code Take(const std::string& path, Hold hold = Hold::kAlone);
 
     /// What a child keeps open to hold the lock as well; -1 on Windows.
     int Descriptor() const;

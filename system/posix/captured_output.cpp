@@ -9,8 +9,8 @@
 
 #include "system/file_system.h"
 #include "system/part_files.h"
-#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 
 CapturedOutput::~CapturedOutput() {
     if (file_ >= 0) {
@@ -21,23 +21,23 @@ CapturedOutput::~CapturedOutput() {
     }
 }
 
-int CapturedOutput::Begin(const std::string& folder) {
+std::error_code CapturedOutput::Begin(const std::string& folder) {
     const std::string name = folder + "/" + part_files::NewName();
     Handle made;
     if (const std::error_code error = file_system::CreateNew(name, file_system::kForOwner, made)) {
-        return error.value();
+        return error;
     }
     const int file = made.Release();
     file_system::Remove(name);
     (void)std::fflush(stdout);
     standard_output_ = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     if (standard_output_ < 0 || ::dup2(file, STDOUT_FILENO) < 0) {
-        const int error = system_error::Last().value();
+        const std::error_code error = system_error::Last();
         ::close(file);
         return error;
     }
     file_ = file;
-    return 0;
+    return {};
 }
 
 std::string CapturedOutput::Take() {

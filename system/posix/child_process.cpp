@@ -12,8 +12,8 @@
 #include <ctime>
 
 #include "system/file_system.h"
-#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 
 namespace {
 
@@ -95,13 +95,13 @@ ChildProcess::~ChildProcess() {
     }
 }
 
-int ChildProcess::Start(const ChildStart& asked) {
+std::error_code ChildProcess::Start(const ChildStart& asked) {
     const ChildStart start = WithWholePath(asked);
     std::vector<std::string> texts = start.arguments;
     const std::vector<char*> arguments = Pointers(texts);
     std::array<int, 2> report = {};
     if (::pipe2(report.data(), O_CLOEXEC) != 0) {
-        return system_error::Last().value();
+        return system_error::Last();
     }
     const pid_t child = ::fork();
     int error = child < 0 ? system_error::Last().value() : 0;
@@ -115,7 +115,7 @@ int ChildProcess::Start(const ChildStart& asked) {
         error = length == sizeof(error) ? error : 0;
     }
     ::close(report[0]);
-    return error;
+    return {error, std::generic_category()};
 }
 
 std::optional<int> ChildProcess::Status() {

@@ -11,8 +11,8 @@
 
 #include "system/file_system.h"
 #include "system/posix/file_status.h"
-#include "system/system_error.h"
 #include "system/retry_on_interrupt.h"
+#include "system/system_error.h"
 
 namespace folder_tools {
 
@@ -21,73 +21,74 @@ namespace {
 constexpr mode_t kForTheUserAlone = 0700;
 constexpr mode_t kOthers = 0077;
 
-int MakeOne(const std::string& path) {
+std::error_code MakeOne(const std::string& path) {
     const bool made = RetryOnInterrupt([&] { return ::mkdir(path.c_str(), kForTheUserAlone); }) == 0;
-    return made || errno == EEXIST ? 0 : system_error::Last().value();
+    return made || errno == EEXIST ? std::error_code() : system_error::Last();
 }
 
-int MakeAll(const std::filesystem::path& path) {
+std::error_code MakeAll(const std::filesystem::path& path) {
     std::filesystem::path made;
     for (const auto& name : path) {
         made /= name;
         std::error_code unknown;
         if (!name.empty() && !std::filesystem::is_directory(made, unknown)) {
-            if (const int error = MakeOne(made.string()); error != 0) {
+            if (const std::error_code error = MakeOne(made.string())) {
                 return error;
             }
         }
     }
-    return 0;
+    return {};
 }
 
 /// On the folder itself, which is open: it cannot be exchanged for another one between look and change.
-int CloseToOthers(const Handle& folder) {
+std::error_code CloseToOthers(const Handle& folder) {
     struct stat status = {};
     if (const std::error_code error = file_system::StatusOf(folder, status)) {
-        return error.value();
+        return error;
     }
     if (status.st_uid != ::geteuid()) {
-        return EPERM;
+        return std::make_error_code(std::errc::operation_not_permitted);
     }
     if ((status.st_mode & kOthers) == 0) {
-        return 0;
+        return {};
     }
-    return file_system::ErrorOf(RetryOnInterrupt([&] { return ::fchmod(folder.Get(), kForTheUserAlone); })).value();
+    return file_system::ErrorOf(RetryOnInterrupt([&] { return ::fchmod(folder.Get(), kForTheUserAlone); }));
 }
 
-int SynchronizeWith(const std::string& path) {
-    const Handle file(RetryOnInterrupt([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
-    return (file.IsOpen() ? file_system::SynchronizeVolume(file) : system_error::Last()).value();
+std::error_code SynchronizeWith(const std::string& path) {
+    const Handle file(
+        RetryOnInterrupt([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    return file.IsOpen() ? file_system::SynchronizeVolume(file) : system_error::Last();
 }
 
 }  // namespace
 
-int MakePrivate(const std::string& path) {
-    if (const int error = MakeAll(path); error != 0) {
+std::error_code MakePrivate(const std::string& path) {
+    if (const std::error_code error = MakeAll(path)) {
         return error;
     }
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     const Handle folder(RetryOnInterrupt([&] { return ::open(path.c_str(), flags); }));
-    return folder.IsOpen() ? CloseToOthers(folder) : system_error::Last().value();
+    return folder.IsOpen() ? CloseToOthers(folder) : system_error::Last();
 }
 
-int FreeBytes(const std::string& folder, std::uint64_t& bytes) {
+std::error_code FreeBytes(const std::string& folder, std::uint64_t& bytes) {
     struct statvfs volume = {};
     if (RetryOnInterrupt([&] { return ::statvfs(folder.c_str(), &volume); }) != 0) {
-        return system_error::Last().value();
+        return system_error::Last();
     }
     bytes = std::uint64_t{volume.f_bavail} * volume.f_frsize;
-    return 0;
+    return {};
 }
 
-std::vector<int> PutOnDisk(std::span<const std::string> files) {
-    std::map<dev_t, int> done;  // by file system
-    std::vector<int> errors;
+std::vector<std::error_code> PutOnDisk(std::span<const std::string> files) {
+    std::map<dev_t, std::error_code> done;  // by file system
+    std::vector<std::error_code> errors;
     errors.reserve(files.size());
     for (const std::string& file : files) {
         struct stat status = {};
-        int error = file_system::StatusOf(file, status).value();
-        if (error == 0) {
+        std::error_code error = file_system::StatusOf(file, status);
+        if (!error) {
             auto found = done.find(status.st_dev);
             if (found == done.end()) {
                 found = done.emplace(status.st_dev, SynchronizeWith(file)).first;

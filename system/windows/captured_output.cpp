@@ -22,22 +22,22 @@ CapturedOutput::~CapturedOutput() {
     }
 }
 
-int CapturedOutput::Begin(const std::string& folder) {
+std::error_code CapturedOutput::Begin(const std::string& folder) {
     const std::string name = folder + "/" + part_files::NewName();
     constexpr int flags = _O_RDWR | _O_CREAT | _O_EXCL | _O_TEMPORARY | _O_BINARY | _O_NOINHERIT;
     int file = -1;
     if (::_wsopen_s(&file, system_path::ToSystem(name).c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE) !=
         0) {
-        return errno != 0 ? errno : EIO;
+        return {errno != 0 ? errno : EIO, std::generic_category()};
     }
     (void)std::fflush(stdout);
     standard_output_ = ::_dup(::_fileno(stdout));
     if (standard_output_ < 0 || ::_dup2(file, ::_fileno(stdout)) < 0) {
         ::_close(file);
-        return EBADF;
+        return std::make_error_code(std::errc::bad_file_descriptor);
     }
     file_ = file;
-    return 0;
+    return {};
 }
 
 std::string CapturedOutput::Take() {

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <limits>
 
-#include "system/system_path.h"
 #include "system/system_error.h"
+#include "system/system_path.h"
 
 namespace {
 
@@ -67,7 +67,7 @@ ChildProcess::~ChildProcess() {
     }
 }
 
-int ChildProcess::Start(const ChildStart& start) {
+std::error_code ChildProcess::Start(const ChildStart& start) {
     SetEnvironment(start);
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
@@ -76,12 +76,12 @@ int ChildProcess::Start(const ChildStart& start) {
     const std::wstring folder = system_path::ToSystem(start.folder).wstring();
     if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
                          folder.empty() ? nullptr : folder.c_str(), &startup, &process) == 0) {
-        return system_error::Last().value();
+        return system_error::Last();
     }
     EndWithThisProcess(process.hProcess);
     ::CloseHandle(process.hThread);
     process_ = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(process.hProcess));
-    return 0;
+    return {};
 }
 
 std::optional<int> ChildProcess::Status() {

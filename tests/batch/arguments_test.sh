@@ -34,10 +34,10 @@ RefusesInputAndOutputForVelmarcon() {
   refused 'the input and the output' -o out in -- -r -o x
 }
 
-RefusesWhatVelmarconWouldPassOver() {
+RefusesWhatVelmarconWouldIgnore() {
   pair in/L1
-  refused "'in2' behind -- is no option, nor the value of one" in -- -r in2
-  refused "'200' behind --" in -- -b 100 200
+  refused "'in2' after -- is no option, nor the value of one" in -- -r in2
+  refused "'200' after --" in -- -b 100 200
 }
 
 RefusesWhatVelmarconWouldReadOtherwise() {
@@ -63,13 +63,20 @@ RefusesWrongUsage() {
   refused 'unknown option -r' in -r
   refused 'unknown option --frsh' in --frsh
   refused 'nowhere is no folder' in nowhere
-  refused 'in/L1.RAW is no folder' in/L1.RAW
+  refused 'in/../notes.txt is no folder, nor a file of a picture' in/../notes.txt
   refused '-o needs a value' in -o
   refused '--output needs a value' in --output=
   local jobs
   for jobs in 0 -1 x 1.5 50% ''; do
     refused '--jobs needs a ' "--jobs=$jobs" in
   done
+}
+
+RefusesWhatDoesNotGoTogether() {
+  pair in/L1
+  refused '--rename and --hosts do not go together: another machine cannot see which names are free here' \
+    --rename --hosts : -o out in
+  refused '--verify reads what is here: it goes neither with --no-verify nor with --hosts' --verify --hosts : in
 }
 
 HelpAndVersion() {

@@ -213,3 +213,42 @@ AnOldDngThatCannotBeReadIsNotReplaced() {
   expect_status 1
   expect_text 'L1.DNG is there, but cannot be read'
 }
+
+SinglePicturesAreNamedByAnyOfTheirFiles() {
+  pair in/L1
+  pair in/L2 2
+  pair in/L3 3
+  camera_dng in/L4
+  : >in/L4.JPG
+  pair in/below/L5
+  batch -o out in/L1.RAW in/L1.JPG in/./L3.JPG in/L4.JPG in/L4.DNG
+  expect_status 0
+  expect_summary 3 3 0 0
+  expect_files out L1.DNG L3.DNG L4.DNG
+  batch in/L1.RAW in/L1.JPG
+  expect_status 0
+  # With the DNG that lies next to them by now.
+  batch in/L1.RAW in/L1.JPG in/L1.DNG
+  expect_status 0
+  expect_summary 1 0 1 0
+  batch in/below/L5.JPG in/L2.RAW
+  expect_status 0
+  expect_summary 2 2 0 0
+  rm in/*.DNG in/below/*.DNG
+  batch in/L1.RAW in/below
+  expect_status 0
+  expect_files in L1.RAW L1.JPG L1.DNG L2.RAW L2.JPG L3.RAW L3.JPG L4.JPG below/L5.RAW below/L5.JPG below/L5.DNG
+  batch in/L2.RAW in
+  expect_summary 4 2 2 0
+}
+
+AFileThatIsNoPicturesIsNamed() {
+  pair in/L1
+  cp "$card/L1000001.JPG" in/L2.JPG
+  cp "$card/L1000001.RAW" in/small.raw
+  batch -o out in/L1.JPG in/L2.JPG in/small.raw
+  expect_status 1
+  expect_line "No picture: $scratch/in/L2.RAW"
+  expect_line "Ignored, not in capital letters: $scratch/in/small.raw"
+  expect_files out L1.DNG
+}

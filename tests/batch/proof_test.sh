@@ -184,7 +184,7 @@ NearMissesAreNamed() {
   cp "$card/L1000001.RAW" in/small.raw
   batch -o out in
   expect_status 0
-  expect_line "Passed over, not in capital letters: $scratch/in/small.raw"
+  expect_line "Ignored, not in capital letters: $scratch/in/small.raw"
   head -c 1000000 "$card/L1000004.DNG" >in/cut.DNG
   batch -o out in
   expect_status 1
@@ -279,17 +279,79 @@ WhatTheDiskDidNotTakeIsNotThere() {
   expect_summary 3 3 0 0
 }
 
+# without_case FOLDER: mount there a file system that does not tell "Pic" from "PIC".
+without_case() {
+  local server=$build/faulty_folder
+  [[ -x $server ]] || skip "faulty_folder is not built"
+  mkdir "$1" "$1.files"
+  "$server" LettersOfAnyCase "$scratch/$1.files" "$scratch/$1" 2>/dev/null &
+  trap "kill $!; wait $! || true" EXIT
+  until mountpoint -q "$1"; do
+    kill -0 $! 2>/dev/null || skip "nothing can be mounted"
+    sleep 0.02
+  done
+}
+
 NamesThatTheOutputDoesNotTellApartAreRefused() {
   pair in/Pic 1
   pair in/PIC 2
-  mkdir out
-  truncate -s 100M disk
-  { command -v mkfs.vfat && mkfs.vfat disk && mount -o loop disk out; } >/dev/null 2>&1 || skip "no vfat can be mounted"
-  trap 'umount "$scratch/out"' EXIT
+  without_case out
   batch -o out in
   expect_status 3
-  expect_text "$scratch/in/PIC.RAW and $scratch/in/Pic.RAW would get one and the same DNG"
-  expect_files out
+  expect_text "$scratch/in/PIC.RAW and $scratch/in/Pic.RAW would get the same DNG"
+  [[ -z $(ls -A out) ]] || fail "left: $(ls -A out)"
   batch -o other in
+  expect_status 0
+  expect_files other Pic.DNG PIC.DNG
+}
+
+FoldersThatTheOutputDoesNotTellApartAreRefused() {
+  pair in/May/L1 1
+  pair in/MAY/L1 2
+  without_case out
+  batch -o out in
+  expect_status 3
+  expect_text "$scratch/in/MAY/L1.RAW and $scratch/in/May/L1.RAW would get the same DNG"
+  [[ -z $(ls -A out) ]] || fail "left: $(ls -A out)"
+  batch -o other in
+  expect_status 0
+  expect_files other May/L1.DNG MAY/L1.DNG
+}
+
+ADngThatWasChangedIsFoundOutWhateverItsTimeSays() {
+  pair in/L1
+  batch -o out in
+  touch -r out/L1.DNG then
+  printf '\x55\x55' | dd of=out/L1.DNG bs=1 seek=5000000 conv=notrunc 2>/dev/null
+  touch -r then out/L1.DNG
+  batch -o out in
+  expect_status 1
+  expect_text 'L1.DNG is there, but does not match its RAW file'
+}
+
+ADngThatWasOnlyTouchedIsKept() {
+  pair in/L1
+  batch -o out in
+  chmod a-w out/L1.DNG
+  batch -o out in
+  expect_status 0
+  expect_summary 1 0 1 0
+}
+
+# Of dithered pixels only the check sum tells that they are not those that were written.
+ADitheredDngIsComparedWithItsCheckSum() {
+  use_databases
+  pair in/L1
+  batch -o out in -- -s
+  batch -o again in -- -s
+  cmp -s out/L1.DNG again/L1.DNG && fail "the dither is always the same"
+  cp again/L1.DNG out/L1.DNG
+  batch -o out in -- -s
+  expect_status 1
+  expect_line "Failed: $scratch/in/L1.RAW: L1.DNG is there, but was changed since it was made; -r makes it anew"
+  batch --verify -o out in
+  expect_status 1
+  expect_line "Failed: $scratch/in/L1.RAW: L1.DNG is there, but was changed since it was made"
+  batch -o out in -- -s -r
   expect_status 0
 }

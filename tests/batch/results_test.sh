@@ -237,3 +237,37 @@ ProgressIsForTerminals() {
   script -qec "$(printf '%q ' "$batch_program" -o out2 in)" typescript </dev/null >/dev/null || fail "status $?"
   grep -q '1 of 1, 0 failed' typescript || fail "no progress: $(cat typescript)"
 }
+
+# fake_desktop: a notify-send that keeps what it was told, one argument a line, and ends with the status $1.
+fake_desktop() {
+  mkdir -p bin
+  printf '#!/bin/sh\nprintf "%%s\\n" "$@" >>"%s/notified"\nexit %s\n' "$scratch" "$1" >bin/notify-send
+  chmod +x bin/notify-send
+}
+
+TheDesktopIsToldHowItEnded() {
+  pair in/L1
+  pair in/L2
+  rm in/L2.JPG
+  fake_desktop 0
+  PATH=$scratch/bin:$PATH batch -o out in
+  [[ ! -e notified ]] || fail "told without --notify"
+  PATH=$scratch/bin:$PATH batch --notify -o out in
+  expect_status 1
+  [[ $(<notified) == $'velmarcon-batch\nEnded: 2 pictures, 1 failed' ]] || fail "told: $(<notified)"
+  rm notified in/L2.RAW
+  PATH=$scratch/bin:$PATH batch --notify -o out in
+  expect_status 0
+  [[ $(<notified) == $'velmarcon-batch\nDone: 1 picture, 0 failed' ]] || fail "told: $(<notified)"
+}
+
+ADesktopThatCannotBeToldIsNoFailure() {
+  pair in/L1
+  fake_desktop 1
+  PATH=$scratch/bin:$PATH batch --notify -o out in
+  expect_status 0
+  mkdir empty
+  PATH=$scratch/empty batch -j 1 --notify -o out in
+  expect_status 0
+  expect_summary 1 0 1 0
+}

@@ -151,7 +151,7 @@ PowerCutsAtAnyMoment() {
     rm -rf out
     setsid "$batch_program" -j 2 -o out in >"$scratch/printed" 2>&1 </dev/null &
     front=$!
-    # From before the first picture to behind the last one, on a machine with nothing else to do.
+    # From before the first picture to after the last one, on a machine with nothing else to do.
     sleep "0.$((1 + cut))"
     kill_all
     [[ ! -d out ]] || expect_whole_dngs out
@@ -261,7 +261,7 @@ ARefreshGoesOnAlthoughPicturesCameAndWent() {
   expect_status 0
   expect_summary 13 $((13 - number_done + 1)) $((number_done - 1)) 0
   expect_same_files
-  [[ -f out/A.DNG && -f out/L0000001x.DNG ]] || fail "new pictures were passed over"
+  [[ -f out/A.DNG && -f out/L0000001x.DNG ]] || fail "new pictures were ignored"
   [[ $(refreshed_files out | grep -c 'L0.*[0-9].DNG') -eq 12 ]] || fail "not all were refreshed"
 }
 
@@ -300,5 +300,26 @@ TheSameCommandDoesNotRunTwiceAtOnce() {
   expect_text 'another velmarcon-batch is at work on this output'
   batch -o out in -- -p
   expect_status 3
+  batch --state elsewhere -o out in
+  expect_status 3
+  expect_text 'another velmarcon-batch is at work on this output'
   kill_all
+}
+
+OutputsThatLieInEachOtherAreOne() {
+  many_pairs in 3
+  pair in2/L1
+  begin 1 -j 1 -o out/2008 in
+  wait_for has_dngs out 1
+  local output
+  for output in out out/2008/May; do
+    batch -o "$output" in2
+    expect_status 3
+    expect_text "another velmarcon-batch is at work on this output, or on one in it or around it ($scratch/out"
+  done
+  batch -o out/2009 in2
+  expect_status 0
+  kill_all
+  batch -o out in2
+  expect_status 0
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// faulty_folder FAULT SOURCE MOUNT_POINT: shows the plain files of the folder SOURCE at MOUNT_POINT as a file
-// system with that fault would, until it gets SIGTERM. Locks set there are not visible through other mounts
-// of SOURCE.
+// faulty_folder FAULT SOURCE MOUNT_POINT: shows the files and folders of the folder SOURCE at MOUNT_POINT as
+// a file system with that fault would, until it gets SIGTERM. Locks set there are not visible through other
+// mounts of SOURCE.
 #define FUSE_USE_VERSION 31
 
 #include <dirent.h>
@@ -48,23 +48,36 @@ int Descriptor(const struct fuse_file_info* info) {
     return static_cast<int>(info->fh);
 }
 
-/// The name in the folder for `path`.
-std::string NameOf(const char* path) {
-    std::string name = path + 1;
-    if (name.empty()) {
-        return ".";
-    }
-    if (!Has(FolderFault::kLettersOfAnyCase)) {
-        return name;
-    }
+/// The name that stands in `folder` for `name`, in whatever case.
+std::string FoundName(const std::string& folder, const std::string& name) {
     std::string found = name;
-    DIR* const list = ::fdopendir(::openat(shown.folder, ".", O_RDONLY | O_DIRECTORY));
-    while (const dirent* entry = ::readdir(list)) {
+    DIR* const list = ::fdopendir(::openat(shown.folder, folder.c_str(), O_RDONLY | O_DIRECTORY));
+    while (const dirent* entry = list != nullptr ? ::readdir(list) : nullptr) {
         if (::strcasecmp(static_cast<const char*>(entry->d_name), name.c_str()) == 0) {
             found = static_cast<const char*>(entry->d_name);
         }
     }
-    ::closedir(list);
+    if (list != nullptr) {
+        ::closedir(list);
+    }
+    return found;
+}
+
+/// The name in the folder for `path`.
+std::string NameOf(const char* path) {
+    const std::string names = path + 1;
+    if (names.empty()) {
+        return ".";
+    }
+    if (!Has(FolderFault::kLettersOfAnyCase)) {
+        return names;
+    }
+    std::string found = ".";
+    for (std::size_t begin = 0; begin < names.size();) {
+        const std::size_t end = std::min(names.find('/', begin), names.size());
+        found += "/" + FoundName(found, names.substr(begin, end - begin));
+        begin = end + 1;
+    }
     return found;
 }
 
@@ -92,9 +105,9 @@ int GetAttributes(const char* path, struct stat* status, struct fuse_file_info* 
     return Result(result);
 }
 
-int ReadFolder(const char* /*path*/, void* buffer, fuse_fill_dir_t fill, off_t /*offset*/,
+int ReadFolder(const char* path, void* buffer, fuse_fill_dir_t fill, off_t /*offset*/,
                struct fuse_file_info* /*info*/, enum fuse_readdir_flags /*flags*/) {
-    DIR* const list = ::fdopendir(::openat(shown.folder, ".", O_RDONLY | O_DIRECTORY));
+    DIR* const list = ::fdopendir(::openat(shown.folder, NameOf(path).c_str(), O_RDONLY | O_DIRECTORY));
     if (list == nullptr) {
         return -errno;
     }
@@ -181,6 +194,14 @@ int Remove(const char* path) {
     return Result(::unlinkat(shown.folder, NameOf(path).c_str(), 0));
 }
 
+int MakeFolder(const char* path, mode_t mode) {
+    return Result(::mkdirat(shown.folder, NameOf(path).c_str(), mode));
+}
+
+int RemoveFolder(const char* path) {
+    return Result(::unlinkat(shown.folder, NameOf(path).c_str(), AT_REMOVEDIR));
+}
+
 int Truncate(const char* path, off_t size, struct fuse_file_info* info) {
     if (info != nullptr) {
         return Result(::ftruncate(Descriptor(info), size));
@@ -222,6 +243,8 @@ struct fuse_operations Operations() {
     operations.rename = Rename;
     operations.link = Link;
     operations.unlink = Remove;
+    operations.mkdir = MakeFolder;
+    operations.rmdir = RemoveFolder;
     operations.truncate = Truncate;
     operations.chmod = ChangeMode;
     operations.chown = ChangeOwner;
