@@ -1,24 +1,27 @@
 @echo off
 rem SPDX-License-Identifier: MIT
 rem
-rem Drop folders, or single RAW files, of a Leica M8 on this file. Each picture's DNG appears next to its RAW file, with
-rem the black level in it. Existing DNGs stay as they are. Sub-folders are not searched.
+rem Drop folders, or the files of single pictures, of a Leica M8 on this file. Folders are searched with all folders in
+rem them. Each picture's DNG appears next to its RAW file, with the black level in it, and is compared with the RAW file.
+rem Existing DNGs stay as they are. The last line counts the pictures.
 rem
 rem To change this, set these variables, here or in Windows:
-rem   VELMARCON_OPTIONS    the options of velmarcon (README.txt lists them); default -b.
-rem                        For DNGs elsewhere:  set VELMARCON_OPTIONS=-b -o "D:\Pictures\DNG"
-rem   VELMARCON_NO_PAUSE   1: end at once, without waiting for a key.
+rem   VELMARCON_OPTIONS        the options of velmarcon (README.txt lists them); default -b.
+rem   VELMARCON_BATCH_OPTIONS  the options of velmarcon-batch, such as -o "D:\Pictures\DNG" for DNGs elsewhere;
+rem                            velmarcon-batch.exe --help lists them.
+rem   VELMARCON_NO_PAUSE       1: end at once, without waiting for a key.
 rem
 rem Started with names, as in  "Drop a folder here.cmd" D:\DCIM\100LEICA  it does the same, and exits with the status
-rem of the last name that velmarcon could not work on, or 0. In a command prompt, or in another .cmd file, put names
-rem with spaces or any of  & , ; = ^ ( )  in quotes, because cmd splits them there.
+rem of velmarcon-batch, or with 2 if one of the names does not exist. In a command prompt, or in another .cmd file, put
+rem names with spaces or any of  & , ; = ^ ( )  in quotes, because cmd splits them there.
 rem
 rem Some dropped names cannot work: for a name like  R&&&D  or  R&(D  (no space, and an & that makes no valid command
 rem line) Windows does not even start this file: rename the folder. Nor does it for more than 8000 characters of names.
 setlocal DisableDelayedExpansion
 if not defined VELMARCON_OPTIONS set "VELMARCON_OPTIONS=-b"
-set "program=%~dp0velmarcon.exe"
+set "program=%~dp0velmarcon-batch.exe"
 set "status=0"
+set "all="
 if not exist "%program%" goto no_program
 
 rem Explorer does not quote a dropped name without spaces. A name with , ; or = arrives split into several arguments,
@@ -64,11 +67,11 @@ for /f "eol=| tokens=1* delims=%end%" %%G in ("%line%") do (
 set "line=%rest%"
 if not defined item goto next_dropped
 set "any=yes"
-call :convert
-if errorlevel 1 set "status=%errorlevel%"
+call :take
 goto next_dropped
 :all_dropped
 if not defined any goto no_names
+call :convert
 call :finish
 rem Not /b: the command line continues after an & with the rest of a name, which is not a command.
 exit %status%
@@ -77,41 +80,54 @@ exit %status%
 if "%~1"=="" goto no_names
 :next
 set "item=%~1"
-call :convert
-if errorlevel 1 set "status=%errorlevel%"
+call :take
 shift
 if not "%~1"=="" goto next
+call :convert
 call :finish
 exit /b %status%
 
-rem convert: convert %item%.
-:convert
+rem take: add %item% to the names in %all%, each of which is in quotes.
+:take
+echo === "%item%"
+if exist "%item%" goto exists
+echo There is no such file or folder.
+set "status=2"
+exit /b 0
+:exists
 rem A drive is dropped as D:\ and its last character would escape the quote after it.
 if "%item:~-1%"=="\" set "item=%item%."
+rem Quotes around all of it would end at the first quote in it.
+set all=%all% "%item%"
+exit /b 0
+
+rem convert: convert the pictures in %all%.
+:convert
+if not defined all exit /b 0
 echo.
-echo === "%item%"
-"%program%" -i "%item%" %VELMARCON_OPTIONS%
+"%program%"%all% %VELMARCON_BATCH_OPTIONS% -- %VELMARCON_OPTIONS%
 if "%errorlevel%"=="0" exit /b 0
-if errorlevel 1 exit /b %errorlevel%
+if errorlevel 1 set "status=%errorlevel%"
 rem A negative number means that Windows ended the program.
-exit /b 1
+if not errorlevel 1 set "status=1"
+exit /b 0
 
 :finish
 echo.
-if "%status%"=="0" echo Finished. If anything was wrong with a picture, a line above says so.
-if not "%status%"=="0" echo Not everything could be converted: see the lines with Error above.
+if "%status%"=="0" echo Finished. Every picture has its DNG.
+if not "%status%"=="0" echo Not everything could be converted: see the lines above.
 :wait
 if not "%VELMARCON_NO_PAUSE%"=="1" pause
 exit /b 0
 
 :no_names
-echo Drop folders or RAW files of a Leica M8 on this file: their DNGs appear next to them.
+echo Drop folders or pictures of a Leica M8 on this file: their DNGs appear next to them.
 set "status=1"
 call :wait
 exit /b %status%
 
 :no_program
-echo velmarcon.exe is not in the folder of this file. Unpack the whole zip file first.
+echo velmarcon-batch.exe is not in the folder of this file. Unpack the whole zip file first.
 set "status=1"
 call :wait
 exit /b %status%
