@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "batch/batch_options.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::string ProblemOf(const Words& arguments) {
+    BatchOptions options;
+    return ReadBatchOptions(arguments, options);
+}
+
+BatchOptions Read(const Words& arguments) {
+    BatchOptions options;
+    EXPECT_EQ(ReadBatchOptions(arguments, options), "");
+    return options;
+}
+
+TEST(BatchOptions, WithoutAnyTheDefaultsHold) {
+    const BatchOptions options = Read({"in"});
+    EXPECT_EQ(options.folders, Words{"in"});
+    EXPECT_EQ(options.output, "");
+    EXPECT_EQ(options.jobs, 0U);
+    EXPECT_FALSE(options.no_verify || options.verify || options.fresh || options.dry_run || options.rename);
+    EXPECT_TRUE(options.conversion.empty());
+}
+
+TEST(BatchOptions, EachFormOfAValueIsRead) {
+    for (const Words& words : {Words{"-o", "out", "in"}, Words{"-oout", "in"}, Words{"--output", "out", "in"},
+                               Words{"in", "--output=out"}}) {
+        EXPECT_EQ(Read(words).output, "out");
+        EXPECT_EQ(Read(words).folders, Words{"in"});
+    }
+    EXPECT_EQ(Read({"--output=a=b", "in"}).output, "a=b");
+    EXPECT_EQ(Read({"--hosts", "a,b", "--from0=-", "--json", "j", "--state=s", "in"}).hosts, "a,b");
+}
+
+TEST(BatchOptions, EachFlagIsRead) {
+    const BatchOptions options =
+        Read({"--fresh", "-n", "-q", "--checksums", "--rename", "--accept-damaged", "--anyway", "--notify",
+              "--keep-time", "--newest-first", "--no-verify", "in"});
+    EXPECT_TRUE(options.fresh && options.dry_run && options.quiet && options.checksums && options.rename &&
+                options.accept_damaged && options.anyway && options.notify && options.keep_time &&
+                options.newest_first && options.no_verify);
+}
+
+TEST(BatchOptions, WhatFollowsTheDashesIsForTheConversion) {
+    const BatchOptions options = Read({"in", "--", "-o", "--", "-r"});
+    EXPECT_EQ(options.folders, Words{"in"});
+    EXPECT_EQ(options.conversion, (Words{"-o", "--", "-r"}));
+}
+
+TEST(BatchOptions, JobsAreANumberFrom1To9999) {
+    EXPECT_EQ(Read({"-j1", "in"}).jobs, 1U);
+    EXPECT_EQ(Read({"--jobs=9999", "in"}).jobs, 9999U);
+    for (const char* value : {"0", "01", "10000", "-1", "x", "1.5", "50%", ""}) {
+        EXPECT_TRUE(ProblemOf({"--jobs", value, "in"}).starts_with("--jobs needs a ")) << value;
+    }
+}
+
+TEST(BatchOptions, AValueMustNotBeMissing) {
+    EXPECT_EQ(ProblemOf({"in", "-o"}), "-o needs a value");
+    EXPECT_EQ(ProblemOf({"in", "--json="}), "--json needs a value");
+}
+
+TEST(BatchOptions, UnknownOnesAreRefused) {
+    EXPECT_EQ(ProblemOf({"in", "--frsh"}), "unknown option --frsh; velmarcon's own options stand after --");
+    EXPECT_EQ(ProblemOf({"--quiet=yes", "in"}),
+              "unknown option --quiet=yes; velmarcon's own options stand after --");
+    EXPECT_TRUE(ProblemOf({"in", "--delete-originals"}).starts_with("there is no --delete-originals: "));
+}
+
+TEST(BatchOptions, HelpNeedsNothingElse) {
+    EXPECT_TRUE(Read({"-h", "--frsh"}).help);
+    EXPECT_TRUE(Read({"--version"}).version);
+}
+
+TEST(BatchOptions, SomeDoNotGoTogether) {
+    EXPECT_EQ(ProblemOf({}), "no folder given");
+    EXPECT_EQ(ProblemOf({"--", "in"}), "no folder given");
+    EXPECT_NE(ProblemOf({"--verify", "--no-verify", "in"}), "");
+    EXPECT_NE(ProblemOf({"--verify", "--hosts=:", "in"}), "");
+    EXPECT_NE(ProblemOf({"--rename", "--hosts=:", "in"}), "");
+}
+
+}  // namespace
