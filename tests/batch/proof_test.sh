@@ -281,13 +281,14 @@ WhatTheDiskDidNotTakeIsNotThere() {
 
 # without_case FOLDER: mount there a file system that does not tell "Pic" from "PIC".
 without_case() {
-  local server=$build/faulty_folder
-  [[ -x $server ]] || skip "faulty_folder is not built"
+  local program=$build/faulty_folder
+  [[ -x $program ]] || skip "faulty_folder is not built"
   mkdir "$1" "$1.files"
-  "$server" LettersOfAnyCase "$scratch/$1.files" "$scratch/$1" 2>/dev/null &
-  trap "kill $!; wait $! || true" EXIT
+  "$program" LettersOfAnyCase "$scratch/$1.files" "$scratch/$1" 2>/dev/null &
+  server=$!
+  trap 'kill "$server"; wait "$server" || true' EXIT
   until mountpoint -q "$1"; do
-    kill -0 $! 2>/dev/null || skip "nothing can be mounted"
+    kill -0 "$server" 2>/dev/null || skip "nothing can be mounted"
     sleep 0.02
   done
 }
@@ -321,9 +322,9 @@ FoldersThatTheOutputDoesNotTellApartAreRefused() {
 ADngThatWasChangedIsFoundOutWhateverItsTimeSays() {
   pair in/L1
   batch -o out in
-  touch -r out/L1.DNG then
+  touch -r out/L1.DNG reference
   printf '\x55\x55' | dd of=out/L1.DNG bs=1 seek=5000000 conv=notrunc 2>/dev/null
-  touch -r then out/L1.DNG
+  touch -r reference out/L1.DNG
   batch -o out in
   expect_status 1
   expect_text 'L1.DNG is there, but does not match its RAW file'
