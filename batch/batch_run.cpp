@@ -30,7 +30,7 @@ int Refuse(int status, const std::string& text) {
 }
 
 int Misused(const std::string& text) {
-    return Refuse(batch_status::kUsage, text + " (velmarcon-batch --help tells the usage)");
+    return Refuse(batch_status::kUsage, text + " (see velmarcon-batch --help)");
 }
 
 /// What stands after --; of a lens code only the database knows whether it is one. Returns a status to end
@@ -44,7 +44,7 @@ int CheckConversionOptions(const BatchOptions& options, const std::string& datab
     }
     return text.empty()
                ? batch_status::kDone
-               : Refuse(batch_status::kUsage, "what stands after -- is not as velmarcon wants it:" + text);
+               : Refuse(batch_status::kUsage, "velmarcon would misread what stands after --:" + text);
 }
 
 /// The list of --from0.

@@ -82,7 +82,7 @@ std::string ProblemOfImage(const SingleValues& values, std::uint64_t size, bool 
     const bool is_whole = offset > 0 && length > 0 && length == width * height * kBytesPerPixel;
     const bool has_size = !is_pair || (width == kPairWidth && height == kPairHeight);
     if (!is_whole || !has_size) {
-        return "is not as velmarcon writes it";
+        return "is not one that velmarcon wrote";
     }
     return offset + length <= size ? "" : "is not complete";
 }
@@ -92,7 +92,7 @@ std::string ProblemOfImage(const SingleValues& values, std::uint64_t size, bool 
 std::string ProblemOfDng(const std::string& path, bool is_pair) {
     std::error_code unknown;
     if (!std::filesystem::is_regular_file(system_path::ToSystem(path), unknown)) {
-        return "is no file";
+        return "is not a file";
     }
     InputFile file;
     if (!file.Open(path)) {
@@ -102,7 +102,7 @@ std::string ProblemOfDng(const std::string& path, bool is_pair) {
     constexpr std::uint64_t ifd_offset = 4;
     if (head.view().Get<std::uint32_t>(0, kLittle) != kLittleEndianTiff ||
         !head.view().Holds(ifd_offset, 4)) {
-        return "is no DNG";
+        return "is not a DNG";
     }
     auto values = ReadIfd(file.stream(), head.view().Get<std::uint32_t>(ifd_offset, kLittle));
     if (values && values->contains(tag::kSubIFDs)) {

@@ -106,7 +106,7 @@ std::string Hosts::Ask(const std::string& list, bool& is_usage) {
         const bool has_number = entry.find('/') != std::string::npos;
         if (!IsLogin(login) || (has_number && !fields::Number(entry.substr(0, entry.find('/'))))) {
             is_usage = true;
-            return "--hosts: " + entry + " is no host";
+            return "--hosts: " + entry + " is not a host";
         }
         if (std::string problem = AskOne(entry); !problem.empty()) {
             return problem;

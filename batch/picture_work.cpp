@@ -113,7 +113,8 @@ void PictureWork::Fail(const std::string& text, const std::string& kind) {
 /// Returns whether it is settled without a conversion.
 bool PictureWork::SettleWithout(const Task& task, const PictureFiles& files) {
     if (files.is_camera_dng && file_system::IsTaken(files.folder + files.base + ".RAW")) {
-        Fail("its DNG would have the name of that of " + files.base + ".RAW", "two pictures for one DNG");
+        Fail("its DNG would have the same name as that of " + files.base + ".RAW",
+             "two pictures for one DNG");
         return true;
     }
     if (file_system::IsTaken(record_.dng)) {
@@ -132,8 +133,8 @@ bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
     }
     const auto state = StateAt(record_.dng);
     if (!files.is_camera_dng && state && state->size == static_cast<std::int64_t>(kCameraDngSize)) {
-        Fail(NameIn(record_.dng) + ", which is there, is one of the camera's own; use another output folder",
-             "a DNG of the camera's in its place");
+        Fail(NameIn(record_.dng) + ", which is there, is a camera DNG; use another output folder",
+             "a camera DNG in its place");
         return true;
     }
     const std::string problem = ProblemOfDng(record_.dng, !files.is_camera_dng);
@@ -152,14 +153,13 @@ bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
 /// A DNG of the camera's own would be replaced by what it is repaired to. Only a conversion on this machine
 /// waits for the disk before it replaces a file.
 bool PictureWork::SettleInPlace(const Task& task) {
-    constexpr const char* kind = "a DNG of the camera's own in its place";
+    constexpr const char* kind = "a camera DNG in its place";
     if (task.mode == TaskMode::kVerify || !conversion_.settings().refresh) {
-        Fail("a DNG of the camera's own is repaired into another folder (--output), or in its place with -r",
-             kind);
+        Fail("a camera DNG is repaired into another folder (--output), or replaced with -r", kind);
         return true;
     }
     if (task.mode == TaskMode::kLook) {
-        Fail("a DNG of the camera's own is not replaced by way of other machines; leave out --hosts", kind);
+        Fail("other machines do not replace a camera DNG; leave out --hosts", kind);
         return true;
     }
     return false;
@@ -178,8 +178,8 @@ bool PictureWork::SettleComplete(const Task& task, const PictureFiles& files) {
     if (!own || !there) {
         const std::string file =
             !own ? NameIn(files.is_camera_dng ? files.input : files.base + ".JPG") : NameIn(record_.dng);
-        Fail(NameIn(record_.dng) + " is there, but " + file + " does not tell whose picture it is",
-             "there, unknown whose");
+        Fail(NameIn(record_.dng) + " is there, but " + file + " does not say which picture it is",
+             "there, unknown picture");
         return true;
     }
     Keep(task, files);
@@ -268,7 +268,7 @@ void PictureWork::Convert(const PictureFiles& files) {
     const auto before = StateAt(record_.dng);
     const std::string reason = Make(files);
     if (before && before == StateAt(record_.dng)) {
-        Fail((reason.empty() ? "velmarcon said nothing" : reason) + "; the old DNG is still there",
+        Fail((reason.empty() ? "velmarcon gave no reason" : reason) + "; the old DNG is still there",
              KindOf(reason));
     } else {
         Judge(files, reason);
@@ -339,7 +339,7 @@ std::string PictureWork::MakeUnderFreeName(const PictureFiles& files, const std:
 
 void PictureWork::Judge(const PictureFiles& files, const std::string& reason) {
     if (!file_system::IsTaken(record_.dng)) {
-        Fail(reason.empty() ? "velmarcon said nothing" : reason, KindOf(reason));
+        Fail(reason.empty() ? "velmarcon gave no reason" : reason, KindOf(reason));
         return;
     }
     const std::string problem = ProblemOfDng(record_.dng, !files.is_camera_dng);

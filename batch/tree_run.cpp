@@ -73,7 +73,7 @@ void TreeRun::Say(const std::string& text) const {
 void TreeRun::Search() {
     found_ = FindPictures(trees_);
     for (const std::string& folder : found_.excluded) {
-        Say("Not searched, being the output folder: " + Shown(folder));
+        Say("Not searched, because it is the output folder: " + Shown(folder));
     }
     if (!options_.list.empty()) {
         not_found_ = KeepListed(list_, trees_, found_);
@@ -150,8 +150,8 @@ void TreeRun::FindDatabases() {
 void TreeRun::Announce() const {
     Say(NumberOfPictures(found_.pictures.size()) + "; report: " + Shown(state_.PathOf("report")));
     if (plan_.refreshed > 0) {
-        Say("Going on with an interrupted run, which refreshed " + std::to_string(plan_.refreshed) +
-            " of them (--fresh does them all)");
+        Say("Resuming an interrupted run, which refreshed " + std::to_string(plan_.refreshed) +
+            " of them (--fresh converts them all)");
     }
 }
 
@@ -319,7 +319,7 @@ int TreeRun::Drive(Engine& engine) {
         if (const int signal = stop_request::Signal(); signal != 0 && !told_stop_) {
             told_stop_ = true;
             progress_->Clear();
-            (void)std::fprintf(stderr, "Stopping (%s): what is at work on a picture ends it\n",
+            (void)std::fprintf(stderr, "Stopping (%s): pictures that were begun are finished first\n",
                                stop_request::Name(signal));
         }
         if (stop_request::Signal() != 0 || disk_full_) {
@@ -429,8 +429,8 @@ void TreeRun::BlameTheDead() {
         Record record;
         record.verdict = Verdict::kFailed;
         record.picture = number;
-        record.text = "velmarcon-batch was ended by something else while it was at work on it";
-        record.kind = "ended by something else";
+        record.text = "the worker was killed or crashed while it was at work on this picture";
+        record.kind = "the worker was killed or crashed";
         settled_[static_cast<std::size_t>(number)] = true;
         ++done_;
         ++seen_failed_;
@@ -465,7 +465,7 @@ void TreeRun::TellRemarks() const {
     if (options_.quiet || tally_.remarked() == 0) {
         return;
     }
-    Say(std::to_string(tally_.remarked()) + " of the converted with a remark: see " +
+    Say(std::to_string(tally_.remarked()) + " converted with a remark: see " +
         Shown(state_.PathOf("report")));
     PrintNamed("Remark", tally_.remarks(), tally_.remarked());
 }
@@ -492,7 +492,7 @@ void TreeRun::TellNearMisses() const {
     if (!options_.quiet) {
         PrintNamed("Ignored, not in capital letters", first(found_.small), found_.small.size());
     }
-    PrintNamed("Too short for a DNG of the camera's", first(found_.cut), found_.cut.size());
+    PrintNamed("Too short for a camera DNG", first(found_.cut), found_.cut.size());
     PrintNamed("No picture", first(found_.none), found_.none.size());
     PrintNamed("In the list, but no picture of the folders", first(not_found_), not_found_.size());
 }
@@ -525,7 +525,7 @@ void TreeRun::TellEnd() {
 
 int TreeRun::TellUnreached(std::size_t unreached) const {
     if (disk_full_) {
-        return Refuse(batch_status::kSomeFailed, "the disk is full; the same command goes on from here");
+        return Refuse(batch_status::kSomeFailed, "the disk is full; the same command resumes from here");
     }
     const std::string messages = fields::ReadWhole(state_.PathOf("messages")).value_or("");
     constexpr std::size_t last = 500;
@@ -551,7 +551,7 @@ int TreeRun::Summarise() {
     int status = batch_status::kDone;
     if (const int signal = stop_request::Signal(); signal != 0) {
         (void)std::fflush(stdout);
-        (void)std::fprintf(stderr, "Interrupted (%s). The same command goes on from here.\n",
+        (void)std::fprintf(stderr, "Interrupted (%s). The same command resumes from here.\n",
                            stop_request::Name(signal));
         status = batch_status::kSignal + signal;
     } else if (const std::size_t unreached = Unreached(); unreached > 0) {
@@ -563,8 +563,9 @@ int TreeRun::Summarise() {
                               (found_.cut.empty() || options_.accept_damaged) && report_written_;
         status = all_well ? batch_status::kDone : batch_status::kSomeFailed;
         if (found_.pictures.empty()) {
-            status = Refuse(batch_status::kSomeFailed,
-                            "no picture found: no .RAW and no DNG of the camera (names in capital letters)");
+            status =
+                Refuse(batch_status::kSomeFailed,
+                       "no picture found: no RAW file and no camera DNG (extensions in capital letters)");
         }
     }
     Notify(status);

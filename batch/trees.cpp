@@ -110,7 +110,7 @@ TreeError ResolveRoots(const BatchOptions& options, std::vector<Tree>& trees) {
         } else if (IsFileOfPicture(path)) {
             files.push_back(path);
         } else {
-            return {true, Shown(path) + " is no folder, nor a file of a picture"};
+            return {true, Shown(path) + " is neither a folder nor a file of a picture"};
         }
     }
     for (const std::string& file : files) {

@@ -43,7 +43,7 @@ RefusesWhatVelmarconWouldIgnore() {
 RefusesWhatVelmarconWouldReadOtherwise() {
   pair in/L1
   refused 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b' -o out in -- -vb
-  refused 'what stands after -- is not as velmarcon wants it:' -n -o out in -- -vb
+  refused 'velmarcon would misread what stands after --:' -n -o out in -- -vb
   refused 'velmarcon: -x: ignored: there is no such option' -o out in -- -x
   refused 'velmarcon: -b 70000: read as black level 4464' -o out in -- -b 70000
   use_databases
@@ -62,8 +62,8 @@ RefusesWrongUsage() {
   refused 'no folder given' -- -r
   refused 'unknown option -r' in -r
   refused 'unknown option --frsh' in --frsh
-  refused 'nowhere is no folder' in nowhere
-  refused 'in/../notes.txt is no folder, nor a file of a picture' in/../notes.txt
+  refused 'nowhere is neither a folder' in nowhere
+  refused 'in/../notes.txt is neither a folder nor a file of a picture' in/../notes.txt
   refused '-o needs a value' in -o
   refused '--output needs a value' in --output=
   local jobs

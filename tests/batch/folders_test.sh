@@ -86,7 +86,7 @@ DoesNotSearchTheOutputFolderInTheInput() {
   batch -o in/out in
   expect_status 0
   expect_summary 2 2 0 0
-  expect_text "Not searched, being the output folder: $scratch/in/out"
+  expect_text "Not searched, because it is the output folder: $scratch/in/out"
   expect_files in/out L1.DNG L2.DNG 'out [x]/L3.DNG'
 }
 

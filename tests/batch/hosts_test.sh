@@ -160,7 +160,7 @@ WhatIsReplacedThroughAnotherMachine() {
   expect_summary 2 1 0 1
   [[ ! in/L1.DNG -ef old.DNG ]] || fail "not replaced"
   expect_same in/L1.DNG old.DNG
-  expect_text "a DNG of the camera's own is not replaced by way of other machines; leave out --hosts"
+  expect_text "other machines do not replace a camera DNG; leave out --hosts"
   expect_same in/L2.DNG "$card/L1000004.DNG"
 }
 

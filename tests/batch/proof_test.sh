@@ -188,7 +188,7 @@ NearMissesAreNamed() {
   head -c 1000000 "$card/L1000004.DNG" >in/cut.DNG
   batch -o out in
   expect_status 1
-  expect_line "Too short for a DNG of the camera's: $scratch/in/cut.DNG"
+  expect_line "Too short for a camera DNG: $scratch/in/cut.DNG"
 }
 
 AnUnreadableRawFileIsToldWithTheReason() {
@@ -246,7 +246,7 @@ NotEnoughRoomIsToldBeforeItBegins() {
   expect_text 'are free. --anyway begins all the same'
   batch --anyway -o out in
   expect_status 1
-  expect_text 'the disk is full; the same command goes on from here'
+  expect_text 'the disk is full; the same command resumes from here'
   expect_line '1 picture: 0 converted, 0 already there, 0 failed, 1 not done'
 }
 
@@ -259,7 +259,7 @@ AWorkerThatDiesCostsOnePicture() {
     env GATE_KILLS=/L0000003.DNG "${gated[@]}" "$batch_program" -j "$jobs" -o out in >printed 2>&1 </dev/null &&
       fail "success"
     expect_summary 6 5 0 1
-    expect_line "Failed: $scratch/in/L0000003.RAW: velmarcon-batch was ended by something else while it was at work on it"
+    expect_line "Failed: $scratch/in/L0000003.RAW: the worker was killed or crashed while it was at work on this picture"
     batch -j "$jobs" -o out in
     expect_status 0
     expect_summary 6 1 5 0

@@ -80,7 +80,7 @@ AnyOtherFileInItsPlaceIsNotTakenForTheDng() {
   head -c 30000000 /dev/zero >out/L1.DNG
   batch -o out in
   expect_status 1
-  expect_text 'L1.DNG is there, but is no DNG; delete it, or use -r'
+  expect_text 'L1.DNG is there, but is not a DNG; delete it, or use -r'
   rm out/L1.DNG
   mkdir out/L1.DNG
   batch -o out in -- -r
@@ -101,11 +101,11 @@ ADngOfTheCamerasOwnIsNotTakenForThatOfAPair() {
   expect_status 1
   expect_summary 2 0 0 2
   expect_same in/L1.DNG "$card/L1000004.DNG"
-  expect_text "in/L1.RAW: L1.DNG, which is there, is one of the camera's own; use another output folder"
+  expect_text "in/L1.RAW: L1.DNG, which is there, is a camera DNG; use another output folder"
   batch -o out in
   expect_status 1
   expect_summary 2 1 0 1
-  expect_text 'in/L1.DNG: its DNG would have the name of that of L1.RAW'
+  expect_text 'in/L1.DNG: its DNG would have the same name as that of L1.RAW'
   [[ $(od -An -tu2 -j30 -N2 out/L1.DNG) -eq 3968 ]] || fail "not the pair's DNG"
 }
 
@@ -113,7 +113,7 @@ ADngOfTheCamerasOwnIsReplacedOnlyOnRequest() {
   camera_dng in/L1
   batch in
   expect_status 1
-  expect_text "a DNG of the camera's own is repaired into another folder (--output), or in its place with -r"
+  expect_text "a camera DNG is repaired into another folder (--output), or replaced with -r"
   expect_same in/L1.DNG "$card/L1000004.DNG"
   batch in -- -r
   expect_status 0
@@ -135,7 +135,7 @@ ARemarkStandsInTheReport() {
   pair in/L1
   batch -o out in -- -s
   expect_status 0
-  expect_text '1 of the converted with a remark: see '
+  expect_text '1 converted with a remark: see '
   grep -qx "converted: $scratch/in/L1.RAW: Error #0014: No Sensor database found." "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
 }
@@ -157,7 +157,7 @@ AShortRawFileIsNoSuccessUnlessAccepted() {
   batch --accept-damaged -o out in -- -r
   expect_status 0
   expect_summary 2 2 0 0
-  expect_text '1 of the converted with a remark: see '
+  expect_text '1 converted with a remark: see '
   expect_line "Remark: $scratch/in/L2.RAW: $damage"
   grep -qx "converted: $scratch/in/L2.RAW: $damage" "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
@@ -170,7 +170,7 @@ OfManyRemarksTheFirstTenAreTold() {
   done
   batch -o out in -- -s
   expect_status 0
-  expect_text '12 of the converted with a remark: see '
+  expect_text '12 converted with a remark: see '
   [[ $(grep -c '^Remark: .*: Error #0014: No Sensor database found.$' printed) -eq 10 ]] || fail "not ten"
   expect_line '... and 2 more'
 }

@@ -94,7 +94,7 @@ AnInterruptEndsWith130AndTheNextRunGoesOn() {
   kill -INT "$front"
   end_of_front
   expect_status 130
-  expect_text 'Interrupted (INT). The same command goes on from here.'
+  expect_text 'Interrupted (INT). The same command resumes from here.'
   expect_text ' not reached'
   end_of_session
   expect_whole_dngs out
@@ -229,7 +229,7 @@ ARefreshGoesOnWhereItWasInterrupted() {
   batch -j 2 -o out in -- -r
   expect_status 0
   expect_summary 12 $((12 - number_done)) "$number_done" 0
-  expect_text "Going on with an interrupted run, which refreshed $number_done of them"
+  expect_text "Resuming an interrupted run, which refreshed $number_done of them"
   expect_same_files
   [[ $(refreshed_files out | wc -l) -eq 12 ]] || fail "not all were refreshed"
   expect_whole_dngs out

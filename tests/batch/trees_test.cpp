@@ -82,8 +82,8 @@ TEST_F(TreesTest, AFileInAFolderThatIsSearchedAddsNothing) {
 
 TEST_F(TreesTest, WhatIsNeitherIsRefused) {
     EXPECT_TRUE(
-        Resolve({"a/notes.txt"}).text.ends_with("/a/notes.txt is no folder, nor a file of a picture"));
-    EXPECT_TRUE(Resolve({"a/L9.RAW"}).text.ends_with(" is no folder, nor a file of a picture"));
+        Resolve({"a/notes.txt"}).text.ends_with("/a/notes.txt is neither a folder nor a file of a picture"));
+    EXPECT_TRUE(Resolve({"a/L9.RAW"}).text.ends_with(" is neither a folder nor a file of a picture"));
     EXPECT_TRUE(Resolve({"a/L9.RAW"}).is_usage);
 }
 
