@@ -64,7 +64,7 @@ void Engine::AskToEnd() {
 }
 
 std::string FindParallel() {
-    const std::string path = FindOnSearchPath("parallel");
+    std::string path = FindOnSearchPath("parallel");
     if (path.empty()) {
         return "";
     }
