@@ -14,12 +14,12 @@
 #include "batch/printed_lines.h"
 #include "batch/proof/input_check.h"
 #include "batch/proof/same_picture.h"
-#include "batch/proof/sha256.h"
 #include "batch/shown.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
 #include "system/input_file.h"
 #include "system/part_files.h"
+#include "system/sha256.h"
 #include "system/system_path.h"
 
 namespace {
@@ -370,17 +370,20 @@ void PictureWork::TakeDng(const PictureFiles& files) {
 /// Its bytes pass by only once: what is to be known of them is taken then.
 std::string PictureWork::Compare(DngProof& proof, const PictureFiles& files) {
     Fingerprint fingerprint;
-    Sha256 sum;
+    std::optional<Sha256> sum;
+    if (options_.checksums) {
+        sum.emplace();
+    }
     std::string mismatch = proof.Check(files.folder, files.base, files.is_camera_dng, record_.dng,
                                        [&](std::span<const std::uint8_t> bytes) {
                                            fingerprint.Add(bytes);
-                                           if (options_.checksums) {
-                                               sum.Add(bytes);
+                                           if (sum) {
+                                               sum->Add(bytes);
                                            }
                                        });
     if (mismatch.empty()) {
         record_.fingerprint = fingerprint.Hex();
-        record_.sha256 = options_.checksums ? sum.Hex() : "";
+        record_.sha256 = sum ? sum->Hex() : "";
     }
     return mismatch;
 }

@@ -86,6 +86,19 @@ function(velmarcon_needs_only_the_c_library target)
   endif()
 endfunction()
 
+# velmarcon_find_header(NAME HEADER): the folder of a library that is all in one header becomes <NAME>_INCLUDE_DIR.
+function(velmarcon_find_header name header)
+  if(CMAKE_CROSSCOMPILING)
+    # This header is the same for every system; the others next to it must stay out.
+    find_file(${name}_HEADER ${header} PATHS /usr/include REQUIRED NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+    set(folder "${CMAKE_BINARY_DIR}/headers")
+    file(COPY "${${name}_HEADER}" DESTINATION "${folder}")
+    set(${name}_INCLUDE_DIR "${folder}" PARENT_SCOPE)
+  else()
+    find_path(${name}_INCLUDE_DIR ${header} REQUIRED)
+  endif()
+endfunction()
+
 # velmarcon_windows_resources(RESULT): the sources of the manifest and the version of a Windows program.
 function(velmarcon_windows_resources result)
   enable_language(RC)
