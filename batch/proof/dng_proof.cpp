@@ -64,8 +64,9 @@ std::optional<std::string> RowDifference(WrittenDng& dng, int width, int height,
         if (!proof.Next(*written, *expected)) {
             break;
         }
+        dng.Observe(*written);
     }
-    return proof.difference();
+    return dng.IsIntact() ? proof.difference() : WrittenDng::kUnreadable;
 }
 
 /// The same with an image in memory, of rows of `width` pixels.
@@ -136,7 +137,7 @@ std::string DngProof::ComparePair(const ReadInputData& record, WrittenDng& dng) 
     const ColumnLevels none;
     PairRows rows(record, !dng.preview().empty());
     auto difference = RowDifference(dng, record.Width, record.Height, none, [&] { return rows.Next(); });
-    if (!difference) {
+    if (!difference || !rows.AreIntact()) {
         return CannotRead(rows.unreadable());
     }
     return DoesNotMatch(kPairSource,

@@ -8,7 +8,6 @@
 
 #include "app/run_settings.h"
 #include "batch/proof/camera_dng.h"
-#include "batch/proof/file_rows.h"
 #include "batch/proof/sensor_corrections.h"
 #include "batch/proof/written_dng.h"
 #include "exif/lensdb.h"

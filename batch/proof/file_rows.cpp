@@ -2,47 +2,31 @@
 #include "batch/proof/file_rows.h"
 
 #include <algorithm>
-#include <ios>
-#include <utility>
+#include <bit>
 
 namespace {
 
-constexpr std::size_t kBlockRows = 8;  // 64 kB: they stay in the processor's cache
+bool IsAligned(std::span<const std::uint8_t> bytes) {
+    return std::bit_cast<std::uintptr_t>(bytes.data()) % alignof(std::uint16_t) == 0;
+}
 
 }  // namespace
 
-FileRows::FileRows(InputFile& file, std::uint64_t start, std::uint64_t end, std::size_t row_words,
-                   ByteObserver observer)
-    : file_(file),
-      left_(std::max(start, std::min(file.size(), end)) - start),
-      row_words_(row_words),
-      observer_(std::move(observer)),
-      block_(kBlockRows * row_words),
-      position_(block_.size()) {
-    file.stream().seekg(static_cast<std::streamoff>(std::min(start, file.size())));
-}
+FileRows::FileRows(SequentialFile& file, std::uint64_t length, std::size_t row_words)
+    : file_(file), left_(length), row_(row_words) {}
 
 std::optional<std::span<const std::uint16_t>> FileRows::Next() {
-    if (position_ == block_.size()) {
-        if (!ReadBlock()) {
-            return std::nullopt;
-        }
-        position_ = 0;
+    const std::span row_bytes(reinterpret_cast<std::uint8_t*>(row_.data()),
+                              row_.size() * sizeof(std::uint16_t));
+    const auto bytes = file_.Next(static_cast<std::size_t>(std::min<std::uint64_t>(left_, row_bytes.size())));
+    if (!bytes) {
+        return std::nullopt;
     }
-    const auto row = std::span(block_).subspan(position_, row_words_);
-    position_ += row_words_;
-    return row;
-}
-
-bool FileRows::ReadBlock() {
-    const std::span bytes(reinterpret_cast<std::uint8_t*>(block_.data()),
-                          block_.size() * sizeof(std::uint16_t));
-    const auto there = bytes.first(static_cast<std::size_t>(std::min<std::uint64_t>(left_, bytes.size())));
-    left_ -= there.size();
-    file_.stream().read(reinterpret_cast<char*>(there.data()), static_cast<std::streamsize>(there.size()));
-    std::ranges::fill(bytes.subspan(there.size()), std::uint8_t{0});
-    if (observer_) {
-        observer_(there);
+    left_ -= bytes->size();
+    if (bytes->size() == row_bytes.size() && IsAligned(*bytes)) {
+        return std::span(reinterpret_cast<const std::uint16_t*>(bytes->data()), row_.size());
     }
-    return file_.stream().good();
+    std::ranges::fill(row_, std::uint16_t{0});
+    std::ranges::copy(*bytes, row_bytes.begin());
+    return row_;
 }

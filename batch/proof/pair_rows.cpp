@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "batch/proof/pair_rows.h"
 
+#include <algorithm>
+
 #include "batch/proof/pixel_proof.h"
 #include "input/raw_layout.h"
 
@@ -12,13 +14,21 @@ PairRows::PairRows(const ReadInputData& record, bool with_preview)
       preview_(with_preview ? PreviewSampler::kSize : 0),
       sampler_(raw_layout::kImageWidth, raw_layout::kImageHeight, preview_) {}
 
-std::optional<FileRows> PairRows::Open(InputFile& file, const std::string& name) {
+std::optional<FileRows> PairRows::Open(SequentialFile& file, const std::string& name) {
     constexpr std::uint64_t start = raw_layout::kLeadingWords * sizeof(std::uint16_t);
     if (!file.Open(record_.Folder + name)) {
         return std::nullopt;
     }
+    file.Skip(start);
     // A conversion reads no more of the dark frame than of the RAW file.
-    return FileRows(file, start, raw_.size(), raw_layout::kRowWords);
+    return FileRows(file, raw_.size() - std::min(raw_.size(), start), raw_layout::kRowWords);
+}
+
+bool PairRows::AreIntact() {
+    if (!raw_.IsIntact() || !dark_.IsIntact()) {
+        unreadable_ = raw_.IsIntact() ? record_.BiaFileName : record_.RawFileName;
+    }
+    return unreadable_.empty();
 }
 
 std::optional<std::span<const std::uint16_t>> PairRows::NextOf(std::optional<FileRows>& rows,

@@ -11,7 +11,7 @@
 #include "batch/proof/file_rows.h"
 #include "input/preview.h"
 #include "input/read_input_data.h"
-#include "system/input_file.h"
+#include "system/sequential_file.h"
 
 /// The rows that a conversion makes of a RAW file and its dark frame, if it takes one, without memory for an
 /// image.
@@ -26,17 +26,20 @@ class PairRows {
     /// Of all rows that were asked for.
     const std::vector<std::uint8_t>& preview() const { return preview_; }
 
+    /// Whether the rows so far were those of the files.
+    bool AreIntact();
+
     /// The name of the file that cannot be read.
     const std::string& unreadable() const { return unreadable_; }
 
   private:
-    std::optional<FileRows> Open(InputFile& file, const std::string& name);
+    std::optional<FileRows> Open(SequentialFile& file, const std::string& name);
     std::optional<std::span<const std::uint16_t>> NextOf(std::optional<FileRows>& rows,
                                                          const std::string& name);
 
     const ReadInputData& record_;
-    InputFile raw_;
-    InputFile dark_;
+    SequentialFile raw_;
+    SequentialFile dark_;
     std::optional<FileRows> raw_rows_;
     std::optional<FileRows> dark_rows_;
     std::vector<std::uint16_t> difference_;  ///< of the two

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ios>
 #include <optional>
 
 #include "base/byte_order.h"
@@ -78,7 +77,6 @@ std::string WrittenDng::CompareTags(const std::string& path, const ExpectedTags&
     if (!file_.Open(path)) {
         return kUnreadable;
     }
-    file_.stream().seekg(0);
     if (!Read(HeadSize(expected), head_)) {
         return kUnreadable;
     }
@@ -93,17 +91,26 @@ std::string WrittenDng::CompareTags(const std::string& path, const ExpectedTags&
 }
 
 FileRows WrittenDng::Rows(std::size_t width) {
-    return {file_, head_.size() + preview_.size(), file_.size(), width, observer_};
+    return {file_, file_.size() - head_.size() - preview_.size(), width};
+}
+
+void WrittenDng::Observe(std::span<const std::uint16_t> row) const {
+    if (observer_) {
+        observer_({reinterpret_cast<const std::uint8_t*>(row.data()), row.size_bytes()});
+    }
 }
 
 /// Reads the next `size` bytes, or as many as there are. Returns whether these could be read.
 bool WrittenDng::Read(std::uint64_t size, std::vector<std::uint8_t>& bytes) {
-    bytes.resize(static_cast<std::size_t>(std::min(size, file_.size())));
-    file_.stream().read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    const auto read = file_.Next(static_cast<std::size_t>(std::min(size, file_.size())));
+    if (!read) {
+        return false;
+    }
+    bytes.assign(read->begin(), read->end());
     if (observer_) {
         observer_(bytes);
     }
-    return file_.stream().good();
+    return file_.IsIntact();
 }
 
 std::string WrittenDng::CompareDirectories(const ExpectedTags& expected) {

@@ -4,12 +4,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "batch/proof/expected_tags.h"
 #include "batch/proof/file_rows.h"
-#include "system/input_file.h"
+#include "system/sequential_file.h"
+
+/// Takes the bytes of a file in their order.
+using ByteObserver = std::function<void(std::span<const std::uint8_t>)>;
 
 /// A DNG file that is compared with what it must be, and read from its first byte to its last meanwhile.
 class WrittenDng {
@@ -31,13 +36,19 @@ class WrittenDng {
     /// The rows of the raw image, of `width` pixels. Called once, when the tags were as they must be.
     FileRows Rows(std::size_t width);
 
+    /// Called with each row after it was compared, when its bytes are in the processor's cache.
+    void Observe(std::span<const std::uint16_t> row) const;
+
+    /// Whether what was looked at so far could be read.
+    bool IsIntact() const { return file_.IsIntact(); }
+
   private:
     bool Read(std::uint64_t size, std::vector<std::uint8_t>& bytes);
     std::string CompareDirectories(const ExpectedTags& expected);
     std::string ComparePlaces(const ExpectedTags& expected);
 
     const ByteObserver& observer_;
-    InputFile file_;
+    SequentialFile file_;
     std::vector<std::uint8_t> head_;  ///< all bytes before the images
     std::vector<std::uint8_t> preview_;
 };

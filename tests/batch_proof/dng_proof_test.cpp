@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -213,6 +214,30 @@ TEST(DngProof, TheObserverGetsEveryByteOfTheFile) {
     };
     EXPECT_EQ(made.CheckFile(made.Path(), observer), "");
     EXPECT_TRUE(seen == made.bytes);
+}
+
+TEST(DngProof, AFileThatGetsShorterMeanwhileCannotBeRead) {
+    MadeDng made;
+    made.WritePair();
+    made.settings.black_level_given = true;
+    made.WriteDarkFrame(1);
+    made.Make();
+    const std::vector<std::uint8_t> raw = support::ReadFile(made.folder / "L1.RAW");
+    const std::vector<std::uint8_t> bia = support::ReadFile(made.folder / "L1.BIA");
+    const auto check_while = [&](const std::string& path) {
+        bool is_cut = false;
+        return made.CheckFile(made.Path(), [&](std::span<const std::uint8_t> bytes) {
+            if (!is_cut && bytes.size() == 3968 * 2) {
+                is_cut = true;
+                std::filesystem::resize_file(path, 1000);
+            }
+        });
+    };
+    EXPECT_EQ(check_while(made.folder / "L1.RAW"), "cannot be compared with L1.RAW, which cannot be read");
+    support::WriteFile(made.folder / "L1.RAW", raw);
+    EXPECT_EQ(check_while(made.folder / "L1.BIA"), "cannot be compared with L1.BIA, which cannot be read");
+    support::WriteFile(made.folder / "L1.BIA", bia);
+    EXPECT_EQ(check_while(made.Path()), "does not match its RAW file: it cannot be read");
 }
 
 TEST(DngProof, FindsTheDngOfAnotherJpeg) {

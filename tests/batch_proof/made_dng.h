@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/run_settings.h"
-#include "batch/proof/file_rows.h"
+#include "batch/proof/written_dng.h"
 #include "exif/lensdb.h"
 #include "samples/camera_dng.h"
 #include "samples/shot.h"
