@@ -27,6 +27,15 @@ std::string Of(std::span<const std::uint8_t> bytes) {
     return fingerprint.Hex();
 }
 
+TEST(Fingerprints, AreThoseOfXxhsum) {
+    const auto of_text = [](const std::string& text) {
+        return Of({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+    };
+    EXPECT_EQ(of_text(""), "2d06800538d394c2");
+    EXPECT_EQ(of_text("abc"), "78af5f94892f3950");
+    EXPECT_EQ(of_text(std::string(1'000'000, 'a')), "b1fd6fae5285c4eb");
+}
+
 TEST(Fingerprints, DoNotDependOnThePiecesInWhichTheBytesCome) {
     const std::vector<std::uint8_t> bytes = Bytes(1000);
     for (std::size_t piece = 1; piece < 300; ++piece) {
