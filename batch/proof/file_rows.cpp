@@ -2,15 +2,6 @@
 #include "batch/proof/file_rows.h"
 
 #include <algorithm>
-#include <bit>
-
-namespace {
-
-bool IsAligned(std::span<const std::uint8_t> bytes) {
-    return std::bit_cast<std::uintptr_t>(bytes.data()) % alignof(std::uint16_t) == 0;
-}
-
-}  // namespace
 
 FileRows::FileRows(SequentialFile& file, std::uint64_t length, std::size_t row_words)
     : file_(file), left_(length), row_(row_words) {}
@@ -23,7 +14,7 @@ std::optional<std::span<const std::uint16_t>> FileRows::Next() {
         return std::nullopt;
     }
     left_ -= bytes->size();
-    if (bytes->size() == row_bytes.size() && IsAligned(*bytes)) {
+    if (bytes->size() == row_bytes.size()) {
         return std::span(reinterpret_cast<const std::uint16_t*>(bytes->data()), row_.size());
     }
     std::ranges::fill(row_, std::uint16_t{0});

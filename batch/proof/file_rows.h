@@ -14,8 +14,8 @@
 /// of its size.
 class FileRows {
   public:
-    /// Rows of `row_words` words each, from where `file` stands, which is open and outlives the object. What
-    /// the file does not hold in its next `length` bytes is 0.
+    /// Rows of `row_words` words each, from where `file` stands, at an even byte; it is open and outlives the
+    /// object. What the file does not hold in its next `length` bytes is 0.
     FileRows(SequentialFile& file, std::uint64_t length, std::size_t row_words);
 
     /// The next row, which stays until the next call; nothing when the file cannot be read.
