@@ -32,7 +32,7 @@ std::size_t PageSize() {
 
 /// Three pages of 'a' and one byte more.
 std::string WriteThreePages(const support::TempFolder& folder, const char* name) {
-    const std::string path = folder / name;
+    std::string path = folder / name;
     support::WriteFile(path, std::string(3 * PageSize() + 1, 'a'));
     return path;
 }
