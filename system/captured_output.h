@@ -19,7 +19,7 @@ class CapturedOutput {
     [[nodiscard]] std::error_code Begin(const std::string& folder);
 
     /// What was printed since the last call.
-    std::string Take();
+    std::string Take() const;
 
   private:
     int file_ = -1;

@@ -40,7 +40,7 @@ std::error_code CapturedOutput::Begin(const std::string& folder) {
     return {};
 }
 
-std::string CapturedOutput::Take() {
+std::string CapturedOutput::Take() const {
     (void)std::fflush(stdout);
     std::string printed;
     std::array<char, 4096> bytes = {};
@@ -53,6 +53,6 @@ std::string CapturedOutput::Take() {
         printed.append(bytes.data(), static_cast<std::size_t>(length));
     }
     (void)::lseek(file_, 0, SEEK_SET);
-    (void)!::ftruncate(file_, 0);
+    [[maybe_unused]] const int emptied = ::ftruncate(file_, 0);
     return printed;
 }

@@ -69,7 +69,7 @@ bool Prepare(const ChildStart& start) {
         ::execvp(arguments[0], arguments);
     }
     const int error = system_error::Last().value();
-    (void)!::write(report, &error, sizeof(error));
+    [[maybe_unused]] const auto told = ::write(report, &error, sizeof(error));
     ::_exit(kNotStarted);
 }
 
@@ -95,9 +95,9 @@ ChildProcess::~ChildProcess() {
     }
 }
 
-std::error_code ChildProcess::Start(const ChildStart& asked) {
-    const ChildStart start = WithWholePath(asked);
-    std::vector<std::string> texts = start.arguments;
+std::error_code ChildProcess::Start(const ChildStart& start) {
+    const ChildStart whole = WithWholePath(start);
+    std::vector<std::string> texts = whole.arguments;
     const std::vector<char*> arguments = Pointers(texts);
     std::array<int, 2> report = {};
     if (::pipe2(report.data(), O_CLOEXEC) != 0) {
@@ -106,7 +106,7 @@ std::error_code ChildProcess::Start(const ChildStart& asked) {
     const pid_t child = ::fork();
     int error = child < 0 ? system_error::Last().value() : 0;
     if (child == 0) {
-        Become(start, arguments.data(), report[1]);
+        Become(whole, arguments.data(), report[1]);
     }
     ::close(report[1]);
     if (error == 0) {
@@ -148,9 +148,9 @@ void ChildProcess::AskToEnd() const {
     }
 }
 
-std::optional<int> RunForOutput(const ChildStart& asked, std::string& printed) {
-    const ChildStart start = WithWholePath(asked);
-    std::vector<std::string> texts = start.arguments;
+std::optional<int> RunForOutput(const ChildStart& start, std::string& printed) {
+    const ChildStart whole = WithWholePath(start);
+    std::vector<std::string> texts = whole.arguments;
     const std::vector<char*> arguments = Pointers(texts);
     std::array<int, 2> pipe = {};
     if (::pipe2(pipe.data(), O_CLOEXEC) != 0) {
@@ -161,7 +161,7 @@ std::optional<int> RunForOutput(const ChildStart& asked, std::string& printed) {
         if (::dup2(pipe[1], STDOUT_FILENO) < 0 || ::dup2(pipe[1], STDERR_FILENO) < 0) {
             ::_exit(kNotStarted);
         }
-        Become(start, arguments.data(), STDERR_FILENO);
+        Become(whole, arguments.data(), STDERR_FILENO);
     }
     ::close(pipe[1]);
     std::array<char, 4096> bytes = {};
@@ -187,7 +187,8 @@ std::string FindOnSearchPath(const std::string& name) {
     for (std::size_t begin = 0; begin < folders.size();) {
         const std::size_t end = folders.find(':', begin);
         const std::string folder = end == begin ? "." : folders.substr(begin, end - begin);
-        const std::string file = folder + "/" + name;
+        std::string file = folder;
+        file.append("/").append(name);
         auto kind = file_system::Kind::kNothing;
         if (::access(file.c_str(), X_OK) == 0 && !file_system::KindOf(file, kind) &&
             kind != file_system::Kind::kFolder) {

@@ -40,7 +40,7 @@ std::error_code CapturedOutput::Begin(const std::string& folder) {
     return {};
 }
 
-std::string CapturedOutput::Take() {
+std::string CapturedOutput::Take() const {
     (void)std::fflush(stdout);
     std::string printed;
     std::array<char, 4096> bytes = {};

@@ -13,7 +13,7 @@
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 TEST(Fields, AreReadAsTheyWereWritten) {
     const std::vector<std::string> texts = {"", "line\nfeed", "\xFF", "", "end"};

@@ -27,11 +27,11 @@ const int counter = ::open((Variable("GATE_FOLDER") + "/tickets").c_str(), O_RDW
 bool TakeTicket() {
     unsigned char taken = 0;
     (void)::flock(counter, LOCK_EX);
-    (void)!::pread(counter, &taken, 1, 0);
-    const bool is_left = taken < std::atoi(Variable("GATE_TICKETS").c_str());
+    [[maybe_unused]] const auto read = ::pread(counter, &taken, 1, 0);
+    const bool is_left = taken < std::strtol(Variable("GATE_TICKETS").c_str(), nullptr, 10);
     if (is_left) {
         ++taken;
-        (void)!::pwrite(counter, &taken, 1, 0);
+        [[maybe_unused]] const auto counted = ::pwrite(counter, &taken, 1, 0);
     }
     (void)::flock(counter, LOCK_UN);
     return is_left;
@@ -58,6 +58,7 @@ Function* Next(const char* name) {
 
 }  // namespace
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the names of the C library are reserved
 extern "C" int renameat2(int from_folder, const char* from, int to_folder, const char* to,
                          unsigned int flags) {
     WaitFor(to);
@@ -78,3 +79,4 @@ extern "C" int rename(const char* from, const char* to) noexcept {
     WaitFor(to);
     return Next<int(const char*, const char*)>("rename")(from, to);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

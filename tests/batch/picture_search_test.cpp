@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 using Words = std::vector<std::string>;
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 class PictureSearch : public testing::Test {
   protected:
