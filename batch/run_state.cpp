@@ -189,7 +189,7 @@ std::vector<int> RunState::LockDescriptors() const {
 }
 
 std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>& trees) {
-    const std::string nothing = "nothing can be written to " + Shown(folder_);
+    std::string nothing = "nothing can be written to " + Shown(folder_);
     if (const std::error_code error = ledger_.Open(PathOf("ledger"))) {
         return nothing + ": " + ErrorText(error);
     }

@@ -19,12 +19,15 @@ Databases PrepareDatabases(const std::filesystem::path& installed) {
     const fs::path own = DataFolder();
     if (const std::error_code error = MakeDataFolder(own)) {
         return {installed / kPackagedDatabases,
-                own.empty() ? "neither XDG_DATA_HOME nor a home folder" : own.string() + ": " + system_error::Text(error),
+                own.empty() ? "neither XDG_DATA_HOME nor a home folder"
+                            : own.string() + ": " + system_error::Text(error),
                 {}};
     }
     const fs::path packaged = installed / kPackagedDatabases / "lensdb.ini";
     if (const std::error_code error = CopyLensDatabase(packaged, own)) {
-        return {own, "", {packaged.string() + ": not copied to " + own.string() + ": " + system_error::Text(error)}};
+        return {own,
+                "",
+                {packaged.string() + ": not copied to " + own.string() + ": " + system_error::Text(error)}};
     }
     return {own, "", {}};
 }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "system/running_process.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdint>
+
+#include <gtest/gtest.h>
 
 namespace {
 
