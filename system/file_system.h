@@ -38,7 +38,7 @@ constexpr std::filesystem::perms kForOwner{0600};
                                         Handle& file);
 
 /// Removes the plain file at `path` if it was last written at least `least_age` seconds ago and no run is
-/// still writing it.
+/// still writing it. A time in the future counts as now.
 void RemoveAbandoned(const std::string& path, std::int64_t least_age);
 
 /// Writes all of `bytes`.

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
 #include <filesystem>
@@ -45,10 +46,14 @@ bool SameFile(const struct stat& a, const struct stat& b) {
            (a.st_ino == b.st_ino || (a.st_size == b.st_size && SameTime(ModifiedTime(a), ModifiedTime(b))));
 }
 
+/// 0 also if the file's time is in the future: the clock of a server may be fast, and that of a file finer.
+std::int64_t SecondsSinceWrite(const struct stat& status) {
+    return std::max(std::int64_t{std::time(nullptr)} - status.st_mtime, std::int64_t{0});
+}
+
 bool IsAbandoned(const Handle& file, const std::string& path, std::int64_t least_age) {
     struct stat status = {};
-    return !StatusOf(file, status) && S_ISREG(status.st_mode) &&
-           std::int64_t{std::time(nullptr)} - status.st_mtime >= least_age &&
+    return !StatusOf(file, status) && S_ISREG(status.st_mode) && SecondsSinceWrite(status) >= least_age &&
            Lock(file) != std::errc::operation_would_block && !CheckName(file, path);
 }
 

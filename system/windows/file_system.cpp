@@ -60,7 +60,7 @@ std::error_code FindRealName(const std::string& path, std::wstring& name) {
     return error;
 }
 
-/// Negative for a time in the future.
+/// 0 also if the time is in the future: the clock of a server may be fast.
 std::int64_t SecondsSince(const FILETIME& time) {
     constexpr std::int64_t ticks = 10'000'000;  // a second, in ticks of 100 ns
     FILETIME now = {};
@@ -69,7 +69,7 @@ std::int64_t SecondsSince(const FILETIME& time) {
         return static_cast<std::int64_t>(
             ULARGE_INTEGER{{moment.dwLowDateTime, moment.dwHighDateTime}}.QuadPart);
     };
-    return (in_ticks(now) - in_ticks(time)) / ticks;
+    return std::max((in_ticks(now) - in_ticks(time)) / ticks, std::int64_t{0});
 }
 
 }  // namespace

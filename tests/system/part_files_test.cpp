@@ -80,6 +80,11 @@ TEST_F(PartFiles, OfAProcessThatHasEndedAreRemoved) {
     EXPECT_EQ(AfterRemoval(), Names());
 }
 
+TEST_F(PartFiles, OfAProcessThatHasEndedAreRemovedWhateverTheirTime) {
+    Put(NameOf(EndedProcess()), -kDay);
+    EXPECT_EQ(AfterRemoval(), Names{});
+}
+
 TEST_F(PartFiles, OfAProcessThatRunsStay) {
     Put(NameOf(std::to_string(::getppid())));
     Put(NameOf("1"));
