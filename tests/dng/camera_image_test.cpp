@@ -91,7 +91,7 @@ TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadCompletely) {
     auto file = SmallCameraDng(width, height);
     Pixels pixels;
     for (std::size_t i = 0; i < static_cast<std::size_t>(width) * height; ++i) {
-        pixels.push_back(static_cast<Pixel>(i * 31));
+        pixels.push_back(static_cast<Pixel>(i * 31 + i / 65536));  // also differs a multiple of 65536 on
     }
     file.raw.resize(2 * pixels.size());
     for (std::size_t i = 0; i < pixels.size(); ++i) {
