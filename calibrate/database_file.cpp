@@ -34,23 +34,8 @@ std::error_code WriteBackup(const std::string& database, const std::string& text
     return file.CommitToDisk(text.size());
 }
 
-/// Keeps the text under the next number.
-std::error_code Keep(const std::string& path, const std::string& text, std::string& kept) {
-    const backups::Content content = {
-        .is_in =
-            [&](const std::string& copy) {
-                std::string held;
-                return Read(copy, held).empty() && held == text;
-            },
-        .write_to = [&](const std::string& copy) { return WriteBackup(path, text, copy); }};
-    std::error_code unlisted;  // then the first free number is taken
-    const std::uint32_t highest = backups::HighestNumber(path, unlisted);
-    return backups::Make(path, highest, content, kept);
-}
-
-}  // namespace
-
-std::string Read(const std::string& path, std::string& text) {
+/// As Read, but does not follow a link.
+std::string ReadPlain(const std::string& path, std::string& text) {
     text.clear();
     auto kind = file_system::Kind::kNothing;
     if (const std::error_code error = file_system::KindOf(path, kind)) {
@@ -71,6 +56,32 @@ std::string Read(const std::string& path, std::string& text) {
         return "it cannot be read";
     }
     return "";
+}
+
+/// Keeps the text under the next number. A backup that is a link does not count: it may lead to the database
+/// itself.
+std::error_code Keep(const std::string& path, const std::string& text, std::string& kept) {
+    const backups::Content content = {
+        .is_in =
+            [&](const std::string& copy) {
+                std::string held;
+                return ReadPlain(copy, held).empty() && held == text;
+            },
+        .write_to = [&](const std::string& copy) { return WriteBackup(path, text, copy); }};
+    std::error_code unlisted;  // then the first free number is taken
+    const std::uint32_t highest = backups::HighestNumber(path, unlisted);
+    return backups::Make(path, highest, content, kept);
+}
+
+}  // namespace
+
+std::string Read(const std::string& path, std::string& text) {
+    std::string target;
+    if (const std::error_code error = file_system::FollowLinks(path, target)) {
+        text.clear();
+        return system_error::Text(error);
+    }
+    return ReadPlain(target, text);
 }
 
 std::string Replace(const std::string& path, const std::string& old_text, const std::string& new_text,

@@ -7,8 +7,8 @@
 /// The file of a sensor database.
 namespace database_file {
 
-/// Reads the whole of the file at `path`; an empty text when there is none. Returns why it cannot be read, or
-/// an empty text.
+/// Reads the whole of the file at `path`, which may be a symbolic link; an empty text if there is none.
+/// Returns why it cannot be read, or an empty text.
 [[nodiscard]] std::string Read(const std::string& path, std::string& text);
 
 /// Replaces the file, which held `old_text`, by `new_text`, whole or not at all. What it held is first kept

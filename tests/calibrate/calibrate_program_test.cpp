@@ -120,6 +120,17 @@ TEST_F(CalibrateProgramTest, KeepsTheOldDatabaseUnderTheNextNumber) {
     EXPECT_EQ(support::Names(folder_.path().string()), (Texts{kDatabase, "sensdb.ini.4", "sensdb.ini.5"}));
 }
 
+TEST_F(CalibrateProgramTest, ADatabaseMayBeALinkAndStaysOne) {
+    fs::create_directory(Path("synced"));
+    support::WriteFile(Path("synced/mine.ini"), "[7]\nLine = 1\n");
+    fs::create_symlink("synced/mine.ini", Path(kDatabase));
+    ASSERT_EQ(Make({Original("dark0")}).status, 0);
+    EXPECT_TRUE(fs::is_symlink(Path(kDatabase)));
+    EXPECT_TRUE(support::ReadText(Path("synced/mine.ini")).starts_with("[7]\nLine = 1\n"));
+    EXPECT_NE(support::ReadText(Path("synced/mine.ini")), "[7]\nLine = 1\n");
+    EXPECT_EQ(support::ReadText(Path("sensdb.ini.1")), "[7]\nLine = 1\n");
+}
+
 TEST_F(CalibrateProgramTest, ASecondRunFindsTheSameDefects) {
     const Texts arguments = {"--flat", Original("flat"), Original("dark0"), Original("dark1")};
     const std::string first = Make(arguments).output;
