@@ -117,7 +117,8 @@ has_dngs() {
 gate() {
   printf '\0' >"$scratch/tickets"
   # shellcheck disable=SC2034  # for the tests
-  gated=(env "LD_PRELOAD=$build/batch-gate/gate.so" "GATE_FOLDER=$scratch" "GATE_TICKETS=$1")
+  # A path in LD_PRELOAD ends at a blank.
+  gated=(env "LD_LIBRARY_PATH=$build/batch-gate" LD_PRELOAD=gate.so "GATE_FOLDER=$scratch" "GATE_TICKETS=$1")
 }
 
 # use_databases: both databases where the installed command has them.

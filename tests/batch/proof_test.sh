@@ -286,7 +286,7 @@ without_case() {
   mkdir "$1" "$1.files"
   "$program" LettersOfAnyCase "$scratch/$1.files" "$scratch/$1" 2>/dev/null &
   server=$!
-  trap 'kill "$server"; wait "$server" || true' EXIT
+  trap 'kill "$server" 2>/dev/null || true; wait "$server" || true' EXIT
   until mountpoint -q "$1"; do
     kill -0 "$server" 2>/dev/null || skip "nothing can be mounted"
     sleep 0.02
