@@ -93,14 +93,15 @@ std::optional<std::vector<Task>> Read(const std::string& path) {
 }
 
 std::error_code WriteSettings(const std::string& path, const WorkerSettings& settings) {
-    std::vector<std::string> texts = {settings.databases, Flag(settings.verify), Flag(settings.rename),
-                                      Flag(settings.keep_time), Flag(settings.checksums)};
+    std::vector<std::string> texts = {settings.databases,       Flag(settings.verify),
+                                      Flag(settings.rename),    Flag(settings.keep_time),
+                                      Flag(settings.checksums), Flag(settings.accept_damaged)};
     PutOptions(settings.options, texts);
     return fields::WritePlain(path, fields::Joined(texts));
 }
 
 std::optional<WorkerSettings> ReadSettings(const std::string& path) {
-    constexpr std::size_t fixed = 5;
+    constexpr std::size_t fixed = 6;
     const auto bytes = fields::ReadWhole(path);
     const std::vector<std::string> texts = fields::Split(bytes.value_or(""));
     if (texts.size() <= fixed) {
@@ -111,8 +112,8 @@ std::optional<WorkerSettings> ReadSettings(const std::string& path) {
     if (!options) {
         return std::nullopt;
     }
-    return WorkerSettings{*options,        texts[0],        texts[1] == "1",
-                          texts[2] == "1", texts[3] == "1", texts[4] == "1"};
+    return WorkerSettings{*options,        texts[0],        texts[1] == "1", texts[2] == "1",
+                          texts[3] == "1", texts[4] == "1", texts[5] == "1"};
 }
 
 }  // namespace jobs

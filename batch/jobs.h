@@ -34,6 +34,7 @@ struct WorkerSettings {
     bool rename = false;
     bool keep_time = false;
     bool checksums = false;
+    bool accept_damaged = false;
 };
 
 /// They are handed from the front to its workers in files of the state's folder.

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 #include "app/input_discovery.h"
@@ -58,6 +59,14 @@ std::string FlawsOf(const PictureFiles& files) {
         text += (text.empty() ? "" : "; ") + flaw.text;
     }
     return text;
+}
+
+/// What is wrong with the files, without what it does to a DNG that is made of them; empty when nothing is.
+std::string DamageOf(const PictureFiles& files) {
+    constexpr std::string_view raw_file = "the RAW file ";
+    const std::string flaws = FlawsOf(files);
+    const std::string cause = flaws.substr(0, flaws.find(", and the "));
+    return cause.starts_with(raw_file) ? NameIn(files.input) + " " + cause.substr(raw_file.size()) : cause;
 }
 
 /// Until the first colon, which names begin after.
@@ -173,7 +182,7 @@ bool PictureWork::SettleComplete(const Task& task, const PictureFiles& files) {
     }
     const bool refresh = conversion_.settings().refresh;
     if (refresh && (task.mode == TaskMode::kConvert || task.mode == TaskMode::kLook)) {
-        return false;
+        return own && there && KeepFromDamage(files);
     }
     if (!own || !there) {
         const std::string file =
@@ -210,15 +219,37 @@ bool PictureWork::SettleFreeName(const Task& task, const PictureFiles& files) {
         }
         if (own && IdentityOfDng(record_.dng) == own &&
             ProblemOfDng(record_.dng, !files.is_camera_dng).empty()) {
-            const bool again = conversion_.settings().refresh && task.mode == TaskMode::kConvert;
-            if (!again) {
-                Keep(task, files);
+            if (conversion_.settings().refresh && task.mode == TaskMode::kConvert) {
+                return KeepFromDamage(files);
             }
-            return !again;
+            Keep(task, files);
+            return true;
         }
     }
     Fail("no name is free for it", "no free name");
     return true;
+}
+
+/// A complete DNG may be the only whole copy of a picture whose files are damaged. Returns whether it stays
+/// for that reason.
+bool PictureWork::KeepFromDamage(const PictureFiles& files) {
+    const std::string damage = options_.accept_damaged ? "" : DamageOf(files);
+    if (!damage.empty()) {
+        Fail(damage + "; the DNG is kept", "damaged files; the DNG is kept");
+    }
+    return !damage.empty();
+}
+
+/// Either file may be the one that was changed.
+void PictureWork::FailMismatch(const std::string& mismatch, const Task& task, const PictureFiles& files) {
+    const std::string source = files.is_camera_dng ? "the camera's DNG" : "the RAW file";
+    const std::string advice = "; if " + source + " is the good one, -r makes the DNG anew";
+    if (const std::string damage = DamageOf(files); !damage.empty()) {
+        Fail(damage + "; the DNG is kept", "damaged files; the DNG is kept");
+        return;
+    }
+    Fail(NameIn(record_.dng) + " is there, but " + mismatch + (task.mode == TaskMode::kVerify ? "" : advice),
+         KindOfMismatch("there, but " + mismatch));
 }
 
 /// Of a DNG that is complete and this picture's.
@@ -231,9 +262,7 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
     DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
     const std::string mismatch = Compare(proof, files);
     if (!mismatch.empty()) {
-        Fail(NameIn(record_.dng) + " is there, but " + mismatch +
-                 (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
-             KindOfMismatch("there, but " + mismatch));
+        FailMismatch(mismatch, task, files);
     } else if (!task.fingerprint.empty() && task.fingerprint != record_.fingerprint) {
         Fail(NameIn(record_.dng) + " is there, but was changed since it was made" +
                  (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),

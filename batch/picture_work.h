@@ -42,6 +42,8 @@ class PictureWork {
     [[nodiscard]] bool SettleComplete(const Task& task, const PictureFiles& files);
     [[nodiscard]] bool SettleOtherPicture(const Task& task, const PictureFiles& files);
     [[nodiscard]] bool SettleFreeName(const Task& task, const PictureFiles& files);
+    [[nodiscard]] bool KeepFromDamage(const PictureFiles& files);
+    void FailMismatch(const std::string& mismatch, const Task& task, const PictureFiles& files);
     void Keep(const Task& task, const PictureFiles& files);
     void CompareChecksum();
     void Convert(const PictureFiles& files);

@@ -107,8 +107,8 @@ int TreeRun::ListPlan() const {
 }
 
 WorkerSettings TreeRun::SettingsForWorkers() const {
-    return {options_.conversion, databases_,         !options_.no_verify,
-            options_.rename,     options_.keep_time, options_.checksums};
+    return {options_.conversion, databases_,         !options_.no_verify,    options_.rename,
+            options_.keep_time,  options_.checksums, options_.accept_damaged};
 }
 
 int TreeRun::Begin() {

@@ -54,7 +54,7 @@ TEST(Jobs, DamagedOnesAreNone) {
 
 TEST(Jobs, SettingsAreReadAsTheyWereWritten) {
     const support::TempFolder folder;
-    const WorkerSettings written = {{"-b", "1 2"}, "/data folder/", false, true, false, true};
+    const WorkerSettings written = {{"-b", "1 2"}, "/data folder/", false, true, false, true, true};
     ASSERT_FALSE(jobs::WriteSettings(folder / "settings", written));
     const auto read = jobs::ReadSettings(folder / "settings");
     ASSERT_TRUE(read.has_value());
@@ -64,12 +64,13 @@ TEST(Jobs, SettingsAreReadAsTheyWereWritten) {
     EXPECT_TRUE(read->rename);
     EXPECT_FALSE(read->keep_time);
     EXPECT_TRUE(read->checksums);
+    EXPECT_TRUE(read->accept_damaged);
 }
 
 TEST(Jobs, SettingsThatWereCutAreNone) {
     const support::TempFolder folder;
-    ASSERT_FALSE(
-        jobs::WriteSettings(folder / "settings", {{"-b", "100"}, "/data/", true, false, false, false}));
+    ASSERT_FALSE(jobs::WriteSettings(folder / "settings",
+                                     {{"-b", "100"}, "/data/", true, false, false, false, false}));
     const std::string whole = support::ReadText(folder / "settings");
     for (std::size_t length = 0; length < whole.size(); ++length) {
         support::WriteFile(folder / "cut", whole.substr(0, length));

@@ -57,11 +57,32 @@ ADngOfAHalfCopiedRawFileIsFoundOut() {
   batch -o out in
   expect_status 1
   expect_text "L1.DNG is there, but does not match its RAW file"
-  expect_text '; -r makes it anew'
+  expect_text '; if the RAW file is the good one, -r makes the DNG anew'
   batch -o out in -- -r
   expect_status 0
   "$program" -i in/L1.RAW -o . >/dev/null
   expect_same out/L1.DNG L1.DNG
+}
+
+AWholeDngIsNotReplacedByThatOfADamagedRawFile() {
+  pair in/L1
+  batch -o out in
+  ln out/L1.DNG whole.DNG
+  head -c 15000000 "$card/L1000001.RAW" >half
+  replaced in/L1.RAW half
+  local options
+  for options in '' '-- -r'; do
+    # shellcheck disable=SC2086  # words
+    batch -o out in $options
+    expect_status 1
+    expect_line "Failed: $scratch/in/L1.RAW: L1.RAW has only 15000000 of 21041100 bytes; the DNG is kept"
+    [[ out/L1.DNG -ef whole.DNG ]] || fail "replaced"
+  done
+  batch --accept-damaged -o out in -- -r
+  expect_status 0
+  expect_summary 1 1 0 0
+  cmp -s out/L1.DNG whole.DNG && fail "not replaced"
+  :
 }
 
 ADngWhoseRawFileIsNewerIsComparedWithIt() {
