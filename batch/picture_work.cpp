@@ -15,6 +15,7 @@
 #include "batch/printed_lines.h"
 #include "batch/proof/input_check.h"
 #include "batch/proof/same_picture.h"
+#include "batch/read_back.h"
 #include "batch/shown.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
@@ -262,7 +263,9 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
     DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
     const std::string mismatch = Compare(proof, files);
     if (!mismatch.empty()) {
-        FailMismatch(mismatch, task, files);
+        if (!proof.WasRewritten() || !KeepRewritten(proof, files)) {
+            FailMismatch(mismatch, task, files);
+        }
     } else if (!task.fingerprint.empty() && task.fingerprint != record_.fingerprint) {
         Fail(NameIn(record_.dng) + " is there, but was changed since it was made" +
                  (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
@@ -270,6 +273,28 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
     } else if (task.mode == TaskMode::kVerify) {
         CompareChecksum();
     }
+}
+
+/// What another program changes of the metadata, such as a rating, is no damage; nothing may advise to lose
+/// it. Returns whether that is settled.
+bool PictureWork::KeepRewritten(DngProof& proof, const PictureFiles& files) {
+    constexpr const char* changed = "was changed by another program";
+    const std::string mismatch =
+        proof.CheckPixels(files.folder, files.base, files.is_camera_dng, record_.dng);
+    if (!mismatch.empty() && DamageOf(files).empty()) {
+        Fail(NameIn(record_.dng) + " " + changed + ", and " + mismatch,
+             KindOfMismatch(std::string(changed) + ", and " + mismatch));
+        return true;
+    }
+    ReadBack bytes;
+    if (!mismatch.empty() || !bytes.Load(record_.dng)) {
+        return false;
+    }
+    Fingerprint fingerprint;
+    fingerprint.Add(bytes.bytes());
+    record_.fingerprint = fingerprint.Hex();
+    record_.text = NameIn(record_.dng) + " " + changed + "; its pixels match";
+    return true;
 }
 
 /// With the one that the file SHA256SUMS has of it, if there is one.

@@ -115,7 +115,7 @@ void Tally::Take(const Record& record, const std::string& input) {
     if (is_flawed && !accept_damaged_) {
         ++flawed_;
         AddNamed(flaws_, line, kNamedFailures);
-    } else if (!text.empty() && record.verdict == Verdict::kConverted) {
+    } else if (!record.text.empty() || (is_flawed && record.verdict == Verdict::kConverted)) {
         ++remarked_;
         AddNamed(remarks_, line, kNamedRemarks);
     }

@@ -465,8 +465,7 @@ void TreeRun::TellRemarks() const {
     if (options_.quiet || tally_.remarked() == 0) {
         return;
     }
-    Say(std::to_string(tally_.remarked()) + " converted with a remark: see " +
-        Shown(state_.PathOf("report")));
+    Say(std::to_string(tally_.remarked()) + " with a remark: see " + Shown(state_.PathOf("report")));
     PrintNamed("Remark", tally_.remarks(), tally_.remarked());
 }
 

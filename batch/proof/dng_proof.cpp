@@ -107,9 +107,33 @@ std::string PlainDifference(const CameraDng& camera, WrittenDng& dng) {
 
 std::string DngProof::Check(const std::string& folder, const std::string& base, bool camera_dng,
                             const std::string& dng, const ByteObserver& observer) {
+    pixels_only_ = false;
+    return CheckAll(folder, base, camera_dng, dng, observer);
+}
+
+std::string DngProof::CheckPixels(const std::string& folder, const std::string& base, bool camera_dng,
+                                  const std::string& dng) {
+    pixels_only_ = true;
+    return CheckAll(folder, base, camera_dng, dng, nullptr);
+}
+
+std::string DngProof::CheckAll(const std::string& folder, const std::string& base, bool camera_dng,
+                               const std::string& dng, const ByteObserver& observer) {
+    was_rewritten_ = false;
     WrittenDng written(observer);
     return camera_dng ? CheckRepair(folder + base + ".DNG", dng, written)
                       : CheckPair(folder, base, dng, written);
+}
+
+/// Or only finds the image.
+std::string DngProof::CompareTags(const std::string& path, const ExpectedTags& tags, int width, int height,
+                                  WrittenDng& dng) {
+    if (pixels_only_) {
+        return dng.FindImage(path, width, height);
+    }
+    std::string difference = dng.CompareTags(path, tags);
+    was_rewritten_ = !difference.empty() && dng.HasOtherLength(tags);
+    return difference;
 }
 
 std::string DngProof::CheckPair(const std::string& folder, const std::string& base, const std::string& path,
@@ -126,7 +150,8 @@ std::string DngProof::CheckPair(const std::string& folder, const std::string& ba
         return CannotRead(record.JpgFileName);
     }
     const auto tags = TagsOfPair(record, settings_, record.SubtractBia, lenses_, sensors_);
-    if (const auto difference = dng.CompareTags(path, tags); !difference.empty()) {
+    if (const auto difference = CompareTags(path, tags, record.Width, record.Height, dng);
+        !difference.empty()) {
         return DoesNotMatch(kPairSource, difference);
     }
     return SensorCorrections::AreMade(settings_, sensors_) ? CompareCorrectedPair(record, dng)
@@ -189,11 +214,14 @@ std::string DngProof::RepairDifference(const CameraDng& camera, const std::strin
     const bool dark_field =
         corrected && settings_.dark_field_fix && !HasDarkLevelsRemoved(camera) && corrections.HasLevels();
     const auto tags = TagsOfRepair(camera, settings_, dark_field, lenses_, sensors_);
-    if (auto difference = dng.CompareTags(path, tags); !difference.empty()) {
+    if (auto difference = CompareTags(path, tags, camera.width(), camera.height(), dng);
+        !difference.empty()) {
         return difference;
     }
-    if (auto difference = PreviewDifference(camera.Preview(), dng); !difference.empty()) {
-        return difference;
+    if (!pixels_only_) {
+        if (auto difference = PreviewDifference(camera.Preview(), dng); !difference.empty()) {
+            return difference;
+        }
     }
     return corrected ? CorrectedDifference(camera, corrections, dark_field, dng)
                      : PlainDifference(camera, dng);

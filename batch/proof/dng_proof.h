@@ -35,7 +35,19 @@ class DngProof {
     std::string Check(const std::string& folder, const std::string& base, bool camera_dng,
                       const std::string& dng, const ByteObserver& observer = nullptr);
 
+    /// After Check: whether tags differ in a DNG that is longer or shorter than it must be, as another
+    /// program leaves it that has changed the metadata.
+    bool WasRewritten() const { return was_rewritten_; }
+
+    /// As Check, but of the raw image alone, wherever it stands in the DNG.
+    std::string CheckPixels(const std::string& folder, const std::string& base, bool camera_dng,
+                            const std::string& dng);
+
   private:
+    std::string CheckAll(const std::string& folder, const std::string& base, bool camera_dng,
+                         const std::string& dng, const ByteObserver& observer);
+    std::string CompareTags(const std::string& path, const ExpectedTags& tags, int width, int height,
+                            WrittenDng& dng);
     std::string CheckPair(const std::string& folder, const std::string& base, const std::string& path,
                           WrittenDng& dng);
     static std::string ComparePair(const ReadInputData& record, WrittenDng& dng);
@@ -49,6 +61,8 @@ class DngProof {
     const RunSettings& settings_;
     lensdb& lenses_;
     sensdb& sensors_;
+    bool pixels_only_ = false;
+    bool was_rewritten_ = false;
     std::vector<std::uint16_t> frame_;  ///< memory for an image that is corrected
     std::vector<std::uint8_t> source_;  ///< memory for a camera's DNG
 };

@@ -7,6 +7,7 @@
 
 #include "base/byte_order.h"
 #include "base/byte_view.h"
+#include "batch/proof/file_head.h"
 #include "batch/proof/tag_name.h"
 #include "batch/proof/tiff_directory.h"
 #include "tiff/tags.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr const char* kDamagedTags = "its tags are damaged";
 constexpr const char* kNoSuchLayout = "it is not laid out as velmarcon does it";
+constexpr const char* kNoImage = "it has no raw image that can be compared";
 constexpr const char* kOtherLength = "its length is not that of a complete DNG";
 
 /// Tags whose values tell where something stands in the file. They are followed, not compared.
@@ -71,6 +73,32 @@ std::uint32_t Number(const IFD& ifd, std::uint16_t tag) {
     return byte_order::GetLittle<std::uint32_t>(value);
 }
 
+std::uint64_t FileSize(const ExpectedTags& expected) {
+    const bool has_preview = !expected.sub_ifd.empty();
+    return HeadSize(expected) + (has_preview ? Number(expected.ifd0, tag::kStripByteCounts) : 0) +
+           Number(has_preview ? expected.sub_ifd : expected.ifd0, tag::kStripByteCounts);
+}
+
+/// Where the uncompressed image of that size begins, which must be one strip, whole, at an even byte; nothing
+/// when there is none.
+std::optional<std::uint64_t> PlainImage(ByteView file, std::uint64_t width, std::uint64_t height) {
+    constexpr std::uint32_t bits = 16;
+    constexpr std::uint32_t uncompressed = 1;
+    const auto first = FirstDirectory(file);
+    auto image = first ? ReadDirectory(file, *first) : std::nullopt;
+    if (image && image->Number(tag::kImageWidth) != width) {
+        image = ReadLinked(file, *image, tag::kSubIFDs);
+    }
+    if (!image || image->Number(tag::kImageWidth) != width || image->Number(tag::kImageLength) != height ||
+        image->Number(tag::kBitsPerSample) != bits || image->Number(tag::kCompression) != uncompressed) {
+        return std::nullopt;
+    }
+    const std::uint64_t length = width * height * sizeof(std::uint16_t);
+    const std::uint64_t offset = image->Number(tag::kStripOffsets).value_or(0);
+    const bool is_whole = image->Number(tag::kStripByteCounts) == length && file.Holds(offset, length);
+    return is_whole && offset > 0 && offset % 2 == 0 ? std::optional(offset) : std::nullopt;
+}
+
 }  // namespace
 
 std::string WrittenDng::CompareTags(const std::string& path, const ExpectedTags& expected) {
@@ -91,7 +119,26 @@ std::string WrittenDng::CompareTags(const std::string& path, const ExpectedTags&
 }
 
 FileRows WrittenDng::Rows(std::size_t width) {
-    return {file_, file_.size() - head_.size() - preview_.size(), width};
+    return {file_, file_.size() - skipped_ - head_.size() - preview_.size(), width};
+}
+
+bool WrittenDng::HasOtherLength(const ExpectedTags& expected) const {
+    return file_.size() != FileSize(expected);
+}
+
+std::string WrittenDng::FindImage(const std::string& path, int width, int height) {
+    const auto bytes = ReadHead(path, kLongestFile);
+    if (!bytes || !file_.Open(path)) {
+        return kUnreadable;
+    }
+    const auto offset =
+        PlainImage(ByteView(*bytes), static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height));
+    if (!offset) {
+        return kNoImage;
+    }
+    skipped_ = *offset;
+    file_.Skip(skipped_);
+    return "";
 }
 
 void WrittenDng::Observe(std::span<const std::uint16_t> row) const {
@@ -150,6 +197,5 @@ std::string WrittenDng::ComparePlaces(const ExpectedTags& expected) {
     if (raw_ifd->Number(tag::kStripOffsets) != position) {
         return kNoSuchLayout;
     }
-    position += Number(has_preview ? expected.sub_ifd : expected.ifd0, tag::kStripByteCounts);
-    return file_.size() == position ? "" : kOtherLength;
+    return HasOtherLength(expected) ? kOtherLength : "";
 }

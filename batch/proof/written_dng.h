@@ -30,10 +30,19 @@ class WrittenDng {
     /// empty text.
     std::string CompareTags(const std::string& path, const ExpectedTags& expected);
 
+    /// After CompareTags found a difference: whether the file is longer or shorter than the DNG that was
+    /// expected.
+    bool HasOtherLength(const ExpectedTags& expected) const;
+
+    /// Instead of CompareTags: finds the raw image of `width` times `height` 16-bit pixels in the file at
+    /// `path`, wherever it stands. Returns why it cannot be compared, or an empty text.
+    std::string FindImage(const std::string& path, int width, int height);
+
     /// The bytes of the preview; none without one.
     const std::vector<std::uint8_t>& preview() const { return preview_; }
 
-    /// The rows of the raw image, of `width` pixels. Called once, when the tags were as they must be.
+    /// The rows of the raw image, of `width` pixels. Called once, when the tags were as they must be, or the
+    /// image was found.
     FileRows Rows(std::size_t width);
 
     /// Called with each row after it was compared, when its bytes are in the processor's cache.
@@ -51,6 +60,7 @@ class WrittenDng {
     SequentialFile file_;
     std::vector<std::uint8_t> head_;  ///< all bytes before the images
     std::vector<std::uint8_t> preview_;
+    std::uint64_t skipped_ = 0;  ///< bytes before the image that was found
 };
 
 #endif  // VELMARCON_BATCH_PROOF_WRITTEN_DNG_H

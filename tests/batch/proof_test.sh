@@ -118,6 +118,37 @@ ADngThatWasChangedIsFoundOut() {
   expect_line '1 already there, made with other options (-b 100); -r makes them anew'
 }
 
+ADngThatAnotherProgramRatedIsKept() {
+  command -v exiftool >/dev/null || skip "there is no exiftool"
+  pair in/L1
+  pair in/L2 2
+  camera_dng in/L4
+  local options
+  for options in -b -p; do
+    rm -rf out
+    batch -o out in -- "$options"
+    expect_status 0
+    exiftool -q -overwrite_original -Rating=5 out/*.DNG
+    batch --verify -o out in
+    expect_status 0
+    expect_summary 3 0 3 0
+    rm -rf out
+    batch -o out in -- "$options"
+    exiftool -q -overwrite_original -Rating=5 out/*.DNG
+    batch -o out in -- "$options"
+    expect_status 0
+    expect_summary 3 0 3 0
+    expect_line "Remark: $scratch/in/L1.RAW: L1.DNG was changed by another program; its pixels match"
+    expect_line "Remark: $scratch/in/L4.DNG: L4.DNG was changed by another program; its pixels match"
+    [[ $(exiftool -s3 -Rating out/L2.DNG) == 5 ]] || fail "the rating is gone"
+  done
+  # Its pixels are still proved.
+  printf '\x55\x55' | dd of=out/L2.DNG bs=1 seek=5000000 conv=notrunc 2>/dev/null
+  batch -o out in -- -p
+  expect_status 1
+  expect_text "L2.RAW: L2.DNG was changed by another program, and does not match its RAW file: pixel "
+}
+
 VerifyProvesWhatIsThereAndConvertsNothing() {
   pair in/L1
   pair in/L2 2

@@ -135,7 +135,7 @@ ARemarkStandsInTheReport() {
   pair in/L1
   batch -o out in -- -s
   expect_status 0
-  expect_text '1 converted with a remark: see '
+  expect_text '1 with a remark: see '
   grep -qx "converted: $scratch/in/L1.RAW: Error #0014: No Sensor database found." "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
 }
@@ -157,7 +157,7 @@ AShortRawFileIsNoSuccessUnlessAccepted() {
   batch --accept-damaged -o out in -- -r
   expect_status 0
   expect_summary 2 2 0 0
-  expect_text '1 converted with a remark: see '
+  expect_text '1 with a remark: see '
   expect_line "Remark: $scratch/in/L2.RAW: $damage"
   grep -qx "converted: $scratch/in/L2.RAW: $damage" "$(state_folder)/report" ||
     fail "report: $(cat "$(state_folder)/report")"
@@ -170,7 +170,7 @@ OfManyRemarksTheFirstTenAreTold() {
   done
   batch -o out in -- -s
   expect_status 0
-  expect_text '12 converted with a remark: see '
+  expect_text '12 with a remark: see '
   [[ $(grep -c '^Remark: .*: Error #0014: No Sensor database found.$' printed) -eq 10 ]] || fail "not ten"
   expect_line '... and 2 more'
 }
