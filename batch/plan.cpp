@@ -10,6 +10,7 @@
 
 #include "batch/conversion_options.h"
 #include "batch/file_facts.h"
+#include "batch/proof/checksums.h"
 #include "batch/records.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
@@ -53,7 +54,7 @@ class Planner {
         } else if (refresh_) {
             AddToRefresh(number, input, dng);
         } else if (own && entry->on_disk && IsUntouched(*entry, dng)) {
-            Keep(number, *entry);
+            Keep(number, input, dng, *entry);
         } else {
             AddUnknown(number, input, dng, own ? entry : std::nullopt);
         }
@@ -77,12 +78,31 @@ class Planner {
         }
     }
 
-    void Keep(std::uint64_t number, const LedgerEntry& entry) {
+    /// Its check sum, which nobody knows unless SHA256SUMS has it, needs a worker.
+    void Keep(std::uint64_t number, const std::string& input, const std::string& dng,
+              const LedgerEntry& entry) {
+        const std::string sum = options_.checksums ? KnownSum(dng) : "";
+        if (options_.checksums && sum.empty()) {
+            AddTask(number, TaskMode::kProve, input, dng, entry.options, entry.fingerprint);
+            return;
+        }
         plan_.kept.push_back(number);
         plan_.flaws.push_back(entry.flaws);
+        plan_.sums.push_back(sum);
         if (entry.options != options_.conversion && plan_.other_options++ == 0) {
             plan_.options_of_others = conversion_options::Line(entry.options);
         }
+    }
+
+    std::string KnownSum(const std::string& dng) {
+        const std::string folder = FolderIn(dng);
+        if (folder != sums_folder_) {
+            sums_.clear();
+            sums_folder_ = folder;
+            (void)ReadChecksums(folder, sums_);
+        }
+        const auto found = sums_.find(NameIn(dng));
+        return found != sums_.end() ? found->second : "";
     }
 
     void AddUnknown(std::uint64_t number, const std::string& input, const std::string& dng,
@@ -120,6 +140,8 @@ class Planner {
     const RunState& state_;
     const Ledger& ledger_;
     bool refresh_ = false;
+    std::string sums_folder_;  ///< from which the check sums are
+    Checksums sums_;
     Plan plan_;
 };
 

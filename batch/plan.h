@@ -17,6 +17,7 @@ struct Plan {
     std::vector<Task> tasks;          ///< for the workers
     std::vector<std::uint64_t> kept;  ///< numbers of the pictures whose DNG is known to be there
     std::vector<std::string> flaws;   ///< of these, in the same order; most are empty
+    std::vector<std::string> sums;    ///< likewise, their check sums; empty unless they are asked for
     std::size_t other_options = 0;    ///< how many of them were made with other options
     std::string options_of_others;    ///< the first such, to be read
     std::size_t refreshed = 0;        ///< tasks that an interrupted run with -r has done

@@ -175,6 +175,7 @@ void TreeRun::TakeKept() {
         record.verdict = Verdict::kKept;
         record.picture = plan_.kept[i];
         record.flaws = plan_.flaws[i];
+        record.sha256 = plan_.sums[i];
         record.dng = DngOf(found_.pictures[static_cast<std::size_t>(record.picture)], trees_);
         settled_[static_cast<std::size_t>(record.picture)] = true;
         ++done_;
@@ -414,7 +415,9 @@ void TreeRun::PutOnDisk() {
 
 void TreeRun::Settle(const Record& record) {
     tally_.Take(record, InputOfNumber(record.picture));
-    if (!record.sha256.empty() && record.verdict != Verdict::kFailed) {
+    // The line of a DNG that was replaced is outdated.
+    if (record.verdict == Verdict::kConverted ||
+        (!record.sha256.empty() && record.verdict == Verdict::kKept)) {
         sums_[FolderIn(record.dng)][NameIn(record.dng)] = record.sha256;
     }
 }
@@ -447,10 +450,14 @@ void TreeRun::WriteChecksumFiles() {
     for (const auto& [folder, sums] : sums_) {
         Checksums all;
         int error = ReadChecksums(folder, all);
-        if (error == 0) {
-            for (const auto& [name, sum] : sums) {
-                all[name] = sum;
-            }
+        const Checksums before = all;
+        for (const auto& [name, sum] : sums) {
+            all[name] = sum;
+        }
+        std::erase_if(all, [](const auto& line) { return line.second.empty(); });
+        if (error == 0 && all.empty() && !before.empty()) {
+            file_system::Remove(folder + "SHA256SUMS");
+        } else if (error == 0 && all != before) {
             error = WriteChecksums(folder, all);
         }
         if (error != 0) {

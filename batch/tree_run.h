@@ -92,7 +92,7 @@ class TreeRun {
     bool disk_full_ = false;
     bool told_stop_ = false;
     bool report_written_ = true;
-    std::map<std::string, std::map<std::string, std::string>> sums_;  ///< by folder and name
+    std::map<std::string, std::map<std::string, std::string>> sums_;  ///< by folder and name; empty: outdated
 };
 
 #endif  // VELMARCON_BATCH_TREE_RUN_H

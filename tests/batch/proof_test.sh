@@ -181,6 +181,30 @@ CheckSumsAreWrittenAndUsed() {
   expect_text 'its check sum is not the one in SHA256SUMS'
 }
 
+DngsThatAreKeptGetTheirCheckSum() {
+  pair in/L1
+  pair in/L2 2
+  batch -o out in -- -b 100
+  ! [[ -e out/SHA256SUMS ]] || fail "not asked for"
+  local i
+  for i in 1 2; do
+    batch --checksums --json lines -o out in -- -b 100
+    expect_status 0
+    expect_summary 2 0 2 0
+    (cd out && sha256sum L1.DNG L2.DNG) | cmp -s - out/SHA256SUMS || fail "$(cat out/SHA256SUMS)"
+    [[ $(grep -c "\"sha256\": \"$(sha256sum <out/L1.DNG | cut -c 1-64)\"" lines) -eq 1 ]] || fail "$(cat lines)"
+  done
+}
+
+ACheckSumOfADngThatWasReplacedIsRemoved() {
+  pair in/L1
+  pair in/L2 2
+  batch --checksums -o out in
+  rm in/L2.*
+  batch -o out in -- -b 100 -r
+  (cd out && sha256sum L2.DNG) | cmp -s - out/SHA256SUMS || fail "$(cat out/SHA256SUMS)"
+}
+
 OneLineOfJsonForEachPicture() {
   pair in/L1
   pair $'in/L2\n"\xff'
