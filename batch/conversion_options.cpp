@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "batch/conversion_options.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <tuple>
+
 #include "app/command_line.h"
 #include "app/options.h"
 #include "packaging/command_line_remarks.h"
@@ -93,6 +97,33 @@ RunSettings Settings(std::span<const std::string> options) {
 
 bool NeedDatabases(const RunSettings& settings) {
     return settings.lens_fix || settings.sensor_fix;
+}
+
+bool MakeSameDng(std::span<const std::string> options, std::span<const std::string> others) {
+    const auto looks = [](const RunSettings& settings) {
+        return std::tuple(settings.preview, settings.black_level_given,
+                          settings.black_level_given ? settings.black_level : std::uint16_t{0},
+                          settings.lens_fix, settings.lens_code, settings.sensor_fix, settings.dark_field_fix,
+                          settings.pixel_line_test, settings.row_offset_estimation,
+                          settings.raw_model_variant);
+    };
+    return std::ranges::equal(options, others) || looks(Settings(options)) == looks(Settings(others));
+}
+
+std::vector<std::string> ThatChangeTheDng(std::span<const std::string> options) {
+    std::vector<std::string> changing;
+    const CommandLine line(options);
+    for (const Argument& argument : line.arguments()) {
+        const bool is_known = argument.option != nullptr;
+        if (is_known && argument.option->option != Option::kRefresh &&
+            argument.option->option != Option::kVerbose) {
+            changing.emplace_back(argument.text);
+            if (argument.value) {
+                changing.emplace_back(*argument.value);
+            }
+        }
+    }
+    return changing;
 }
 
 std::string Line(std::span<const std::string> options) {

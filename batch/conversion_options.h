@@ -25,6 +25,12 @@ RunSettings Settings(std::span<const std::string> options);
 /// Whether they ask for something that stands in a database.
 bool NeedDatabases(const RunSettings& settings);
 
+/// Whether both make the same DNG, whatever their spelling and order: -r and -v do not change it.
+bool MakeSameDng(std::span<const std::string> options, std::span<const std::string> others);
+
+/// The options without -r and -v.
+std::vector<std::string> ThatChangeTheDng(std::span<const std::string> options);
+
 /// The options in one line, to be read: "-b 100 -l"; "no options".
 std::string Line(std::span<const std::string> options);
 

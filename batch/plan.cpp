@@ -89,9 +89,7 @@ class Planner {
         plan_.kept.push_back(number);
         plan_.flaws.push_back(entry.flaws);
         plan_.sums.push_back(sum);
-        if (entry.options != options_.conversion && plan_.other_options++ == 0) {
-            plan_.options_of_others = conversion_options::Line(entry.options);
-        }
+        plan_.CountOptions(entry.options, options_.conversion);
     }
 
     std::string KnownSum(const std::string& dng) {
@@ -207,6 +205,13 @@ bool AreOnePath(const std::string& out, const std::string& a, const std::string&
 }
 
 }  // namespace
+
+void Plan::CountOptions(const std::vector<std::string>& made_with,
+                        const std::vector<std::string>& asked_for) {
+    if (!conversion_options::MakeSameDng(made_with, asked_for) && other_options++ == 0) {
+        options_of_others = conversion_options::Line(conversion_options::ThatChangeTheDng(made_with));
+    }
+}
 
 Plan MakePlan(const BatchOptions& options, std::span<const Tree> trees, std::span<const Picture> pictures,
               const RunState& state, const Ledger& ledger) {

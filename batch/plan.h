@@ -14,6 +14,9 @@
 
 /// What there is to do, of what was found.
 struct Plan {
+    /// Counts a DNG that is kept if it was made with other options than those that are asked for.
+    void CountOptions(const std::vector<std::string>& made_with, const std::vector<std::string>& asked_for);
+
     std::vector<Task> tasks;          ///< for the workers
     std::vector<std::uint64_t> kept;  ///< numbers of the pictures whose DNG is known to be there
     std::vector<std::string> flaws;   ///< of these, in the same order; most are empty

@@ -371,8 +371,8 @@ void TreeRun::TakeRecord(Record record) {
     }
     const Task& done = plan_.tasks[task->second];
     const bool was_made = record.verdict == Verdict::kConverted;
-    if (done.mode == TaskMode::kProve && done.options != options_.conversion && plan_.other_options++ == 0) {
-        plan_.options_of_others = conversion_options::Line(done.options);
+    if (done.mode == TaskMode::kProve || (done.mode == TaskMode::kVerify && !options_.conversion.empty())) {
+        plan_.CountOptions(done.options, options_.conversion);
     }
     (void)state_.ledger().Add(
         record.dng,

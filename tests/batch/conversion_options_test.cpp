@@ -43,6 +43,21 @@ TEST(ConversionOptions, TellWhetherTheyNeedADatabase) {
     }
 }
 
+TEST(ConversionOptions, OfWhichOnlyThoseCountThatChangeTheDng) {
+    using conversion_options::MakeSameDng;
+    EXPECT_TRUE(MakeSameDng(Words{}, Words{"-r", "-verbose"}));
+    EXPECT_TRUE(MakeSameDng(Words{"-b"}, Words{"-r", "-black", "92"}));
+    EXPECT_TRUE(MakeSameDng(Words{"-p", "-b", "100"}, Words{"-b", "100", "-p"}));
+    EXPECT_FALSE(MakeSameDng(Words{"-b"}, Words{}));
+    EXPECT_FALSE(MakeSameDng(Words{"-b"}, Words{"-b", "93"}));
+    EXPECT_FALSE(MakeSameDng(Words{"-l"}, Words{"-l", "000001"}));
+    for (const char* option : {"-p", "-l", "-s", "-st", "-sb", "-c"}) {
+        EXPECT_FALSE(MakeSameDng(Words{option}, Words{})) << option;
+    }
+    EXPECT_EQ(conversion_options::ThatChangeTheDng(Words{"-r", "-b", "100", "-v", "-p"}),
+              (Words{"-b", "100", "-p"}));
+}
+
 TEST(ConversionOptions, InOneLineTheyCanBeReadByAShell) {
     EXPECT_EQ(conversion_options::Line(Words{}), "no options");
     EXPECT_EQ(conversion_options::Line(Words{"-b", "100", "a b"}), "-b 100 'a b'");

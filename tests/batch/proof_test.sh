@@ -149,6 +149,23 @@ ADngThatAnotherProgramRatedIsKept() {
   expect_text "L2.RAW: L2.DNG was changed by another program, and does not match its RAW file: pixel "
 }
 
+OnlyOptionsThatChangeADngMakeItAnother() {
+  pair in/L1
+  batch -o out in -- -b -r
+  local options
+  for options in -b '-v -b 92' '-blacklevel -verbose'; do
+    # shellcheck disable=SC2086  # words
+    batch -o out in -- $options
+    expect_status 0
+    ! grep -q 'other options' printed || fail "other options: $options"
+  done
+  batch -o out in -- -b 93
+  expect_line '1 already there, made with other options (-b); -r makes them anew'
+  batch -o out in -- -b 93 -r
+  batch -o out in -- -b 93
+  ! grep -q 'other options' printed || fail "still other options"
+}
+
 VerifyProvesWhatIsThereAndConvertsNothing() {
   pair in/L1
   pair in/L2 2

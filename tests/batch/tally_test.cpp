@@ -54,12 +54,14 @@ TEST_F(TallyTest, CountsAndReportsEachVerdict) {
         "converted: /in/L1.RAW\nkept: /in/L2.RAW\nkept: /in/L3.RAW\nfailed: $'/in/L\\n4.RAW': no JPG\n");
 }
 
-TEST_F(TallyTest, RemarksAreThoseOfConvertedPictures) {
+TEST_F(TallyTest, RemarksAreThoseOfPicturesThatHaveADng) {
     Open();
     tally_.Take(Made(Verdict::kConverted, "no lens"), "/in/L1.RAW");
-    tally_.Take(Made(Verdict::kKept, "no lens"), "/in/L2.RAW");
-    EXPECT_EQ(tally_.remarked(), 1U);
-    EXPECT_EQ(tally_.remarks(), (std::vector<std::string>{"/in/L1.RAW: no lens"}));
+    tally_.Take(Made(Verdict::kKept, "changed"), "/in/L2.RAW");
+    tally_.Take(Made(Verdict::kKept, ""), "/in/L3.RAW");
+    tally_.Take(Made(Verdict::kFailed, "no"), "/in/L4.RAW");
+    EXPECT_EQ(tally_.remarked(), 2U);
+    EXPECT_EQ(tally_.remarks(), (std::vector<std::string>{"/in/L1.RAW: no lens", "/in/L2.RAW: changed"}));
 }
 
 TEST_F(TallyTest, DamageIsNoSuccess) {
