@@ -12,7 +12,7 @@ namespace jobs {
 namespace {
 
 constexpr std::array<std::string_view, 5> kModes = {"convert", "check", "prove", "look", "verify"};
-constexpr std::size_t kTaskFields = 6;  ///< before the options
+constexpr std::size_t kTaskFields = 7;  ///< before the options
 
 std::optional<TaskMode> ModeFrom(std::string_view word) {
     const auto* const found = std::ranges::find(kModes, word);
@@ -63,6 +63,7 @@ std::error_code Write(const std::string& path, const std::vector<Task>& tasks) {
         texts.push_back(task.input);
         texts.push_back(task.dng);
         texts.push_back(task.fingerprint);
+        texts.push_back(Flag(task.options_known));
         PutOptions(task.options, texts);
     }
     return fields::WritePlain(path, fields::Joined(texts));
@@ -80,7 +81,8 @@ std::optional<std::vector<Task>> Read(const std::string& path) {
         const auto mode = ModeFrom(texts[at + 1]);
         Task task = {picture.value_or(0), mode.value_or(TaskMode::kLook),
                      texts[at + 2],       texts[at + 3],
-                     texts[at + 4],       {}};
+                     texts[at + 4],       {},
+                     texts[at + 5] == "1"};
         at += kTaskFields - 1;
         auto options = TakeOptions(texts, at);
         if (!picture || !mode || !options) {

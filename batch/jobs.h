@@ -24,6 +24,7 @@ struct Task {
     std::string dng;          ///< path of the DNG that is to be
     std::string fingerprint;  ///< for kProve and kVerify: the one that the DNG had; empty when not known
     std::vector<std::string> options;  ///< for kProve and kVerify: those that it was made with
+    bool options_known = true;         ///< or else they are only supposed
 };
 
 /// What is the same for all pictures of a run.

@@ -13,6 +13,12 @@
 
 #include "batch/records.h"
 
+/// In place of the options of a DNG of which nobody knows what it was made with. No command line can have
+/// them.
+inline std::vector<std::string> UnknownOptions() {
+    return {""};
+}
+
 /// What is remembered of a DNG.
 struct LedgerEntry {
     std::string source;  ///< path of the picture's RAW file, or of the camera's DNG

@@ -11,6 +11,7 @@
 #include "batch/conversion_options.h"
 #include "batch/file_facts.h"
 #include "batch/fingerprint.h"
+#include "batch/guessed_options.h"
 #include "batch/picture.h"
 #include "batch/printed_lines.h"
 #include "batch/proof/input_check.h"
@@ -262,6 +263,9 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
     const RunSettings settings = conversion_options::Settings(task.options);
     DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
     const std::string mismatch = Compare(proof, files);
+    if (!mismatch.empty() && !task.options_known && SettleOtherOptions(task, files)) {
+        return;
+    }
     if (!mismatch.empty()) {
         if (!proof.WasRewritten() || !KeepRewritten(proof, files)) {
             FailMismatch(mismatch, task, files);
@@ -270,9 +274,38 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
         Fail(NameIn(record_.dng) + " is there, but was changed since it was made" +
                  (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
              "there, but changed");
-    } else if (task.mode == TaskMode::kVerify) {
-        CompareChecksum();
+    } else {
+        record_.made_with = kAsSupposed;
+        if (task.mode == TaskMode::kVerify) {
+            CompareChecksum();
+        }
     }
+}
+
+/// Of a DNG of unknown origin, which may have been made with options that its tags show. Returns whether
+/// that is settled.
+bool PictureWork::SettleOtherOptions(const Task& task, const PictureFiles& files) {
+    if (files.is_camera_dng) {
+        return false;
+    }
+    for (const std::vector<std::string>& guess :
+         GuessedOptions(record_.dng, files.folder + files.base + ".JPG")) {
+        const RunSettings settings = conversion_options::Settings(guess);
+        DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
+        const std::string mismatch = Compare(proof, files);
+        if (mismatch.find(": pixel ") != std::string::npos) {
+            FailMismatch(mismatch, task, files);
+            return true;
+        }
+        if (mismatch.empty()) {
+            record_.made_with = kGuessed;
+            for (const std::string& word : guess) {
+                record_.made_with += word + " ";
+            }
+            return true;
+        }
+    }
+    return false;
 }
 
 /// What another program changes of the metadata, such as a rating, is no damage; nothing may advise to lose

@@ -46,23 +46,40 @@ class Planner {
     }
 
     void Add(std::uint64_t number, const std::string& input, const std::string& dng) {
-        const auto entry = ledger_.Find(dng);
-        const bool own = entry && entry->source == input;
+        const auto entry = FindOwn(input, dng);
         if (options_.verify) {
-            AddTask(number, TaskMode::kVerify, input, dng, own ? entry->options : options_.conversion,
-                    own ? entry->fingerprint : "");
+            AddToProve(number, TaskMode::kVerify, input, dng, entry);
         } else if (refresh_) {
             AddToRefresh(number, input, dng);
-        } else if (own && entry->on_disk && IsUntouched(*entry, dng)) {
+        } else if (entry && entry->on_disk && IsUntouched(*entry, dng)) {
             Keep(number, input, dng, *entry);
         } else {
-            AddUnknown(number, input, dng, own ? entry : std::nullopt);
+            AddUnknown(number, input, dng, entry);
         }
     }
 
     Plan& plan() { return plan_; }
 
   private:
+    /// Of the picture's DNG, or of the one that was given another name.
+    std::optional<LedgerEntry> FindOwn(const std::string& input, const std::string& dng) const {
+        constexpr int last_number = 99;
+        auto entry = ledger_.Find(dng);
+        for (int i = 2; options_.rename && i <= last_number && !(entry && entry->source == input); ++i) {
+            entry = ledger_.Find(WithoutExtension(dng) + "-" + std::to_string(i) + ".DNG");
+        }
+        return entry && entry->source == input ? entry : std::nullopt;
+    }
+
+    /// With the options that it is known to be made with, or else with those of this run.
+    void AddToProve(std::uint64_t number, TaskMode mode, const std::string& input, const std::string& dng,
+                    const std::optional<LedgerEntry>& entry) {
+        const bool known = entry && entry->options != UnknownOptions();
+        AddTask(number, mode, input, dng, known ? entry->options : options_.conversion,
+                entry ? entry->fingerprint : "");
+        plan_.tasks.back().options_known = known;
+    }
+
     void AddTask(std::uint64_t number, TaskMode mode, const std::string& input, const std::string& dng,
                  std::vector<std::string> options = {}, const std::string& fingerprint = "") {
         plan_.tasks.push_back({number, mode, input, dng, fingerprint, std::move(options)});
@@ -83,7 +100,7 @@ class Planner {
               const LedgerEntry& entry) {
         const std::string sum = options_.checksums ? KnownSum(dng) : "";
         if (options_.checksums && sum.empty()) {
-            AddTask(number, TaskMode::kProve, input, dng, entry.options, entry.fingerprint);
+            AddToProve(number, TaskMode::kProve, input, dng, entry);
             return;
         }
         plan_.kept.push_back(number);
@@ -109,10 +126,8 @@ class Planner {
         if (!there) {
             ++plan_.to_make;
             AddTask(number, TaskMode::kConvert, input, dng);
-        } else if (entry) {
-            AddTask(number, TaskMode::kProve, input, dng, entry->options, entry->fingerprint);
-        } else if (MayBeOlder(*there, input) || MayBeHalfWritten(*there)) {
-            AddTask(number, TaskMode::kProve, input, dng, options_.conversion);
+        } else if (entry || MayBeOlder(*there, input) || MayBeHalfWritten(*there)) {
+            AddToProve(number, TaskMode::kProve, input, dng, entry);
         } else {
             AddTask(number, TaskMode::kCheck, input, dng);
         }
@@ -208,7 +223,8 @@ bool AreOnePath(const std::string& out, const std::string& a, const std::string&
 
 void Plan::CountOptions(const std::vector<std::string>& made_with,
                         const std::vector<std::string>& asked_for) {
-    if (!conversion_options::MakeSameDng(made_with, asked_for) && other_options++ == 0) {
+    if (made_with != UnknownOptions() && !conversion_options::MakeSameDng(made_with, asked_for) &&
+        other_options++ == 0) {
         options_of_others = conversion_options::Line(conversion_options::ThatChangeTheDng(made_with));
     }
 }

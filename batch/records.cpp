@@ -12,7 +12,7 @@
 namespace {
 
 constexpr std::array<std::string_view, 5> kWords = {"begun", "converted", "kept", "failed", "full"};
-constexpr std::size_t kFields = 13;
+constexpr std::size_t kFields = 14;
 
 std::optional<Verdict> VerdictFrom(std::string_view word) {
     const auto* const found = std::ranges::find(kWords, word);
@@ -22,12 +22,12 @@ std::optional<Verdict> VerdictFrom(std::string_view word) {
 std::optional<Record> RecordFrom(const std::vector<std::string>& texts) {
     const auto verdict = VerdictFrom(texts[0]);
     const auto number = fields::Number(texts[1]);
-    const auto milliseconds = fields::Number(texts[12]);
+    const auto milliseconds = fields::Number(texts[13]);
     if (!verdict || !number || !milliseconds) {
         return std::nullopt;
     }
-    return Record{*verdict, *number,  texts[2], texts[3],  texts[4],  texts[5],     texts[6],
-                  texts[7], texts[8], texts[9], texts[10], texts[11], *milliseconds};
+    return Record{*verdict, *number,  texts[2], texts[3],  texts[4],  texts[5],  texts[6],
+                  texts[7], texts[8], texts[9], texts[10], texts[11], texts[12], *milliseconds};
 }
 
 /// Behind the NUL of its last field; npos when it is not all there.
@@ -83,6 +83,7 @@ std::string RecordBytes(const Record& record) {
                                                     record.dng_state,
                                                     record.fingerprint,
                                                     record.sha256,
+                                                    record.made_with,
                                                     std::to_string(record.milliseconds)};
     return fields::Joined(texts);
 }

@@ -21,6 +21,11 @@ enum class Verdict : std::uint8_t {
 /// The word for it in reports.
 std::string_view VerdictWord(Verdict verdict);
 
+/// The DNG was proved to be made with the options of its task.
+constexpr char kAsSupposed = '=';
+/// The DNG was proved to be made with other options, which follow, separated by blanks.
+constexpr char kGuessed = ':';
+
 /// What a worker tells of a picture.
 struct Record {
     Verdict verdict = Verdict::kBegun;
@@ -35,6 +40,7 @@ struct Record {
     std::string dng_state;
     std::string fingerprint;  ///< of the DNG; empty when it was not read
     std::string sha256;       ///< of the DNG; empty when not asked for
+    std::string made_with;    ///< of a kept DNG: kAsSupposed, or kGuessed and words, or empty: not known
     std::uint64_t milliseconds = 0;
 };
 

@@ -45,6 +45,7 @@ class RunState {
     const std::string& folder() const { return folder_; }
     std::string PathOf(const std::string& name) const { return folder_ + "/" + name; }
     Ledger& ledger() { return ledger_; }
+    const Ledger& ledger() const { return ledger_; }
 
     /// DNGs that this command has refreshed before it was interrupted.
     const std::unordered_set<std::string>& refreshed() const { return refreshed_; }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
+#include <sstream>
 #include <thread>
 #include <utility>
 
@@ -371,13 +373,28 @@ void TreeRun::TakeRecord(Record record) {
     }
     const Task& done = plan_.tasks[task->second];
     const bool was_made = record.verdict == Verdict::kConverted;
-    if (done.mode == TaskMode::kProve || (done.mode == TaskMode::kVerify && !options_.conversion.empty())) {
-        plan_.CountOptions(done.options, options_.conversion);
+    const std::vector<std::string> made_with = OptionsOf(record, done);
+    if (!was_made && (done.mode != TaskMode::kVerify || !options_.conversion.empty())) {
+        plan_.CountOptions(made_with, options_.conversion);
     }
-    (void)state_.ledger().Add(
-        record.dng,
-        EntryOf(record, done.input, was_made || done.options.empty() ? options_.conversion : done.options));
+    (void)state_.ledger().Add(record.dng, EntryOf(record, done.input, made_with));
     pending_.push_back(std::move(record));
+}
+
+/// Those that the DNG was made with, as far as that is known.
+std::vector<std::string> TreeRun::OptionsOf(const Record& record, const Task& done) const {
+    if (record.verdict == Verdict::kConverted) {
+        return options_.conversion;
+    }
+    if (record.made_with.starts_with(kAsSupposed)) {
+        return done.options;
+    }
+    if (record.made_with.starts_with(kGuessed)) {
+        std::istringstream words(record.made_with.substr(1));
+        return {std::istream_iterator<std::string>(words), std::istream_iterator<std::string>()};
+    }
+    const auto known = state_.ledger().Find(record.dng);
+    return known && known->source == done.input ? known->options : UnknownOptions();
 }
 
 /// Whoever deletes originals after this run must not lose the DNGs to a power cut. What the disk did not take

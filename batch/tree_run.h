@@ -51,6 +51,7 @@ class TreeRun {
     [[nodiscard]] int Drive(Engine& engine);
     void TakeRecords();
     void TakeRecord(Record record);
+    std::vector<std::string> OptionsOf(const Record& record, const Task& done) const;
     void BlameTheDead();
     std::vector<Task> TasksLeft() const;
     void PutOnDisk();

@@ -14,7 +14,7 @@ namespace {
 
 std::vector<Task> SomeTasks() {
     return {{0, TaskMode::kConvert, "/in/a\nb.RAW", "/out/a\nb.DNG", "", {}},
-            {7, TaskMode::kProve, "/in/2.RAW", "/out/2.DNG", "0123456789abcdef", {"-b", "", "100"}},
+            {7, TaskMode::kProve, "/in/2.RAW", "/out/2.DNG", "0123456789abcdef", {"-b", "", "100"}, false},
             {199999, TaskMode::kVerify, "/in/\xFF.DNG", "/out/\xFF.DNG", "", {"-s"}}};
 }
 
@@ -33,6 +33,7 @@ TEST(Jobs, AreReadAsTheyWereWritten) {
         EXPECT_EQ((*tasks)[i].dng, expected.dng);
         EXPECT_EQ((*tasks)[i].fingerprint, expected.fingerprint);
         EXPECT_EQ((*tasks)[i].options, expected.options);
+        EXPECT_EQ((*tasks)[i].options_known, expected.options_known);
     }
 }
 

@@ -166,6 +166,47 @@ OnlyOptionsThatChangeADngMakeItAnother() {
   ! grep -q 'other options' printed || fail "still other options"
 }
 
+ADngOfUnknownOriginIsNoneOfThisRunsOptions() {
+  pair in/L1
+  mkdir out
+  local made
+  for made in '' '-b 100' '-p -b'; do
+    rm -rf out/* "$HOME/.local"
+    # shellcheck disable=SC2086  # words
+    "$program" -i in -o out $made >/dev/null
+    batch -o out in -- -b 200
+    expect_status 0
+    ! grep -q 'other options' printed || fail "nobody can know"
+    batch --verify -o out in -- -b 200
+    expect_status 0
+    expect_summary 1 0 1 0
+    expect_text '1 already there, made with other options ('
+    # What was found out is remembered.
+    batch --verify -o out in
+    expect_status 0
+  done
+  rm -r "$HOME/.local"
+  # shellcheck disable=SC2086  # words
+  batch --verify -o out in -- $made
+  expect_status 0
+  ! grep -q 'other options' printed || fail "they are the same"
+  printf '\x55\x55' | dd of=out/L1.DNG bs=1 seek=5000000 conv=notrunc 2>/dev/null
+  rm -r "$HOME/.local"
+  batch --verify -o out in
+  expect_status 1
+  expect_text 'L1.DNG is there, but does not match its RAW file: '
+}
+
+ARenamedDngKeepsItsOptions() {
+  pair first/L1 1
+  pair second/L1 2
+  batch -o out first
+  batch --rename -o out second -- -b 100
+  batch --rename --verify -o out second
+  expect_status 0
+  expect_summary 1 0 1 0
+}
+
 VerifyProvesWhatIsThereAndConvertsNothing() {
   pair in/L1
   pair in/L2 2

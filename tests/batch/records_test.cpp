@@ -30,6 +30,7 @@ Record ARecord() {
     record.dng_state = "10 11 12";
     record.fingerprint = "0123456789abcdef";
     record.sha256 = "sum";
+    record.made_with = ":-b 100";
     record.milliseconds = 250;
     return record;
 }
@@ -43,6 +44,7 @@ void ExpectSame(const Record& record, const Record& expected) {
     EXPECT_EQ(record.dng, expected.dng);
     EXPECT_EQ(record.fingerprint, expected.fingerprint);
     EXPECT_EQ(record.sha256, expected.sha256);
+    EXPECT_EQ(record.made_with, expected.made_with);
     EXPECT_EQ(record.milliseconds, expected.milliseconds);
 }
 
