@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "batch/batch_options.h"
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -86,6 +87,13 @@ TEST(BatchOptions, SomeDoNotGoTogether) {
     EXPECT_NE(ProblemOf({"--verify", "--no-verify", "in"}), "");
     EXPECT_NE(ProblemOf({"--verify", "--hosts=:", "in"}), "");
     EXPECT_NE(ProblemOf({"--rename", "--hosts=:", "in"}), "");
+}
+
+TEST(BatchOptions, HelpFitsIntoATerminal) {
+    std::istringstream help(kBatchHelp);
+    for (std::string line; std::getline(help, line);) {
+        EXPECT_LE(line.size(), 79U) << line;
+    }
 }
 
 }  // namespace
