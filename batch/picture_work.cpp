@@ -54,19 +54,19 @@ bool IsUnreadable(const std::string& path, std::error_code& error) {
            leads_nowhere;
 }
 
-std::string FlawsOf(const PictureFiles& files) {
+std::string FlawsOf(const PictureFiles& files, bool dark_frame) {
     std::string text;
-    for (const InputFlaw& flaw :
-         files.is_camera_dng ? FlawsOfCameraDng(files.input) : FlawsOfPair(files.folder, files.base)) {
+    for (const InputFlaw& flaw : files.is_camera_dng ? FlawsOfCameraDng(files.input)
+                                                     : FlawsOfPair(files.folder, files.base, dark_frame)) {
         text += (text.empty() ? "" : "; ") + flaw.text;
     }
     return text;
 }
 
 /// What is wrong with the files, without what it does to a DNG that is made of them; empty when nothing is.
-std::string DamageOf(const PictureFiles& files) {
+std::string DamageOf(const PictureFiles& files, bool dark_frame) {
     constexpr std::string_view raw_file = "the RAW file ";
-    const std::string flaws = FlawsOf(files);
+    const std::string flaws = FlawsOf(files, dark_frame);
     const std::string cause = flaws.substr(0, flaws.find(", and the "));
     return cause.starts_with(raw_file) ? NameIn(files.input) + " " + cause.substr(raw_file.size()) : cause;
 }
@@ -235,7 +235,8 @@ bool PictureWork::SettleFreeName(const Task& task, const PictureFiles& files) {
 /// A complete DNG may be the only whole copy of a picture whose files are damaged. Returns whether it stays
 /// for that reason.
 bool PictureWork::KeepFromDamage(const PictureFiles& files) {
-    const std::string damage = options_.accept_damaged ? "" : DamageOf(files);
+    const std::string damage =
+        options_.accept_damaged ? "" : DamageOf(files, conversion_.settings().black_level_given);
     if (!damage.empty()) {
         Fail(damage + "; the DNG is kept", "damaged files; the DNG is kept");
     }
@@ -246,7 +247,8 @@ bool PictureWork::KeepFromDamage(const PictureFiles& files) {
 void PictureWork::FailMismatch(const std::string& mismatch, const Task& task, const PictureFiles& files) {
     const std::string source = files.is_camera_dng ? "the camera's DNG" : "the RAW file";
     const std::string advice = "; if " + source + " is the good one, -r makes the DNG anew";
-    if (const std::string damage = DamageOf(files); !damage.empty()) {
+    if (const std::string damage = DamageOf(files, conversion_.settings().black_level_given);
+        !damage.empty()) {
         Fail(damage + "; the DNG is kept", "damaged files; the DNG is kept");
         return;
     }
@@ -314,7 +316,7 @@ bool PictureWork::KeepRewritten(DngProof& proof, const PictureFiles& files) {
     constexpr const char* changed = "was changed by another program";
     const std::string mismatch =
         proof.CheckPixels(files.folder, files.base, files.is_camera_dng, record_.dng);
-    if (!mismatch.empty() && DamageOf(files).empty()) {
+    if (!mismatch.empty() && DamageOf(files, conversion_.settings().black_level_given).empty()) {
         Fail(NameIn(record_.dng) + " " + changed + ", and " + mismatch,
              KindOfMismatch(std::string(changed) + ", and " + mismatch));
         return true;
@@ -351,7 +353,8 @@ void PictureWork::Convert(const PictureFiles& files) {
     if (!CanBegin(files)) {
         return;
     }
-    record_.flaws = FlawsOf(files);  // a repair in its place leaves nothing to look at
+    record_.flaws = FlawsOf(
+        files, conversion_.settings().black_level_given);  // a repair in its place leaves nothing to look at
     const auto before = StateAt(record_.dng);
     const std::string reason = Make(files);
     if (before && before == StateAt(record_.dng)) {
@@ -494,6 +497,6 @@ void PictureWork::Finish(const PictureFiles& files) {
     }
     record_.dng_state = FullStateText(record_.dng);
     if (record_.verdict == Verdict::kKept) {
-        record_.flaws = FlawsOf(files);
+        record_.flaws = FlawsOf(files, conversion_.settings().black_level_given);
     }
 }

@@ -23,12 +23,24 @@ std::string Enumeration(const std::vector<std::string>& items) {
     return text;
 }
 
-void CheckRaw(const std::string& raw, std::vector<InputFlaw>& flaws) {
+/// "NAME has only 1 of 2 bytes", of a file that is shorter than a frame of the sensor; else an empty text.
+std::string Shortness(const std::string& path, const std::string& name) {
     InputFile file;
-    if (file.Open(raw) && file.size() < raw_layout::kFileBytes) {
-        flaws.push_back({Flaw::kShortRaw, "the RAW file has only " + std::to_string(file.size()) + " of " +
-                                              std::to_string(raw_layout::kFileBytes) +
-                                              " bytes, and the picture ends early"});
+    const bool is_short = file.Open(path) && file.size() < raw_layout::kFileBytes;
+    return is_short ? name + " has only " + std::to_string(file.size()) + " of " +
+                          std::to_string(raw_layout::kFileBytes) + " bytes"
+                    : "";
+}
+
+void CheckRaw(const std::string& raw, std::vector<InputFlaw>& flaws) {
+    if (const std::string text = Shortness(raw, "the RAW file"); !text.empty()) {
+        flaws.push_back({Flaw::kShortRaw, text + ", and the picture ends early"});
+    }
+}
+
+void CheckDarkFrame(const std::string& bia, std::vector<InputFlaw>& flaws) {
+    if (const std::string text = Shortness(bia, "the dark frame"); !text.empty()) {
+        flaws.push_back({Flaw::kShortDarkFrame, text + ", and the picture is corrected in part only"});
     }
 }
 
@@ -58,9 +70,12 @@ void CheckJpeg(const std::string& jpg, std::vector<InputFlaw>& flaws) {
 
 }  // namespace
 
-std::vector<InputFlaw> FlawsOfPair(const std::string& folder, const std::string& base) {
+std::vector<InputFlaw> FlawsOfPair(const std::string& folder, const std::string& base, bool dark_frame) {
     std::vector<InputFlaw> flaws;
     CheckRaw(folder + base + ".RAW", flaws);
+    if (dark_frame) {
+        CheckDarkFrame(folder + base + ".BIA", flaws);
+    }
     CheckJpeg(folder + base + ".JPG", flaws);
     return flaws;
 }

@@ -163,6 +163,20 @@ AShortRawFileIsNoSuccessUnlessAccepted() {
     fail "report: $(cat "$(state_folder)/report")"
 }
 
+AShortDarkFrameThatIsUsedIsDamage() {
+  pair in/L1
+  head -c 20000000 "$card/L1000001.RAW" >in/L1.BIA
+  batch -o out in
+  expect_status 0
+  batch -o dark in -- -b
+  expect_status 1
+  local damage='the dark frame has only 20000000 of 21041100 bytes, and the picture is corrected in part only'
+  expect_line "Damaged: $scratch/in/L1.RAW: $damage"
+  batch --accept-damaged -o accepted in -- -b
+  expect_status 0
+  expect_line "Remark: $scratch/in/L1.RAW: $damage"
+}
+
 OfManyRemarksTheFirstTenAreTold() {
   local number
   for number in {10..21}; do
