@@ -19,6 +19,9 @@ class Tally {
     [[nodiscard]] std::string Open(const std::string& report, const std::string& json,
                                    const std::string& options, bool accept_damaged);
 
+    /// Has the report say something that concerns no picture.
+    void Note(const std::string& line) { report_ << line << "\n"; }
+
     /// Takes a verdict that is not to change any more.
     void Take(const Record& record, const std::string& input);
 

@@ -75,7 +75,7 @@ void TreeRun::Say(const std::string& text) const {
 void TreeRun::Search() {
     found_ = FindPictures(trees_);
     for (const std::string& folder : found_.excluded) {
-        Say("Not searched, because it is the output folder: " + Shown(folder));
+        std::printf("Not searched, because it is the output folder: %s\n", Shown(folder).c_str());
     }
     if (!options_.list.empty()) {
         not_found_ = KeepListed(list_, trees_, found_);
@@ -126,6 +126,12 @@ int TreeRun::Begin() {
                         options_.accept_damaged);
         !problem.empty()) {
         return Refuse(batch_status::kNotBegun, problem);
+    }
+    for (const std::string& folder : found_.excluded) {
+        tally_.Note("not searched, because it is the output folder: " + Shown(folder));
+    }
+    for (const std::string& path : found_.small) {
+        tally_.Note("ignored, not in capital letters: " + Shown(path));
     }
     if (!options_.hosts.empty()) {
         if (const int status = AskHosts(); status != batch_status::kDone) {
@@ -512,9 +518,7 @@ void TreeRun::TellNearMisses() const {
         }
         return shown;
     };
-    if (!options_.quiet) {
-        PrintNamed("Ignored, not in capital letters", first(found_.small), found_.small.size());
-    }
+    PrintNamed("Ignored, not in capital letters", first(found_.small), found_.small.size());
     PrintNamed("Too short for a camera DNG", first(found_.cut), found_.cut.size());
     PrintNamed("No picture", first(found_.none), found_.none.size());
     PrintNamed("In the list, but no picture of the folders", first(not_found_), not_found_.size());

@@ -325,6 +325,18 @@ NearMissesAreNamed() {
   expect_line "Too short for a camera DNG: $scratch/in/cut.DNG"
 }
 
+WhatIsIgnoredIsToldInQuietToo() {
+  pair in/L1
+  cp "$card/L1000001.RAW" in/small.raw
+  mkdir in/out
+  batch -q -o in/out in
+  expect_status 0
+  [[ $(cat printed) == "Not searched, because it is the output folder: $scratch/in/out
+Ignored, not in capital letters: $scratch/in/small.raw" ]] || fail "printed"
+  grep -qxF "ignored, not in capital letters: $scratch/in/small.raw" "$(state_folder)/report" || fail "no report"
+  grep -qxF "not searched, because it is the output folder: $scratch/in/out" "$(state_folder)/report" || fail "no report"
+}
+
 AnUnreadableRawFileIsToldWithTheReason() {
   pair in/L1
   ln -sf nowhere in/L2.RAW
