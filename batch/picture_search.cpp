@@ -31,6 +31,11 @@ std::string UpperCase(std::string text) {
     return text;
 }
 
+/// Folders with what was deleted, or with previews of a NAS, under the names of pictures.
+bool IsOfSystem(const std::string& folder) {
+    return folder.starts_with(".Trash-") || folder == ".Trashes" || folder == "@eaDir";
+}
+
 /// Walks one tree.
 class Walk {
   public:
@@ -85,6 +90,9 @@ class Walk {
             const std::string name = folder + system_path::FromSystem(entry->path().filename());
             std::error_code unknown;
             const fs::file_type type = entry->symlink_status(unknown).type();
+            if (type == fs::file_type::directory && IsOfSystem(NameIn(name))) {
+                continue;
+            }
             if (type == fs::file_type::directory) {
                 folders.push_back(name + "/");
             } else {
@@ -115,6 +123,10 @@ class Walk {
         const std::string extension = path_names::Extension(name);
         const std::string upper = extension.size() == 3 ? UpperCase(extension) : "";
         if (upper != "RAW" && upper != "DNG") {
+            return;
+        }
+        if (NameIn(name).starts_with("._")) {
+            ++found_.of_macos;
             return;
         }
         const std::string path = Join(root_, name);
