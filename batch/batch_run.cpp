@@ -77,6 +77,9 @@ int Run(std::span<const std::string> arguments, const Installation& installation
     if (!list) {
         return Misused("the list " + Shown(options.list) + " cannot be read");
     }
+    if (!list->empty() && list->find('\0') == std::string::npos) {
+        return Misused("the list has no NULs; make it with find -print0");
+    }
     std::vector<Tree> trees;
     if (const TreeError error = ResolveTrees(options, !options.dry_run && !options.verify, trees);
         !error.text.empty()) {

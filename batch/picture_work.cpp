@@ -142,6 +142,11 @@ bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
     if (IsSameFile(record_.dng, files.input)) {
         return SettleInPlace(task);
     }
+    std::error_code unknown;
+    if (fs::is_directory(system_path::ToSystem(record_.dng), unknown)) {
+        Fail(NameIn(record_.dng) + " is a folder", "a folder in its place");
+        return true;
+    }
     const auto state = StateAt(record_.dng);
     if (!files.is_camera_dng && state && state->size == static_cast<std::int64_t>(kCameraDngSize)) {
         Fail(NameIn(record_.dng) + ", which is there, is a camera DNG; use another output folder",
@@ -185,6 +190,17 @@ bool PictureWork::SettleComplete(const Task& task, const PictureFiles& files) {
     const bool refresh = conversion_.settings().refresh;
     if (refresh && (task.mode == TaskMode::kConvert || task.mode == TaskMode::kLook)) {
         return own && there && KeepFromDamage(files);
+    }
+    const std::string jpg = files.folder + files.base + ".JPG";
+    if (std::error_code error; !own && !files.is_camera_dng) {
+        if (!file_system::IsTaken(jpg)) {
+            Fail(NameIn(jpg) + " is missing", "the JPEG is missing");
+            return true;
+        }
+        if (IsUnreadable(jpg, error)) {
+            FailUnreadable(jpg, error);
+            return true;
+        }
     }
     if (!own || !there) {
         const std::string file =
@@ -358,7 +374,8 @@ void PictureWork::Convert(const PictureFiles& files) {
     const auto before = StateAt(record_.dng);
     const std::string reason = Make(files);
     if (before && before == StateAt(record_.dng)) {
-        Fail((reason.empty() ? "velmarcon gave no reason" : reason) + "; the old DNG is still there",
+        const std::string why = reason.ends_with('.') ? reason.substr(0, reason.size() - 1) : reason;
+        Fail((why.empty() ? "velmarcon gave no reason" : why) + "; the old DNG is still there",
              KindOf(reason));
     } else {
         Judge(files, reason);
@@ -371,12 +388,18 @@ void PictureWork::Convert(const PictureFiles& files) {
     }
 }
 
+void PictureWork::FailUnreadable(const std::string& path, std::error_code error) {
+    Fail(NameIn(path) + " cannot be read: " + ErrorText(error), "cannot be read: " + ErrorText(error));
+}
+
 bool PictureWork::CanBegin(const PictureFiles& files) {
     std::error_code error;
-    if (IsUnreadable(files.input, error)) {
-        Fail(NameIn(files.input) + " cannot be read: " + ErrorText(error),
-             "cannot be read: " + ErrorText(error));
-        return false;
+    const std::string jpg = files.folder + files.base + ".JPG";
+    for (const std::string& path : {files.input, files.is_camera_dng ? files.input : jpg}) {
+        if (IsUnreadable(path, error)) {
+            FailUnreadable(path, error);
+            return false;
+        }
     }
     if (IsUnreadable(record_.dng, error)) {
         Fail(NameIn(record_.dng) + " is there, but cannot be read", "there, but cannot be read");
@@ -402,7 +425,9 @@ std::string PictureWork::Make(const PictureFiles& files) {
     const PrintedLines printed = ReadPrinted(has_own_name ? conversion_.Run(files.folder, name, folder)
                                                           : MakeUnderFreeName(files, folder));
     record_.text = printed.remarks;
-    return printed.reason;
+    // The picture is named where the reason is told.
+    const bool names_picture = printed.reason.starts_with(name + ": ");
+    return names_picture ? printed.reason.substr(name.size() + 2) : printed.reason;
 }
 
 /// A conversion names its DNG after the picture: it is made in a folder of its own, and then gets its name.

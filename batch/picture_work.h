@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "batch/conversion.h"
 #include "batch/jobs.h"
@@ -49,6 +50,7 @@ class PictureWork {
     [[nodiscard]] bool KeepRewritten(DngProof& proof, const PictureFiles& files);
     void CompareChecksum();
     void Convert(const PictureFiles& files);
+    void FailUnreadable(const std::string& path, std::error_code error);
     [[nodiscard]] bool CanBegin(const PictureFiles& files);
     std::string Make(const PictureFiles& files);
     std::string MakeUnderFreeName(const PictureFiles& files, const std::string& folder);

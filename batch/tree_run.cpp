@@ -133,6 +133,9 @@ int TreeRun::Begin() {
     for (const std::string& path : found_.small) {
         tally_.Note("ignored, not in capital letters: " + Shown(path));
     }
+    if (found_.of_macos > 0) {
+        tally_.Note("ignored, files of macOS (._*): " + std::to_string(found_.of_macos));
+    }
     if (!options_.hosts.empty()) {
         if (const int status = AskHosts(); status != batch_status::kDone) {
             return status;
@@ -519,6 +522,9 @@ void TreeRun::TellNearMisses() const {
         return shown;
     };
     PrintNamed("Ignored, not in capital letters", first(found_.small), found_.small.size());
+    if (found_.of_macos > 0) {
+        std::printf("Ignored, files of macOS (._*): %zu\n", found_.of_macos);
+    }
     PrintNamed("Too short for a camera DNG", first(found_.cut), found_.cut.size());
     PrintNamed("No picture", first(found_.none), found_.none.size());
     PrintNamed("In the list, but no picture of the folders", first(not_found_), not_found_.size());
@@ -578,8 +584,8 @@ int TreeRun::Summarise() {
     int status = batch_status::kDone;
     if (const int signal = stop_request::Signal(); signal != 0) {
         (void)std::fflush(stdout);
-        (void)std::fprintf(stderr, "Interrupted (%s). The same command resumes from here.\n",
-                           stop_request::Name(signal));
+        (void)std::fprintf(stderr, "Interrupted (%s). The same command %s.\n", stop_request::Name(signal),
+                           options_.verify ? "begins anew" : "resumes from here");
         status = batch_status::kSignal + signal;
     } else if (const std::size_t unreached = Unreached(); unreached > 0) {
         status = TellUnreached(unreached);

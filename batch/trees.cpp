@@ -126,8 +126,11 @@ TreeError ResolveOutput(const BatchOptions& options, bool make, std::string& out
     std::error_code error;
     if (make) {
         fs::create_directories(system_path::ToSystem(options.output), error);
-        if (!fs::is_directory(system_path::ToSystem(options.output), error)) {
-            return {false, "the output folder cannot be made"};
+        std::error_code unknown;
+        if (!fs::is_directory(system_path::ToSystem(options.output), unknown)) {
+            const auto reason = error ? error : std::make_error_code(std::errc::not_a_directory);
+            return {false,
+                    "the output folder " + Shown(options.output) + " cannot be made: " + ErrorText(reason)};
         }
     }
     output = CanonicalFolder(options.output, error);

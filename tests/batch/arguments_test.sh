@@ -171,5 +171,5 @@ AnOutputFolderThatCannotBeMade() {
   : >file
   batch -o file/out in
   expect_status 3
-  expect_text 'the output folder cannot be made'
+  expect_line 'velmarcon-batch: the output folder file/out cannot be made: Not a directory'
 }

@@ -345,6 +345,52 @@ AnUnreadableRawFileIsToldWithTheReason() {
   expect_line "Failed: $scratch/in/L2.RAW: L2.RAW cannot be read: No such file or directory"
 }
 
+AJpegThatIsMissingOrCannotBeReadIsToldWithTheReason() {
+  pair in/L1
+  pair in/L2 2
+  batch -o out in
+  rm in/L2.JPG
+  batch -o out in
+  expect_status 1
+  expect_line "Failed: $scratch/in/L2.RAW: L2.JPG is missing"
+  ln -s nowhere in/L2.JPG
+  batch -o out in
+  expect_line "Failed: $scratch/in/L2.RAW: L2.JPG cannot be read: No such file or directory"
+  batch -o new in
+  expect_line "Failed: $scratch/in/L2.RAW: L2.JPG cannot be read: No such file or directory"
+}
+
+WhyTheOldDngIsStillThereIsToldInOneSentence() {
+  pair in/L1
+  batch -o out in
+  head -c 1000 "$card/L1000001.RAW" >half
+  replaced in/L1.RAW half
+  batch --accept-damaged -o out in -- -r
+  expect_line "Failed: $scratch/in/L1.RAW: Error #0008: Damaged RAW file; the old DNG is still there"
+}
+
+FilesAndFoldersOfOtherSystemsAreNoPictures() {
+  pair in/L1
+  local folder
+  for folder in .Trash-1000 .Trashes @eaDir; do
+    pair "in/$folder/L2"
+  done
+  cp in/L1.JPG in/._L1.RAW
+  cp in/L1.JPG in/._L1.DNG
+  batch -o out in
+  expect_status 0
+  expect_summary 1 1 0 0
+  expect_line 'Ignored, files of macOS (._*): 2'
+}
+
+AListWithoutNulsIsRefused() {
+  pair in/L1
+  echo in/L1.RAW >list
+  batch --from0 list -o out in
+  expect_status 2
+  expect_text 'the list has no NULs; make it with find -print0'
+}
+
 TheCountStandsLastAndFailuresAreCountedByKind() {
   pair in/L1
   pair in/L2
