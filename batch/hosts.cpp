@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "batch/copy_time.h"
 #include "batch/engine.h"
 #include "batch/fields.h"
 #include "batch/fingerprint.h"
@@ -303,11 +304,8 @@ void Hosts::TakeOver(const Task& task, bool refresh, bool keep_time, Record& rec
     record.raw_state = sent->second.raw_state;
     record.jpg_state = sent->second.jpg_state;
     record.bia_state = sent->second.bia_state;
-    std::error_code error;
     if (keep_time && record.verdict == Verdict::kConverted) {
-        if (const auto time = fs::last_write_time(task.input, error); !error) {
-            fs::last_write_time(task.dng, time, error);
-        }
+        CopyTime(task.input, task.dng);
     }
     record.dng_state = FullStateText(task.dng);
     CountDown(sent->second.job);

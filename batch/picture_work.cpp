@@ -9,9 +9,11 @@
 #include "app/input_discovery.h"
 #include "batch/complete_dng.h"
 #include "batch/conversion_options.h"
+#include "batch/copy_time.h"
 #include "batch/file_facts.h"
 #include "batch/fingerprint.h"
 #include "batch/guessed_options.h"
+#include "batch/numbered_name.h"
 #include "batch/picture.h"
 #include "batch/printed_lines.h"
 #include "batch/proof/input_check.h"
@@ -28,11 +30,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::optional<PictureIdentity> IdentityOf(const PictureFiles& files) {
-    return files.is_camera_dng ? IdentityOfDng(files.input)
-                               : IdentityOfJpg(files.folder + files.base + ".JPG");
-}
 
 bool IsSameFile(const std::string& a, const std::string& b) {
     const auto state_a = StateAt(a);
@@ -84,6 +81,11 @@ PictureFiles::PictureFiles(const Task& task)
       base(WithoutExtension(NameIn(task.input))),
       is_camera_dng(!task.input.ends_with(".RAW")) {}
 
+std::optional<PictureIdentity> IdentityOf(const PictureFiles& files) {
+    return files.is_camera_dng ? IdentityOfDng(files.input)
+                               : IdentityOfJpg(files.folder + files.base + ".JPG");
+}
+
 PictureWork::PictureWork(const WorkerSettings& options, CapturedOutput& output)
     : options_(options),
       conversion_(options.options, options.databases, output),
@@ -107,7 +109,7 @@ std::optional<Record> PictureWork::Do(const Task& task) {
         Convert(files);
     }
     if (record_.verdict == Verdict::kConverted || record_.verdict == Verdict::kKept) {
-        Finish(files);
+        Finish(task, files);
     }
     const auto elapsed = std::chrono::steady_clock::now() - begin;
     record_.milliseconds =
@@ -130,6 +132,9 @@ bool PictureWork::SettleWithout(const Task& task, const PictureFiles& files) {
     }
     if (file_system::IsTaken(record_.dng)) {
         return SettleExisting(task, files);
+    }
+    if (options_.rename && FindNumberedName(record_.dng, IdentityOf(files), !files.is_camera_dng).is_own) {
+        return SettleFreeName(task, files);
     }
     if (task.mode == TaskMode::kVerify) {
         Fail("there is no " + NameIn(record_.dng), "no DNG");
@@ -223,29 +228,21 @@ bool PictureWork::SettleOtherPicture(const Task& task, const PictureFiles& files
     return true;
 }
 
-/// Finds the first name with a number that is free or has this picture.
+/// Under a name with a number that has this picture, or is free.
 bool PictureWork::SettleFreeName(const Task& task, const PictureFiles& files) {
-    constexpr int last = 99;
-    const auto own = IdentityOf(files);
-    for (int number = 2; number <= last; ++number) {
-        record_.dng = WithoutExtension(task.dng) + "-" + std::to_string(number) + ".DNG";
-        if (!file_system::IsTaken(record_.dng)) {
-            if (task.mode != TaskMode::kVerify) {
-                return false;
-            }
-            break;
-        }
-        if (own && IdentityOfDng(record_.dng) == own &&
-            ProblemOfDng(record_.dng, !files.is_camera_dng).empty()) {
-            if (conversion_.settings().refresh && task.mode == TaskMode::kConvert) {
-                return KeepFromDamage(files);
-            }
-            Keep(task, files);
-            return true;
-        }
+    const NumberedName name = FindNumberedName(task.dng, IdentityOf(files), !files.is_camera_dng);
+    if (name.dng.empty() || (!name.is_own && task.mode == TaskMode::kVerify)) {
+        Fail("no name is free for it", "no free name");
+        return true;
     }
-    Fail("no name is free for it", "no free name");
-    return true;
+    record_.dng = name.dng;
+    if (name.is_own && conversion_.settings().refresh && task.mode == TaskMode::kConvert) {
+        return KeepFromDamage(files);
+    }
+    if (name.is_own) {
+        Keep(task, files);
+    }
+    return name.is_own;
 }
 
 /// A complete DNG may be the only whole copy of a picture whose files are damaged. Returns whether it stays
@@ -504,13 +501,9 @@ std::string PictureWork::Compare(DngProof& proof, const PictureFiles& files) {
 }
 
 /// What is told of a picture that has its DNG.
-void PictureWork::Finish(const PictureFiles& files) {
-    std::error_code error;
-    if (options_.keep_time && record_.verdict == Verdict::kConverted) {
-        const auto time = fs::last_write_time(system_path::ToSystem(files.input), error);
-        if (!error) {
-            fs::last_write_time(system_path::ToSystem(record_.dng), time, error);
-        }
+void PictureWork::Finish(const Task& task, const PictureFiles& files) {
+    if (options_.keep_time && task.mode != TaskMode::kVerify) {
+        CopyTime(files.input, record_.dng);
     }
     if (options_.checksums && record_.sha256.empty()) {
         const auto sum = Sha256OfFile(record_.dng);

@@ -10,6 +10,7 @@
 #include "batch/jobs.h"
 #include "batch/proof/checksums.h"
 #include "batch/proof/dng_proof.h"
+#include "batch/proof/same_picture.h"
 #include "batch/records.h"
 #include "system/captured_output.h"
 
@@ -22,6 +23,9 @@ struct PictureFiles {
     std::string base;    ///< the input's name without extension
     bool is_camera_dng = false;
 };
+
+/// Of the picture itself; nothing when its files do not tell.
+std::optional<PictureIdentity> IdentityOf(const PictureFiles& files);
 
 /// Does one picture after the other: looks at the DNG that is there, makes one if that is to be, and looks at
 /// that one.
@@ -57,7 +61,7 @@ class PictureWork {
     void Judge(const PictureFiles& files, const std::string& reason);
     void TakeDng(const PictureFiles& files);
     std::string Compare(DngProof& proof, const PictureFiles& files);
-    void Finish(const PictureFiles& files);
+    void Finish(const Task& task, const PictureFiles& files);
 
     const WorkerSettings& options_;
     Conversion conversion_;

@@ -10,6 +10,7 @@
 
 #include "batch/conversion_options.h"
 #include "batch/file_facts.h"
+#include "batch/numbered_name.h"
 #include "batch/proof/checksums.h"
 #include "batch/records.h"
 #include "system/file_state.h"
@@ -63,10 +64,10 @@ class Planner {
   private:
     /// Of the picture's DNG, or of the one that was given another name.
     std::optional<LedgerEntry> FindOwn(const std::string& input, const std::string& dng) const {
-        constexpr int last_number = 99;
         auto entry = ledger_.Find(dng);
-        for (int i = 2; options_.rename && i <= last_number && !(entry && entry->source == input); ++i) {
-            entry = ledger_.Find(WithoutExtension(dng) + "-" + std::to_string(i) + ".DNG");
+        for (int i = kFirstNumber; options_.rename && i <= kLastNumber && !(entry && entry->source == input);
+             ++i) {
+            entry = ledger_.Find(WithNumber(dng, i));
         }
         return entry && entry->source == input ? entry : std::nullopt;
     }

@@ -9,8 +9,12 @@
 #include <utility>
 
 #include "batch/conversion_options.h"
+#include "batch/copy_time.h"
 #include "batch/fields.h"
+#include "batch/numbered_name.h"
+#include "batch/picture_work.h"
 #include "batch/proof/checksums.h"
+#include "batch/proof/same_picture.h"
 #include "batch/shown.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
@@ -23,6 +27,11 @@ int Refuse(int status, const std::string& text) {
     (void)std::fflush(stdout);
     (void)std::fprintf(stderr, "velmarcon-batch: %s\n", text.c_str());
     return status;
+}
+
+int RefuseNothing() {
+    return Refuse(batch_status::kSomeFailed,
+                  "no picture found: no RAW file and no camera DNG (extensions in capital letters)");
 }
 
 unsigned int Cores() {
@@ -89,22 +98,44 @@ std::string TreeRun::InputOfNumber(std::uint64_t number) const {
     return InputOf(found_.pictures[static_cast<std::size_t>(number)], trees_);
 }
 
-/// What would be done, a line for each picture.
-int TreeRun::ListPlan() const {
-    const bool refresh = conversion_options::Settings(options_.conversion).refresh;
-    for (const Picture& picture : found_.pictures) {
-        const std::string input = InputOf(picture, trees_);
-        const std::string dng = DngOf(picture, trees_);
-        std::string what = "convert";
-        if (file_system::IsTaken(dng)) {
-            const std::string kept = input == dng ? "refuse" : "keep";
-            what = refresh ? "refresh" : kept;
+/// What a run would do, as "convert: INPUT -> DNG".
+std::string TreeRun::PlanOf(const Picture& picture) const {
+    const std::string input = InputOf(picture, trees_);
+    const std::string dng = DngOf(picture, trees_);
+    const PictureFiles files({0, TaskMode::kLook, input, dng, "", {}});
+    const std::string keep = conversion_options::Settings(options_.conversion).refresh ? "refresh"
+                             : input == dng                                            ? "refuse"
+                                                                                       : "keep";
+    const auto line = [&](const std::string& what, const std::string& to) {
+        return what + ": " + Shown(input) + " -> " + Shown(to);
+    };
+    const bool is_taken = file_system::IsTaken(dng);
+    const auto own = is_taken || options_.rename ? IdentityOf(files) : std::nullopt;
+    const auto there = is_taken && input != dng ? IdentityOfDng(dng) : std::nullopt;
+    const bool is_others = own && there && *own != *there;
+    if (is_others && !options_.rename) {
+        return line("fail", dng) + " (another picture)";
+    }
+    if (options_.rename && (is_others || !is_taken)) {
+        const NumberedName name = FindNumberedName(dng, own, !files.is_camera_dng);
+        if (name.is_own || is_others) {
+            return name.dng.empty() ? line("fail", dng) + " (no name is free for it)"
+                                    : line(name.is_own ? keep : "convert", name.dng);
         }
-        std::printf("%s: %s -> %s\n", what.c_str(), Shown(input).c_str(), Shown(dng).c_str());
+    }
+    return line(is_taken ? keep : "convert", dng);
+}
+
+int TreeRun::ListPlan() const {
+    for (const Picture& picture : found_.pictures) {
+        std::printf("%s\n", PlanOf(picture).c_str());
     }
     TellNearMisses();
     Say(NumberOfPictures(found_.pictures.size()));
     PrintNamed("Could not be read", found_.unread, 0);
+    if (found_.pictures.empty()) {
+        return RefuseNothing();
+    }
     return found_.unread.empty() ? batch_status::kDone : batch_status::kSomeFailed;
 }
 
@@ -190,6 +221,11 @@ void TreeRun::TakeKept() {
         record.dng = DngOf(found_.pictures[static_cast<std::size_t>(record.picture)], trees_);
         settled_[static_cast<std::size_t>(record.picture)] = true;
         ++done_;
+        if (options_.keep_time && CopyTime(InputOfNumber(record.picture), record.dng)) {
+            auto entry = state_.ledger().Find(record.dng).value_or(LedgerEntry());
+            entry.dng_state = FullStateText(record.dng);
+            (void)state_.ledger().Add(record.dng, entry);
+        }
         tally_.Take(record, InputOfNumber(record.picture));
     }
 }
@@ -440,7 +476,13 @@ void TreeRun::PutOnDisk() {
 }
 
 void TreeRun::Settle(const Record& record) {
-    tally_.Take(record, InputOfNumber(record.picture));
+    const std::string input = InputOfNumber(record.picture);
+    tally_.Take(record, input);
+    if (record.verdict != Verdict::kFailed &&
+        NameIn(record.dng) != WithoutExtension(NameIn(input)) + ".DNG") {
+        renamed_.push_back(Shown(input) + " -> " + Shown(NameIn(record.dng)));
+        tally_.Note("renamed: " + renamed_.back());
+    }
     // The line of a DNG that was replaced is outdated.
     if (record.verdict == Verdict::kConverted ||
         (!record.sha256.empty() && record.verdict == Verdict::kKept)) {
@@ -491,6 +533,14 @@ void TreeRun::WriteChecksumFiles() {
             (void)std::fprintf(stderr, "velmarcon-batch: %sSHA256SUMS cannot be written: %s\n",
                                Shown(folder).c_str(), ErrorText({error, std::generic_category()}).c_str());
         }
+    }
+}
+
+void TreeRun::TellRenamed() const {
+    constexpr std::size_t named = 10;
+    if (!options_.quiet) {
+        const auto end = renamed_.begin() + static_cast<std::ptrdiff_t>(std::min(renamed_.size(), named));
+        PrintNamed("Renamed", {renamed_.begin(), end}, renamed_.size());
     }
 }
 
@@ -572,6 +622,7 @@ int TreeRun::Summarise() {
     WriteChecksumFiles();
     report_written_ = tally_.Close() && report_written_;
     TellNearMisses();
+    TellRenamed();
     TellRemarks();
     TellFailures();
     if (!found_.unread.empty()) {
@@ -596,9 +647,7 @@ int TreeRun::Summarise() {
                               (found_.cut.empty() || options_.accept_damaged) && report_written_;
         status = all_well ? batch_status::kDone : batch_status::kSomeFailed;
         if (found_.pictures.empty()) {
-            status =
-                Refuse(batch_status::kSomeFailed,
-                       "no picture found: no RAW file and no camera DNG (extensions in capital letters)");
+            status = RefuseNothing();
         }
     }
     Notify(status);

@@ -37,6 +37,7 @@ class TreeRun {
   private:
     void Say(const std::string& text) const;
     void Search();
+    std::string PlanOf(const Picture& picture) const;
     int ListPlan() const;
     [[nodiscard]] int Begin();
     [[nodiscard]] int CheckSpace() const;
@@ -59,6 +60,7 @@ class TreeRun {
     void WriteChecksumFiles();
     [[nodiscard]] int Summarise();
     void TellFailures() const;
+    void TellRenamed() const;
     void TellRemarks() const;
     void TellNearMisses() const;
     void TellEnd();
@@ -85,7 +87,8 @@ class TreeRun {
     std::vector<bool> settled_;      ///< by number of the picture
     std::set<std::uint64_t> begun_;  ///< pictures that a worker is at, or was when it died
     std::unordered_map<std::uint64_t, std::size_t> task_of_;  ///< by number of the picture
-    std::vector<Record> pending_;  ///< pictures whose DNGs are not known to be on the disk
+    std::vector<std::string> renamed_;  ///< "PATH -> NAME" of pictures whose DNG has a number
+    std::vector<Record> pending_;       ///< pictures whose DNGs are not known to be on the disk
     std::chrono::steady_clock::time_point synchronized_;
     std::size_t done_ = 0;
     std::size_t seen_failed_ = 0;

@@ -153,6 +153,10 @@ ADryRunListsAndDoesNothing() {
   expect_line "refuse: $scratch/in/L3.DNG -> $scratch/in/L3.DNG"
   [[ ! -e new && ! -e $HOME/.local ]] || fail "something was made"
   expect_files in L1.RAW L1.JPG L2.RAW L2.JPG L3.DNG
+  mkdir none
+  batch --dry-run none
+  expect_status 1
+  expect_text 'no picture found'
 }
 
 QuietTellsOfFailuresOnly() {

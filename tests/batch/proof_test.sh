@@ -47,6 +47,32 @@ APictureMayBeRenamed() {
   expect_files out L1.DNG L1-2.DNG
 }
 
+ARenamedPictureIsToldAndNotMadeAgain() {
+  pair first/L1 1
+  pair second/L1 2
+  batch -o out first
+  batch -n -o out second
+  expect_line "fail: $scratch/second/L1.RAW -> $scratch/out/L1.DNG (another picture)"
+  batch -n --rename -o out second
+  expect_line "convert: $scratch/second/L1.RAW -> $scratch/out/L1-2.DNG"
+  batch --rename -o out second
+  expect_line "Renamed: $scratch/second/L1.RAW -> L1-2.DNG"
+  grep -qxF "renamed: $scratch/second/L1.RAW -> L1-2.DNG" "$(state_folder)/report" || fail "not in the report"
+  batch -n --rename -o out second
+  expect_line "keep: $scratch/second/L1.RAW -> $scratch/out/L1-2.DNG"
+  # Names before its own may become free.
+  mv out/L1-2.DNG out/L1-5.DNG
+  batch --rename -o out second
+  expect_summary 1 0 1 0
+  rm out/L1.DNG
+  batch -n --rename -o out second
+  expect_line "keep: $scratch/second/L1.RAW -> $scratch/out/L1-5.DNG"
+  batch --rename -o out second
+  expect_status 0
+  expect_summary 1 0 1 0
+  expect_files out L1-5.DNG
+}
+
 ADngOfAHalfCopiedRawFileIsFoundOut() {
   pair in/L1
   head -c 15000000 "$card/L1000001.RAW" >half
@@ -311,6 +337,17 @@ ADngMayHaveTheTimeOfItsRawFile() {
   [[ ! out/L1000001.DNG -nt in/L1000001.RAW && ! out/L1000001.DNG -ot in/L1000001.RAW ]] || fail "another time"
   batch --keep-time -o out in
   expect_summary 1 0 1 0
+  # Also one that was made without.
+  rm out/L1000001.DNG
+  batch -o out in
+  batch --keep-time -o out in
+  expect_summary 1 0 1 0
+  [[ ! out/L1000001.DNG -nt in/L1000001.RAW && ! out/L1000001.DNG -ot in/L1000001.RAW ]] || fail "another time"
+  rm -r "$HOME/.local"
+  touch out/L1000001.DNG
+  batch --keep-time -o out in
+  expect_summary 1 0 1 0
+  [[ ! out/L1000001.DNG -nt in/L1000001.RAW && ! out/L1000001.DNG -ot in/L1000001.RAW ]] || fail "another time"
 }
 
 NearMissesAreNamed() {
