@@ -72,7 +72,7 @@ AnotherMachineTellsWhyAPictureFailed() {
   expect_status 1
   expect_summary 3 1 0 2
   expect_line "Failed: $scratch/one/L1.RAW: L1.JPG: Error #0010: Unable to find JPG file."
-  expect_text "Failed: $scratch/two/L2.DNG: L2.DNG: Error #00"
+  expect_text "Failed: $scratch/two/L2.DNG: Error #00"
   expect_files out two/L1.DNG
   "$program" -i two/L1 -o . -b >/dev/null
   expect_same L1.DNG out/two/L1.DNG
