@@ -82,7 +82,7 @@ std::string ProblemOfImage(const SingleValues& values, std::uint64_t size, bool 
     const bool is_whole = offset > 0 && length > 0 && length == width * height * kBytesPerPixel;
     const bool has_size = !is_pair || (width == kPairWidth && height == kPairHeight);
     if (!is_whole || !has_size) {
-        return "is not one that velmarcon wrote";
+        return kOtherDng;
     }
     return offset + length <= size ? "" : "is not complete";
 }

@@ -166,7 +166,7 @@ bool PictureWork::SettleExisting(const Task& task, const PictureFiles& files) {
         return false;
     }
     Fail(NameIn(record_.dng) + " is there, but " + problem +
-             (task.mode == TaskMode::kVerify ? "" : "; delete it, or use -r"),
+             (task.mode == TaskMode::kVerify || problem == kOtherDng ? "" : "; delete it, or use -r"),
          "there, but " + problem);
     return true;
 }
@@ -329,6 +329,11 @@ bool PictureWork::KeepRewritten(DngProof& proof, const PictureFiles& files) {
     constexpr const char* changed = "was changed by another program";
     const std::string mismatch =
         proof.CheckPixels(files.folder, files.base, files.is_camera_dng, record_.dng);
+    if (!mismatch.empty() && mismatch.find(": pixel ") == std::string::npos) {
+        Fail(NameIn(record_.dng) + " " + changed + ", and its pixels cannot be compared",
+             std::string(changed) + ", and its pixels cannot be compared");
+        return true;
+    }
     if (!mismatch.empty() && DamageOf(files, conversion_.settings().black_level_given).empty()) {
         Fail(NameIn(record_.dng) + " " + changed + ", and " + mismatch,
              KindOfMismatch(std::string(changed) + ", and " + mismatch));

@@ -173,6 +173,11 @@ ADngThatAnotherProgramRatedIsKept() {
   batch -o out in -- -p
   expect_status 1
   expect_text "L2.RAW: L2.DNG was changed by another program, and does not match its RAW file: pixel "
+  # Nor does anything advise to replace one that cannot be compared.
+  exiftool -q -overwrite_original -n -SubIFD:Compression=7 out/L1.DNG
+  batch -o out in -- -p
+  expect_status 1
+  expect_line "Failed: $scratch/in/L1.RAW: L1.DNG was changed by another program, and its pixels cannot be compared"
 }
 
 OnlyOptionsThatChangeADngMakeItAnother() {
