@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Reads IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag
+// SPDX-License-Identifier: MIT
+// Reads IFDs from a little-endian TIFF file (TIFF 6.0, section 2) into the tag
 // maps of the writer.
 #include <cstddef>
 #include <cstdint>

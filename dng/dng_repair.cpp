@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Repairs a camera DNG: decodes its 8-bit data to 14 bits, corrects them as in a
+// SPDX-License-Identifier: MIT
+// Repairs a camera DNG: decodes its 8-bit data to 14 bits, corrects them as in a
 // conversion, and writes them to a new DNG with the camera's own tags.
 #include <array>
 #include <cstdint>

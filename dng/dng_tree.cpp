@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Builds the tag tree of a converted pair: all tags of the DNG and the sources
+// SPDX-License-Identifier: MIT
+// Builds the tag tree of a converted pair: all tags of the DNG and the sources
 // of their values.
 #include <array>
 #include <bit>

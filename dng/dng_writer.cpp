@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Lays out and writes a DNG file: a little-endian TIFF file (TIFF 6.0) that
+// SPDX-License-Identifier: MIT
+// Lays out and writes a DNG file: a little-endian TIFF file (TIFF 6.0) that
 // consists of a header, the IFDs, each followed by its values, and one uncompressed strip per image.
 #include <algorithm>
 #include <array>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT The tag model of DNGlib; dng/ifd.h does the work.
+// SPDX-License-Identifier: MIT
+// The tag model of DNGlib; dng/ifd.h does the work.
 #include <span>
 #include <string>
 #include <vector>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Subtracts the sensor's dark levels, column by column.
+// SPDX-License-Identifier: MIT
+// Subtracts the sensor's dark levels, column by column.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

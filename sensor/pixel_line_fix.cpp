@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Repairs defective sensor columns from their neighbours of the same colour:
+// SPDX-License-Identifier: MIT
+// Repairs defective sensor columns from their neighbours of the same colour:
 // those two columns away and, for every other pixel, also those one row and one column away.
 #include <algorithm>
 #include <cstddef>

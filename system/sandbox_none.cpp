@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT For systems without Landlock, and for builds with tools that open files of
+// SPDX-License-Identifier: MIT
+// For systems without Landlock, and for builds with tools that open files of
 // their own, such as sanitizers (VELMARCON_SANDBOX=OFF).
 #include "system/sandbox.h"
 

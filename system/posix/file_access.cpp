@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Gives a file that replaces another one that file's owner, permissions and
+// SPDX-License-Identifier: MIT
+// Gives a file that replaces another one that file's owner, permissions and
 // extended attributes.
 #include <sys/stat.h>
 #include <unistd.h>

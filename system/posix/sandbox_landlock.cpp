@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Uses Landlock through raw system calls: the C library has no functions for
+// SPDX-License-Identifier: MIT
+// Uses Landlock through raw system calls: the C library has no functions for
 // them, and its headers may be older.
 #include <fcntl.h>
 #include <sys/prctl.h>

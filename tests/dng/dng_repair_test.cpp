@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests what every repair writes and what it refuses. The corrections have tests
+// SPDX-License-Identifier: MIT
+// Tests what every repair writes and what it refuses. The corrections have tests
 // of their own.
 #include <algorithm>
 #include <cstdint>

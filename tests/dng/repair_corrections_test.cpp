@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests the corrections of a repair: sensor and lens data.
+// SPDX-License-Identifier: MIT
+// Tests the corrections of a repair: sensor and lens data.
 #include <algorithm>
 #include <array>
 #include <cstdint>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests which entries and types fill each field of the record.
+// SPDX-License-Identifier: MIT
+// Tests which entries and types fill each field of the record.
 #include <algorithm>
 #include <array>
 #include <cstdint>

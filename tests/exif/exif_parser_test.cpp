@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests where the parser finds the EXIF block and its directories, and how it
+// SPDX-License-Identifier: MIT
+// Tests where the parser finds the EXIF block and its directories, and how it
 // treats damaged ones.
 #include <array>
 #include <cstddef>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests where the bytes of a value come from: the entry itself, or an offset,
+// SPDX-License-Identifier: MIT
+// Tests where the bytes of a value come from: the entry itself, or an offset,
 // which may be outside the block.
 #include <array>
 #include <cstdint>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests who may read a replaced file, and which attributes it keeps.
+// SPDX-License-Identifier: MIT
+// Tests who may read a replaced file, and which attributes it keeps.
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests what else may be in the folder: links, files with modes and rights, and
+// SPDX-License-Identifier: MIT
+// Tests what else may be in the folder: links, files with modes and rights, and
 // other runs.
 #include <sys/stat.h>
 #include <sys/sysmacros.h>

@@ -1,4 +1,5 @@
-// SPDX-License-Identifier: MIT Tests what the system refuses a process in the sandbox. Each test is a process
+// SPDX-License-Identifier: MIT
+// Tests what the system refuses a process in the sandbox. Each test is a process
 // of its own, because there is no way out of the sandbox.
 #include "system/sandbox.h"
 
