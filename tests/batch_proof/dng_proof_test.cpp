@@ -227,7 +227,7 @@ TEST(DngProof, AFileThatGetsShorterMeanwhileCannotBeRead) {
     const auto check_while = [&](const std::string& path) {
         bool is_cut = false;
         return made.CheckFile(made.Path(), [&](std::span<const std::uint8_t> bytes) {
-            if (!is_cut && bytes.size() == 3968 * 2) {
+            if (!is_cut && bytes.size() == std::size_t{3968} * 2) {
                 is_cut = true;
                 std::filesystem::resize_file(path, 1000);
             }

@@ -78,9 +78,10 @@ TEST(InputCheck, EachValueOfTheMakerNoteIsLookedAt) {
     EXPECT_EQ(found(samples::Long(samples::note::kSerialNumber, 1)), "");
     EXPECT_EQ(found(samples::Rationals(samples::note::kApproximateFNumber, {{1, 0}})),
               start + "f-number" + end);
+    const std::string no_white_balance = start + "white balance" + end;
     for (const auto level :
          {samples::note::kLevelRed, samples::note::kLevelGreen, samples::note::kLevelBlue}) {
-        EXPECT_EQ(found(samples::Rationals(level, {{1, 0}})), start + "white balance" + end);
+        EXPECT_EQ(found(samples::Rationals(level, {{1, 0}})), no_white_balance);
     }
 }
 
