@@ -2,6 +2,7 @@
 // Converted pairs without sensor options. A DNG is made, then changed at one place.
 #include "batch/proof/dng_proof.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>

@@ -38,9 +38,12 @@ class Draw {
     std::uint32_t Below(std::size_t end) { return static_cast<std::uint32_t>(engine_() % end); }
     bool OneIn(std::size_t n) { return Below(n) == 0; }
 
+    /// The same for positions in a container.
+    std::ptrdiff_t StepsBelow(std::size_t end) { return static_cast<std::ptrdiff_t>(Below(end)); }
+
     template <typename Container>
     auto OneOf(const Container& container) {
-        return *(container.begin() + Below(container.size()));
+        return *(container.begin() + StepsBelow(container.size()));
     }
 
   private:
@@ -77,10 +80,10 @@ void ChangeEntries(Draw& draw, Entries& entries) {
     }
     if (draw.OneIn(4)) {
         const Entry copy = draw.OneOf(entries);
-        entries.insert(entries.begin() + draw.Below(entries.size()), copy);
+        entries.insert(entries.begin() + draw.StepsBelow(entries.size()), copy);
     }
     if (draw.OneIn(4)) {
-        entries.erase(entries.begin() + draw.Below(entries.size()));
+        entries.erase(entries.begin() + draw.StepsBelow(entries.size()));
     }
     if (draw.OneIn(8)) {
         ChangeOrder(draw, entries);
@@ -103,7 +106,7 @@ void ChangeNoteBytes(Draw& draw, Bytes& note) {
             note.insert(note.begin(), draw.Below(some), std::uint8_t{0});
             break;
         case 2:
-            note.erase(note.begin(), note.begin() + draw.Below(std::min(some, note.size())));
+            note.erase(note.begin(), note.begin() + draw.StepsBelow(std::min(some, note.size())));
             break;
         case 3: {  // a note inside the note, after its header
             const Bytes inner = note;
