@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "batch/batch_run.h"
 #include "packaging/databases.h"
-#include "system/pixel_memory.h"
 #include "system/posix/program.h"
-#include "system/posix/write_signals.h"
-#include "system/standard_streams.h"
 
 namespace {
 
@@ -31,13 +26,6 @@ std::string PrepareOwnDatabases() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    IgnoreWriteSignals();
-    FillMissingStandardStreams();
-    pixel_memory::RetainFreedMemory();
-    const std::span<char*> all(argv, static_cast<std::size_t>(argc));
-    std::vector<std::string> arguments;
-    for (const char* argument : all.subspan(all.empty() ? 0 : 1)) {
-        arguments.emplace_back(argument);
-    }
+    const std::vector<std::string> arguments = program::Begin(argc, argv);
     return RunBatch(arguments, {OwnPath().string(), PrepareOwnDatabases});
 }

@@ -6,16 +6,10 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/control_character.h"
 #include "system/system_error.h"
 
 namespace {
-
-bool IsControl(char c) {
-    constexpr unsigned char first_printable = 0x20;
-    constexpr unsigned char deletion = 0x7F;
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < first_printable || byte == deletion;
-}
 
 /// A character as it stands in $'...'.
 std::string Escaped(char c) {

@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include <cstddef>
 #include <filesystem>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "calibrate/calibrate_run.h"
 #include "packaging/data_folder.h"
 #include "system/path_names.h"
-#include "system/pixel_memory.h"
-#include "system/posix/write_signals.h"
-#include "system/standard_streams.h"
+#include "system/posix/program.h"
 
 namespace {
 
@@ -26,13 +22,6 @@ DefaultDatabase InDataFolder() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    IgnoreWriteSignals();
-    FillMissingStandardStreams();
-    pixel_memory::RetainFreedMemory();
-    const std::span<char*> all(argv, static_cast<std::size_t>(argc));
-    std::vector<std::string> arguments;
-    for (const char* argument : all.subspan(all.empty() ? 0 : 1)) {
-        arguments.emplace_back(argument);
-    }
+    const std::vector<std::string> arguments = program::Begin(argc, argv);
     return RunCalibrate(arguments, InDataFolder());
 }

@@ -3,14 +3,9 @@
 
 #include <algorithm>
 
-namespace {
+#include "base/control_character.h"
 
-bool IsControl(char c) {
-    constexpr unsigned char first_printable = 0x20;
-    constexpr unsigned char deletion = 0x7F;
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < first_printable || byte == deletion;
-}
+namespace {
 
 /// Bytes from 0x80 on, letters of other languages, need no quotes either.
 bool NeedsNoQuotes(char c) {

@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "system/file_system.h"
+#include "system/handle.h"
 #include "system/part_files.h"
 #include "system/retry_on_interrupt.h"
 #include "system/system_error.h"
@@ -27,16 +28,14 @@ std::error_code CapturedOutput::Begin(const std::string& folder) {
     if (const std::error_code error = file_system::CreateNew(name, file_system::kForOwner, made)) {
         return error;
     }
-    const int file = made.Release();
     file_system::Remove(name);
     (void)std::fflush(stdout);
-    standard_output_ = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    if (standard_output_ < 0 || ::dup2(file, STDOUT_FILENO) < 0) {
-        const std::error_code error = system_error::Last();
-        ::close(file);
-        return error;
+    Handle standard_output(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!standard_output.IsOpen() || ::dup2(made.Get(), STDOUT_FILENO) < 0) {
+        return system_error::Last();
     }
-    file_ = file;
+    standard_output_ = standard_output.Release();
+    file_ = made.Release();
     return {};
 }
 

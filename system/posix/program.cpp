@@ -3,6 +3,9 @@
 
 #include <unistd.h>
 
+#include <cstddef>
+#include <span>
+
 #if defined(__APPLE__)
 #include <mach-o/dyld.h>
 
@@ -10,6 +13,9 @@
 #include <cstdint>
 #endif
 
+#include "system/pixel_memory.h"
+#include "system/posix/write_signals.h"
+#include "system/standard_streams.h"
 #include "system/system_error.h"
 
 namespace program {
@@ -30,6 +36,15 @@ fs::path NameFromSystem() {
 }
 
 }  // namespace
+
+std::vector<std::string> Begin(int argc, char* argv[]) {
+    IgnoreWriteSignals();
+    FillMissingStandardStreams();
+    pixel_memory::RetainFreedMemory();
+    const std::span<char*> all(argv, static_cast<std::size_t>(argc));
+    const auto arguments = all.subspan(all.empty() ? 0 : 1);
+    return {arguments.begin(), arguments.end()};
+}
 
 std::optional<std::filesystem::path> OwnFile() {
     std::error_code error;
