@@ -37,7 +37,7 @@ fs::path NameFromSystem() {
 
 }  // namespace
 
-std::vector<std::string> Begin(int argc, char* argv[]) {
+std::vector<std::string> Begin(int argc, char** argv) {
     IgnoreWriteSignals();
     FillMissingStandardStreams();
     pixel_memory::RetainFreedMemory();

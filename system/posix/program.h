@@ -14,7 +14,7 @@ namespace program {
 /// To be called first in main: a failed write is an error and no signal, no file gets the number of a missing
 /// standard stream, and freed memory stays for the next picture. Returns the arguments without the program's
 /// name.
-std::vector<std::string> Begin(int argc, char* argv[]);
+std::vector<std::string> Begin(int argc, char** argv);
 
 /// The file of the running program, with all links resolved; std::nullopt if it is unknown.
 std::optional<std::filesystem::path> OwnFile();
