@@ -65,7 +65,7 @@ std::string FoundName(const std::string& folder, const std::string& name) {
 
 /// The name in the folder for `path`.
 std::string NameOf(const char* path) {
-    const std::string names = path + 1;
+    std::string names = path + 1;
     if (names.empty()) {
         return ".";
     }
