@@ -7,6 +7,7 @@
 
 #include "base/pixel.h"
 #include "calibrate/sensor_grid.h"
+#include "sensor/instruction_set.h"
 
 /// Which rows of a block to measure: in the dark all rows are alike, in the light every other row has the
 /// same colour.
@@ -22,7 +23,8 @@ struct BlockMeans {
 /// Measures the mean of each block. A pixel further than `reach` from the median of nine pixels of its patch
 /// counts as at that distance (one step of Huber's M-estimator). `pixels` is a whole frame. Takes one pass;
 /// `result` reuses its memory.
-void MeasureBlocks(std::span<const Pixel> pixels, BlockRows rows, int reach, BlockMeans& result);
+void MeasureBlocks(std::span<const Pixel> pixels, BlockRows rows, int reach, BlockMeans& result,
+                   InstructionSet version = instruction_set::Best());
 
 /// Standard deviations of the pixels of an exposure, in raw units.
 struct PixelNoise {

@@ -5,6 +5,7 @@
 #include <array>
 #include <limits>
 
+#include "calibrate/column_medians.h"
 #include "calibrate/statistics.h"
 
 namespace {
@@ -14,27 +15,6 @@ using namespace sensor_grid;
 constexpr int kTile = 62;  // columns from which a shared offset is subtracted
 static_assert(kHalf % kTile == 0);
 
-/// The medians of all columns, computed on copies that are contiguous in memory.
-std::vector<float> Medians(const Grid& grid) {
-    constexpr int lanes = 32;
-    static_assert(kColumns % lanes == 0);
-    std::vector<float> medians(kColumns);
-    std::vector<float> together(std::size_t{lanes} * kBlocks);
-    for (int column = 0; column < kColumns; column += lanes) {
-        for (int block = 0; block < kBlocks; ++block) {
-            const auto row = Row(grid, block).subspan(static_cast<std::size_t>(column), lanes);
-            for (std::size_t lane = 0; lane < lanes; ++lane) {
-                together[(lane * kBlocks) + static_cast<std::size_t>(block)] = row[lane];
-            }
-        }
-        for (std::size_t lane = 0; lane < lanes; ++lane) {
-            medians[static_cast<std::size_t>(column) + lane] =
-                statistics::Median(std::span(together).subspan(lane * kBlocks, kBlocks));
-        }
-    }
-    return medians;
-}
-
 /// The noise of the blocks of `row`, from their MAD.
 float RowNoise(std::span<const float> row) {
     std::vector<float> copy(row.begin(), row.end());
@@ -43,7 +23,7 @@ float RowNoise(std::span<const float> row) {
 
 }  // namespace
 
-ColumnSeries::ColumnSeries(const Grid& grid) : medians_(Medians(grid)), values_(kGridSize) {
+ColumnSeries::ColumnSeries(const Grid& grid) : medians_(ColumnMedians(grid)), values_(MakeGrid(0)) {
     constexpr int sampled = 20;
     std::vector<float> noises;
     std::vector<float> row(kColumns);

@@ -52,8 +52,8 @@ void Sort(std::span<Lane> values) {
     }
 }
 
-/// The median of each column's blocks.
-std::vector<float> ColumnMedians(const Grid& grid) {
+/// The median of some of each column's blocks.
+std::vector<float> SampledMedians(const Grid& grid) {
     constexpr int step = 29;  // a sample of the blocks is enough for a centre
     constexpr std::size_t count = kBlocks / step;
     static_assert(count % 2 == 1);
@@ -73,7 +73,7 @@ std::vector<float> ColumnMedians(const Grid& grid) {
 }  // namespace
 
 std::vector<float> ClippedColumnMeans(const Grid& grid, float reach) {
-    const std::vector<float> medians = ColumnMedians(grid);
+    const std::vector<float> medians = SampledMedians(grid);
     std::vector<float> means(kColumns);
     const float* const centre = medians.data();
     float* __restrict const sum = means.data();
@@ -104,9 +104,9 @@ void DarkStack::StartWith(const DarkExposure& exposure) {
     std::ranges::transform(exposure.columns, reference_.begin(),
                            [&](float level) { return level / exposure.gain; });
     shift_.assign(kHalves, 0);
-    sum_.assign(kGridSize, 0);
-    highest_.assign(kGridSize, -1e30F);
-    highest_from_.assign(kGridSize, 0);
+    sum_ = MakeGrid(0);
+    highest_ = MakeGrid(-1e30F);
+    highest_from_ = MakeGrid(0);
     above_.assign(std::size_t{kPatches} * kColumns, 0);
     below_ = above_;
     spread_.assign(above_.size(), 0);
@@ -203,7 +203,7 @@ Grid DarkStack::Combined() const {
         weights.push_back(Weight(exposure));
         deviations.push_back(BlockDeviation(exposure));
     }
-    Grid combined(kGridSize);
+    Grid combined = MakeGrid(0);
     for (std::size_t i = 0; i < combined.size(); ++i) {
         float sum = sum_[i];
         float weight = weight_;

@@ -69,8 +69,8 @@ std::string FlatStack::Add(const BlockMeans& even, const BlockMeans& odd, std::s
         return "not a flat exposure: its light is not even";
     }
     if (count_ == 0) {
-        sum_.assign(kGridSize, 0);
-        nearest_.assign(kGridSize, 0);
+        sum_ = MakeGrid(0);
+        nearest_ = MakeGrid(0);
     }
     for (int block = 0; block < kBlocks; ++block) {
         const auto even_row = Row(even.means, block);

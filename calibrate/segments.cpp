@@ -2,6 +2,7 @@
 #include "calibrate/segments.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "calibrate/statistics.h"
@@ -37,7 +38,33 @@ struct Interval {
     float contrast = 0;  // in standard deviations
 };
 
-/// The interval that differs most from the rest.
+/// How far the sum of an interval is from `expected`.
+float Distance(std::span<const float> prefix_sums, int begin, int length, float expected) {
+    return std::abs(SumOf(prefix_sums, begin, length) - expected);
+}
+
+/// The largest Distance of the intervals of this length. In lanes, of which the compiler makes vectors.
+float LargestDistance(std::span<const float> prefix_sums, int length, float expected) {
+    constexpr std::size_t lanes = 16;
+    std::array<float, lanes> largest = {};
+    const std::size_t count = prefix_sums.size() - static_cast<std::size_t>(length);
+    // Bare pointers, because index checks would prevent vectorisation.
+    const float* const before = prefix_sums.data();
+    const float* const after = before + length;
+    std::size_t begin = 0;
+    for (; begin + lanes <= count; begin += lanes) {
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            const float distance = std::abs(after[begin + lane] - before[begin + lane] - expected);
+            largest.data()[lane] = std::max(largest.data()[lane], distance);
+        }
+    }
+    for (; begin < count; ++begin) {
+        largest.front() = std::max(largest.front(), std::abs(after[begin] - before[begin] - expected));
+    }
+    return *std::ranges::max_element(largest);
+}
+
+/// The interval that differs most from the rest; of equal ones the shortest, and of these the first.
 Interval MostDifferent(std::span<const float> values) {
     std::vector<float> copy(values.begin(), values.end());
     const std::vector<float> sums = PrefixSums(values, statistics::Median(copy));
@@ -47,12 +74,13 @@ Interval MostDifferent(std::span<const float> values) {
     for (int length = 1; length < count; ++length) {
         const auto size = static_cast<float>(length);
         const float scale = 1 / std::sqrt(size * (1 - (size / static_cast<float>(count))));
-        for (int begin = 0; begin + length <= count; ++begin) {
-            const float sum = SumOf(sums, begin, length);
-            const float contrast = std::abs(sum - (size * mean)) * scale;
-            if (contrast > best.contrast) {
-                best = {begin, begin + length, contrast};
+        const float contrast = LargestDistance(sums, length, size * mean) * scale;
+        if (contrast > best.contrast) {
+            int begin = 0;
+            while (begin + length < count && Distance(sums, begin, length, size * mean) * scale < contrast) {
+                ++begin;
             }
+            best = {begin, begin + length, contrast};
         }
     }
     return best;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "input/raw_layout.h"
+#include "system/pixel_memory.h"
 
 /// Divides the sensor into blocks of one column and a few rows. Blocks are small enough to tell where a
 /// defect begins and large enough to average out noise; a grid takes a sixth of the memory of an image of the
@@ -29,6 +30,14 @@ constexpr int kPatchRows = kPatchBlocks * kBlockRows;
 /// A value for each block, block row by block row.
 using Grid = std::vector<float>;
 constexpr std::size_t kGridSize = std::size_t{kBlocks} * kColumns;
+
+/// A grid whose values are all `value`.
+inline Grid MakeGrid(float value) {
+    Grid grid;
+    pixel_memory::Reserve(grid, kGridSize);
+    grid.assign(kGridSize, value);
+    return grid;
+}
 
 inline std::span<float> Row(Grid& grid, int block) {
     return std::span(grid).subspan(static_cast<std::size_t>(block) * kColumns, kColumns);

@@ -62,9 +62,10 @@ function(velmarcon_library name)
 endfunction()
 
 # velmarcon_pixel_sources(SOURCES...): files whose loops run over every pixel; optimised for vectors in every
-# build but the debug one.
+# build but the debug one. Where a processor can multiply and add in one step, it still rounds after each, so that all
+# processors give the same results.
 function(velmarcon_pixel_sources)
-  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-O3>)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-O3> -ffp-contract=off)
 endfunction()
 
 # velmarcon_test_code(TARGET): code that is not shipped. It is compiled for short compile times, not for speed, and the

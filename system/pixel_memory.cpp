@@ -14,24 +14,6 @@
 
 namespace pixel_memory {
 
-namespace {
-
-/// Asks the system to use large pages for the whole pages in the reserved range of `buffer`.
-void AdviseLargePages([[maybe_unused]] const std::vector<Pixel>& buffer) {
-#if defined(__linux__)
-    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto begin = std::bit_cast<std::uintptr_t>(buffer.data());
-    const auto end = begin + buffer.capacity() * sizeof(Pixel);
-    const auto first_page = (begin + page - 1) / page * page;
-    if (first_page < end) {
-        // This is only advice: a refusal costs nothing but time.
-        (void)::madvise(std::bit_cast<void*>(first_page), end - first_page, MADV_HUGEPAGE);
-    }
-#endif
-}
-
-}  // namespace
-
 void RetainFreedMemory() {
 #if defined(__GLIBC__)
     // More than the size of a whole sensor dump, and the most that the allocator accepts on 64 bits.
@@ -42,16 +24,17 @@ void RetainFreedMemory() {
 #endif
 }
 
-void Reserve(std::vector<Pixel>& buffer, std::size_t words) {
-    if (buffer.capacity() < words) {
-        buffer.reserve(words);
-        AdviseLargePages(buffer);
+void AdviseLargePages([[maybe_unused]] const void* memory, [[maybe_unused]] std::size_t bytes) {
+#if defined(__linux__)
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto begin = std::bit_cast<std::uintptr_t>(memory);
+    const auto end = begin + bytes;
+    const auto first_page = (begin + page - 1) / page * page;
+    if (first_page < end) {
+        // This is only advice: a refusal costs nothing but time.
+        (void)::madvise(std::bit_cast<void*>(first_page), end - first_page, MADV_HUGEPAGE);
     }
-}
-
-void Resize(std::vector<Pixel>& buffer, std::size_t words) {
-    Reserve(buffer, words);
-    buffer.resize(words);
+#endif
 }
 
 }  // namespace pixel_memory
