@@ -17,9 +17,6 @@ using path_names::Extension;
 using path_names::kDngExtension;
 using path_names::kRawExtension;
 
-/// A DNG named with -i counts as one of the camera's up to this many bytes.
-constexpr std::uint64_t kLargestSingleDng = 15000000;
-
 /// Length in bytes; 0 if the file can't be opened.
 std::uint64_t FileSize(const std::string& path) {
     InputFile file;

@@ -10,6 +10,9 @@
 /// finds the DNGs that this program wrote.
 constexpr std::uint64_t kCameraDngSize = 10575296;
 
+/// A DNG named with -i counts as one of the camera's up to this many bytes.
+constexpr std::uint64_t kLargestSingleDng = 15000000;
+
 /// Whether `path` can be opened as a folder.
 [[nodiscard]] bool isdir(const char* path);
 

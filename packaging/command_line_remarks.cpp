@@ -177,6 +177,14 @@ std::string HintAtPath(std::string_view value, std::span<const Argument> argumen
     return is_output ? "; for an output folder write -o " + ShellWord(value) : "";
 }
 
+/// A hint for a value of -b that is not a number.
+std::string HintAtLevel(std::string_view value, std::span<const Argument> arguments) {
+    if (path_names::Extension(Lowercase(value)) == "bia") {
+        return "; a dark frame is not named: it is next to the RAW file, with its name";
+    }
+    return HintAtPath(value, arguments);
+}
+
 /// Whether `value` is exactly the number that it is read as, apart from leading zeros.
 bool IsNumber(std::string_view value, const std::string& read_as) {
     if (value.empty() || !std::ranges::all_of(value, IsDigit)) {
@@ -192,7 +200,7 @@ std::string RemarkOnBlackLevel(const Argument& argument, std::span<const Argumen
         return "";
     }
     return "-b " + ShellWord(value) + ": read as black level " + level +
-           "; it must be a whole number from 0 to 65535" + HintAtPath(value, arguments);
+           "; it must be a whole number from 0 to 65535" + HintAtLevel(value, arguments);
 }
 
 std::string RemarkOnDarkExposure(std::span<const Argument> arguments) {
@@ -281,7 +289,8 @@ class Remarks {
         }
         Add(RemarkOnDarkExposure(arguments_));
         if (!words_are_explained_) {
-            Add(RemarkOnWords(words_, arguments_, quoted_));
+            Add(RemarkOnWords(words_, arguments_,
+                              with_blanks_.empty() ? "" : quoted_option_ + " " + ShellWord(with_blanks_)));
         }
         std::ranges::move(RemarksOnPaths(arguments_), std::back_inserter(remarks_));
         return remarks_;
@@ -314,12 +323,23 @@ class Remarks {
         } else if (IsSecondLevel(word, before)) {
             Add(ShellWord(word) + ": ignored: -b takes one value, here " + ShellWord(*before->value));
         } else {
-            if (words_.empty() && before != nullptr && before->counts && before->value &&
-                before->option->value == OptionValue::kPath && !Exists(*before->value)) {
-                quoted_ = std::string(before->option->text) + " " +
-                          ShellWord(std::string(*before->value) + " " + std::string(word));
-            }
+            LookForBlank(word, before);
             words_.push_back(word);
+        }
+    }
+
+    /// Whether `word` may belong to the path before it: a name with blanks that lacks quotes. Goes on from
+    /// word to word until there is such a file or folder.
+    void LookForBlank(std::string_view word, const Argument* before) {
+        if (before == nullptr) {
+            return;
+        }
+        if (words_.empty() && before->counts && before->value &&
+            before->option->value == OptionValue::kPath && !Exists(*before->value)) {
+            with_blanks_ = std::string(*before->value) + " " + std::string(word);
+            quoted_option_ = std::string(before->option->text);
+        } else if (!with_blanks_.empty() && IsWord(*before) && !Exists(with_blanks_)) {
+            with_blanks_ += " " + std::string(word);
         }
     }
 
@@ -344,7 +364,8 @@ class Remarks {
     std::size_t next_ = 0;
     std::vector<std::string> remarks_;
     std::vector<std::string_view> words_;
-    std::string quoted_;  ///< the option and path that the first word may be a part of, after a blank
+    std::string quoted_option_;         ///< the option whose path lacks quotes
+    std::string with_blanks_;           ///< that path, with the words that may belong to it
     bool words_are_explained_ = false;  ///< whether another remark explains the stray words
 };
 

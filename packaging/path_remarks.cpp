@@ -35,6 +35,7 @@ struct FolderContent {
     bool is_known = false;          ///< false if it can't be listed
     bool has_raw = false;           ///< whether a name ends in .RAW
     bool has_camera_dng = false;    ///< whether a file has the size of the camera's DNGs
+    bool has_other_dng = false;     ///< whether a file of another size counts as one if it is named
     bool has_raw_in_small = false;  ///< whether a name ends in .raw
     bool has_folder = false;
 };
@@ -50,7 +51,9 @@ FolderContent ContentOf(const fs::path& folder) {
             content.has_raw = true;
         } else if (extension == kDngExtension) {
             std::error_code no_size;
-            content.has_camera_dng |= entry->file_size(no_size) == kCameraDngSize && !no_size;
+            const std::uintmax_t size = entry->file_size(no_size);
+            content.has_camera_dng |= size == kCameraDngSize && !no_size;
+            content.has_other_dng |= size != kCameraDngSize && size <= kLargestSingleDng && !no_size;
         } else if (UpperCaseExtension(name) == kRawExtension) {
             content.has_raw_in_small = true;
         }
@@ -110,6 +113,10 @@ std::string RemarkOnInputFolder(const std::string& path) {
     }
     if (content.has_raw_in_small) {
         return ShellWord(path) + ": " + kCapitalLetters;
+    }
+    if (content.has_other_dng) {
+        return ShellWord(path) + ": its DNGs do not have the camera's " + std::to_string(kCameraDngSize) +
+               " bytes: name each by itself";
     }
     return content.has_folder
                ? ShellWord(path) + ": there is no picture in it; for the folders below it use velmarcon-batch"

@@ -51,7 +51,7 @@ class RemarksOnCommandLine : public testing::TestWithParam<RemarkCase> {
   protected:
     void SetUp() override {
         MakeFile("a.RAW");
-        for (const char* name : {"card", "dng", "-odd", "My card"}) {
+        for (const char* name : {"card", "dng", "-odd", "My card", "two words"}) {
             std::filesystem::create_directory(name);
         }
         MakeFile("card/L1.RAW");
@@ -113,6 +113,16 @@ const std::vector<RemarkCase> kRemarkCases = {
      {"Pictures: ignored: -i takes one path, here card; a name with a blank needs quotes: -o 'My "
       "Pictures'",
       "My: there is no such folder"}},
+    {"AFolderWithSeveralBlanks",
+     {"-i", "card", "-o", "My", "own", "new", "Pictures"},
+     {"own and 2 more: ignored: -i takes one path, here card; a name with a blank needs quotes: -o 'My own "
+      "new Pictures'",
+      "My: there is no such folder"}},
+    {"AFolderWithABlankAndAWordAfterIt",
+     {"-i", "card", "-o", "two", "words", "dng"},
+     {"words and 1 more: ignored: -i takes one path, here card; a name with a blank needs quotes: -o 'two "
+      "words'",
+      "two: there is no such folder"}},
     {"FilesOfSeveralFolders",
      {"-i", "card/L1.RAW", "dng/L2.RAW"},
      {"dng/L2.RAW: ignored: -i takes one path, here card/L1.RAW"}},
@@ -165,6 +175,10 @@ const std::vector<RemarkCase> kRemarkCases = {
      {"-b", "card"},
      {"-b card: read as black level 0; it must be a whole number from 0 to 65535; to convert it write -i "
       "card"}},
+    {"ADarkFrameAsALevel",
+     {"-b", "card/L1.bia"},
+     {"-b card/L1.bia: read as black level 0; it must be a whole number from 0 to 65535; a dark frame is not "
+      "named: it is next to the RAW file, with its name"}},
     {"ASecondLevel", {"-b", "100", "200"}, {"200: ignored: -b takes one value, here 100"}},
     {"ANegativeLevel",
      {"-b", "-20"},

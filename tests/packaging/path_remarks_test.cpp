@@ -51,7 +51,7 @@ TEST_F(RemarksOnPathsIn, AreNoneOnPathsThatCanBeUsed) {
     }
     EXPECT_EQ(RemarksOnPathsOf({"-i", "camera", "-o", "dng"}), Texts());
     EXPECT_EQ(RemarksOnPathsOf({"-i", "camera", "-r"}), Texts());
-    EXPECT_EQ(RemarksOnPathsOf({"-i", "own"}), Texts());
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "own/L1.DNG"}), Texts());
 }
 
 TEST_F(RemarksOnPathsIn, NameAnInputThatIsNotThere) {
@@ -81,6 +81,13 @@ TEST_F(RemarksOnPathsIn, TellOfAFolderThatHasPicturesOnlyInFoldersBelow) {
     fs::create_directories("DCIM/100LEICA");
     EXPECT_EQ(RemarksOnPathsOf({"-i", "DCIM"}),
               Texts{"DCIM: there is no picture in it; for the folders below it use velmarcon-batch"});
+}
+
+TEST_F(RemarksOnPathsIn, TellOfDngsThatAreOnlyTakenByName) {
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "own", "-o", "dng"}),
+              Texts{"own: its DNGs do not have the camera's 10575296 bytes: name each by itself"});
+    fs::resize_file("own/L1.DNG", kLargestSingleDng + 1);
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "own", "-o", "dng"}), Texts());
 }
 
 TEST_F(RemarksOnPathsIn, TellOfAJpegInPlaceOfTheRawFile) {
