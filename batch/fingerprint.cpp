@@ -5,6 +5,9 @@
 #include <xxhash.h>
 
 #include "base/hex_digits.h"
+#if defined(VELMARCON_AVX2)
+#include "batch/fingerprint_avx2.h"
+#endif
 
 struct Fingerprint::State {
     XXH3_state_t sum;
@@ -19,6 +22,13 @@ Fingerprint::Fingerprint() : state_(std::make_unique<State>()) {
 Fingerprint::~Fingerprint() = default;
 
 void Fingerprint::Add(std::span<const std::uint8_t> bytes) {
+#if defined(VELMARCON_AVX2)
+    static const bool has_avx2 = __builtin_cpu_supports("avx2") != 0;
+    if (has_avx2) {
+        AddByAvx2(&state_->sum, bytes.data(), bytes.size());
+        return;
+    }
+#endif
     (void)XXH3_64bits_update(&state_->sum, bytes.data(), bytes.size());
 }
 
