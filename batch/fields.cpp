@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "batch/fields.h"
 
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <fstream>
-#include <iterator>
+#include <utility>
 
 #include "system/system_path.h"
 
@@ -37,12 +38,16 @@ std::optional<std::string> ReadWhole(const std::string& path) {
     if (system_path::OpenPlainFile(path, file)) {
         return std::nullopt;
     }
-    file.seekg(0);
-    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (file.bad()) {
+    if (!file.seekg(0)) {
         return std::nullopt;
     }
-    return bytes;
+    std::string bytes;
+    std::array<char, 16384> piece = {};
+    // The stream's own operations, unlike its buffer's, do not throw when the disk fails.
+    while (file.read(piece.data(), static_cast<std::streamsize>(piece.size())) || file.gcount() > 0) {
+        bytes.append(piece.data(), static_cast<std::size_t>(file.gcount()));
+    }
+    return file.bad() ? std::nullopt : std::optional(std::move(bytes));
 }
 
 std::error_code WritePlain(const std::string& path, std::string_view bytes) {

@@ -50,4 +50,8 @@ TEST(Fields, AFileThatIsNotThereIsNothing) {
     EXPECT_EQ(fields::WritePlain(folder / "missing/file", "c"), std::errc::no_such_file_or_directory);
 }
 
+TEST(Fields, AFileThatCannotBeReadIsNothing) {
+    EXPECT_EQ(fields::ReadWhole("/proc/self/mem"), std::nullopt);  // its end cannot be found, nor byte 0 be read
+}
+
 }  // namespace
