@@ -27,6 +27,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kAtWork = "another velmarcon-batch is at work on this output";
+
 std::string Variable(const char* name) {
     const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): there is one thread
     return value != nullptr ? value : "";
@@ -89,11 +91,15 @@ bool MakeFolder(const std::string& path) {
     return !error;
 }
 
-/// Waits a moment for a run that was killed, and whose workers are about to notice.
+/// Waits a moment for a run that was killed, and whose workers are about to notice; says so.
 std::error_code TakeLock(FileLock& lock, const std::string& path, FileLock::Hold hold) {
     constexpr int patience = 50;
     constexpr auto step = std::chrono::milliseconds(100);
     std::error_code error = lock.Take(path, hold);
+    if (error == std::errc::operation_would_block) {
+        (void)std::fflush(stdout);
+        (void)std::fprintf(stderr, "velmarcon-batch: %s; waiting a few seconds for its end\n", kAtWork);
+    }
     for (int i = 0; i < patience && error == std::errc::operation_would_block; ++i) {
         std::this_thread::sleep_for(step);
         error = lock.Take(path, hold);
@@ -155,11 +161,10 @@ std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>&
 /// The state's lock, and those that keep runs with another state, and into folders that lie in each other,
 /// apart. A folder that cannot be locked keeps nobody waiting.
 std::string RunState::LockOutputs(const std::vector<Tree>& trees) {
-    constexpr const char* at_work = "another velmarcon-batch is at work on this output";
     locks_.push_back(std::make_unique<FileLock>());
     if (const auto error = TakeLock(*locks_.back(), PathOf("lock"), FileLock::Hold::kAlone)) {
         return error == std::errc::operation_would_block
-                   ? std::string(at_work) + "; wait for its end"
+                   ? std::string(kAtWork) + "; wait for its end"
                    : "nothing can be written to " + Shown(folder_) + ": " + ErrorText(error);
     }
     for (const auto& [folder, hold] : LockedFolders(trees)) {
@@ -170,7 +175,7 @@ std::string RunState::LockOutputs(const std::vector<Tree>& trees) {
         locks_.push_back(std::make_unique<FileLock>());
         const std::error_code error = TakeLock(*locks_.back(), locked, hold);
         if (error == std::errc::operation_would_block) {
-            return std::string(at_work) + ", or on one in it or around it (" + Shown(folder) +
+            return std::string(kAtWork) + ", or on one in it or around it (" + Shown(folder) +
                    "); wait for its end";
         }
         if (error) {
@@ -194,23 +199,31 @@ std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>
         return nothing + ": " + ErrorText(error);
     }
     const std::string command = CommandText(options, trees);
-    const bool same_command = fields::ReadWhole(PathOf("command")) == command;
+    keeps_interrupted_ = options.verify;
+    const bool goes_on =
+        keeps_interrupted_ || (fields::ReadWhole(PathOf("command")) == command && !options.fresh);
     const std::vector<std::string> begun = fields::Split(fields::ReadWhole(PathOf("begun")).value_or(""));
     if (!begun.empty()) {
         interrupted_since_ = static_cast<std::int64_t>(fields::Number(begun.front()).value_or(0));
-        if (same_command && !options.fresh) {
+        if (goes_on) {
             for (std::string& dng : fields::Split(fields::ReadWhole(PathOf("refreshed")).value_or(""))) {
                 refreshed_.insert(std::move(dng));
             }
         }
-        TakeRecords({begun.begin() + 1, begun.end()}, same_command && !options.fresh);
+        TakeRecords({begun.begin() + 1, begun.end()}, goes_on);
     }
     std::error_code error;
     fs::rename(system_path::ToSystem(PathOf("joblog")), system_path::ToSystem(PathOf("joblog.previous")),
                error);
-    if (!RemoveAll(PathOf("records")) || !RemoveAll(PathOf("jobs")) || !MakeFolder(PathOf("records")) ||
-        !MakeFolder(PathOf("jobs")) || !KeepRefreshed() || fields::WritePlain(PathOf("command"), command) ||
+    if (!KeepRefreshed() || !RemoveAll(PathOf("records")) || !RemoveAll(PathOf("jobs")) ||
+        !MakeFolder(PathOf("records")) || !MakeFolder(PathOf("jobs")) ||
         fields::WritePlain(PathOf("messages"), "")) {
+        return nothing;
+    }
+    if (keeps_interrupted_) {
+        return "";
+    }
+    if (fields::WritePlain(PathOf("command"), command)) {
         return nothing;
     }
     std::vector<std::string> now = options.conversion;
@@ -228,18 +241,17 @@ bool RunState::KeepRefreshed() const {
 }
 
 /// What is not in the ledger yet; none of it is known to be on the disk.
-void RunState::TakeRecords(const std::vector<std::string>& options, bool same_command) {
+void RunState::TakeRecords(const std::vector<std::string>& options, bool goes_on) {
     FolderListing records(PathOf("records"));
     if (!records.IsOpen()) {
         return;
     }
     while (const auto job = records.NextFile()) {
-        TakeRecordsOf(*job, options, same_command);
+        TakeRecordsOf(*job, options, goes_on);
     }
 }
 
-void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::string>& options,
-                             bool same_command) {
+void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::string>& options, bool goes_on) {
     std::unordered_map<std::uint64_t, std::string> sources;
     for (const Task& task : jobs::Read(PathOf("jobs") + "/" + job).value_or(std::vector<Task>())) {
         sources[task.picture] = task.input;
@@ -253,7 +265,7 @@ void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::stri
             if (!known || known->dng_state != record.dng_state) {
                 ledger_.Add(record.dng, EntryOf(record, source->second, options));
             }
-            if (same_command) {
+            if (goes_on) {
                 refreshed_.insert(record.dng);
             }
         }
@@ -262,8 +274,10 @@ void RunState::TakeRecordsOf(const std::string& job, const std::vector<std::stri
 
 void RunState::End() {
     (void)ledger_.Compact();
-    file_system::Remove(PathOf("begun"));
-    file_system::Remove(PathOf("refreshed"));
+    if (!keeps_interrupted_) {
+        file_system::Remove(PathOf("begun"));
+        file_system::Remove(PathOf("refreshed"));
+    }
     RemoveAll(PathOf("records"));
     RemoveAll(PathOf("jobs"));
 }

@@ -24,7 +24,7 @@
 ///   records/           from the workers
 ///   begun              when the run began, and with which options; gone when it came to its end
 ///   refreshed          DNGs that interrupted runs with -r have made anew
-///   command            folders and options of the last run
+///   command            folders and options of the last run that converted
 ///   id, sent/, back/   for other machines
 ///   lock               held by the run and what it starts
 class RunState {
@@ -33,7 +33,8 @@ class RunState {
     /// an empty text.
     [[nodiscard]] std::string Open(const BatchOptions& options, const std::vector<Tree>& trees);
 
-    /// After Open: takes over what an interrupted run has left, and begins a new one. Returns as Open does.
+    /// After Open: takes over what an interrupted run has left, and begins a new one. One that only verifies
+    /// leaves it for the next. Returns as Open does.
     [[nodiscard]] std::string Begin(const BatchOptions& options, const std::vector<Tree>& trees);
 
     /// The run came to its end: nothing is left to go on with.
@@ -55,8 +56,8 @@ class RunState {
 
   private:
     std::string LockOutputs(const std::vector<Tree>& trees);
-    void TakeRecords(const std::vector<std::string>& options, bool same_command);
-    void TakeRecordsOf(const std::string& job, const std::vector<std::string>& options, bool same_command);
+    void TakeRecords(const std::vector<std::string>& options, bool goes_on);
+    void TakeRecordsOf(const std::string& job, const std::vector<std::string>& options, bool goes_on);
     [[nodiscard]] bool KeepRefreshed() const;
 
     std::string parent_;
@@ -65,6 +66,7 @@ class RunState {
     Ledger ledger_;
     std::unordered_set<std::string> refreshed_;
     std::optional<std::int64_t> interrupted_since_;
+    bool keeps_interrupted_ = false;  ///< this run only verifies
 };
 
 #endif  // VELMARCON_BATCH_RUN_STATE_H

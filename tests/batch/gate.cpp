@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Loaded into velmarcon-batch by its tests: as many DNGs as there are tickets get their names, and whoever
-// would give a name to the next one waits until the gate is open.
+// would give a name to the next one waits until the gate is open. So does whoever opens a file whose path
+// ends as GATE_HOLDS says.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -8,6 +9,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdarg>
 #include <cstdlib>
 #include <ctime>
 #include <string>
@@ -37,18 +39,22 @@ bool TakeTicket() {
     return is_left;
 }
 
-void WaitFor(std::string_view name) {
+void WaitUntilOpen() {
     constexpr timespec nap = {.tv_sec = 0, .tv_nsec = 50'000'000};
     const std::string open = Variable("GATE_FOLDER") + "/open";
+    while (::access(open.c_str(), F_OK) != 0) {
+        (void)::nanosleep(&nap, nullptr);
+    }
+}
+
+void WaitFor(std::string_view name) {
     if (const std::string killing = Variable("GATE_KILLS"); !killing.empty() && name.ends_with(killing)) {
         (void)std::raise(SIGKILL);
     }
     if (!name.ends_with(".DNG") || TakeTicket()) {
         return;
     }
-    while (::access(open.c_str(), F_OK) != 0) {
-        (void)::nanosleep(&nap, nullptr);
-    }
+    WaitUntilOpen();
 }
 
 template <typename Function>
@@ -78,5 +84,17 @@ extern "C" int syncfs(int descriptor) noexcept {
 extern "C" int rename(const char* from, const char* to) noexcept {
     WaitFor(to);
     return Next<int(const char*, const char*)>("rename")(from, to);
+}
+/// As the programs call it, whose files may be longer than 2 GB.
+extern "C" int open64(const char* path, int flags, ...) {
+    if (const std::string held = Variable("GATE_HOLDS");
+        !held.empty() && std::string_view(path).ends_with(held)) {
+        WaitUntilOpen();
+    }
+    va_list arguments;
+    va_start(arguments, flags);
+    const auto mode = va_arg(arguments, unsigned int);
+    va_end(arguments);
+    return Next<int(const char*, int, ...)>("open64")(path, flags, mode);
 }
 // NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -191,7 +191,12 @@ has_refreshed() {
 }
 
 has_recorded() {
-  [[ $(cat "$HOME"/.local/state/velmarcon-batch/*/records/* | tr '\0' '\n' | grep -cx converted) -ge $1 ]]
+  has_verdicts converted "$1"
+}
+
+# has_verdicts WORD NUMBER: of at least so many pictures.
+has_verdicts() {
+  [[ $(cat "$HOME"/.local/state/velmarcon-batch/*/records/* | tr '\0' '\n' | grep -cx "$1") -ge $2 ]]
 }
 
 # begin_refresh: a run with -r that is cut off after a few pictures; those are linked into the folder refreshed.
@@ -265,6 +270,38 @@ ARefreshGoesOnAlthoughPicturesCameAndWent() {
   [[ $(refreshed_files out | grep -c 'L0.*[0-9].DNG') -eq 12 ]] || fail "not all were refreshed"
 }
 
+AVerificationInBetweenLeavesARefreshToGoOn() {
+  begin_refresh kill_front_by_int
+  batch --verify -j 2 -o out in
+  expect_status 0
+  expect_summary 12 0 12 0
+  batch -j 2 -o out in -- -r
+  expect_status 0
+  expect_summary 12 $((12 - number_done)) "$number_done" 0
+  expect_same_files
+}
+
+AnInterruptedVerificationEndsWith130AndBeginsAnew() {
+  prepare 6
+  cp -r expected out
+  gate 0
+  setsid env GATE_HOLDS=/in/L0000003.RAW "${gated[@]}" env --default-signal=INT \
+    "$batch_program" --verify -j 1 -o out in >printed 2>&1 </dev/null &
+  front=$!
+  wait_for has_verdicts kept 2
+  kill -INT "$front"
+  wait_for grep -qxF 'Stopping (INT): pictures that were begun are finished first' printed
+  : >open
+  end_of_front
+  expect_status 130
+  expect_line 'Interrupted (INT). The same command begins anew.'
+  grep -qxE '6 pictures: 0 converted, [23] already there, 0 failed, [34] not reached' printed || fail "no count"
+  end_of_session
+  batch --verify -j 1 -o out in
+  expect_status 0
+  expect_summary 6 0 6 0
+}
+
 FreshDoesThemAll() {
   begin_refresh kill_front_by_int
   batch --fresh -j 2 -o out in -- -r
@@ -297,7 +334,8 @@ TheSameCommandDoesNotRunTwiceAtOnce() {
   wait_for has_dngs out 1
   batch -o out in
   expect_status 3
-  expect_text 'another velmarcon-batch is at work on this output'
+  expect_line 'velmarcon-batch: another velmarcon-batch is at work on this output; waiting a few seconds for its end'
+  expect_line 'velmarcon-batch: another velmarcon-batch is at work on this output; wait for its end'
   batch -o out in -- -p
   expect_status 3
   batch --state elsewhere -o out in
