@@ -45,8 +45,8 @@ const char* const kBatchHelp =
     "  -h, --help            this text\n"
     "      --version         the version\n"
     "\n"
-    "What stands after -- is for velmarcon: -r, -p, -b, -l, -s and so on, but not\n"
-    "-i, -o or -sd.\n"
+    "Options of velmarcon come after --: -r, -p, -b, -l, -s and so on, but not -i,\n"
+    "-o or -sd.\n"
     "\n"
     "Status: 0 if every picture has a complete DNG, 1 if some have none, 2 for wrong\n"
     "usage, 3 if the work could not begin, 130 after Ctrl-C.\n";
@@ -171,7 +171,7 @@ class Reader {
                    "A picture cannot be taken again";
         }
         if (argument.size() > 1 && argument.starts_with('-')) {
-            return "unknown option " + argument + "; velmarcon's own options stand after --";
+            return "unknown option " + argument + "; options of velmarcon come after --";
         }
         options_.folders.push_back(argument);
         return "";

@@ -29,7 +29,7 @@ struct BatchOptions {
     bool newest_first = false;
     bool help = false;
     bool version = false;
-    std::vector<std::string> conversion;  ///< what stands after --: options of velmarcon
+    std::vector<std::string> conversion;  ///< the options of velmarcon, after --
 };
 
 /// Reads the arguments, the program's name not among them. Returns what is wrong with them, or an empty text.

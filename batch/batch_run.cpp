@@ -33,7 +33,7 @@ int Misused(const std::string& text) {
     return Refuse(batch_status::kUsage, text + " (see velmarcon-batch --help)");
 }
 
-/// What stands after --; of a lens code only the database knows whether it is one. Returns a status to end
+/// The options after --; of a lens code only the database knows whether it is one. Returns a status to end
 /// with, or kDone.
 int CheckConversionOptions(const BatchOptions& options, const std::string& databases) {
     lensdb lenses(databases);
@@ -44,7 +44,7 @@ int CheckConversionOptions(const BatchOptions& options, const std::string& datab
     }
     return text.empty()
                ? batch_status::kDone
-               : Refuse(batch_status::kUsage, "velmarcon would misread what stands after --:" + text);
+               : Refuse(batch_status::kUsage, "velmarcon would misread the options after --:" + text);
 }
 
 /// The list of --from0.

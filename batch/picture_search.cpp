@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -35,6 +36,37 @@ std::string UpperCase(std::string text) {
 bool IsOfSystem(const std::string& folder) {
     return folder.starts_with(".Trash-") || folder == ".Trashes" || folder == "@eaDir";
 }
+
+/// The JPEGs of one folder that have neither a RAW file nor a DNG. The camera also takes pictures as JPEGs
+/// only.
+class JpegsAlone {
+  public:
+    void Add(const std::string& name) {
+        const std::string extension = UpperCase(path_names::Extension(name));
+        const bool is_jpeg = extension == "JPG";
+        if (NameIn(name).starts_with("._") || (!is_jpeg && extension != "RAW" && extension != "DNG")) {
+            return;
+        }
+        has_raw_files_ = has_raw_files_ || extension == "RAW";
+        (is_jpeg ? jpegs_ : others_).emplace(WithoutExtension(name), name);
+    }
+
+    /// None where there is no RAW file at all.
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const auto& [base, name] : jpegs_) {
+            if (has_raw_files_ && !others_.contains(base)) {
+                names.push_back(name);
+            }
+        }
+        return names;
+    }
+
+  private:
+    std::unordered_map<std::string, std::string> jpegs_;  ///< names by what stands before their extension
+    std::unordered_map<std::string, std::string> others_;
+    bool has_raw_files_ = false;
+};
 
 /// Walks one tree.
 class Walk {
@@ -84,6 +116,7 @@ class Walk {
     /// `folder` is empty, or ends in a separator.
     void List(const std::string& folder, std::vector<std::string>& folders) {
         const std::string path = folder.empty() ? root_ : Join(root_, folder.substr(0, folder.size() - 1));
+        JpegsAlone jpegs;
         std::error_code error;
         for (fs::directory_iterator entry(system_path::ToSystem(path), error);
              !error && entry != fs::directory_iterator(); entry.increment(error)) {
@@ -97,7 +130,11 @@ class Walk {
                 folders.push_back(name + "/");
             } else {
                 LookAt(name, type == fs::file_type::symlink);
+                jpegs.Add(name);
             }
+        }
+        for (const std::string& name : jpegs.Names()) {
+            found_.jpegs.push_back(Join(root_, name));
         }
         if (error) {
             found_.unread.push_back(path + ": " + ErrorText(error));
@@ -181,6 +218,7 @@ FoundPictures FindPictures(std::span<const Tree> trees) {
         std::ranges::sort(found.pictures.begin() + before, found.pictures.end(), {}, &Picture::name);
     }
     std::ranges::sort(found.small);
+    std::ranges::sort(found.jpegs);
     std::ranges::sort(found.cut);
     return found;
 }

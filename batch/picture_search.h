@@ -16,6 +16,7 @@ struct FoundPictures {
     std::vector<std::string> excluded;  ///< output folders below a root, which are not searched
     std::vector<std::string> small;     ///< names that would be pictures in capital letters
     std::vector<std::string> cut;       ///< DNGs that are too short for any of the camera's
+    std::vector<std::string> jpegs;     ///< those without a RAW file or DNG, in folders that have RAW files
     std::size_t of_macos = 0;           ///< files ._X of macOS, which have the extension of a picture
     std::vector<std::string> none;      ///< files that were named one by one and are no picture's
 };

@@ -34,6 +34,10 @@ int RefuseNothing() {
                   "no picture found: no RAW file and no camera DNG (extensions in capital letters)");
 }
 
+/// What a dry run says of a picture that would have no DNG.
+constexpr const char* kWouldFail = "fail";
+constexpr const char* kWouldBeRefused = "refuse";
+
 unsigned int Cores() {
     return std::max(std::thread::hardware_concurrency(), 1U);
 }
@@ -45,6 +49,15 @@ void PrintNamed(const char* what, const std::vector<std::string>& lines, std::si
     if (all > lines.size()) {
         std::printf("... and %zu more\n", all - lines.size());
     }
+}
+
+std::vector<std::string> FirstShown(const std::vector<std::string>& paths) {
+    constexpr std::size_t named = 10;
+    std::vector<std::string> shown;
+    for (std::size_t i = 0; i < std::min(paths.size(), named); ++i) {
+        shown.push_back(Shown(paths[i]));
+    }
+    return shown;
 }
 
 }  // namespace
@@ -98,13 +111,19 @@ std::string TreeRun::InputOfNumber(std::uint64_t number) const {
     return InputOf(found_.pictures[static_cast<std::size_t>(number)], trees_);
 }
 
+/// Whether the search could look everywhere, and found all that was asked for.
+bool TreeRun::AllWasFound() const {
+    return found_.unread.empty() && not_found_.empty() && found_.none.empty() &&
+           (found_.cut.empty() || options_.accept_damaged);
+}
+
 /// What a run would do, as "convert: INPUT -> DNG".
 std::string TreeRun::PlanOf(const Picture& picture) const {
     const std::string input = InputOf(picture, trees_);
     const std::string dng = DngOf(picture, trees_);
     const PictureFiles files({0, TaskMode::kLook, input, dng, "", {}});
     const std::string keep = conversion_options::Settings(options_.conversion).refresh ? "refresh"
-                             : input == dng                                            ? "refuse"
+                             : input == dng                                            ? kWouldBeRefused
                                                                                        : "keep";
     const auto line = [&](const std::string& what, const std::string& to) {
         return what + ": " + Shown(input) + " -> " + Shown(to);
@@ -114,21 +133,25 @@ std::string TreeRun::PlanOf(const Picture& picture) const {
     const auto there = is_taken && input != dng ? IdentityOfDng(dng) : std::nullopt;
     const bool is_others = own && there && *own != *there;
     if (is_others && !options_.rename) {
-        return line("fail", dng) + " (another picture)";
+        return line(kWouldFail, dng) + " (another picture)";
     }
     if (options_.rename && (is_others || !is_taken)) {
         const NumberedName name = FindNumberedName(dng, own, !files.is_camera_dng);
         if (name.is_own || is_others) {
-            return name.dng.empty() ? line("fail", dng) + " (no name is free for it)"
+            return name.dng.empty() ? line(kWouldFail, dng) + " (no name is free for it)"
                                     : line(name.is_own ? keep : "convert", name.dng);
         }
     }
     return line(is_taken ? keep : "convert", dng);
 }
 
+/// Returns the status that a run would end with for what is seen here.
 int TreeRun::ListPlan() const {
+    bool all_well = AllWasFound();
     for (const Picture& picture : found_.pictures) {
-        std::printf("%s\n", PlanOf(picture).c_str());
+        const std::string plan = PlanOf(picture);
+        all_well = all_well && !plan.starts_with(kWouldFail) && !plan.starts_with(kWouldBeRefused);
+        std::printf("%s\n", plan.c_str());
     }
     TellNearMisses();
     Say(NumberOfPictures(found_.pictures.size()));
@@ -136,7 +159,7 @@ int TreeRun::ListPlan() const {
     if (found_.pictures.empty()) {
         return RefuseNothing();
     }
-    return found_.unread.empty() ? batch_status::kDone : batch_status::kSomeFailed;
+    return all_well ? batch_status::kDone : batch_status::kSomeFailed;
 }
 
 WorkerSettings TreeRun::SettingsForWorkers() const {
@@ -163,6 +186,9 @@ int TreeRun::Begin() {
     }
     for (const std::string& path : found_.small) {
         tally_.Note("ignored, not in capital letters: " + Shown(path));
+    }
+    for (const std::string& path : found_.jpegs) {
+        tally_.Note("JPEG without a RAW file: " + Shown(path));
     }
     if (found_.of_macos > 0) {
         tally_.Note("ignored, files of macOS (._*): " + std::to_string(found_.of_macos));
@@ -563,21 +589,24 @@ void TreeRun::TellFailures() const {
 }
 
 void TreeRun::TellNearMisses() const {
-    const auto first = [](const std::vector<std::string>& paths) {
-        constexpr std::size_t named = 10;
-        std::vector<std::string> shown;
-        for (std::size_t i = 0; i < std::min(paths.size(), named); ++i) {
-            shown.push_back(Shown(paths[i]));
-        }
-        return shown;
-    };
-    PrintNamed("Ignored, not in capital letters", first(found_.small), found_.small.size());
+    PrintNamed("Ignored, not in capital letters", FirstShown(found_.small), found_.small.size());
     if (found_.of_macos > 0) {
         std::printf("Ignored, files of macOS (._*): %zu\n", found_.of_macos);
     }
-    PrintNamed("Too short for a camera DNG", first(found_.cut), found_.cut.size());
-    PrintNamed("No picture", first(found_.none), found_.none.size());
-    PrintNamed("In the list, but no picture of the folders", first(not_found_), not_found_.size());
+    PrintNamed("Too short for a camera DNG", FirstShown(found_.cut), found_.cut.size());
+    PrintNamed("No picture", FirstShown(found_.none), found_.none.size());
+    PrintNamed("In the list, but no picture of the folders", FirstShown(not_found_), not_found_.size());
+    TellJpegs();
+}
+
+/// They may be all that the camera was asked for.
+void TreeRun::TellJpegs() const {
+    const std::size_t number = found_.jpegs.size();
+    if (number > 0 && !options_.quiet) {
+        Say(number == 1 ? "1 JPEG has no RAW file next to it"
+                        : std::to_string(number) + " JPEGs have no RAW file next to them");
+        PrintNamed("JPEG without a RAW file", FirstShown(found_.jpegs), number);
+    }
 }
 
 /// The count stands last.
@@ -597,11 +626,11 @@ void TreeRun::TellEnd() {
     std::string line = NumberOfPictures(found_.pictures.size()) + ": " + std::to_string(tally_.converted()) +
                        " converted, " + std::to_string(tally_.kept()) + " already there, " +
                        std::to_string(tally_.failed()) + " failed";
-    if (tally_.flawed() > 0) {
-        line += ", " + std::to_string(tally_.flawed()) + " damaged";
-    }
     if (const std::size_t unreached = Unreached(); unreached > 0) {
         line += ", " + std::to_string(unreached) + (disk_full_ ? " not done" : " not reached");
+    }
+    if (const std::size_t flawed = tally_.flawed(); flawed > 0) {
+        line += "; " + std::to_string(flawed) + (flawed == 1 ? " of these is" : " of these are") + " damaged";
     }
     Say(line);
 }
@@ -642,9 +671,8 @@ int TreeRun::Summarise() {
         status = TellUnreached(unreached);
     } else {
         state_.End();
-        const bool all_well = tally_.failed() == 0 && tally_.flawed() == 0 && found_.unread.empty() &&
-                              not_found_.empty() && found_.none.empty() &&
-                              (found_.cut.empty() || options_.accept_damaged) && report_written_;
+        const bool all_well =
+            tally_.failed() == 0 && tally_.flawed() == 0 && AllWasFound() && report_written_;
         status = all_well ? batch_status::kDone : batch_status::kSomeFailed;
         if (found_.pictures.empty()) {
             status = RefuseNothing();

@@ -63,6 +63,8 @@ class TreeRun {
     void TellRenamed() const;
     void TellRemarks() const;
     void TellNearMisses() const;
+    void TellJpegs() const;
+    bool AllWasFound() const;
     void TellEnd();
     [[nodiscard]] int TellUnreached(std::size_t unreached) const;
     void Notify(int status) const;

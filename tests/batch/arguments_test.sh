@@ -43,7 +43,7 @@ RefusesWhatVelmarconWouldIgnore() {
 RefusesWhatVelmarconWouldReadOtherwise() {
   pair in/L1
   refused 'velmarcon: -vb: read as -v, the rest is ignored; write -v -b' -o out in -- -vb
-  refused 'velmarcon would misread what stands after --:' -n -o out in -- -vb
+  refused 'velmarcon would misread the options after --:' -n -o out in -- -vb
   refused 'velmarcon: -x: ignored: there is no such option' -o out in -- -x
   refused 'velmarcon: -b 70000: read as black level 4464' -o out in -- -b 70000
   use_databases
@@ -150,6 +150,7 @@ ADryRunListsAndDoesNothing() {
   batch --dry-run -o new/out in
   expect_status 0
   batch --dry-run in
+  expect_status 1
   expect_line "refuse: $scratch/in/L3.DNG -> $scratch/in/L3.DNG"
   [[ ! -e new && ! -e $HOME/.local ]] || fail "something was made"
   expect_files in L1.RAW L1.JPG L2.RAW L2.JPG L3.DNG
@@ -157,6 +158,20 @@ ADryRunListsAndDoesNothing() {
   batch --dry-run none
   expect_status 1
   expect_text 'no picture found'
+}
+
+ADryRunEndsAsTheRunWouldForWhatItSees() {
+  pair in/L1
+  : >in/L3.DNG
+  batch -n -o out in
+  expect_status 1
+  expect_line "Too short for a camera DNG: $scratch/in/L3.DNG"
+  batch -n --accept-damaged -o out in
+  expect_status 0
+  printf 'in/L1.RAW\0in/L2.RAW\0' >list
+  rm in/L3.DNG
+  batch -n --from0 list -o out in
+  expect_status 1
 }
 
 QuietTellsOfFailuresOnly() {

@@ -70,9 +70,9 @@ TEST(BatchOptions, AValueMustNotBeMissing) {
 }
 
 TEST(BatchOptions, UnknownOnesAreRefused) {
-    EXPECT_EQ(ProblemOf({"in", "--frsh"}), "unknown option --frsh; velmarcon's own options stand after --");
+    EXPECT_EQ(ProblemOf({"in", "--frsh"}), "unknown option --frsh; options of velmarcon come after --");
     EXPECT_EQ(ProblemOf({"--quiet=yes", "in"}),
-              "unknown option --quiet=yes; velmarcon's own options stand after --");
+              "unknown option --quiet=yes; options of velmarcon come after --");
     EXPECT_TRUE(ProblemOf({"in", "--delete-originals"}).starts_with("there is no --delete-originals: "));
 }
 

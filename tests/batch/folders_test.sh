@@ -39,6 +39,41 @@ SeveralFoldersGetAFolderEach() {
   expect_files out one/x/L1.DNG two/L1.DNG
 }
 
+SinglePicturesOfSeveralFoldersGetAFolderEach() {
+  pair one/L1
+  pair one/L2
+  pair deep/two/L1 2
+  batch -o out one/L1.RAW deep/two/L1.JPG
+  expect_status 0
+  expect_files out one/L1.DNG two/L1.DNG
+  pair other/one/L1
+  batch -o out one/L1.RAW other/one/L1.RAW
+  expect_status 2
+  expect_text 'several folders are called one, and their DNGs would mix'
+}
+
+JpegsWithoutARawFileAreARemark() {
+  pair in/L1
+  pair in/L2
+  pair jpegs/L7
+  camera_dng in/L3
+  cp "$card/L1000001.JPG" in/L3.JPG
+  rm in/L2.RAW jpegs/L7.RAW
+  mv jpegs in
+  batch -o out in
+  expect_status 0
+  expect_line '1 JPEG has no RAW file next to it'
+  expect_line "JPEG without a RAW file: $scratch/in/L2.JPG"
+  grep -qxF "JPEG without a RAW file: $scratch/in/L2.JPG" "$(state_folder)/report" || fail "not in the report"
+  expect_summary 2 2 0 0
+  cp "$card/L1000001.JPG" in/L4.JPG
+  batch -n -o out in
+  expect_status 0
+  expect_line '2 JPEGs have no RAW file next to them'
+  batch -q -o out in
+  [[ ! -s printed ]] || fail "told under --quiet"
+}
+
 RefusesSeveralFoldersOfOneName() {
   pair a/DCIM/L1
   pair b/DCIM/L1

@@ -67,6 +67,21 @@ TEST_F(PictureSearch, NamesWhatIsNearlyAPicture) {
     EXPECT_EQ(found.cut, Words{root_ + "/d.DNG"});
 }
 
+TEST_F(PictureSearch, NamesJpegsWithoutARawFileWhereThereAreRawFiles) {
+    File("card/L1.RAW");
+    File("card/L1.JPG");
+    File("card/L2.JPG");
+    File("card/L3.JPG");
+    File("card/L3.DNG", kCameraDngSize);
+    File("card/L4.raw");
+    File("card/L4.jpg");
+    File("card/._L5.JPG");
+    File("jpegs/L2.JPG");
+    File("dngs/L6.JPG");
+    File("dngs/L7.DNG", kCameraDngSize);
+    EXPECT_EQ(Find().jpegs, Words{root_ + "/card/L2.JPG"});
+}
+
 TEST_F(PictureSearch, LooksOnlyAtWhatWasAskedFor) {
     File("L1.RAW");
     File("L2.RAW");

@@ -52,6 +52,7 @@ ARenamedPictureIsToldAndNotMadeAgain() {
   pair second/L1 2
   batch -o out first
   batch -n -o out second
+  expect_status 1
   expect_line "fail: $scratch/second/L1.RAW -> $scratch/out/L1.DNG (another picture)"
   batch -n --rename -o out second
   expect_line "convert: $scratch/second/L1.RAW -> $scratch/out/L1-2.DNG"

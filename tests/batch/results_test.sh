@@ -152,12 +152,12 @@ AShortRawFileIsNoSuccessUnlessAccepted() {
   batch -o out in
   expect_status 1
   expect_line "Damaged: $scratch/in/L2.RAW: $damage"
-  expect_line '2 pictures: 2 converted, 0 already there, 0 failed, 1 damaged'
+  expect_line '2 pictures: 2 converted, 0 already there, 0 failed; 1 of these is damaged'
   # It stays so.
   batch -o out in
   expect_status 1
   expect_line "Damaged: $scratch/in/L2.RAW: $damage"
-  expect_line '2 pictures: 0 converted, 2 already there, 0 failed, 1 damaged'
+  expect_line '2 pictures: 0 converted, 2 already there, 0 failed; 1 of these is damaged'
   batch --accept-damaged -o out in -- -r
   expect_status 0
   expect_summary 2 2 0 0
