@@ -268,8 +268,7 @@ int TreeRun::Work() {
         return Refuse(batch_status::kNotBegun, "nothing can be written to " + Shown(state_.folder()));
     }
     if (!plan_.tasks.empty()) {
-        if (const int status = hosts_ ? WorkOnHosts() : WorkHere(plan_.tasks);
-            status != batch_status::kDone) {
+        if (const int status = hosts_ ? WorkOnHosts() : WorkHere(); status != batch_status::kDone) {
             return status;
         }
     }
@@ -278,38 +277,41 @@ int TreeRun::Work() {
     return batch_status::kDone;
 }
 
-std::vector<Task> TreeRun::TasksLeft() const {
-    std::vector<Task> left;
+std::vector<const Task*> TreeRun::TasksLeft() const {
+    std::vector<const Task*> left;
     for (const Task& task : plan_.tasks) {
         if (!settled_[static_cast<std::size_t>(task.picture)]) {
-            left.push_back(task);
+            left.push_back(&task);
         }
     }
     return left;
 }
 
-std::uint64_t TreeRun::WriteJobs(const std::vector<Task>& tasks, unsigned int at_a_time) {
+std::uint64_t TreeRun::WriteJobs(const std::vector<const Task*>& tasks, unsigned int at_a_time) {
     constexpr std::size_t most = 64;
     constexpr std::size_t jobs_each = 4;  // so that all end at about the same time
     const std::size_t per_job =
         std::clamp<std::size_t>(tasks.size() / (std::size_t{at_a_time} * jobs_each), 1, most);
     for (std::size_t at = 0; at < tasks.size(); at += per_job) {
-        const auto begin = tasks.begin() + static_cast<std::ptrdiff_t>(at);
-        const auto end = tasks.begin() + static_cast<std::ptrdiff_t>(std::min(at + per_job, tasks.size()));
-        if (jobs::Write(jobs::FileOf(state_.folder(), next_job_++), {begin, end})) {
+        std::vector<Task> job;
+        for (const Task* task : std::span(tasks).subspan(at, std::min(per_job, tasks.size() - at))) {
+            job.push_back(*task);
+        }
+        if (jobs::Write(jobs::FileOf(state_.folder(), next_job_++), job)) {
             return 0;
         }
     }
     return next_job_ - 1;
 }
 
-int TreeRun::WorkHere(const std::vector<Task>& tasks) {
+int TreeRun::WorkHere() {
+    std::vector<const Task*> left = TasksLeft();
     const unsigned int at_a_time = options_.jobs > 0 ? options_.jobs : Cores();
-    const std::string parallel = at_a_time > 1 && tasks.size() > 1 ? FindParallel() : "";
-    if (at_a_time > 1 && tasks.size() > 1 && parallel.empty()) {
+    const std::string parallel = at_a_time > 1 && left.size() > 1 ? FindParallel() : "";
+    if (at_a_time > 1 && left.size() > 1 && parallel.empty()) {
         Say("One picture after the other: GNU parallel is not installed");
     }
-    for (std::vector<Task> left = tasks; !left.empty();) {
+    while (!left.empty()) {
         const std::uint64_t first = next_job_;
         const std::uint64_t last = WriteJobs(left, parallel.empty() ? 1 : at_a_time);
         if (last == 0) {
@@ -357,7 +359,9 @@ int TreeRun::WorkOnHosts() {
     }
     if (!look.empty()) {
         const std::uint64_t first = next_job_;
-        const std::uint64_t last = WriteJobs(look, 1);
+        std::vector<const Task*> tasks;
+        std::ranges::transform(look, std::back_inserter(tasks), [](const Task& task) { return &task; });
+        const std::uint64_t last = WriteJobs(tasks, 1);
         Engine engine(WorkersInTurn(installation_.program, state_, first, last));
         if (const int status = last == 0 ? batch_status::kNotBegun : Drive(engine);
             status != batch_status::kDone) {
@@ -365,7 +369,10 @@ int TreeRun::WorkOnHosts() {
         }
         BlameTheDead();
     }
-    const std::vector<Task> left = TasksLeft();
+    std::vector<Task> left;
+    for (const Task* task : TasksLeft()) {
+        left.push_back(*task);
+    }
     int status = batch_status::kDone;
     if (!left.empty() && stop_request::Signal() == 0) {
         const std::uint64_t last = hosts_->LayOut(SettingsForWorkers(), left, next_job_);

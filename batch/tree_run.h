@@ -46,15 +46,15 @@ class TreeRun {
     void TakeKept();
     [[nodiscard]] int Work();
     [[nodiscard]] int AskHosts();
-    [[nodiscard]] int WorkHere(const std::vector<Task>& tasks);
+    [[nodiscard]] int WorkHere();
     [[nodiscard]] int WorkOnHosts();
-    std::uint64_t WriteJobs(const std::vector<Task>& tasks, unsigned int at_a_time);
+    std::uint64_t WriteJobs(const std::vector<const Task*>& tasks, unsigned int at_a_time);
     [[nodiscard]] int Drive(Engine& engine);
     void TakeRecords();
     void TakeRecord(Record record);
     std::vector<std::string> OptionsOf(const Record& record, const Task& done) const;
     void BlameTheDead();
-    std::vector<Task> TasksLeft() const;
+    std::vector<const Task*> TasksLeft() const;
     void PutOnDisk();
     void Settle(const Record& record);
     void WriteChecksumFiles();
