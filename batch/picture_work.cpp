@@ -410,7 +410,8 @@ bool PictureWork::CanBegin(const PictureFiles& files) {
     const std::string folder = FolderIn(record_.dng);
     std::error_code failed;
     fs::create_directories(system_path::ToSystem(folder), failed);
-    if (!fs::is_directory(system_path::ToSystem(folder))) {
+    std::error_code unknown;
+    if (!fs::is_directory(system_path::ToSystem(folder), unknown)) {
         const std::string reason =
             ErrorText(failed ? failed : std::make_error_code(std::errc::not_a_directory));
         Fail("the folder " + folder + " cannot be made: " + reason, "a folder cannot be made: " + reason);

@@ -39,6 +39,17 @@ SeveralFoldersGetAFolderEach() {
   expect_files out one/x/L1.DNG two/L1.DNG
 }
 
+AnOutputFolderThatCannotBeLookedAtIsToldByItsReason() {
+  pair in/L1
+  pair in/sub/L2
+  mkdir out
+  ln -s sub out/sub
+  batch -j 1 -o out in
+  expect_status 1
+  expect_summary 2 1 0 1
+  expect_text "Failed: $scratch/in/sub/L2.RAW: the folder $scratch/out/sub/ cannot be made: Too many levels of symbolic links"
+}
+
 SinglePicturesOfSeveralFoldersGetAFolderEach() {
   pair one/L1
   pair one/L2
