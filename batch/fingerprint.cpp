@@ -7,6 +7,7 @@
 #include "base/hex_digits.h"
 #if defined(VELMARCON_AVX2)
 #include "batch/fingerprint_avx2.h"
+#include "sensor/instruction_set.h"
 #endif
 
 struct Fingerprint::State {
@@ -23,7 +24,7 @@ Fingerprint::~Fingerprint() = default;
 
 void Fingerprint::Add(std::span<const std::uint8_t> bytes) {
 #if defined(VELMARCON_AVX2)
-    static const bool has_avx2 = __builtin_cpu_supports("avx2") != 0;
+    static const bool has_avx2 = instruction_set::IsAvailable(InstructionSet::kAvx2);
     if (has_avx2) {
         AddByAvx2(&state_->sum, bytes.data(), bytes.size());
         return;
