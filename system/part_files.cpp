@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "system/part_files.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <iterator>
 #include <optional>
 #include <system_error>
 
 #include "system/file_system.h"
-#include "system/input_file.h"
 #include "system/path_names.h"
 #include "system/running_process.h"
+#include "system/same_bytes.h"
 #include "system/system_path.h"
 
 namespace part_files {
@@ -44,18 +42,6 @@ std::optional<std::int64_t> AgeWhenStale(const std::string& name, const std::str
     return part->host == host && HasEnded(part->process) ? 0 : day;
 }
 
-bool HaveSameBytes(const fs::path& a, const fs::path& b) {
-    using Bytes = std::istreambuf_iterator<char>;
-    InputFile file_a;
-    InputFile file_b;
-    if (!file_a.Open(system_path::FromSystem(a)) || !file_b.Open(system_path::FromSystem(b))) {
-        return false;
-    }
-    file_a.stream().seekg(0);
-    file_b.stream().seekg(0);
-    return std::equal(Bytes(file_a.stream()), Bytes(), Bytes(file_b.stream()), Bytes());
-}
-
 /// Where a rename was cut short, a part file and a file with a name of its own may share their bytes, so that
 /// removing the part file would destroy the other. Both then have the same length, time and bytes.
 bool MayBeNamedFile(const fs::path& part, const std::string& host) {
@@ -68,7 +54,8 @@ bool MayBeNamedFile(const fs::path& part, const std::string& host) {
             AgeWhenStale(system_path::FromSystem(entry->path().filename()), host).has_value();
         std::error_code other;
         if (!is_part && size > 0 && entry->file_size(other) == size &&
-            entry->last_write_time(other) == time && HaveSameBytes(part, entry->path())) {
+            entry->last_write_time(other) == time &&
+            HaveSameBytes(system_path::FromSystem(part), system_path::FromSystem(entry->path()))) {
             return true;
         }
         entry.increment(error);
