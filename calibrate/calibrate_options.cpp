@@ -14,12 +14,12 @@ const char* const kCalibrateHelp =
     "--report FOLDER    write a report with pictures, index.html, into this folder\n"
     "--dry-run          print what was found; do not write the database\n"
     "--doubtful         also write doubtful defects\n"
-    "--check            check whether the database still fits; write nothing\n"
+    "--check            check whether the database fits; write nothing\n"
     "--help, -h         this text\n"
     "--version          the version\n"
     "\n"
-    "Exit status: 0 done (--check: the database still fits), 1 nothing could be measured or written\n"
-    "(--check: it no longer fits), 2 wrong usage.\n";
+    "Exit status: 0 done (--check: the database fits), 1 nothing could be measured or written\n"
+    "(--check: it does not fit), 2 wrong usage.\n";
 
 namespace {
 

@@ -13,6 +13,7 @@
 #include "calibrate/report.h"
 #include "errors/not_written.h"
 #include "errors/version.h"
+#include "system/file_system.h"
 #include "system/path_names.h"
 #include "system/system_error.h"
 
@@ -73,8 +74,8 @@ int WriteDatabase(const Database& database, int serial, const Calibration& calib
         std::printf("\nThe old database is backed up as %s.\n", kept.c_str());
     }
     std::printf("\n%s has the new values of camera %d.\n", database.path.c_str(), serial);
-    std::printf("With -s its black level is %ld: convert with -s -b %ld.\n",
-                calibration.levels().BlackAfterCorrection(), calibration.levels().BlackAfterCorrection());
+    std::printf("%s",
+                findings_text::BlackLevel(calibration.levels(), calibration.levels().above_darkest).c_str());
     return kCalibrated;
 }
 
@@ -100,6 +101,10 @@ int Run(const CalibrateOptions& options, const std::string& command,
     }
     if (database.path.empty()) {
         return Refuse("there is no data folder: name a database with --database");
+    }
+    if (options.check && !file_system::IsTaken(database.path)) {
+        std::printf("%s: there is no such file yet; without --check it is made.\n", database.path.c_str());
+        return kNotCalibrated;
     }
     Measuring measuring(options);
     if (!measuring.ReadDarks()) {

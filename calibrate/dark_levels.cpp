@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/truncate.h"
 #include "calibrate/statistics.h"
 
 namespace {
@@ -74,12 +75,15 @@ void DefectMask::Add(int column, int first_row, int end_row) {
     }
 }
 
-long DarkLevels::BlackAfterCorrection() const {
+std::uint16_t DarkLevels::BlackAfter(std::span<const float> subtracted) const {
+    const std::size_t columns = std::min(absolute.size(), subtracted.size());
     double sum = 0;
-    for (std::size_t column = 0; column < absolute.size(); ++column) {
-        sum += static_cast<double>(absolute[column]) - static_cast<double>(above_darkest[column]);
+    for (std::size_t column = 0; column < columns; ++column) {
+        sum += static_cast<double>(absolute[column]) - static_cast<double>(subtracted[column]);
     }
-    return absolute.empty() ? 0 : std::lround(sum / static_cast<double>(absolute.size()));
+    constexpr double half = 0.5;
+    return columns == 0 ? std::uint16_t{0}
+                        : Truncate<std::uint16_t>((sum / static_cast<double>(columns)) + half);
 }
 
 DarkLevels ComputeLevels(const DarkStack& stack, const Grid& combined, const DefectMask& mask) {

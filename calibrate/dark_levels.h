@@ -2,6 +2,7 @@
 #ifndef VELMARCON_CALIBRATE_DARK_LEVELS_H
 #define VELMARCON_CALIBRATE_DARK_LEVELS_H
 
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -38,9 +39,9 @@ struct DarkLevels {
     /// The values for the database: relative to the darkest sound column, none negative.
     std::vector<float> above_darkest;
 
-    /// What remains of the dark level after the levels are subtracted, in raw units at the base ISO: the
-    /// value for -b together with -s.
-    long BlackAfterCorrection() const;
+    /// The mean of what remains of the dark levels after the values of a database, one for each column, are
+    /// subtracted, in raw units at the base ISO: the value for -b together with -s.
+    std::uint16_t BlackAfter(std::span<const float> subtracted) const;
 };
 
 /// Computes the levels from the blocks that `mask` does not list. A column without sound rows is repaired

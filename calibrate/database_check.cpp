@@ -40,10 +40,19 @@ std::vector<Row> NotListed(const Calibration& calibration, const std::vector<Lis
     return rows;
 }
 
+/// A list that was made by hand often lacks defects; then there is no need to make everything again.
+std::string Verdict(bool levels_fit, bool list_fits) {
+    if (!levels_fit) {
+        return "The database does not fit: make it again.\n";
+    }
+    return list_fits ? "The database fits.\n"
+                     : "The database does not fit: list these defects, or make it again.\n";
+}
+
 }  // namespace
 
 CheckResult CheckDatabase(const Calibration& calibration, const database_text::Values& values) {
-    CheckResult result = {.good = true, .text = ""};
+    bool levels_fit = true;
     std::vector<Row> rows;
     for (const DarkExposure& exposure : calibration.darks().exposures()) {
         std::vector<float> left = exposure.columns;
@@ -56,21 +65,21 @@ CheckResult CheckDatabase(const Calibration& calibration, const database_text::V
             .noise = exposure.noise.pixel / std::sqrt(static_cast<float>(sensor_grid::kRows))};
         const float beyond = (stripes.after * stripes.after) - (stripes.noise * stripes.noise);
         const float limit = kHidden * exposure.noise.pixel;
-        result.good = result.good && beyond <= limit * limit;
+        levels_fit = levels_fit && beyond <= limit * limit;
         rows.push_back(findings_text::StripesRow(exposure, stripes));
         rows.back().push_back(Fixed(limit, 2));
     }
     Row heading = findings_text::StripesHeading();
     heading.push_back("Limit");
-    result.text = "\nStripes, as the standard deviation of the columns in raw units:\n\n" +
-                  findings_text::Table(heading, rows);
+    std::string text = "\nStripes, as the standard deviation of the columns in raw units:\n\n" +
+                       findings_text::Table(heading, rows);
     const std::vector<Row> unlisted = NotListed(calibration, database_text::ListedIn(values.lines));
     if (!unlisted.empty()) {
-        result.good = false;
-        result.text += "\nDefects that are not listed:\n\n" +
-                       findings_text::Table(findings_text::DefectHeading(), unlisted);
+        text += "\nDefects that are not listed:\n\n" +
+                findings_text::Table(findings_text::DefectHeading(), unlisted);
     }
-    result.text +=
-        result.good ? "\nThe database still fits.\n" : "\nThe database no longer fits: make it again.\n";
-    return result;
+    const bool good = levels_fit && unlisted.empty();
+    text += "\n" + Verdict(levels_fit, unlisted.empty());
+    text += good ? findings_text::BlackLevel(calibration.levels(), values.levels) : "";
+    return {.good = good, .text = text};
 }

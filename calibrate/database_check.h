@@ -10,10 +10,10 @@
 /// The result of --check.
 struct CheckResult {
     bool good = false;
-    std::string text;  ///< whole lines; the last one is the verdict
+    std::string text;  ///< whole lines; the verdict is at the end
 };
 
-/// Checks a database against dark exposures of its camera. The database is still good if no unlisted defect
+/// Checks a database against dark exposures of its camera. The database is good if no unlisted defect
 /// shows, and if the stripes that remain, beyond those of the exposure's own noise, are below a tenth of the
 /// noise of a pixel, which hides them.
 CheckResult CheckDatabase(const Calibration& calibration, const database_text::Values& values);

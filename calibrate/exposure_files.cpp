@@ -2,15 +2,57 @@
 #include "calibrate/exposure_files.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 #include "app/input_discovery.h"
 #include "errors/error_handler.h"
 #include "input/read_input_data.h"
 #include "system/file_system.h"
+#include "system/folder_listing.h"
 #include "system/path_names.h"
+#include "system/system_path.h"
 
 namespace {
+
+bool HoldsRawFiles(const std::string& folder) {
+    FolderListing listing(folder);
+    while (listing.IsOpen()) {
+        const std::optional<std::string> name = listing.NextFile();
+        if (!name) {
+            break;
+        }
+        if (path_names::Extension(*name) == path_names::kRawExtension) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The folders directly in `path` that hold RAW files, sorted, as text for a message; empty if there are
+/// none.
+std::string FoldersWithRawFiles(const std::string& path) {
+    constexpr std::size_t most_named = 4;
+    std::vector<std::string> folders;
+    std::error_code error;
+    for (std::filesystem::directory_iterator at(system_path::ToSystem(path), error), end; !error && at != end;
+         at.increment(error)) {
+        std::error_code unknown;
+        const std::string folder = system_path::FromSystem(at->path());
+        if (at->is_directory(unknown) && HoldsRawFiles(folder)) {
+            folders.push_back(folder);
+        }
+    }
+    std::ranges::sort(folders);
+    std::string text;
+    for (std::size_t i = 0; i < std::min(folders.size(), most_named); ++i) {
+        text += (i == 0 ? "" : ", ") + folders[i];
+    }
+    return folders.size() > most_named ? text + " ..." : text;
+}
 
 std::string WhyNothingIsThere(const std::string& path) {
     auto kind = file_system::Kind::kNothing;
@@ -18,8 +60,12 @@ std::string WhyNothingIsThere(const std::string& path) {
     if (kind == file_system::Kind::kNothing) {
         return ": there is no such file or folder";
     }
-    return kind == file_system::Kind::kPlainFile ? ": this is not a RAW file"
-                                                 : ": there is no RAW file in this folder";
+    if (kind == file_system::Kind::kPlainFile) {
+        return ": this is not a RAW file";
+    }
+    const std::string below = FoldersWithRawFiles(path);
+    return ": there is no RAW file in this folder" +
+           (below.empty() ? "" : "; name one that has some: " + below);
 }
 
 }  // namespace

@@ -97,6 +97,11 @@ std::string Table(const Row& heading, const std::vector<Row>& rows) {
     return text;
 }
 
+std::string BlackLevel(const DarkLevels& levels, std::span<const float> subtracted) {
+    const std::string black = std::to_string(levels.BlackAfter(subtracted));
+    return "With -s the black level is " + black + ": convert with -s -b " + black + ".\n";
+}
+
 std::string Findings(const Calibration& calibration) {
     std::vector<Row> sure;
     std::vector<Row> doubtful;

@@ -2,6 +2,7 @@
 #ifndef VELMARCON_CALIBRATE_FINDINGS_TEXT_H
 #define VELMARCON_CALIBRATE_FINDINGS_TEXT_H
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,10 @@ Row StripesRow(const DarkExposure& exposure, const Stripes& stripes);
 /// Formats a table with aligned columns: the first column is left-aligned, the others are right-aligned if
 /// they hold numbers. No line ends in a blank.
 std::string Table(const Row& heading, const std::vector<Row>& rows);
+
+/// The line that says how to convert after `-s` has subtracted these values of a database, one for each
+/// column.
+std::string BlackLevel(const DarkLevels& levels, std::span<const float> subtracted);
 
 /// The sections on defects, doubtful defects and stripes.
 std::string Findings(const Calibration& calibration);

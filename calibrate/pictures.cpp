@@ -110,14 +110,18 @@ bool PictureWriter::RunScript(const std::string& script, const std::string& data
 }
 
 bool PictureWriter::WritePng(const std::string& name, const GreyPicture& picture) {
+    // With this border gnuplot maps each value to one pixel. Drawn as rectangles ("with image pixels"),
+    // values would mix with the white ground at their edges, by an amount that changes across the picture.
+    constexpr int border = 1;
     const std::string width = std::to_string(picture.width);
     const std::string height = std::to_string(picture.height);
     const std::string script =
-        "set terminal pngcairo size " + width + "," + height + "\nset output '" + kReportPart +
+        "set terminal pngcairo size " + std::to_string(picture.width + (2 * border)) + "," +
+        std::to_string(picture.height + (2 * border)) + "\nset output '" + kReportPart +
         "'\nset margins 0,0,0,0\nunset border\nunset tics\nunset key\nunset colorbox\n"
-        "set palette gray\nset cbrange [0:255]\nset xrange [-0.5:" +
+        "set palette gray\nset palette gamma 1\nset cbrange [0:255]\nset xrange [-0.5:" +
         width + "-0.5]\nset yrange [" + height + "-0.5:-0.5]\nplot '" + kReportData + "' binary array=(" +
-        width + "," + height + ") format='%uchar' with image pixels\nset output\n";
+        width + "," + height + ") format='%uchar' with image\nset output\n";
     return RunScript(script, std::string(picture.pixels.begin(), picture.pixels.end()), name);
 }
 

@@ -70,10 +70,11 @@ class Exposure {
     sensorfixtools tools_;
 };
 
-/// A scale from 4 deviations below the median of some pixels to 6 above it.
+constexpr float kBelow = 4;  // deviations
+constexpr float kAbove = 6;
+
+/// A scale from kBelow deviations below the median of some pixels to kAbove above it.
 GreyScale ScaleOf(const std::vector<Pixel>& frame, std::size_t first, std::size_t count, float shrink) {
-    constexpr float below = 4;
-    constexpr float above = 6;
     std::vector<float> values;
     constexpr std::size_t step = 7;
     for (std::size_t i = first; i < std::min(first + count, frame.size()); i += step) {
@@ -82,7 +83,16 @@ GreyScale ScaleOf(const std::vector<Pixel>& frame, std::size_t first, std::size_
     std::vector<float> copy = values;
     const float median = statistics::Median(copy);
     const float deviation = std::max(statistics::DeviationAround(median, values), 1.0F) * shrink;
-    return {median - (below * deviation), median + (above * deviation)};
+    return {median - (kBelow * deviation), median + (kAbove * deviation)};
+}
+
+/// `scale` moved so that the median of `other` gets the grey of its own: the levels that are subtracted make
+/// a picture darker, but only their pattern is of interest.
+GreyScale MovedTo(const GreyScale& other, const GreyScale& scale) {
+    constexpr float share = kBelow / (kBelow + kAbove);
+    const float range = scale.white - scale.black;
+    const float black = other.black + (share * (other.white - other.black)) - (share * range);
+    return {black, black + range};
 }
 
 /// The exposure at the highest ISO speed, which shows the stripes best.
@@ -109,11 +119,14 @@ void ShowDefects(Exposure& exposure, bool in_light, const Calibration& calibrati
     std::vector<std::vector<GreyPicture>> crops;
     std::vector<const Defect*> shown;
     std::vector<GreyScale> scales;
+    const auto scale_of = [](const std::vector<Pixel>& frame, const Defect& defect) {
+        return ScaleOf(frame, static_cast<std::size_t>(FirstRowToShow(defect)) * kColumns,
+                       std::size_t{kCropHeight} * kColumns, 1);
+    };
     for (const Defect& defect : calibration.defects()) {
         if (ShowsInLight(defect.kind) == in_light) {
-            const auto first = static_cast<std::size_t>(FirstRowToShow(defect)) * kColumns;
             shown.push_back(&defect);
-            scales.push_back(ScaleOf(exposure.recorded(), first, std::size_t{kCropHeight} * kColumns, 1));
+            scales.push_back(scale_of(exposure.recorded(), defect));
             crops.emplace_back();
         }
     }
@@ -125,7 +138,11 @@ void ShowDefects(Exposure& exposure, bool in_light, const Calibration& calibrati
     };
     add(exposure.recorded());
     add(exposure.Marked());
-    add(exposure.Repaired());
+    const auto& repaired = exposure.Repaired();
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        scales[i] = MovedTo(scale_of(repaired, *shown[i]), scales[i]);
+    }
+    add(repaired);
     for (std::size_t i = 0; i < shown.size(); ++i) {
         const std::string file =
             "defect-" + std::to_string(shown[i]->column) + "-" + std::to_string(shown[i]->first_row) + ".png";
@@ -142,10 +159,8 @@ void ShowDark(Exposure& exposure, const std::string& name, PictureWriter& writer
         contents.exposures.push_back({"dark-before.png", name + ", brightened, as recorded"});
     }
     const auto& repaired = exposure.Repaired();
-    const GreyScale corrected = ScaleOf(repaired, 0, repaired.size(), 0.5F);
-    const float range = scale.white - scale.black;
-    if (writer.WritePng("dark-after.png",
-                        Reduced(repaired, kReduction, {corrected.black, corrected.black + range}))) {
+    const GreyScale corrected = MovedTo(ScaleOf(repaired, 0, repaired.size(), 0.5F), scale);
+    if (writer.WritePng("dark-after.png", Reduced(repaired, kReduction, corrected))) {
         contents.exposures.push_back({"dark-after.png", name + ", equally brightened, corrected"});
     }
 }

@@ -88,7 +88,7 @@ std::string Defects(const ReportContents& contents, const Calibration& calibrati
     text += Table("Doubtful", findings_text::DefectHeading(), doubtful);
     if (!contents.defects.empty()) {
         text +=
-            "<p>Each defect enlarged three times: as recorded, marked, repaired.</p>\n<div "
+            "<p>Each defect enlarged three times, brightened: as recorded, marked, repaired.</p>\n<div "
             "class=\"defects\">\n" +
             Figures(contents.defects) + "</div>\n";
     }

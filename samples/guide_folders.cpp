@@ -103,7 +103,7 @@ std::string WriteGuideFolders(const std::string& folder) {
     }
     // Of a camera of its own, so that the database of the sample camera stays as the guide makes it by hand.
     std::string problem = WriteSensorExposures(
-        {.folder = (top / "sensor").string(), .low = 2, .high = 1, .flat = 2, .serial = 3106092});
+        {.folder = (top / "sensor").string(), .low = 2, .high = 1, .flat = 2, .later = 1, .serial = 3106092});
     if (!problem.empty()) {
         return problem;
     }

@@ -12,12 +12,13 @@ namespace {
 
 constexpr std::string_view kUsage =
     "Usage: make_simulated_sensor FOLDER [options]\n"
-    "Writes exposures of a simulated sensor as pairs into FOLDER/dark and FOLDER/flat, and its defects\n"
-    "into FOLDER/truth.txt, one per line: column, first row, end row.\n"
+    "Writes exposures of a simulated sensor as pairs into FOLDER/dark, FOLDER/flat and FOLDER/later,\n"
+    "and its defects into FOLDER/truth.txt, one per line: column, first row, end row.\n"
     "  --seed N       seed of the sensor (default 1)\n"
     "  --low N        dark exposures at ISO 160 (default 4)\n"
     "  --high N       dark exposures at ISO 2500 (default 0)\n"
     "  --flat N       flat exposures (default 0)\n"
+    "  --later N      dark exposures at ISO 2500 for a later check (default 0)\n"
     "  --strength N   strength of the weakest defects in raw units at ISO 160 (default 6); 0: no defects\n"
     "  --serial N     serial number of the camera (default 3106091)\n";
 
@@ -33,6 +34,9 @@ int* Number(std::string_view option, samples::SensorExposures& request) {
     }
     if (option == "--flat") {
         return &request.flat;
+    }
+    if (option == "--later") {
+        return &request.later;
     }
     if (option == "--serial") {
         return &request.serial;

@@ -31,6 +31,12 @@ Lens TriElmar(const TriElmarSetting& setting) {
             {"4", "5.6", "8", "11", "16", "22"}};
 }
 
+void WriteGroup(std::ostringstream& text, int column, int first_row, int end_row) {
+    for (const int value : {column, first_row, column, end_row}) {
+        text << "Line = " << value << "\n";
+    }
+}
+
 }  // namespace
 
 const std::vector<Lens>& Lenses() {
@@ -101,8 +107,13 @@ std::string SensorDatabase(std::uint32_t serial_number, const SensorOptions& opt
     std::ostringstream text;
     text << "[" << serial_number << "]\n";
     for (const ColumnDefect& defect : sensor.defects) {
-        for (const int value : {defect.column, defect.first_row, defect.column, defect.end_row}) {
-            text << "Line = " << value << "\n";
+        // A column that is bad from the top gets two groups: DNGs that the camera wrote lack the first rows.
+        constexpr int split = 6;
+        if (defect.first_row < split && defect.end_row > split) {
+            WriteGroup(text, defect.column, defect.first_row, split);
+            WriteGroup(text, defect.column, split, defect.end_row);
+        } else {
+            WriteGroup(text, defect.column, defect.first_row, defect.end_row);
         }
     }
     const std::vector<float> levels = ColumnDarkLevels(sensor);

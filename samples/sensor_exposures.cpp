@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "samples/sensor_exposures.h"
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <system_error>
@@ -27,6 +28,14 @@ std::string WritePair(const std::string& base, const SimulatedSensor& sensor,
     return failed;
 }
 
+/// Exposures of one kind.
+struct Series {
+    const char* folder;
+    int count;
+    std::uint16_t iso;
+    float light;
+};
+
 std::string WriteTruth(const std::string& path, const SimulatedSensor& sensor) {
     std::string text;
     for (const SimulatedDefect& defect : sensor.defects) {
@@ -44,18 +53,27 @@ std::string WriteSensorExposures(const SensorExposures& request) {
     const SimulatedSensor sensor =
         request.strength == 0 ? SoundSensor(seed)
                               : RandomSensor(seed, static_cast<float>(request.strength), request.flat > 0);
+    const std::array<Series, 4> all = {{{"dark", request.low, 160, 0},
+                                        {"dark", request.high, 2500, 0},
+                                        {"flat", request.flat, 160, 0.4F},
+                                        {"later", request.later, 2500, 0}}};
     std::error_code ignored;
-    std::filesystem::create_directories(request.folder + "/dark", ignored);
-    std::filesystem::create_directories(request.folder + "/flat", ignored);
+    std::filesystem::create_directories(request.folder, ignored);
     std::string failed = WriteTruth(request.folder + "/truth.txt", sensor);
-    for (int i = 0; i < request.low + request.high + request.flat && failed.empty(); ++i) {
-        const bool flat = i >= request.low + request.high;
-        SimulatedExposure exposure;
-        exposure.seed = (seeds_of_a_sensor * seed) + static_cast<std::uint64_t>(i);
-        exposure.iso = i >= request.low && !flat ? 2500 : 160;
-        exposure.light = flat ? 0.4F : 0.0F;
-        const std::string name = (flat ? "/flat/L1000" : "/dark/L1000") + std::to_string(200 + i);
-        failed = WritePair(request.folder + name, sensor, exposure, request.serial);
+    int number = 0;
+    for (const Series& series : all) {
+        const std::string folder = request.folder + "/" + series.folder;
+        if (series.count > 0) {
+            std::filesystem::create_directories(folder, ignored);
+        }
+        for (int i = 0; i < series.count && failed.empty(); ++i, ++number) {
+            const SimulatedExposure exposure = {
+                .iso = series.iso,
+                .seed = (seeds_of_a_sensor * seed) + static_cast<std::uint64_t>(number),
+                .light = series.light};
+            failed =
+                WritePair(folder + "/L1000" + std::to_string(200 + number), sensor, exposure, request.serial);
+        }
     }
     return failed;
 }

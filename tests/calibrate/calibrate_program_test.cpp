@@ -197,11 +197,14 @@ TEST_F(CalibrateProgramTest, AnUnknownIsoSpeedHasTheBaseGain) {
 }
 
 TEST_F(CalibrateProgramTest, ChecksADatabase) {
-    ASSERT_EQ(Make({Original("dark0"), Original("dark1")}).status, 0);
+    const Outcome making = Make({Original("dark0"), Original("dark1")});
+    ASSERT_EQ(making.status, 0);
+    const std::string black = "With -s the black level is 89: convert with -s -b 89.\n";
+    EXPECT_TRUE(making.output.ends_with(black)) << making.output;
     const std::string made = support::ReadText(Path(kDatabase));
     const Outcome good = Make({"--check", Original("high")});
     EXPECT_EQ(good.status, 0);
-    EXPECT_TRUE(good.output.ends_with("\nThe database still fits.\n")) << good.output;
+    EXPECT_TRUE(good.output.ends_with("\nThe database fits.\n" + black)) << good.output;
     EXPECT_EQ(support::ReadText(Path(kDatabase)), made);
 
     // A database without the defect, then one without the levels.
@@ -211,7 +214,8 @@ TEST_F(CalibrateProgramTest, ChecksADatabase) {
     const Outcome unlisted = Make({"--check", Original("high")});
     EXPECT_EQ(unlisted.status, 1);
     EXPECT_TRUE(Holds(unlisted.output, "\nDefects that are not listed:\n")) << unlisted.output;
-    EXPECT_TRUE(unlisted.output.ends_with("\nThe database no longer fits: make it again.\n"))
+    EXPECT_TRUE(
+        unlisted.output.ends_with("\nThe database does not fit: list these defects, or make it again.\n"))
         << unlisted.output;
 
     std::string level = made.substr(0, made.find("LevelCorrection"));
@@ -219,12 +223,35 @@ TEST_F(CalibrateProgramTest, ChecksADatabase) {
         level += "LevelCorrection = 0\n";
     }
     support::WriteFile(Path(kDatabase), level);
-    EXPECT_EQ(Make({"--check", Original("high")}).status, 1);
+    const Outcome striped = Make({"--check", Original("high")});
+    EXPECT_EQ(striped.status, 1);
+    EXPECT_TRUE(striped.output.ends_with("\nThe database does not fit: make it again.\n")) << striped.output;
 
     support::WriteFile(Path(kDatabase), "");
     const Outcome none = Make({"--check", Original("high")});
     EXPECT_EQ(none.status, 1);
     EXPECT_TRUE(Holds(none.output, "sensdb.ini has no dark levels of camera 3106091.\n")) << none.output;
+}
+
+TEST_F(CalibrateProgramTest, TheBlackLevelIsThatOfTheLevelsInTheDatabase) {
+    ASSERT_EQ(Make({Original("dark0"), Original("dark1")}).status, 0);
+    sensdb database(folder_.prefix());
+    ASSERT_EQ(database.LoadSensData(), 0);
+    std::string text = "[3106091]\nLine = 1203\nLine = 700\nLine = 1203\nLine = 2646\n";
+    for (const float level : database.Camera(3106091).LevelCorrection) {
+        text += "LevelCorrection = " + std::to_string(level + 3) + "\n";
+    }
+    support::WriteFile(Path(kDatabase), text);
+    const Outcome outcome = Make({"--check", Original("high")});
+    EXPECT_TRUE(outcome.output.ends_with("With -s the black level is 86: convert with -s -b 86.\n"))
+        << outcome.output;
+}
+
+TEST_F(CalibrateProgramTest, ACheckWithoutADatabaseSaysThatThereIsNone) {
+    const Outcome outcome = Make({"--check", Original("high")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "sensdb.ini: there is no such file yet; without --check it is made.\n");
+    EXPECT_EQ(support::Names(folder_.path().string()), Texts());
 }
 
 TEST_F(CalibrateProgramTest, ADatabaseThatCannotBeWrittenIsReported) {
@@ -244,6 +271,29 @@ TEST_F(CalibrateProgramTest, AFolderStandsForItsPairsEachCountedOnce) {
     const Outcome outcome = Make({".", "./dark0"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(Holds(outcome.output, "Camera 3106091: 2 dark")) << outcome.output;
+}
+
+TEST_F(CalibrateProgramTest, AFolderWithoutPairsNamesTheFoldersInItThatHoldSome) {
+    for (const std::string name : {"sensor", "sensor/flat", "sensor/dark", "sensor/page", "empty"}) {
+        fs::create_directory(Path(name));
+    }
+    support::WriteFile(Path("sensor/dark/L1000200.RAW"), "");
+    support::WriteFile(Path("sensor/flat/L1000203.RAW"), "");
+    support::WriteFile(Path("sensor/page/index.html"), "");
+    const Outcome outcome = Make({"sensor", "empty"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(
+        outcome.output,
+        "sensor: there is no RAW file in this folder; name one that has some: sensor/dark, sensor/flat.\n"
+        "empty: there is no RAW file in this folder.\n"
+        "No dark exposure could be measured.\n");
+    for (const std::string name : {"a", "b", "c"}) {
+        fs::create_directory(Path("sensor/" + name));
+        support::WriteFile(Path("sensor/" + name + "/L1000200.RAW"), "");
+    }
+    EXPECT_TRUE(Holds(Make({"sensor/"}).output,
+                      "name one that has some: sensor/a, sensor/b, sensor/c, sensor/dark ...\n"))
+        << outcome.output;
 }
 
 TEST_F(CalibrateProgramTest, MemoryDoesNotGrowWithTheNumberOfExposures) {

@@ -22,8 +22,9 @@ TEST(GuideFolders, HoldTheFilesThatTheGuideNames) {
     ASSERT_EQ(samples::WriteGuideFolders(top.string()), "");
     for (const char* pair :
          {"DCIM/100LEICA/L1000123", "DCIM/100LEICA/L1000124", "card/L1000123", "card/L1000124",
-          "dark/L1000200", "sky/L1000201", "uncoded/L1000140", "pictures/2026/08-02/L1000420",
-          "pictures/2026/03-15 harbour/L1000310", "pictures/2026/03-15 harbour/L1000311"}) {
+          "dark/L1000200", "sensor/later/L1000205", "sky/L1000201", "uncoded/L1000140",
+          "pictures/2026/08-02/L1000420", "pictures/2026/03-15 harbour/L1000310",
+          "pictures/2026/03-15 harbour/L1000311"}) {
         EXPECT_EQ(fs::file_size((top / pair).string() + ".RAW"), kRawSize) << pair;
         EXPECT_TRUE(fs::is_regular_file((top / pair).string() + ".JPG")) << pair;
     }
