@@ -51,7 +51,7 @@ std::string FoldersWithRawFiles(const std::string& path) {
     for (std::size_t i = 0; i < std::min(folders.size(), most_named); ++i) {
         text += (i == 0 ? "" : ", ") + folders[i];
     }
-    return folders.size() > most_named ? text + " ..." : text;
+    return folders.size() > most_named ? text + " and others" : text;
 }
 
 std::string WhyNothingIsThere(const std::string& path) {

@@ -137,6 +137,12 @@ std::string ReportPage(const ReportContents& contents, const Calibration& calibr
     page += "<h2>Dark levels</h2>\n" + Figures(contents.plots);
     page += Table("Stripes: standard deviation of the columns in raw units", findings_text::StripesHeading(),
                   stripes);
+    page +=
+        "<p>Stripes: how much the columns differ in this exposure. Corrected: how much after correction with "
+        "dark "
+        "levels from the other exposures. Noise alone: how much the noise of this exposure would leave of "
+        "perfect "
+        "levels.</p>\n";
     page += Defects(contents, calibration);
     page += "<h2>Left out</h2>\n" + LeftOut(contents.left_out);
     page += "<h2>Command</h2>\n<pre>" + EscapedHtml(contents.command) + "</pre>\n</main>\n</body>\n</html>\n";

@@ -292,7 +292,7 @@ TEST_F(CalibrateProgramTest, AFolderWithoutPairsNamesTheFoldersInItThatHoldSome)
         support::WriteFile(Path("sensor/" + name + "/L1000200.RAW"), "");
     }
     EXPECT_TRUE(Holds(Make({"sensor/"}).output,
-                      "name one that has some: sensor/a, sensor/b, sensor/c, sensor/dark ...\n"))
+                      "name one that has some: sensor/a, sensor/b, sensor/c, sensor/dark and others.\n"))
         << outcome.output;
 }
 
