@@ -51,7 +51,8 @@ TEST(Fields, AFileThatIsNotThereIsNothing) {
 }
 
 TEST(Fields, AFileThatCannotBeReadIsNothing) {
-    EXPECT_EQ(fields::ReadWhole("/proc/self/mem"), std::nullopt);  // its end cannot be found, nor byte 0 be read
+    EXPECT_EQ(fields::ReadWhole("/proc/self/mem"),
+              std::nullopt);  // its end cannot be found, nor byte 0 be read
 }
 
 }  // namespace
