@@ -29,7 +29,7 @@ struct LedgerEntry {
     std::string fingerprint;
     std::string flaws;
     std::vector<std::string> options;
-    bool on_disk = false;  ///< the system has said so
+    bool on_disk = false;  ///< the system has said so, and no comparison has failed since
 };
 
 /// The DNGs that runs into the same output have made or found, by their paths: a file to which each is added

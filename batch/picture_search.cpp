@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "app/input_discovery.h"
+#include "batch/dng_kind.h"
 #include "batch/file_facts.h"
 #include "batch/shown.h"
 #include "system/file_state.h"
@@ -143,7 +143,8 @@ class Walk {
 
     void LookAtNamed() {
         const auto number_told = [&] {
-            return found_.pictures.size() + found_.small.size() + found_.cut.size();
+            return found_.pictures.size() + found_.small.size() + found_.cut.size() +
+                   found_.of_changed_length.size();
         };
         for (const std::string& name : only_) {
             const std::size_t before = number_told();
@@ -171,23 +172,19 @@ class Walk {
         if (is_link && fs::is_directory(system_path::ToSystem(path), unknown)) {
             return;
         }
-        const bool wanted = upper == "RAW" || HasCameraSize(path, IsUpperCase(extension));
-        if (wanted && IsUpperCase(extension)) {
+        const DngKind kind = upper == "RAW" ? DngKind::kCameras : KindOfDng(path);
+        const bool is_cameras = kind == DngKind::kCameras || kind == DngKind::kOfChangedLength;
+        if (!IsUpperCase(extension)) {
+            if (is_cameras) {
+                found_.small.push_back(path);
+            }
+        } else if (kind == DngKind::kCameras) {
             found_.pictures.push_back({number_, name});
-        } else if (wanted) {
-            found_.small.push_back(path);
-        }
-    }
-
-    bool HasCameraSize(const std::string& path, bool tell_cut) {
-        const auto state = StateAt(path);
-        const auto size = state ? static_cast<std::uint64_t>(state->size) : 0;
-        std::error_code unknown;
-        if (tell_cut && state && size < kCameraDngSize &&
-            fs::is_regular_file(system_path::ToSystem(path), unknown)) {
+        } else if (kind == DngKind::kOfChangedLength) {
+            found_.of_changed_length.push_back(path);
+        } else if (kind == DngKind::kCut) {
             found_.cut.push_back(path);
         }
-        return size == kCameraDngSize;
     }
 
     std::uint32_t number_;
@@ -220,6 +217,7 @@ FoundPictures FindPictures(std::span<const Tree> trees) {
     std::ranges::sort(found.small);
     std::ranges::sort(found.jpegs);
     std::ranges::sort(found.cut);
+    std::ranges::sort(found.of_changed_length);
     return found;
 }
 

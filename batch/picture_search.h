@@ -11,14 +11,15 @@
 
 /// What a search of the trees has found.
 struct FoundPictures {
-    std::vector<Picture> pictures;      ///< tree by tree, in the order of their names
-    std::vector<std::string> unread;    ///< "PATH: REASON" of each folder that could not be read
-    std::vector<std::string> excluded;  ///< output folders below a root, which are not searched
-    std::vector<std::string> small;     ///< names that would be pictures in capital letters
-    std::vector<std::string> cut;       ///< DNGs that are too short for any of the camera's
-    std::vector<std::string> jpegs;     ///< those without a RAW file or DNG, in folders that have RAW files
-    std::size_t of_macos = 0;           ///< files ._X of macOS, which have the extension of a picture
-    std::vector<std::string> none;      ///< files that were named one by one and are no picture's
+    std::vector<Picture> pictures;               ///< tree by tree, in the order of their names
+    std::vector<std::string> unread;             ///< "PATH: REASON" of each folder that could not be read
+    std::vector<std::string> excluded;           ///< output folders below a root, which are not searched
+    std::vector<std::string> small;              ///< names that would be pictures in capital letters
+    std::vector<std::string> cut;                ///< DNGs that are too short for any of the camera's
+    std::vector<std::string> of_changed_length;  ///< the camera's, made longer or shorter by another program
+    std::vector<std::string> jpegs;  ///< those without a RAW file or DNG, in folders that have RAW files
+    std::size_t of_macos = 0;        ///< files ._X of macOS, which have the extension of a picture
+    std::vector<std::string> none;   ///< files that were named one by one and are no picture's
 };
 
 /// Searches all trees, or looks at what is asked for of them. Links to folders are not followed, so there are

@@ -223,7 +223,8 @@ bool PictureWork::SettleOtherPicture(const Task& task, const PictureFiles& files
         return SettleFreeName(task, files);
     }
     const auto there = IdentityOfDng(record_.dng);
-    Fail(NameIn(record_.dng) + " there is another picture" + (there ? " (" + IdentityText(*there) + ")" : ""),
+    Fail(NameIn(record_.dng) + " there is another picture" +
+             (there ? " (" + IdentityText(*there) + ")" : "") + "; --rename gives this one another name",
          "another picture's DNG in its place");
     return true;
 }
@@ -260,12 +261,15 @@ bool PictureWork::KeepFromDamage(const PictureFiles& files) {
 void PictureWork::FailMismatch(const std::string& mismatch, const Task& task, const PictureFiles& files) {
     const std::string source = files.is_camera_dng ? "the camera's DNG" : "the RAW file";
     const std::string advice = "; if " + source + " is the good one, -r makes the DNG anew";
+    const std::string options =
+        task.options_known ? "" : "; if it was made with other options, such as -s, name them";
     if (const std::string damage = DamageOf(files, conversion_.settings().black_level_given);
         !damage.empty()) {
         Fail(damage + "; the DNG is kept", "damaged files; the DNG is kept");
         return;
     }
-    Fail(NameIn(record_.dng) + " is there, but " + mismatch + (task.mode == TaskMode::kVerify ? "" : advice),
+    Fail(NameIn(record_.dng) + " is there, but " + mismatch + options +
+             (task.mode == TaskMode::kVerify ? "" : advice),
          KindOfMismatch("there, but " + mismatch));
 }
 
@@ -275,6 +279,14 @@ void PictureWork::Keep(const Task& task, const PictureFiles& files) {
     if (task.mode != TaskMode::kProve && task.mode != TaskMode::kVerify) {
         return;
     }
+    Prove(task, files);
+    if (record_.verdict == Verdict::kFailed) {
+        record_.made_with = kDiffers;
+    }
+}
+
+/// Compares the DNG with what it was made of.
+void PictureWork::Prove(const Task& task, const PictureFiles& files) {
     const RunSettings settings = conversion_options::Settings(task.options);
     DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
     const std::string mismatch = Compare(proof, files);

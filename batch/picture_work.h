@@ -50,6 +50,7 @@ class PictureWork {
     [[nodiscard]] bool KeepFromDamage(const PictureFiles& files);
     void FailMismatch(const std::string& mismatch, const Task& task, const PictureFiles& files);
     void Keep(const Task& task, const PictureFiles& files);
+    void Prove(const Task& task, const PictureFiles& files);
     [[nodiscard]] bool SettleOtherOptions(const Task& task, const PictureFiles& files);
     [[nodiscard]] bool KeepRewritten(DngProof& proof, const PictureFiles& files);
     void CompareChecksum();

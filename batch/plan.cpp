@@ -52,7 +52,7 @@ class Planner {
             AddToProve(number, TaskMode::kVerify, input, dng, entry);
         } else if (refresh_) {
             AddToRefresh(number, input, dng);
-        } else if (entry && entry->on_disk && IsUntouched(*entry, dng)) {
+        } else if (entry && entry->on_disk && WasCompared(*entry) && IsUntouched(*entry, dng)) {
             Keep(number, input, dng, *entry);
         } else {
             AddUnknown(number, input, dng, entry);
@@ -70,6 +70,11 @@ class Planner {
             entry = ledger_.Find(WithNumber(dng, i));
         }
         return entry && entry->source == input ? entry : std::nullopt;
+    }
+
+    /// In a run that compares what it makes, no DNG counts that was never compared.
+    bool WasCompared(const LedgerEntry& entry) const {
+        return options_.no_verify || !entry.fingerprint.empty();
     }
 
     /// With the options that it is known to be made with, or else with those of this run.
@@ -127,7 +132,7 @@ class Planner {
         if (!there) {
             ++plan_.to_make;
             AddTask(number, TaskMode::kConvert, input, dng);
-        } else if (entry || MayBeOlder(*there, input) || MayBeHalfWritten(*there)) {
+        } else if (entry || !options_.no_verify || MayBeOlder(*there, input) || MayBeHalfWritten(*there)) {
             AddToProve(number, TaskMode::kProve, input, dng, entry);
         } else {
             AddTask(number, TaskMode::kCheck, input, dng);

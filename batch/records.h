@@ -25,6 +25,8 @@ std::string_view VerdictWord(Verdict verdict);
 constexpr char kAsSupposed = '=';
 /// The DNG was proved to be made with other options, which follow, separated by blanks.
 constexpr char kGuessed = ':';
+/// The DNG was compared, and is not what it must be.
+constexpr char kDiffers = '!';
 
 /// What a worker tells of a picture.
 struct Record {
@@ -40,7 +42,7 @@ struct Record {
     std::string dng_state;
     std::string fingerprint;  ///< of the DNG; empty when it was not read
     std::string sha256;       ///< of the DNG; empty when not asked for
-    std::string made_with;    ///< of a kept DNG: kAsSupposed, or kGuessed and words, or empty: not known
+    std::string made_with;    ///< of a DNG that was there: one of the three above, or empty: not known
     std::uint64_t milliseconds = 0;
 };
 

@@ -38,6 +38,9 @@ int RefuseNothing() {
 constexpr const char* kWouldFail = "fail";
 constexpr const char* kWouldBeRefused = "refuse";
 
+constexpr const char* kOfChangedLength =
+    "Camera DNG, but another program has changed its length; name it by itself to velmarcon";
+
 unsigned int Cores() {
     return std::max(std::thread::hardware_concurrency(), 1U);
 }
@@ -114,7 +117,8 @@ std::string TreeRun::InputOfNumber(std::uint64_t number) const {
 /// Whether the search could look everywhere, and found all that was asked for.
 bool TreeRun::AllWasFound() const {
     return found_.unread.empty() && not_found_.empty() && found_.none.empty() &&
-           (found_.cut.empty() || options_.accept_damaged);
+           (options_.accept_damaged ||
+            (found_.small.empty() && found_.cut.empty() && found_.of_changed_length.empty()));
 }
 
 /// What a run would do, as "convert: INPUT -> DNG".
@@ -133,7 +137,7 @@ std::string TreeRun::PlanOf(const Picture& picture) const {
     const auto there = is_taken && input != dng ? IdentityOfDng(dng) : std::nullopt;
     const bool is_others = own && there && *own != *there;
     if (is_others && !options_.rename) {
-        return line(kWouldFail, dng) + " (another picture)";
+        return line(kWouldFail, dng) + " (another picture; --rename gives this one another name)";
     }
     if (options_.rename && (is_others || !is_taken)) {
         const NumberedName name = FindNumberedName(dng, own, !files.is_camera_dng);
@@ -186,6 +190,12 @@ int TreeRun::Begin() {
     }
     for (const std::string& path : found_.small) {
         tally_.Note("ignored, not in capital letters: " + Shown(path));
+    }
+    for (const std::string& path : found_.cut) {
+        tally_.Note("too short for a camera DNG: " + Shown(path));
+    }
+    for (const std::string& path : found_.of_changed_length) {
+        tally_.Note("camera DNG of changed length: " + Shown(path));
     }
     for (const std::string& path : found_.jpegs) {
         tally_.Note("JPEG without a RAW file: " + Shown(path));
@@ -444,19 +454,37 @@ void TreeRun::TakeRecord(Record record) {
     }
     settled_[static_cast<std::size_t>(record.picture)] = true;
     ++done_;
+    const Task& done = plan_.tasks[task->second];
     if (record.verdict == Verdict::kFailed) {
         ++seen_failed_;
+        Doubt(record, done.input);
         Settle(record);
         return;
     }
-    const Task& done = plan_.tasks[task->second];
     const bool was_made = record.verdict == Verdict::kConverted;
     const std::vector<std::string> made_with = OptionsOf(record, done);
     if (!was_made && (done.mode != TaskMode::kVerify || !options_.conversion.empty())) {
         plan_.CountOptions(made_with, options_.conversion);
     }
-    (void)state_.ledger().Add(record.dng, EntryOf(record, done.input, made_with));
+    LedgerEntry entry = EntryOf(record, done.input, made_with);
+    if (was_made && options_.no_verify) {
+        entry.fingerprint.clear();  // another machine needs one for the way
+    }
+    (void)state_.ledger().Add(record.dng, entry);
     pending_.push_back(std::move(record));
+}
+
+/// Whatever its file looks like, the DNG is compared in later runs, too, until it is as it must be.
+void TreeRun::Doubt(const Record& record, const std::string& input) {
+    auto entry = state_.ledger().Find(record.dng);
+    const bool is_known = entry && entry->source == input;
+    if (!is_known && record.made_with.starts_with(kDiffers)) {
+        entry = EntryOf(record, input, UnknownOptions());
+    } else if (!is_known) {
+        return;
+    }
+    entry->on_disk = false;
+    (void)state_.ledger().Add(record.dng, *entry);
 }
 
 /// Those that the DNG was made with, as far as that is known.
@@ -601,6 +629,7 @@ void TreeRun::TellNearMisses() const {
         std::printf("Ignored, files of macOS (._*): %zu\n", found_.of_macos);
     }
     PrintNamed("Too short for a camera DNG", FirstShown(found_.cut), found_.cut.size());
+    PrintNamed(kOfChangedLength, FirstShown(found_.of_changed_length), found_.of_changed_length.size());
     PrintNamed("No picture", FirstShown(found_.none), found_.none.size());
     PrintNamed("In the list, but no picture of the folders", FirstShown(not_found_), not_found_.size());
     TellJpegs();

@@ -56,6 +56,7 @@ class TreeRun {
     void BlameTheDead();
     std::vector<const Task*> TasksLeft() const;
     void PutOnDisk();
+    void Doubt(const Record& record, const std::string& input);
     void Settle(const Record& record);
     void WriteChecksumFiles();
     [[nodiscard]] int Summarise();

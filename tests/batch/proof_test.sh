@@ -18,7 +18,7 @@ ANewPictureIsNotTakenForAnOldOneOfItsName() {
   batch -o out second
   expect_status 1
   expect_summary 1 0 0 1
-  grep -qE "^Failed: $scratch/second/L1.RAW: L1.DNG there is another picture \([0-9-]+ [0-9:]+, camera [0-9]+\)$" printed ||
+  grep -qE "^Failed: $scratch/second/L1.RAW: L1.DNG there is another picture \([0-9-]+ [0-9:]+, camera [0-9]+\); --rename gives this one another name$" printed ||
     fail "not told"
   batch -o out second -- -r
   expect_status 1
@@ -53,7 +53,7 @@ ARenamedPictureIsToldAndNotMadeAgain() {
   batch -o out first
   batch -n -o out second
   expect_status 1
-  expect_line "fail: $scratch/second/L1.RAW -> $scratch/out/L1.DNG (another picture)"
+  expect_line "fail: $scratch/second/L1.RAW -> $scratch/out/L1.DNG (another picture; --rename gives this one another name)"
   batch -n --rename -o out second
   expect_line "convert: $scratch/second/L1.RAW -> $scratch/out/L1-2.DNG"
   batch --rename -o out second
@@ -181,6 +181,136 @@ ADngThatAnotherProgramRatedIsKept() {
   expect_line "Failed: $scratch/in/L1.RAW: L1.DNG was changed by another program, and its pixels cannot be compared"
 }
 
+# corrupt FILE: five bytes in the middle of its pixels, and its time does not tell.
+corrupt() {
+  touch -r "$1" corrupted
+  printf '\x55\x55\x55\x55\x55' | dd of="$1" bs=1 seek=5000000 conv=notrunc 2>/dev/null
+  touch -r corrupted "$1"
+}
+
+ADngThatItDidNotMakeIsComparedOnce() {
+  pair in/L1
+  pair in/L2 2
+  replaced in/L2.RAW "$card/L1000002.RAW"
+  mkdir out
+  "$program" -i in -o out -b 100 >/dev/null
+  corrupt out/L1.DNG
+  local i
+  for i in 1 2; do
+    batch -o out in -- -b 100
+    expect_status 1
+    expect_summary 2 0 1 1
+    expect_text "Failed: $scratch/in/L1.RAW: L1.DNG is there, but does not match its RAW file: pixel "
+    expect_text '; if it was made with other options, such as -s, name them; if the RAW file is the good one, -r makes'
+  done
+  batch -o out in -- -b 100 -r
+  expect_status 0
+  batch -o out in -- -b 100
+  expect_status 0
+  expect_summary 2 0 2 0
+  # Once is enough: only --verify reads what seems to be as it was.
+  corrupt in/L2.RAW
+  batch -o out in -- -b 100
+  expect_status 0
+  batch --verify -o out in
+  expect_status 1
+}
+
+ADngWhoseStateIsLostIsComparedAnew() {
+  pair in/L1
+  batch -o out in
+  rm -r "$HOME/.local"
+  corrupt out/L1.DNG
+  batch -o out in
+  expect_status 1
+  expect_summary 1 0 0 1
+}
+
+ADngThatDiffersStaysFailedUntilItMatches() {
+  pair in/L1
+  mkdir out
+  "$program" -i in -o out >/dev/null
+  cp -p out/L1.DNG whole.DNG
+  corrupt out/L1.DNG
+  local options
+  for options in --verify '' --no-verify; do
+    # shellcheck disable=SC2086  # words
+    batch $options -o out in
+    expect_status 1
+    expect_summary 1 0 0 1
+  done
+  cp -p whole.DNG out/L1.DNG
+  for options in --no-verify ''; do
+    # shellcheck disable=SC2086  # words
+    batch $options -o out in
+    expect_status 0
+    expect_summary 1 0 1 0
+  done
+}
+
+WithoutVerificationADngThatItDidNotMakeIsNotCompared() {
+  pair in/L1
+  mkdir out
+  "$program" -i in -o out >/dev/null
+  corrupt out/L1.DNG
+  local i
+  for i in 1 2; do
+    batch --no-verify -o out in
+    expect_status 0
+    expect_summary 1 0 1 0
+  done
+  # That it was kept unseen does not count later.
+  batch -o out in
+  expect_status 1
+}
+
+ADngThatWasMadeUnseenIsComparedLater() {
+  pair in/L1
+  replaced in/L1.RAW "$card/L1000001.RAW"
+  batch --no-verify -o out in
+  expect_status 0
+  corrupt in/L1.RAW
+  batch --no-verify -o out in
+  expect_status 0
+  batch -o out in
+  expect_status 1
+}
+
+WhatVerifyFoundIsNotForgotten() {
+  pair in/L1
+  replaced in/L1.RAW "$card/L1000001.RAW"
+  batch -o out in
+  corrupt in/L1.RAW
+  local options
+  for options in --verify '' --no-verify; do
+    # shellcheck disable=SC2086  # words
+    batch $options -o out in
+    expect_status 1
+    expect_summary 1 0 0 1
+  done
+  touch -r in/L1.RAW then
+  replaced in/L1.RAW "$card/L1000001.RAW"
+  touch -r then in/L1.RAW
+  batch -o out in
+  expect_status 0
+  expect_summary 1 0 1 0
+}
+
+ColumnsThatWerePaintedAreTold() {
+  use_databases
+  pair in/L1
+  batch -o out in -- -s -st
+  expect_status 0
+  rm -r "$HOME/.local/state"
+  local options
+  for options in '' '-- -s'; do
+    # shellcheck disable=SC2086  # words
+    batch -o out in $options
+    expect_status 1
+    expect_summary 1 0 0 1
+  done
+}
+
 OnlyOptionsThatChangeADngMakeItAnother() {
   pair in/L1
   batch -o out in -- -b -r
@@ -206,7 +336,7 @@ ADngOfUnknownOriginIsNoneOfThisRunsOptions() {
     rm -rf out/* "$HOME/.local"
     # shellcheck disable=SC2086  # words
     "$program" -i in -o out $made >/dev/null
-    batch -o out in -- -b 200
+    batch --no-verify -o out in -- -b 200
     expect_status 0
     ! grep -q 'other options' printed || fail "nobody can know"
     batch --verify -o out in -- -b 200
@@ -216,6 +346,10 @@ ADngOfUnknownOriginIsNoneOfThisRunsOptions() {
     # What was found out is remembered.
     batch --verify -o out in
     expect_status 0
+    rm -r "$HOME/.local"
+    batch -o out in -- -b 200
+    expect_status 0
+    expect_text '1 already there, made with other options ('
   done
   rm -r "$HOME/.local"
   # shellcheck disable=SC2086  # words
@@ -360,12 +494,59 @@ NearMissesAreNamed() {
   pair in/L1
   cp "$card/L1000001.RAW" in/small.raw
   batch -o out in
+  expect_status 1
+  expect_summary 1 1 0 0
+  expect_line "Ignored, not in capital letters: $scratch/in/small.raw"
+  batch --accept-damaged -o out in
   expect_status 0
   expect_line "Ignored, not in capital letters: $scratch/in/small.raw"
+  rm in/small.raw
   head -c 1000000 "$card/L1000004.DNG" >in/cut.DNG
   batch -o out in
   expect_status 1
   expect_line "Too short for a camera DNG: $scratch/in/cut.DNG"
+}
+
+CameraDngsOfAChangedLengthAreNamed() {
+  command -v exiftool >/dev/null || skip "there is no exiftool"
+  pair in/L1
+  camera_dng in/longer
+  camera_dng in/shorter
+  camera_dng in/small
+  exiftool -q -overwrite_original -Rating=5 in/longer.DNG in/small.DNG
+  exiftool -q -overwrite_original -GPSLatitude=48.14 -GPSLatitudeRef=N in/shorter.DNG
+  [[ $(wc -c <in/longer.DNG) -gt $camera_dng_bytes && $(wc -c <in/shorter.DNG) -lt $camera_dng_bytes ]] ||
+    fail "not of changed length"
+  local what='Camera DNG, but another program has changed its length; name it by itself to velmarcon'
+  batch -o out in/shorter.DNG in/longer.DNG
+  expect_status 1
+  expect_line "$what: $scratch/in/longer.DNG"
+  expect_line "$what: $scratch/in/shorter.DNG"
+  mv in/small.DNG in/small.dng
+  batch -o out in
+  expect_status 1
+  expect_line "$what: $scratch/in/longer.DNG"
+  expect_line "$what: $scratch/in/shorter.DNG"
+  expect_line "Ignored, not in capital letters: $scratch/in/small.dng"
+  ! grep -q 'Too short' printed || fail "they are no damage"
+  grep -qxF "camera DNG of changed length: $scratch/in/longer.DNG" "$(state_folder)/report" || fail "not in the report"
+  batch --accept-damaged -o out in
+  expect_status 0
+  # What the message advises.
+  mkdir repaired
+  "$program" -i in/longer.DNG -o repaired
+  "$program" -i in/shorter.DNG -o repaired
+  expect_files repaired longer.DNG shorter.DNG
+  # Those that were repaired or converted are none, nor are those of other cameras.
+  rm in/*.DNG in/*.dng
+  cp repaired/longer.DNG out/L1.DNG in
+  camera_dng in/other
+  exiftool -q -overwrite_original -Model=M9 -Rating=5 in/other.DNG
+  camera_dng in/other2
+  exiftool -q -overwrite_original -Model=M9 -GPSLatitude=48.14 in/other2.DNG
+  batch -o out in
+  expect_status 0
+  ! grep -q 'DNG' printed || fail "named"
 }
 
 WhatIsIgnoredIsToldInQuietToo() {
@@ -373,7 +554,7 @@ WhatIsIgnoredIsToldInQuietToo() {
   cp "$card/L1000001.RAW" in/small.raw
   mkdir in/out
   batch -q -o in/out in
-  expect_status 0
+  expect_status 1
   [[ $(cat printed) == "Not searched, because it is the output folder: $scratch/in/out
 Ignored, not in capital letters: $scratch/in/small.raw" ]] || fail "printed"
   grep -qxF "ignored, not in capital letters: $scratch/in/small.raw" "$(state_folder)/report" || fail "no report"
