@@ -195,7 +195,7 @@ int TreeRun::Begin() {
         tally_.Note("too short for a camera DNG: " + Shown(path));
     }
     for (const std::string& path : found_.of_changed_length) {
-        tally_.Note("camera DNG of changed length: " + Shown(path));
+        tally_.Note(std::string(kOfChangedLength) + ": " + Shown(path));
     }
     for (const std::string& path : found_.jpegs) {
         tally_.Note("JPEG without a RAW file: " + Shown(path));

@@ -175,7 +175,8 @@ TakesOnlyWhatVelmarconTakesInAFolder() {
   { cat "$card/L1000004.DNG"; printf x; } >in/long.DNG
   mkdir in/folder.RAW
   batch -o out in
-  expect_status 0
+  expect_status 1
+  expect_summary 1 1 0 0
   expect_files out L1.DNG
 }
 

@@ -529,7 +529,7 @@ CameraDngsOfAChangedLengthAreNamed() {
   expect_line "$what: $scratch/in/shorter.DNG"
   expect_line "Ignored, not in capital letters: $scratch/in/small.dng"
   ! grep -q 'Too short' printed || fail "they are no damage"
-  grep -qxF "camera DNG of changed length: $scratch/in/longer.DNG" "$(state_folder)/report" || fail "not in the report"
+  grep -qxF "$what: $scratch/in/longer.DNG" "$(state_folder)/report" || fail "not in the report"
   batch --accept-damaged -o out in
   expect_status 0
   # What the message advises.
