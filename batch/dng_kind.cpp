@@ -29,11 +29,19 @@ bool Contains(const TiffDirectory& directory, std::uint16_t tag, const char* tex
     return directory.Text(tag).find(text) != std::string::npos;
 }
 
-/// Of a file of `size` bytes that begins with `head`; nothing when its directories do not lie in that.
-std::optional<DngKind> KindByDirectories(std::span<const std::uint8_t> head, std::uint64_t size) {
-    const ByteView view(head);
+/// Of a file in which nothing says that it is the camera's.
+DngKind KindByLength(std::uint64_t size) {
+    return size < kCameraDngSize ? DngKind::kCut : DngKind::kOther;
+}
+
+/// Of a file of `size` bytes that begins with `start`; nothing when its directories do not lie in that.
+std::optional<DngKind> KindByDirectories(std::span<const std::uint8_t> start, std::uint64_t size) {
+    const ByteView view(start);
     const auto first = FirstDirectory(view);
-    const auto ifd0 = first ? ReadDirectory(view, *first) : std::nullopt;
+    if (!first) {
+        return KindByLength(size);
+    }
+    const auto ifd0 = ReadDirectory(view, *first);
     if (!ifd0) {
         return std::nullopt;
     }
@@ -41,13 +49,22 @@ std::optional<DngKind> KindByDirectories(std::span<const std::uint8_t> head, std
         return DngKind::kOther;
     }
     const auto raw_ifd = ReadLinked(view, *ifd0, tag::kSubIFDs);
-    if (!raw_ifd || raw_ifd->Number(tag::kBitsPerSample) != kCameraBits) {
+    if (!raw_ifd) {
         return std::nullopt;
+    }
+    if (raw_ifd->Number(tag::kBitsPerSample) != kCameraBits) {
+        return KindByLength(size);
     }
     const std::uint64_t width = raw_ifd->Number(tag::kImageWidth).value_or(0);
     const std::uint64_t height = raw_ifd->Number(tag::kImageLength).value_or(0);
     const std::uint64_t offset = raw_ifd->Number(tag::kStripOffsets).value_or(0);
     return offset <= size && width * height <= size - offset ? DngKind::kOfChangedLength : DngKind::kCut;
+}
+
+/// The same, by no more than `limit` bytes of the file.
+std::optional<DngKind> KindByStart(const std::string& path, std::uint64_t size, std::size_t limit) {
+    const auto start = ReadHead(path, limit);
+    return start ? KindByDirectories(*start, size) : std::nullopt;
 }
 
 }  // namespace
@@ -63,10 +80,9 @@ DngKind KindOfDng(const std::string& path) {
         !std::filesystem::is_regular_file(system_path::ToSystem(path), unknown)) {
         return DngKind::kOther;
     }
-    std::optional<DngKind> kind;
-    for (const std::size_t limit : {kHeadSize, kLongestFile}) {
-        const auto head = kind ? std::nullopt : ReadHead(path, limit);
-        kind = head ? KindByDirectories(*head, size) : kind;
+    auto kind = KindByStart(path, size, kHeadSize);
+    if (!kind) {
+        kind = KindByStart(path, size, kLongestFile);
     }
-    return kind.value_or(size < kCameraDngSize ? DngKind::kCut : DngKind::kOther);
+    return kind.value_or(KindByLength(size));
 }
