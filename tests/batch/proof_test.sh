@@ -288,9 +288,9 @@ WhatVerifyFoundIsNotForgotten() {
     expect_status 1
     expect_summary 1 0 0 1
   done
-  touch -r in/L1.RAW then
+  touch -r in/L1.RAW reference
   replaced in/L1.RAW "$card/L1000001.RAW"
-  touch -r then in/L1.RAW
+  touch -r reference in/L1.RAW
   batch -o out in
   expect_status 0
   expect_summary 1 0 1 0
