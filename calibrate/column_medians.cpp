@@ -41,9 +41,12 @@ struct TakeMedians {
                 larger[lane] = static_cast<std::int32_t>(static_cast<std::uint32_t>(found[lane]) + bit);
             }
             Keys below = {};
+            std::int32_t* const count = below.data();
+            const std::int32_t* const limit = larger.data();
             for (const Keys& row : keys) {
+                const std::int32_t* const key = row.data();
                 for (std::size_t lane = 0; lane < kLanes; ++lane) {
-                    below.data()[lane] += row.data()[lane] < larger.data()[lane] ? 1 : 0;
+                    count[lane] += key[lane] < limit[lane] ? 1 : 0;
                 }
             }
             for (std::size_t lane = 0; lane < kLanes; ++lane) {

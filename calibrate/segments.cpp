@@ -46,22 +46,23 @@ float Distance(std::span<const float> prefix_sums, int begin, int length, float 
 /// The largest Distance of the intervals of this length. In lanes, of which the compiler makes vectors.
 float LargestDistance(std::span<const float> prefix_sums, int length, float expected) {
     constexpr std::size_t lanes = 16;
-    std::array<float, lanes> largest = {};
+    std::array<float, lanes> largest_of_lanes = {};
     const std::size_t count = prefix_sums.size() - static_cast<std::size_t>(length);
     // Bare pointers, because index checks would prevent vectorisation.
     const float* const before = prefix_sums.data();
     const float* const after = before + length;
+    float* const largest = largest_of_lanes.data();
     std::size_t begin = 0;
     for (; begin + lanes <= count; begin += lanes) {
         for (std::size_t lane = 0; lane < lanes; ++lane) {
             const float distance = std::abs(after[begin + lane] - before[begin + lane] - expected);
-            largest.data()[lane] = std::max(largest.data()[lane], distance);
+            largest[lane] = std::max(largest[lane], distance);
         }
     }
     for (; begin < count; ++begin) {
-        largest.front() = std::max(largest.front(), std::abs(after[begin] - before[begin] - expected));
+        largest[0] = std::max(largest[0], std::abs(after[begin] - before[begin] - expected));
     }
-    return *std::ranges::max_element(largest);
+    return *std::ranges::max_element(largest_of_lanes);
 }
 
 /// The interval that differs most from the rest; of equal ones the shortest, and of these the first.
