@@ -259,8 +259,9 @@ bool PictureWork::KeepFromDamage(const PictureFiles& files) {
 
 /// Either file may be the one that was changed.
 void PictureWork::FailMismatch(const std::string& mismatch, const Task& task, const PictureFiles& files) {
-    const std::string source = files.is_camera_dng ? "the camera's DNG" : "the RAW file";
-    const std::string advice = "; if " + source + " is the good one, -r makes the DNG anew";
+    const std::string advice =
+        files.is_camera_dng ? "; if the camera's DNG is the good one, delete the other one and run this again"
+                            : "; if the RAW file is the good one, delete the DNG and run this again";
     const std::string options =
         task.options_known ? "" : "; if it was made with other options, such as -s, name them";
     if (const std::string damage = DamageOf(files, conversion_.settings().black_level_given);

@@ -180,7 +180,7 @@ std::string HintAtPath(std::string_view value, std::span<const Argument> argumen
 /// A hint for a value of -b that is not a number.
 std::string HintAtLevel(std::string_view value, std::span<const Argument> arguments) {
     if (path_names::Extension(Lowercase(value)) == "bia") {
-        return "; a dark frame is not named: it is next to the RAW file, with its name";
+        return "; write -b alone: a dark frame is found by its name";
     }
     return HintAtPath(value, arguments);
 }

@@ -84,7 +84,7 @@ ADngOfAHalfCopiedRawFileIsFoundOut() {
   batch -o out in
   expect_status 1
   expect_text "L1.DNG is there, but does not match its RAW file"
-  expect_text '; if the RAW file is the good one, -r makes the DNG anew'
+  expect_text '; if the RAW file is the good one, delete the DNG and run this again'
   batch -o out in -- -r
   expect_status 0
   "$program" -i in/L1.RAW -o . >/dev/null
@@ -201,7 +201,7 @@ ADngThatItDidNotMakeIsComparedOnce() {
     expect_status 1
     expect_summary 2 0 1 1
     expect_text "Failed: $scratch/in/L1.RAW: L1.DNG is there, but does not match its RAW file: pixel "
-    expect_text '; if it was made with other options, such as -s, name them; if the RAW file is the good one, -r makes'
+    expect_text '; if it was made with other options, such as -s, name them; if the RAW file is the good one, delete the DNG and run'
   done
   batch -o out in -- -b 100 -r
   expect_status 0

@@ -177,8 +177,8 @@ const std::vector<RemarkCase> kRemarkCases = {
       "card"}},
     {"ADarkFrameAsALevel",
      {"-b", "card/L1.bia"},
-     {"-b card/L1.bia: read as black level 0; it must be a whole number from 0 to 65535; a dark frame is not "
-      "named: it is next to the RAW file, with its name"}},
+     {"-b card/L1.bia: read as black level 0; it must be a whole number from 0 to 65535; write -b alone: a "
+      "dark frame is found by its name"}},
     {"ASecondLevel", {"-b", "100", "200"}, {"200: ignored: -b takes one value, here 100"}},
     {"ANegativeLevel",
      {"-b", "-20"},
