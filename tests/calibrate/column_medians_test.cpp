@@ -28,6 +28,7 @@ Grid NoiseOfBothSigns() {
 
 std::vector<float> OfEachColumn(const Grid& grid) {
     std::vector<float> medians;
+    medians.reserve(kColumns);
     for (int column = 0; column < kColumns; ++column) {
         std::vector<float> values;
         for (int block = 0; block < kBlocks; ++block) {

@@ -13,7 +13,7 @@ namespace {
 class HaveSameBytesTest : public testing::Test {
   protected:
     std::string Make(const std::string& name, const std::string& bytes) const {
-        const std::string path = folder_.path().string() + "/" + name;
+        std::string path = folder_.path().string() + "/" + name;
         support::WriteFile(path, bytes);
         return path;
     }
