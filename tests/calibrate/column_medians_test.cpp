@@ -31,6 +31,7 @@ std::vector<float> OfEachColumn(const Grid& grid) {
     medians.reserve(kColumns);
     for (int column = 0; column < kColumns; ++column) {
         std::vector<float> values;
+        values.reserve(kBlocks);
         for (int block = 0; block < kBlocks; ++block) {
             values.push_back(Row(grid, block)[static_cast<std::size_t>(column)]);
         }
