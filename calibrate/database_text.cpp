@@ -81,13 +81,17 @@ std::vector<TextLine> LinesOf(std::string_view text, int serial) {
     return lines;
 }
 
-/// The first line end in the text.
+/// The first line end in the text. A carriage return alone counts only if all lines end so: before a line
+/// feed, which may be an empty line of its own, it would be taken for one end with it.
 std::string_view LineEndOf(std::string_view text) {
     const std::size_t end = text.find_first_of("\r\n");
     if (end == std::string_view::npos || text[end] == '\n') {
         return "\n";
     }
-    return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
+    if (text.substr(end).starts_with("\r\n")) {
+        return "\r\n";
+    }
+    return text.find('\n') == std::string_view::npos ? "\r" : "\n";
 }
 
 void AppendGroup(std::vector<std::uint16_t>& lines, int column, int first_row, int end_row) {

@@ -111,6 +111,14 @@ TEST(DatabaseTextTest, ASectionThatTheProgramWouldReadDifferentlyIsNotChanged) {
     EXPECT_EQ(text, "[42]\nlevelcorrection = 1\n");
 }
 
+TEST(DatabaseTextTest, AnEmptyLineAfterLinesThatEndInACarriageReturnStays) {
+    const std::string once = Merged("[42]\r\n\n; end\n", {{7, 100, 2646}});
+    EXPECT_TRUE(once.ends_with("\n; end\n"));
+    const std::string mixed = Merged("; first\r[42]\n\n; end\n", {{7, 100, 2646}});
+    EXPECT_EQ(mixed, "; first\r[42]\n" + Group(7, 100, 2646) + kLevelLines + "\n; end\n");
+    EXPECT_EQ(Merged(mixed, {{7, 100, 2646}}), mixed);
+}
+
 TEST(DatabaseTextTest, AFileThatIsNotTextIsNotChanged) {
     std::string text("a\0b", 3);
     EXPECT_EQ(Merge(text, 42, {}, kLevels), "it is no text");
