@@ -117,10 +117,12 @@ void ConversionRun::RepairDng(const std::string& base) {
     const ReadInputData record;
     DNGlib dng(&lenses_, &sensors_);
     GuardExisting(dng);
+    dng.frame() = std::move(frame_);
     const int error =
         dng.fixDNG(settings_.input.folder, base, settings_.verbose, settings_.lens_fix, settings_.sensor_fix,
                    settings_.dark_field_creation, dark_field_fix_, settings_.row_offset_estimation,
                    settings_.pixel_line_test, &sensors_, settings_.lens_code, settings_.output_folder);
+    frame_ = std::move(dng.frame());
     if (error != 0) {
         errors_.PrintError(error, record.OutputLabel);
     }

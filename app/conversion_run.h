@@ -45,7 +45,7 @@ class ConversionRun {
 
     /// Whether the leftovers of killed runs have been removed from the output folder.
     bool output_is_clean_ = false;
-    // Memory for image and dark frame, handed from record to record.
+    // Memory for image and dark frame, handed from image to image.
     std::vector<Pixel> frame_;
     std::vector<Pixel> dark_frame_;
 

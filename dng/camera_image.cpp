@@ -2,21 +2,19 @@
 #include "dng/camera_image.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <numeric>
 #include <optional>
 #include <span>
 
 #include "dng/ifd.h"
+#include "dng/linearization.h"
 #include "dng/tag_values.h"
 #include "input/preview.h"
 #include "system/pixel_memory.h"
 #include "tiff/tags.h"
 
 namespace {
-
-using LinearizationTable = std::array<std::uint16_t, 256>;
 
 /// Contiguous strips, as the camera writes them.
 struct Strips {
@@ -90,34 +88,24 @@ std::span<std::uint8_t> AsBytes(std::span<Pixel> pixels) {
     return {reinterpret_cast<std::uint8_t*>(pixels.data()), pixels.size_bytes()};
 }
 
-/// Uses bare pointers, because checking each index would be slow. The pixels must not share memory with the
-/// samples: the compiler then need not store a pixel before it loads the next sample.
-void LookUp(std::span<const std::uint8_t> samples, const LinearizationTable& table, std::span<Pixel> pixels) {
-    const std::uint8_t* const sample = samples.data();
-    const std::uint16_t* const entries = table.data();
-    Pixel* const pixel = pixels.data();
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        pixel[i] = entries[sample[i]];
-    }
-}
-
-/// Reads in pieces that stay in the processor's cache while they are cleared, read and looked up.
+/// Reads in pieces that stay in the processor's cache while they are cleared, read and looked up. Pixels of
+/// an earlier image are overwritten without being cleared.
 bool ReadPixels(InputFile& file, std::uint64_t offset, const RawLayout& layout, std::vector<Pixel>& pixels) {
     constexpr std::size_t piece = 256UL * 1024;  // pixels
     const auto count = static_cast<std::size_t>(layout.Pixels());
     std::vector<std::uint8_t> samples(layout.table ? std::min(piece, count) : 0);
-    pixels.clear();
     pixel_memory::Reserve(pixels, count);
-    while (pixels.size() < count) {
-        const std::size_t done = pixels.size();
-        pixels.resize(std::min(done + piece, count));
-        const auto next = std::span(pixels).subspan(done);
+    pixels.resize(std::min(pixels.size(), count));
+    for (std::size_t done = 0; done < count; done += piece) {
+        const std::size_t end = std::min(done + piece, count);
+        pixels.resize(std::max(pixels.size(), end));
+        const auto next = std::span(pixels).subspan(done, end - done);
         const auto stored = layout.table ? std::span(samples).first(next.size()) : AsBytes(next);
         if (!ReadBytes(file, offset + done * layout.sample_bytes, stored)) {
             return false;
         }
         if (layout.table) {
-            LookUp(stored, *layout.table, next);
+            Linearize(stored, *layout.table, next);
         }
     }
     return true;

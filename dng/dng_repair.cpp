@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "base/byte_view.h"
@@ -208,6 +209,7 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     verbose_ = verbose;
     step_lines::Begin(verbose_, "Reading DNG Image");
     CameraImage image;
+    image.pixels = std::move(frame_);
     int error = ReadCameraDng(*this, folder + name, tree_, image);
     const auto lost = RemoveUnreadDirectories({&tree_.ifd0, &tree_.sub_ifd, &tree_.exif_ifd});
     if (error == 0 && tree_.exif_ifd.empty()) {
@@ -236,9 +238,11 @@ int DNGlib::fixDNG(const std::string& folder, const std::string& base, bool verb
     ifd::Add(tree_.ifd0, tag::kMakerNoteSafety, tag_values::kSafe);
     DescribeStrips(image, tree_);
     const auto raw_bytes = static_cast<int>(image.pixels.size() * sizeof(Pixel));
-    return writeDNGTree(outputFolder, name, reinterpret_cast<const char*>(image.pixels.data()),
-                        reinterpret_cast<const char*>(image.preview.data()), raw_bytes,
-                        PreviewSampler::kSize);
+    error =
+        writeDNGTree(outputFolder, name, reinterpret_cast<const char*>(image.pixels.data()),
+                     reinterpret_cast<const char*>(image.preview.data()), raw_bytes, PreviewSampler::kSize);
+    frame_ = std::move(image.pixels);
+    return error;
 }
 
 std::vector<std::uint16_t> DNGlib::getSensorHorzLevel() {

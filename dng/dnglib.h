@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/pixel.h"
 #include "dng/ifd.h"
 #include "dng/tag_tree.h"
 #include "exif/lensdb.h"
@@ -138,6 +139,10 @@ class DNGlib {
                              bool lineTest, sensdb* db, const std::string& lensCode,
                              const std::string& outputFolder);
 
+    /// The memory for the pixels of a repair. A caller that repairs several files saves time by handing it
+    /// from one object to the next.
+    std::vector<Pixel>& frame() { return frame_; }
+
     /// Four zeros, a placeholder for the sensor's horizontal levels. Nothing uses it yet.
     std::vector<std::uint16_t> getSensorHorzLevel();
 
@@ -150,6 +155,7 @@ class DNGlib {
     bool keep_existing_ = false;
     std::uint64_t directory_bytes_ = 0;  ///< read by GetIFDs so far
     TagTree tree_;
+    std::vector<Pixel> frame_;
 };
 
 #endif  // VELMARCON_DNG_DNGLIB_H

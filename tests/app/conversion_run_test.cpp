@@ -6,9 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include "samples/camera_dng.h"
 #include "samples/camera_jpeg.h"
 #include "samples/sensor_dump.h"
+#include "system/path_names.h"
 #include "tests/app/working_folder.h"
+#include "tests/support/camera_dng.h"
 #include "tests/support/capture_stdout.h"
 #include "tests/support/files.h"
 #include "tests/support/tiff_file.h"
@@ -193,6 +196,27 @@ TEST_F(Conversion, ReportsLoadingErrorsWithTheNameOfTheFile) {
     for (const char* name : {"noraw.DNG", "shortraw.DNG", "nojpg.DNG", "badjpg.DNG"}) {
         EXPECT_FALSE(Exists(name)) << name;
     }
+}
+
+TEST_F(Conversion, MakesEachDngAsIfItWereTheOnlyOne) {
+    const support::TempFolder output;
+    settings_.refresh = true;
+    settings_.output_folder = output.prefix();
+    support::WriteFile(folder_ / "LARGE.DNG", samples::Serialize(support::SmallCameraDng(90, 60)));
+    support::WriteFile(folder_ / "SMALL.DNG", samples::Serialize(support::SmallCameraDng(12, 7)));
+    MakePair("PAIR");
+    const auto convert = [&](const Names& names) {
+        settings_.input = {folder_.prefix(), names};
+        RunAsSet();
+        return support::ReadFile(output / (path_names::BaseName(names.back()) + ".DNG"));
+    };
+    const auto small = convert({"SMALL.DNG"});
+    const auto large = convert({"LARGE.DNG"});
+    const auto pair = convert({"PAIR.RAW"});
+    EXPECT_TRUE(convert({"LARGE.DNG", "SMALL.DNG"}) == small);
+    EXPECT_TRUE(convert({"SMALL.DNG", "LARGE.DNG"}) == large);
+    EXPECT_TRUE(convert({"PAIR.RAW", "LARGE.DNG"}) == large);
+    EXPECT_TRUE(convert({"LARGE.DNG", "PAIR.RAW"}) == pair);
 }
 
 TEST_F(Conversion, PassesTheOptionsToTheDng) {

@@ -34,8 +34,10 @@ IFD ReadIFD(InputFile& file, std::uint32_t offset) {
     return ifd;
 }
 
-/// The images of a file whose last `missing` bytes are cut off; std::nullopt if they are rejected.
-std::optional<CameraImage> Read(const samples::CameraDngFile& camera, std::size_t missing = 0) {
+/// The images of a file whose last `missing` bytes are cut off; std::nullopt if they are rejected. They are
+/// read into `earlier`.
+std::optional<CameraImage> Read(const samples::CameraDngFile& camera, std::size_t missing = 0,
+                                const CameraImage& earlier = {}) {
     Bytes bytes = samples::Serialize(camera);
     bytes.resize(bytes.size() - missing);
     const support::TempFolder folder;
@@ -44,7 +46,7 @@ std::optional<CameraImage> Read(const samples::CameraDngFile& camera, std::size_
     EXPECT_TRUE(file.Open(folder / "file"));
     const auto preview_ifd = ReadIFD(file, samples::kDngIfd0Offset);
     const auto raw_ifd = ReadIFD(file, samples::kDngIfd0Offset + samples::TableSize(camera.ifd0));
-    CameraImage image;
+    CameraImage image = earlier;
     return ReadImages(file, preview_ifd, raw_ifd, image) ? std::optional(image) : std::nullopt;
 }
 
@@ -104,6 +106,18 @@ TEST(RawImage, OfManyPiecesOfSixteenBitsIsReadCompletely) {
     const auto image = Read(file);
     ASSERT_TRUE(image);
     EXPECT_TRUE(image->pixels == pixels);
+}
+
+TEST(RawImage, ReplacesAnEarlierOneOfAnySize) {
+    const Bytes row = {0, 1, 2, 3, 5, 128, 254, 255};
+    const Pixels pixels = {0, 0, 1, 2, 6, 4096, 16129, 16256};
+    for (std::size_t size = 0; size <= 2 * row.size(); ++size) {
+        CameraImage earlier;
+        earlier.pixels.assign(size, 9999);
+        const auto image = Read(WithRow(row), 0, earlier);
+        ASSERT_TRUE(image) << size;
+        EXPECT_EQ(image->pixels, pixels) << size;
+    }
 }
 
 TEST(RawImage, GoesThroughWhateverTableTheFileHas) {
