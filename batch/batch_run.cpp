@@ -13,6 +13,7 @@
 #include "batch/fields.h"
 #include "batch/picture_search.h"
 #include "batch/shown.h"
+#include "batch/told_lines.h"
 #include "batch/tree_run.h"
 #include "batch/trees.h"
 #include "batch/worker.h"
@@ -21,13 +22,9 @@
 #include "system/file_system.h"
 #include "system/stop_request.h"
 
-namespace {
+using told_lines::Refuse;
 
-int Refuse(int status, const std::string& text) {
-    (void)std::fflush(stdout);
-    (void)std::fprintf(stderr, "velmarcon-batch: %s\n", text.c_str());
-    return status;
-}
+namespace {
 
 int Misused(const std::string& text) {
     return Refuse(batch_status::kUsage, text + " (see velmarcon-batch --help)");

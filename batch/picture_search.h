@@ -17,9 +17,10 @@ struct FoundPictures {
     std::vector<std::string> small;              ///< names that would be pictures in capital letters
     std::vector<std::string> cut;                ///< DNGs that are too short for any of the camera's
     std::vector<std::string> of_changed_length;  ///< the camera's, made longer or shorter by another program
-    std::vector<std::string> jpegs;  ///< those without a RAW file or DNG, in folders that have RAW files
-    std::size_t of_macos = 0;        ///< files ._X of macOS, which have the extension of a picture
-    std::vector<std::string> none;   ///< files that were named one by one and are no picture's
+    std::vector<std::string> jpegs;      ///< those without a RAW file or DNG, in folders that have RAW files
+    std::size_t of_macos = 0;            ///< files ._X of macOS, which have the extension of a picture
+    std::vector<std::string> none;       ///< files that were named one by one and are no picture's
+    std::vector<std::string> not_found;  ///< names of a list that are no picture
 };
 
 /// Searches all trees, or looks at what is asked for of them. Links to folders are not followed, so there are

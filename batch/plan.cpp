@@ -2,10 +2,8 @@
 #include "batch/plan.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <map>
+#include <array>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "batch/conversion_options.h"
@@ -14,14 +12,8 @@
 #include "batch/proof/checksums.h"
 #include "batch/records.h"
 #include "system/file_state.h"
-#include "system/file_system.h"
-#include "system/folder_tools.h"
-#include "system/part_files.h"
-#include "system/system_path.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr std::int64_t kCoarsestTick = 2;  ///< seconds
 
@@ -164,67 +156,6 @@ class Planner {
     Plan plan_;
 };
 
-/// A name without what a file system may ignore: case, and all that is not ASCII.
-std::string Folded(const std::string& name) {
-    std::string folded;
-    for (const char c : name) {
-        const bool is_ascii = static_cast<unsigned char>(c) < 0x80;
-        const bool is_capital = c >= 'A' && c <= 'Z';
-        if (is_ascii) {
-            folded += is_capital ? static_cast<char>(c - 'A' + 'a') : c;
-        } else if (!folded.ends_with('\x7F')) {
-            folded += '\x7F';
-        }
-    }
-    return folded;
-}
-
-std::vector<std::string> NamesOf(const std::string& path) {
-    std::vector<std::string> names;
-    for (std::size_t begin = 0; begin <= path.size();) {
-        const std::size_t end = std::min(path.find('/', begin), path.size());
-        names.push_back(path.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return names;
-}
-
-/// The nearest folder above `path` that is there.
-std::string ExistingFolder(std::string path) {
-    std::error_code unknown;
-    while (path.size() > 1 && !fs::is_directory(system_path::ToSystem(path), unknown)) {
-        path = path.substr(0, path.find_last_of('/', path.size() - 2) + 1);
-    }
-    return path;
-}
-
-/// Whether both names are one to the file system of `folder`: it is asked, with a folder that is removed
-/// again.
-bool AreOneName(const std::string& folder, const std::string& a, const std::string& b) {
-    std::error_code error;
-    const std::string place = ExistingFolder(folder) + "/" + part_files::NewName();
-    fs::create_directory(system_path::ToSystem(place), error);
-    fs::create_directory(system_path::ToSystem(place + "/" + a), error);
-    const bool one = !error && file_system::IsTaken(place + "/" + b);
-    fs::remove_all(system_path::ToSystem(place), error);
-    return one;
-}
-
-/// Whether two different paths lead to one file.
-bool AreOnePath(const std::string& out, const std::string& a, const std::string& b) {
-    const std::vector<std::string> names_a = NamesOf(a);
-    const std::vector<std::string> names_b = NamesOf(b);
-    if (names_a.size() != names_b.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < names_a.size(); ++i) {
-        if (names_a[i] != names_b[i] && !AreOneName(out, names_a[i], names_b[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 void Plan::CountOptions(const std::vector<std::string>& made_with,
@@ -243,51 +174,4 @@ Plan MakePlan(const BatchOptions& options, std::span<const Tree> trees, std::spa
         planner.Add(number, InputOf(picture, trees), DngOf(picture, trees));
     }
     return std::move(planner.plan());
-}
-
-std::string ProblemOfNames(std::span<const Tree> trees, std::span<const Picture> pictures) {
-    std::map<std::pair<std::uint32_t, std::string>, const Picture*> seen;
-    for (const Picture& picture : pictures) {
-        const std::string base = WithoutExtension(picture.name);
-        const auto [other, is_new] = seen.try_emplace({picture.tree, Folded(base)}, &picture);
-        const std::string other_base = WithoutExtension(other->second->name);
-        if (!is_new && other_base != base && AreOnePath(trees[picture.tree].out, other_base, base)) {
-            return InputOf(*other->second, trees) + " and " + InputOf(picture, trees);
-        }
-    }
-    return "";
-}
-
-Space SpaceFor(std::span<const Task> tasks, bool preview) {
-    constexpr std::uint64_t dng_bytes = 21'020'000;
-    constexpr std::uint64_t preview_bytes = 231'000;
-    std::map<std::uint64_t, std::pair<std::uint64_t, std::string>>
-        needed;  // bytes and a folder, by file system
-    Space space;
-    std::string folder;
-    std::uint64_t device = 0;
-    for (const Task& task : tasks) {
-        if (task.mode != TaskMode::kConvert || file_system::IsTaken(task.dng)) {
-            continue;
-        }
-        if (const std::string own = FolderIn(task.dng); own != folder) {
-            folder = own;
-            const auto state = StateAt(ExistingFolder(folder));
-            device = state ? state->device : 0;
-        }
-        auto& volume = needed[device];
-        volume.first += dng_bytes + (preview ? preview_bytes : 0);
-        volume.second = folder;
-    }
-    bool first = true;
-    for (const auto& [number, volume] : needed) {
-        std::uint64_t free = 0;
-        space.needed += volume.first;
-        if (!folder_tools::FreeBytes(ExistingFolder(volume.second), free)) {
-            space.enough = space.enough && volume.first <= free;
-            space.free = first ? free : std::min(space.free, free);
-            first = false;
-        }
-    }
-    return space;
 }

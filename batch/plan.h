@@ -31,16 +31,4 @@ struct Plan {
 Plan MakePlan(const BatchOptions& options, std::span<const Tree> trees, std::span<const Picture> pictures,
               const RunState& state, const Ledger& ledger);
 
-/// Two DNGs whose names the output does not tell apart: a line that names both; empty when there are none.
-std::string ProblemOfNames(std::span<const Tree> trees, std::span<const Picture> pictures);
-
-/// What the DNGs that are to be made need, and what there is, by file system.
-struct Space {
-    std::uint64_t needed = 0;  ///< bytes, in all
-    std::uint64_t free = 0;    ///< bytes where least is left over
-    bool enough = true;
-};
-
-Space SpaceFor(std::span<const Task> tasks, bool preview);
-
 #endif  // VELMARCON_BATCH_PLAN_H

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "batch/run_state.h"
 
-#include <array>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
-#include <map>
 #include <system_error>
-#include <thread>
 #include <unordered_map>
+#include <utility>
 
 #include "batch/fields.h"
 #include "batch/jobs.h"
@@ -18,6 +13,7 @@
 #include "batch/picture.h"
 #include "batch/records.h"
 #include "batch/shown.h"
+#include "batch/state_place.h"
 #include "system/file_system.h"
 #include "system/folder_listing.h"
 #include "system/folder_tools.h"
@@ -26,37 +22,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kAtWork = "another velmarcon-batch is at work on this output";
-
-std::string Variable(const char* name) {
-    const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): there is one thread
-    return value != nullptr ? value : "";
-}
-
-/// Where states are kept unless the user names another place.
-std::string UsualParent() {
-    const std::string state_home = Variable("XDG_STATE_HOME");
-#if defined(_WIN32)
-    const std::string base = state_home.empty() ? Variable("LOCALAPPDATA") : state_home;
-#else
-    const std::string base = state_home.empty() ? Variable("HOME") + "/.local/state" : state_home;
-#endif
-    return base + "/velmarcon-batch";
-}
-
-/// A short name for a text of any bytes (FNV-1a).
-std::string KeyOf(const std::string& text) {
-    constexpr std::uint64_t basis = 0xCBF29CE484222325;
-    constexpr std::uint64_t prime = 0x100000001B3;
-    std::uint64_t key = basis;
-    for (const char c : text) {
-        key = (key ^ static_cast<unsigned char>(c)) * prime;
-    }
-    std::array<char, 17> digits = {};
-    (void)std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(key));
-    return digits.data();
-}
 
 std::string OutputsText(const std::vector<Tree>& trees) {
     std::string text;
@@ -91,56 +56,15 @@ bool MakeFolder(const std::string& path) {
     return !error;
 }
 
-/// Waits a moment for a run that was killed, and whose workers are about to notice; says so.
-std::error_code TakeLock(FileLock& lock, const std::string& path, FileLock::Hold hold) {
-    constexpr int patience = 50;
-    constexpr auto step = std::chrono::milliseconds(100);
-    std::error_code error = lock.Take(path, hold);
-    if (error == std::errc::operation_would_block) {
-        (void)std::fflush(stdout);
-        (void)std::fprintf(stderr, "velmarcon-batch: %s; waiting a few seconds for its end\n", kAtWork);
-    }
-    for (int i = 0; i < patience && error == std::errc::operation_would_block; ++i) {
-        std::this_thread::sleep_for(step);
-        error = lock.Take(path, hold);
-    }
-    return error;
-}
-
-/// What is locked for a folder: the folder itself or, on Windows, where nobody else could list it then, a
-/// file that stands for it; empty when neither can be.
-std::string LockedFor(const std::string& folder) {
-#if defined(_WIN32)
-    const std::string locks = UsualParent() + "/.locks";
-    return folder_tools::MakePrivate(locks) ? "" : locks + "/" + KeyOf(folder);
-#else
-    std::error_code unknown;
-    return fs::is_directory(system_path::ToSystem(folder), unknown) ? folder : "";
-#endif
-}
-
-/// All folders that a run locks. It shares those above its outputs with runs into other outputs in them.
-std::map<std::string, FileLock::Hold> LockedFolders(const std::vector<Tree>& trees) {
-    std::map<std::string, FileLock::Hold> folders;
-    for (const Tree& tree : trees) {
-        folders[tree.out] = FileLock::Hold::kAlone;
-        for (std::size_t end = tree.out.rfind('/'); end != std::string::npos && end > 0;
-             end = tree.out.rfind('/', end - 1)) {
-            folders.try_emplace(tree.out.substr(0, end), FileLock::Hold::kTogether);
-        }
-    }
-    return folders;
-}
-
 }  // namespace
 
 std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>& trees) {
     constexpr const char* not_made =
         "the folder of the job log cannot be made; name another one with --state";
     std::error_code error;
-    const std::string parent = options.state.empty() ? UsualParent() : options.state;
+    const std::string parent = options.state.empty() ? state_place::UsualParent() : options.state;
     parent_ = system_path::FromSystem(fs::absolute(system_path::ToSystem(parent), error));
-    const std::string folder = parent_ + "/" + KeyOf(OutputsText(trees));
+    const std::string folder = parent_ + "/" + state_place::KeyOf(OutputsText(trees));
     if (!options.state.empty()) {
         fs::create_directories(system_path::ToSystem(parent_),
                                error);  // a place of the user's choice stays as open as it is
@@ -155,80 +79,54 @@ std::string RunState::Open(const BatchOptions& options, const std::vector<Tree>&
         return Shown(folder) + " cannot be entered";
     }
     RemoveOldStates(parent_, NameIn(folder_));
-    return LockOutputs(trees);
-}
-
-/// The state's lock, and those that keep runs with another state, and into folders that lie in each other,
-/// apart. A folder that cannot be locked keeps nobody waiting.
-std::string RunState::LockOutputs(const std::vector<Tree>& trees) {
-    locks_.push_back(std::make_unique<FileLock>());
-    if (const auto error = TakeLock(*locks_.back(), PathOf("lock"), FileLock::Hold::kAlone)) {
-        return error == std::errc::operation_would_block
-                   ? std::string(kAtWork) + "; wait for its end"
-                   : "nothing can be written to " + Shown(folder_) + ": " + ErrorText(error);
-    }
-    for (const auto& [folder, hold] : LockedFolders(trees)) {
-        const std::string locked = LockedFor(folder);
-        if (locked.empty()) {
-            continue;
-        }
-        locks_.push_back(std::make_unique<FileLock>());
-        const std::error_code error = TakeLock(*locks_.back(), locked, hold);
-        if (error == std::errc::operation_would_block) {
-            return std::string(kAtWork) + ", or on one in it or around it (" + Shown(folder) +
-                   "); wait for its end";
-        }
-        if (error) {
-            locks_.pop_back();
-        }
-    }
-    return "";
-}
-
-std::vector<int> RunState::LockDescriptors() const {
-    std::vector<int> descriptors;
-    for (const auto& lock : locks_) {
-        descriptors.push_back(lock->Descriptor());
-    }
-    return descriptors;
+    return locks_.Take(folder_, trees);
 }
 
 std::string RunState::Begin(const BatchOptions& options, const std::vector<Tree>& trees) {
-    std::string nothing = "nothing can be written to " + Shown(folder_);
+    const std::string nothing = "nothing can be written to " + Shown(folder_);
     if (const std::error_code error = ledger_.Open(PathOf("ledger"))) {
         return nothing + ": " + ErrorText(error);
     }
     const std::string command = CommandText(options, trees);
     keeps_interrupted_ = options.verify;
-    const bool goes_on =
-        keeps_interrupted_ || (fields::ReadWhole(PathOf("command")) == command && !options.fresh);
+    TakeInterrupted(keeps_interrupted_ ||
+                    (fields::ReadWhole(PathOf("command")) == command && !options.fresh));
+    return KeepRefreshed() && Clear() && (keeps_interrupted_ || NoteBegin(command, options.conversion))
+               ? ""
+               : nothing;
+}
+
+/// Takes over what an interrupted run has left, if there was one. With `goes_on`, this run does the rest of
+/// what that one was asked for.
+void RunState::TakeInterrupted(bool goes_on) {
     const std::vector<std::string> begun = fields::Split(fields::ReadWhole(PathOf("begun")).value_or(""));
-    if (!begun.empty()) {
-        interrupted_since_ = static_cast<std::int64_t>(fields::Number(begun.front()).value_or(0));
-        if (goes_on) {
-            for (std::string& dng : fields::Split(fields::ReadWhole(PathOf("refreshed")).value_or(""))) {
-                refreshed_.insert(std::move(dng));
-            }
-        }
-        TakeRecords({begun.begin() + 1, begun.end()}, goes_on);
+    if (begun.empty()) {
+        return;
     }
+    interrupted_since_ = static_cast<std::int64_t>(fields::Number(begun.front()).value_or(0));
+    if (goes_on) {
+        for (std::string& dng : fields::Split(fields::ReadWhole(PathOf("refreshed")).value_or(""))) {
+            refreshed_.insert(std::move(dng));
+        }
+    }
+    TakeRecords({begun.begin() + 1, begun.end()}, goes_on);
+}
+
+/// Removes the jobs and records of earlier runs. Returns whether that and new ones are possible.
+bool RunState::Clear() const {
     std::error_code error;
     fs::rename(system_path::ToSystem(PathOf("joblog")), system_path::ToSystem(PathOf("joblog.previous")),
                error);
-    if (!KeepRefreshed() || !RemoveAll(PathOf("records")) || !RemoveAll(PathOf("jobs")) ||
-        !MakeFolder(PathOf("records")) || !MakeFolder(PathOf("jobs")) ||
-        fields::WritePlain(PathOf("messages"), "")) {
-        return nothing;
-    }
-    if (keeps_interrupted_) {
-        return "";
-    }
-    if (fields::WritePlain(PathOf("command"), command)) {
-        return nothing;
-    }
-    std::vector<std::string> now = options.conversion;
+    return RemoveAll(PathOf("records")) && RemoveAll(PathOf("jobs")) && MakeFolder(PathOf("records")) &&
+           MakeFolder(PathOf("jobs")) && !fields::WritePlain(PathOf("messages"), "");
+}
+
+/// For the run after this one, if this one is interrupted.
+bool RunState::NoteBegin(const std::string& command, const std::vector<std::string>& conversion) const {
+    std::vector<std::string> now = conversion;
     now.insert(now.begin(), std::to_string(std::time(nullptr)));
-    return fields::WritePlain(PathOf("begun"), fields::Joined(now)) ? nothing : "";
+    return !fields::WritePlain(PathOf("command"), command) &&
+           !fields::WritePlain(PathOf("begun"), fields::Joined(now));
 }
 
 bool RunState::KeepRefreshed() const {

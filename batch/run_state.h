@@ -3,7 +3,6 @@
 #define VELMARCON_BATCH_RUN_STATE_H
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_set>
@@ -11,8 +10,8 @@
 
 #include "batch/batch_options.h"
 #include "batch/ledger.h"
+#include "batch/output_locks.h"
 #include "batch/trees.h"
-#include "system/file_lock.h"
 
 /// What runs into the same output leave for each other, in a folder that only its user may enter. There are
 ///
@@ -41,7 +40,7 @@ class RunState {
     void End();
 
     /// For what is to hold the locks with this run.
-    std::vector<int> LockDescriptors() const;
+    std::vector<int> LockDescriptors() const { return locks_.Descriptors(); }
 
     const std::string& folder() const { return folder_; }
     std::string PathOf(const std::string& name) const { return folder_ + "/" + name; }
@@ -55,14 +54,17 @@ class RunState {
     std::optional<std::int64_t> interrupted_since() const { return interrupted_since_; }
 
   private:
-    std::string LockOutputs(const std::vector<Tree>& trees);
+    void TakeInterrupted(bool goes_on);
+    [[nodiscard]] bool Clear() const;
+    [[nodiscard]] bool NoteBegin(const std::string& command,
+                                 const std::vector<std::string>& conversion) const;
     void TakeRecords(const std::vector<std::string>& options, bool goes_on);
     void TakeRecordsOf(const std::string& job, const std::vector<std::string>& options, bool goes_on);
     [[nodiscard]] bool KeepRefreshed() const;
 
     std::string parent_;
     std::string folder_;
-    std::vector<std::unique_ptr<FileLock>> locks_;
+    OutputLocks locks_;
     Ledger ledger_;
     std::unordered_set<std::string> refreshed_;
     std::optional<std::int64_t> interrupted_since_;

@@ -20,6 +20,7 @@
 #include "tests/support/test_pair.h"
 #include "tests/support/tiff_file.h"
 #include "tiff/tags.h"
+#include "tiff/types.h"
 
 namespace {
 
@@ -139,6 +140,45 @@ TEST(DngProof, FindsEveryTagThatDiffers) {
                 }
                 made.Flip(entry.offset + i, 1U);
             }
+        }
+    }
+    EXPECT_EQ(made.Check(), "");
+}
+
+/// The type of the same size, so that the bytes of a value do not differ.
+std::uint8_t TypeOfTheSameSize(std::uint16_t type) {
+    switch (type) {
+        case tiff::kByte:
+        case tiff::kAscii:
+            return tiff::kUndefined;
+        case tiff::kShort:
+            return tiff::kSShort;
+        case tiff::kLong:
+            return tiff::kSLong;
+        case tiff::kRational:
+            return tiff::kSRational;
+        case tiff::kSRational:
+            return tiff::kRational;
+        default:
+            return tiff::kByte;
+    }
+}
+
+TEST(DngProof, FindsEveryTypeThatDiffers) {
+    MadeDng made;
+    made.WritePair();
+    made.Make();
+    const auto file = made.file();
+    const auto ifd0 = file.FirstIFD();
+    for (const auto& ifd : {ifd0, file.ReadIFD(ifd0.At(tag::kExifIFD).Number())}) {
+        for (std::size_t i = 0; i < ifd.order.size(); ++i) {
+            const std::size_t type_at =
+                ifd.offset + tiff::kCountSize + i * tiff::kEntrySize + tiff::kTypeInEntry;
+            const std::uint16_t type = ifd.At(ifd.order[i]).type;
+            const auto change = static_cast<std::uint8_t>(type ^ TypeOfTheSameSize(type));
+            made.Flip(type_at, change);
+            EXPECT_EQ(made.Check(), "does not match its RAW file: tag " + TagName(ifd.order[i]) + " differs");
+            made.Flip(type_at, change);
         }
     }
     EXPECT_EQ(made.Check(), "");
