@@ -64,8 +64,8 @@ std::vector<TextLine> LinesOf(std::string_view text, int serial) {
         if (content.starts_with('[') && content.find(']') != std::string_view::npos) {
             line.kind = Kind::kHeader;
             of_camera = static_cast<int>(Number(content.substr(1))) == serial;
-        } else if (!content.starts_with(';') && !content.starts_with('#') &&
-                   equals != std::string_view::npos) {
+        } else if (equals != std::string_view::npos) {
+            // No key of a comment is one of these: it begins with ';' or '#'.
             const std::string_view key = Trimmed(content.substr(0, equals));
             if (key == kLine) {
                 line.kind = Kind::kLineValue;

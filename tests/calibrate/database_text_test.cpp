@@ -59,6 +59,11 @@ TEST(DatabaseTextTest, ADefectThatAnExistingGroupCoversIsNotListedTwice) {
     EXPECT_EQ(Merged("[42]\n" + own, {{7, 900, 2000}}), "[42]\n" + own + kLevelLines);
 }
 
+TEST(DatabaseTextTest, AGroupOfAnotherColumnCoversNothing) {
+    const std::string own = Group(7, 100, 2646);
+    EXPECT_EQ(Merged("[42]\n" + own, {{20, 900, 2000}}), "[42]\n" + Group(20, 900, 2000) + own + kLevelLines);
+}
+
 TEST(DatabaseTextTest, MergingTwiceChangesNothingMore) {
     const std::string once = Merged("[42]\n\n[43]\nLine = 1\n", {{7, 0, 2646}, {18, 40, 50}, {19, 20, 50}});
     EXPECT_EQ(Merged(once, {{7, 0, 2646}, {18, 40, 50}, {19, 20, 50}}), once);
@@ -91,6 +96,17 @@ TEST(DatabaseTextTest, WindowsLineEndsAreKept) {
     EXPECT_EQ(Merged("[1]\r\nLine = 2\r\n", {{7, 100, 200}}),
               "[1]\r\nLine = 2\r\n\r\n[42]\r\nLine = 7\r\nLine = 100\r\nLine = 7\r\nLine = 200\r\n"
               "LevelCorrection = 0.500000\r\nLevelCorrection = 0.000000\r\nLevelCorrection = 1.250000\r\n");
+}
+
+TEST(DatabaseTextTest, ReplacedLinesOfWindowsLeaveNoEmptyOnes) {
+    EXPECT_EQ(Merged("[42]\r\nLevelCorrection = 9\r\nLevelCorrection = 8\r\n; end\r\n", {}),
+              "[42]\r\nLevelCorrection = 0.500000\r\nLevelCorrection = 0.000000\r\n"
+              "LevelCorrection = 1.250000\r\n; end\r\n");
+}
+
+TEST(DatabaseTextTest, ValuesInCommentsAreNoValues) {
+    const std::string comments = "; Line = 1\n#Line = 2\n;LevelCorrection = 3\n";
+    EXPECT_EQ(Merged("[42]\n" + comments, {}), std::string("[42]\n") + kLevelLines + comments);
 }
 
 TEST(DatabaseTextTest, ALastLineWithoutLineEndGetsOne) {

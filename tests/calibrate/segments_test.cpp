@@ -45,6 +45,14 @@ TEST(SegmentsTest, AnIntervalIsThreeSegments) {
     EXPECT_EQ(found[1].end, 210);
 }
 
+TEST(SegmentsTest, AnIntervalMayBeTheLastValues) {
+    for (const int begin : {425, 426, 431, 432, 433}) {
+        const auto found = segments::Find(Series(begin, 441, 8));
+        ASSERT_EQ(found.size(), 2U) << begin;
+        EXPECT_EQ(found[1].begin, begin);
+    }
+}
+
 TEST(SegmentsTest, TwoHotBlocksInARowAreNotASegment) {
     EXPECT_EQ(segments::Find(Series(200, 202, 5000)).size(), 1U);
 }
