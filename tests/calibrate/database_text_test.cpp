@@ -59,9 +59,9 @@ TEST(DatabaseTextTest, ADefectThatAnExistingGroupCoversIsNotListedTwice) {
     EXPECT_EQ(Merged("[42]\n" + own, {{7, 900, 2000}}), "[42]\n" + own + kLevelLines);
 }
 
-TEST(DatabaseTextTest, AGroupOfAnotherColumnCoversNothing) {
-    const std::string own = Group(7, 100, 2646);
-    EXPECT_EQ(Merged("[42]\n" + own, {{20, 900, 2000}}), "[42]\n" + Group(20, 900, 2000) + own + kLevelLines);
+TEST(DatabaseTextTest, ADefectCoversNoGroupOfAnotherColumn) {
+    const std::string own = Group(7, 900, 2000);
+    EXPECT_EQ(Merged("[42]\n" + own, {{20, 100, 2646}}), "[42]\n" + Group(20, 100, 2646) + own + kLevelLines);
 }
 
 TEST(DatabaseTextTest, MergingTwiceChangesNothingMore) {
