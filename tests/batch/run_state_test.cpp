@@ -100,10 +100,9 @@ TEST_F(RunStateTest, ARunThatCameToItsEndLeavesNothingToGoOnWith) {
 
 TEST_F(RunStateTest, AVerificationLeavesAnInterruptedRefreshForTheNextRun) {
     InterruptRefresh();
+    run_.options.verify = true;
+    run_.options.conversion = {};
     {
-        RunFolders& run = run_;
-        run.options.verify = true;
-        run.options.conversion = {};
         RunState state;
         Begin(state);
         state.End();
