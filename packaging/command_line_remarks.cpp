@@ -11,6 +11,7 @@
 #include <system_error>
 #include <utility>
 
+#include "packaging/batch_option_names.h"
 #include "packaging/path_remarks.h"
 #include "packaging/shell_word.h"
 #include "system/path_names.h"
@@ -60,6 +61,11 @@ const OptionSpelling* MeantBy(const std::string& name) {
     return found != kOptionSpellings.end() ? found : nullptr;
 }
 
+bool IsOfBatch(std::string_view argument) {
+    return std::ranges::find(kBatchOptionNames, argument.substr(0, argument.find('='))) !=
+           kBatchOptionNames.end();
+}
+
 std::string RemarkOnUnknown(std::string_view text) {
     const std::string shown = ShellWord(text);
     if (text == "--help" || text == "--version" || text == "--where") {
@@ -69,6 +75,9 @@ std::string RemarkOnUnknown(std::string_view text) {
     const std::string name = NameIn(text);
     if (name == "h" || name == "help" || name == "?") {
         return remark + "; for help write velmarcon --help";
+    }
+    if (IsOfBatch(text)) {
+        return remark + "; velmarcon-batch has it";
     }
     if (const OptionSpelling* meant = MeantBy(name); meant != nullptr) {
         remark += "; write " + std::string(meant->text);

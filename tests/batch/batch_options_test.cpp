@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "batch/batch_options.h"
 
+#include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "packaging/batch_option_names.h"
 
 namespace {
 
@@ -94,6 +98,28 @@ TEST(BatchOptions, HelpFitsIntoATerminal) {
     for (std::string line; std::getline(help, line);) {
         EXPECT_LE(line.size(), 79U) << line;
     }
+}
+
+/// The names at the start of the lines of --help.
+std::set<std::string> NamesInHelp() {
+    static const std::regex option("^  (?:(-[a-z]), |    )(--[a-z0-9-]+)");
+    std::set<std::string> names;
+    std::istringstream help(kBatchHelp);
+    for (std::string line; std::getline(help, line);) {
+        if (std::smatch found; std::regex_search(line, found, option)) {
+            names.insert({found[1], found[2]});
+        }
+    }
+    names.erase("");
+    return names;
+}
+
+TEST(BatchOptions, TheLauncherKnowsThoseThatVelmarconLacks) {
+    std::set<std::string> lacking = NamesInHelp();
+    for (const char* has : {"-o", "--output", "-h", "--help", "--version"}) {
+        EXPECT_EQ(lacking.erase(has), 1U) << has;
+    }
+    EXPECT_EQ(std::set<std::string>(kBatchOptionNames.begin(), kBatchOptionNames.end()), lacking);
 }
 
 }  // namespace
