@@ -248,10 +248,7 @@ std::string RemarkOnWords(std::span<const std::string_view> words, std::span<con
     if (words.empty()) {
         return "";
     }
-    std::string remark = ShellWord(words.front());
-    if (words.size() > 1) {
-        remark += " and " + std::to_string(words.size() - 1) + " more";
-    }
+    std::string remark = ShellWords(words.front(), words.size());
     const Argument* input = FindOption(arguments, Option::kInput);
     if (input == nullptr) {
         const bool one_folder = words.size() > 1 && AreOfOneFolder(words);

@@ -18,10 +18,12 @@ namespace {
 
 namespace fs = std::filesystem;
 using path_names::kDngExtension;
+using path_names::kJpegExtension;
 using path_names::kRawExtension;
 using path_names::WithExtension;
 
 constexpr const char* kCapitalLetters = "names must end in .RAW, in capital letters";
+constexpr const char* kCapitalLettersOfJpegs = "names must end in .JPG, in capital letters";
 
 std::string UpperCaseExtension(const std::string& name) {
     std::string extension = path_names::Extension(name);
@@ -38,6 +40,7 @@ struct FolderContent {
     bool has_other_dng = false;     ///< whether a file of another size counts as one if it is named
     bool has_raw_in_small = false;  ///< whether a name ends in .raw
     bool has_folder = false;
+    std::vector<std::string> jpegs_in_small;  ///< names that end in .jpg, .Jpg and so on
 };
 
 FolderContent ContentOf(const fs::path& folder) {
@@ -56,6 +59,8 @@ FolderContent ContentOf(const fs::path& folder) {
             content.has_other_dng |= size != kCameraDngSize && size <= kLargestSingleDng && !no_size;
         } else if (UpperCaseExtension(name) == kRawExtension) {
             content.has_raw_in_small = true;
+        } else if (extension != kJpegExtension && UpperCaseExtension(name) == kJpegExtension) {
+            content.jpegs_in_small.push_back(name);
         }
         std::error_code no_kind;
         content.has_folder |= entry->is_directory(no_kind);
@@ -84,6 +89,46 @@ bool IsFolder(const std::string& path) {
     return fs::is_directory(path, error);
 }
 
+/// The JPEGs in `folder`, as FolderPart gives it, that belong to RAW files and are not found, because of the
+/// letters of their extension; sorted. Where the file system does not tell letters apart, all are found.
+std::vector<std::string> JpegsNotFound(const std::string& folder, const FolderContent& content) {
+    std::vector<std::string> jpegs;
+    for (const std::string& name : content.jpegs_in_small) {
+        const std::string base = folder + path_names::BaseName(name);
+        if (!IsMissing(WithExtension(base, kRawExtension)) &&
+            IsMissing(WithExtension(base, kJpegExtension))) {
+            jpegs.push_back(folder + name);
+        }
+    }
+    std::ranges::sort(jpegs);
+    return jpegs;
+}
+
+std::string RemarkOnJpegs(const std::vector<std::string>& not_found) {
+    return not_found.empty()
+               ? ""
+               : ShellWords(not_found.front(), not_found.size()) + ": " + kCapitalLettersOfJpegs;
+}
+
+/// The remark on the JPEG of the RAW file `raw`.
+std::string RemarkOnJpegOf(const std::string& raw) {
+    const std::string folder = path_names::FolderPart(raw);
+    const std::string base = path_names::BaseName(path_names::FileNamePart(raw));
+    if (!IsMissing(WithExtension(folder + base, kJpegExtension))) {
+        return "";
+    }
+    FolderContent content = ContentOf(folder.empty() ? "." : folder);
+    std::erase_if(content.jpegs_in_small,
+                  [&](const std::string& name) { return path_names::BaseName(name) != base; });
+    return RemarkOnJpegs(JpegsNotFound(folder, content));
+}
+
+/// The RAW file that the program takes for the input `path`, which is not a folder; empty if it takes none.
+std::string RawFileFor(const std::string& path) {
+    const std::string raw = IsMissing(path) ? WithExtension(path, kRawExtension) : path;
+    return path_names::Extension(raw) == kRawExtension && !IsMissing(raw) ? raw : "";
+}
+
 std::string RemarkOnMissingInput(const std::string& path) {
     if (!IsInputMissing(path)) {
         return "";
@@ -94,11 +139,14 @@ std::string RemarkOnMissingInput(const std::string& path) {
 
 /// The remark on an input that is not a folder.
 std::string RemarkOnInputFile(const std::string& path) {
+    if (const std::string raw = RawFileFor(path); !raw.empty()) {
+        return RemarkOnJpegOf(raw);
+    }
     if (IsMissing(path)) {
         return RemarkOnMissingInput(path);
     }
     const std::string extension = UpperCaseExtension(path);
-    if (extension == path_names::kJpegExtension || extension == "JPEG") {
+    if (extension == kJpegExtension || extension == "JPEG") {
         return ShellWord(path) + ": name the RAW file, not the JPEG";
     }
     return extension == kRawExtension && !path.ends_with(kRawExtension)
@@ -109,7 +157,7 @@ std::string RemarkOnInputFile(const std::string& path) {
 std::string RemarkOnInputFolder(const std::string& path) {
     const FolderContent content = ContentOf(path);
     if (!content.is_known || content.has_raw || content.has_camera_dng) {
-        return "";
+        return RemarkOnJpegs(JpegsNotFound(path_names::WithSeparator(path), content));
     }
     if (content.has_raw_in_small) {
         return ShellWord(path) + ": " + kCapitalLetters;
@@ -127,11 +175,11 @@ std::string RemarkOnInput(const std::string& path) {
     return IsFolder(path) ? RemarkOnInputFolder(path) : RemarkOnInputFile(path);
 }
 
-/// Explains why a run without -i only prints the usage.
+/// Explains why a run without -i only prints the usage, or does not find a JPEG.
 std::string RemarkOnCurrentFolder() {
     const FolderContent content = ContentOf(".");
     if (!content.is_known || content.has_raw) {
-        return "";
+        return RemarkOnJpegs(JpegsNotFound("", content));
     }
     return content.has_raw_in_small
                ? std::string("no picture in the current folder: ") + kCapitalLetters

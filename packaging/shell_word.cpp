@@ -32,3 +32,7 @@ std::string ShellWord(std::string_view text) {
     }
     return word + "'";
 }
+
+std::string ShellWords(std::string_view first, std::size_t number) {
+    return ShellWord(first) + (number > 1 ? " and " + std::to_string(number - 1) + " more" : "");
+}

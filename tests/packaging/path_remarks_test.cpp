@@ -103,6 +103,34 @@ TEST_F(RemarksOnPathsIn, TellOfSmallLetters) {
     EXPECT_EQ(RemarksOnPathsOf({"-i", "small"}), Texts());
 }
 
+TEST_F(RemarksOnPathsIn, TellOfSmallLettersOfAJpeg) {
+    const std::string rule = ": names must end in .JPG, in capital letters";
+    for (const char* name : {"card/L2.RAW", "card/L2.Jpg", "card/L3.RAW"}) {
+        MakeFile(name);
+    }
+    for (const char* input : {"card", "card/", "card/L2", "card/L2.RAW"}) {
+        EXPECT_EQ(RemarksOnPathsOf({"-i", input}), Texts{"card/L2.Jpg" + rule}) << input;
+    }
+    MakeFile("card/L3.jpg");
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "card"}), Texts{"card/L2.Jpg and 1 more" + rule});
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "card/L3"}), Texts{"card/L3.jpg" + rule});
+    MakeFile("my L4.RAW");
+    MakeFile("my L4.jpg");
+    EXPECT_EQ(RemarksOnPathsOf({"-b"}), Texts{"'my L4.jpg'" + rule});
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "my L4"}), Texts{"'my L4.jpg'" + rule});
+}
+
+TEST_F(RemarksOnPathsIn, AreNoneOnAJpegInSmallLettersThatIsNotLookedFor) {
+    MakeFile("card/L1.jpg");  // next to L1.JPG
+    MakeFile("card/L2.jpg");  // next to no RAW file
+    MakeFile("camera/L2.jpg");
+    for (const char* input : {"card", "card/L1", "camera"}) {
+        EXPECT_EQ(RemarksOnPathsOf({"-i", input, "-o", "dng"}), Texts()) << input;
+    }
+    MakeFile("card/L3.RAW");
+    EXPECT_EQ(RemarksOnPathsOf({"-i", "card/L3"}), Texts());
+}
+
 TEST_F(RemarksOnPathsIn, TellWhyThereIsOnlyTheUsage) {
     EXPECT_EQ(RemarksOnPathsOf({"-b"}),
               Texts{"no picture in the current folder: name one with -i, see velmarcon --help"});

@@ -26,4 +26,9 @@ TEST(ShellWord, HasNoControlCharacters) {
     EXPECT_EQ(ShellWord("a\nb\x1B[31m\x7F"), "'a?b?[31m?'");
 }
 
+TEST(ShellWords, AreTheFirstAndTheNumberOfTheOthers) {
+    EXPECT_EQ(ShellWords("My card", 1), "'My card'");
+    EXPECT_EQ(ShellWords("L1.RAW", 3), "L1.RAW and 2 more");
+}
+
 }  // namespace
