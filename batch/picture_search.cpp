@@ -5,9 +5,9 @@
 #include <cctype>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <system_error>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "batch/dng_kind.h"
@@ -194,15 +194,17 @@ class Walk {
     std::vector<std::pair<std::string, FileState>> excluded_;
 };
 
-/// `path` as the search would find it: the links of its folder followed, and the extension of a pair that of
-/// its RAW file.
-std::string AsFound(const std::string& path) {
+/// `path` with the links of its folder followed; as it is if there is no such folder.
+std::string InCanonicalFolder(const std::string& path) {
     const std::string folder = FolderIn(path);
-    std::string name = NameIn(path);
-    if (path_names::Extension(name) == "JPG" || path_names::Extension(name) == "BIA") {
-        name = WithoutExtension(name) + ".RAW";
-    }
-    return Join(CanonicalFolder(folder.empty() ? "." : folder), name);
+    const std::string canonical = CanonicalFolder(folder.empty() ? "." : folder);
+    return canonical.empty() ? path : Join(canonical, NameIn(path));
+}
+
+/// The input of the pair that the file at `path` belongs to by its extension; else `path`.
+std::string InputNamedBy(const std::string& path) {
+    const std::string extension = path_names::Extension(path);
+    return extension == "JPG" || extension == "BIA" ? WithoutExtension(path) + ".RAW" : path;
 }
 
 }  // namespace
@@ -223,21 +225,21 @@ FoundPictures FindPictures(std::span<const Tree> trees) {
 
 std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees,
                                     FoundPictures& found) {
-    std::unordered_set<std::string> wanted;
+    // The files in the list, by the input of their picture.
+    std::unordered_multimap<std::string, std::string> missing;
     for (std::size_t begin = 0; begin < list.size();) {
         const std::size_t end = std::min(list.find('\0', begin), list.size());
-        wanted.insert(AsFound(list.substr(begin, end - begin)));
+        const std::string file = InCanonicalFolder(list.substr(begin, end - begin));
+        missing.emplace(InputNamedBy(file), file);
         begin = end + 1;
     }
-    std::unordered_set<std::string> missing = wanted;
-    std::erase_if(found.pictures, [&](const Picture& picture) {
-        const std::string input = InputOf(picture, trees);
-        missing.erase(input);
-        return !wanted.contains(input);
-    });
-    std::vector<std::string> sorted(missing.begin(), missing.end());
-    std::ranges::sort(sorted);
-    return sorted;
+    std::erase_if(found.pictures,
+                  [&](const Picture& picture) { return missing.erase(InputOf(picture, trees)) == 0; });
+    std::set<std::string> files;
+    for (const auto& [input, file] : missing) {
+        files.insert(file);
+    }
+    return {files.begin(), files.end()};
 }
 
 void SortNewestFirst(std::span<const Tree> trees, std::vector<Picture>& pictures) {

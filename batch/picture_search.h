@@ -27,8 +27,8 @@ struct FoundPictures {
 /// no circles; a link to a file is a file. A DNG is the camera's if it has the length of those.
 FoundPictures FindPictures(std::span<const Tree> trees);
 
-/// Leaves those pictures that `list` names: paths, each ended by a NUL, of any file of a picture. Returns
-/// what names none.
+/// Leaves those pictures that `list` names: paths, each ended by a NUL, of any file of a picture. Returns the
+/// paths that name none, sorted; links of a folder that is there are followed in them.
 std::vector<std::string> KeepListed(const std::string& list, std::span<const Tree> trees,
                                     FoundPictures& found);
 

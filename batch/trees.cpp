@@ -61,7 +61,8 @@ bool IsCameraDngAt(const std::string& path) {
     return state && state->size == static_cast<std::int64_t>(kCameraDngSize);
 }
 
-/// The name of the file by which the picture is known that the file `name` in `folder` belongs to.
+/// The name of the file by which the picture is known that the file `name` in `folder` belongs to; `name` if
+/// it belongs to none.
 std::string NameOfPicture(const std::string& folder, const std::string& name) {
     const std::string base = WithoutExtension(name);
     const std::string extension = path_names::Extension(name);
@@ -69,10 +70,13 @@ std::string NameOfPicture(const std::string& folder, const std::string& name) {
     if (extension == "DNG") {
         return has_raw && !IsCameraDngAt(Join(folder, name)) ? base + ".RAW" : name;
     }
-    if (extension == "JPG" || extension == "BIA") {
-        return base + (has_raw || !IsCameraDngAt(Join(folder, base + ".DNG")) ? ".RAW" : ".DNG");
+    if (extension != "JPG" && extension != "BIA") {
+        return name;
     }
-    return name;
+    if (has_raw) {
+        return base + ".RAW";
+    }
+    return IsCameraDngAt(Join(folder, base + ".DNG")) ? base + ".DNG" : name;
 }
 
 /// Unless it lies in a folder that is searched anyway.

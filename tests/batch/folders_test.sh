@@ -293,9 +293,11 @@ AFileThatIsNoPicturesIsNamed() {
   pair in/L1
   cp "$card/L1000001.JPG" in/L2.JPG
   cp "$card/L1000001.RAW" in/small.raw
-  batch -o out in/L1.JPG in/L2.JPG in/small.raw
+  : >in/L3.BIA
+  batch -o out in/L1.JPG in/L2.JPG in/L3.BIA in/small.raw
   expect_status 1
-  expect_line "No picture: $scratch/in/L2.RAW"
+  expect_line "No picture: $scratch/in/L2.JPG"
+  expect_line "No picture: $scratch/in/L3.BIA"
   expect_line "Ignored, not in capital letters: $scratch/in/small.raw"
   expect_files out L1.DNG
 }

@@ -104,6 +104,15 @@ TEST_F(PictureSearch, AListNamesPicturesByAnyOfTheirFiles) {
     EXPECT_EQ(NamesOf(found.pictures), (Words{"L3.RAW", "L4.DNG", "a\nb.RAW"}));
 }
 
+TEST_F(PictureSearch, WhatIsListedAndNoPictureIsNamedAsInTheList) {
+    File("L1.RAW");
+    FoundPictures found = Find();
+    const std::string list = folder_ / "L1.JPG" + '\0' + root_ + "/./L2.JPG\0"s + root_ + "/L2.BIA\0"s +
+                             root_ + "/L2.JPG\0"s + "gone/L1.JPG";
+    EXPECT_EQ(KeepListed(list, trees_, found), (Words{root_ + "/L2.BIA", root_ + "/L2.JPG", "gone/L1.JPG"}));
+    EXPECT_EQ(NamesOf(found.pictures), Words{"L1.RAW"});
+}
+
 TEST_F(PictureSearch, TheNewestComeFirst) {
     for (int day = 1; day <= 3; ++day) {
         const std::string name = "L" + std::to_string(day) + ".RAW";

@@ -446,11 +446,13 @@ OnlyThePicturesOfAList() {
   pair in/L1
   pair in/a/L2
   pair in/a/L3
-  printf '%s\0' in/a/L2.JPG "$scratch/in/L1.RAW" in/L9.RAW >list
+  printf '%s\0' in/a/L2.JPG "$scratch/in/L1.RAW" in/L8.JPG in/a/../L9.RAW gone/L1.JPG >list
   batch --from0 list -o out in
   expect_status 1
   expect_summary 2 2 0 0
+  expect_line "In the list, but no picture of the folders: $scratch/in/L8.JPG"
   expect_line "In the list, but no picture of the folders: $scratch/in/L9.RAW"
+  expect_line "In the list, but no picture of the folders: gone/L1.JPG"
   expect_files out L1.DNG a/L2.DNG
 }
 

@@ -72,6 +72,15 @@ TEST_F(TreesTest, FilesOfOnePictureAreOnePicture) {
     EXPECT_EQ(trees_[1].only, Words{"L3.RAW"});
 }
 
+TEST_F(TreesTest, AFileOfNoPictureKeepsItsName) {
+    for (const char* name : {"a/DCIM/L8.JPG", "a/DCIM/L8.BIA", "a/DCIM/L8.DNG"}) {
+        support::WriteFile(folder_ / name, "");
+    }
+    EXPECT_EQ(Resolve({"a/DCIM/L8.JPG", "a/DCIM/L8.BIA", "a/DCIM/L8.DNG"}).text, "");
+    ASSERT_EQ(trees_.size(), 1U);
+    EXPECT_EQ(trees_[0].only, (Words{"L8.JPG", "L8.BIA", "L8.DNG"}));
+}
+
 TEST_F(TreesTest, AFileInAFolderThatIsSearchedAddsNothing) {
     for (const Words& names : {Words{"a", "a/DCIM/L1.RAW"}, Words{"a/DCIM/L1.JPG", "a"}}) {
         EXPECT_EQ(Resolve(names).text, "");
