@@ -12,6 +12,7 @@
 
 #include "batch/dng_kind.h"
 #include "batch/file_facts.h"
+#include "batch/input_of_file.h"
 #include "batch/shown.h"
 #include "system/file_state.h"
 #include "system/file_system.h"
@@ -201,12 +202,6 @@ std::string InCanonicalFolder(const std::string& path) {
     return canonical.empty() ? path : Join(canonical, NameIn(path));
 }
 
-/// The input of the pair that the file at `path` belongs to by its extension; else `path`.
-std::string InputNamedBy(const std::string& path) {
-    const std::string extension = path_names::Extension(path);
-    return extension == "JPG" || extension == "BIA" ? WithoutExtension(path) + ".RAW" : path;
-}
-
 }  // namespace
 
 FoundPictures FindPictures(std::span<const Tree> trees) {
@@ -230,7 +225,7 @@ std::vector<std::string> KeepListed(const std::string& list, std::span<const Tre
     for (std::size_t begin = 0; begin < list.size();) {
         const std::size_t end = std::min(list.find('\0', begin), list.size());
         const std::string file = InCanonicalFolder(list.substr(begin, end - begin));
-        missing.emplace(InputNamedBy(file), file);
+        missing.emplace(InputOfFile(file), file);
         begin = end + 1;
     }
     std::erase_if(found.pictures,

@@ -8,8 +8,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "app/input_discovery.h"
-#include "batch/file_facts.h"
+#include "batch/input_of_file.h"
 #include "batch/picture.h"
 #include "batch/shown.h"
 #include "system/file_system.h"
@@ -56,29 +55,6 @@ bool IsFileOfPicture(const std::string& path) {
     return std::ranges::find(extensions, extension) != extensions.end() && file_system::IsTaken(path);
 }
 
-bool IsCameraDngAt(const std::string& path) {
-    const auto state = StateAt(path);
-    return state && state->size == static_cast<std::int64_t>(kCameraDngSize);
-}
-
-/// The name of the file by which the picture is known that the file `name` in `folder` belongs to; `name` if
-/// it belongs to none.
-std::string NameOfPicture(const std::string& folder, const std::string& name) {
-    const std::string base = WithoutExtension(name);
-    const std::string extension = path_names::Extension(name);
-    const bool has_raw = file_system::IsTaken(Join(folder, base + ".RAW"));
-    if (extension == "DNG") {
-        return has_raw && !IsCameraDngAt(Join(folder, name)) ? base + ".RAW" : name;
-    }
-    if (extension != "JPG" && extension != "BIA") {
-        return name;
-    }
-    if (has_raw) {
-        return base + ".RAW";
-    }
-    return IsCameraDngAt(Join(folder, base + ".DNG")) ? base + ".DNG" : name;
-}
-
 /// Unless it lies in a folder that is searched anyway.
 TreeError AddPicture(const std::string& file, std::vector<Tree>& trees) {
     const fs::path path = system_path::ToSystem(file);
@@ -87,7 +63,7 @@ TreeError AddPicture(const std::string& file, std::vector<Tree>& trees) {
     if (root.empty()) {
         return {true, Shown(parent) + " cannot be entered"};
     }
-    const std::string name = NameOfPicture(root, FromSystem(path.filename()));
+    const std::string name = NameIn(InputOfFile(Join(root, FromSystem(path.filename()))));
     for (Tree& tree : trees) {
         if (tree.only.empty() && LiesIn(root, tree.root)) {
             return {};

@@ -97,11 +97,12 @@ TEST_F(PictureSearch, AListNamesPicturesByAnyOfTheirFiles) {
     File("L2.RAW");
     File("L3.RAW");
     File("L4.DNG", kCameraDngSize);
+    File("L5.DNG", kCameraDngSize);
     FoundPictures found = Find();
-    const std::string list =
-        folder_ / "a\nb.JPG" + '\0' + root_ + "/./L3.BIA\0"s + root_ + "/L4.DNG\0"s + root_ + "/L9.RAW";
+    const std::string list = folder_ / "a\nb.JPG" + '\0' + root_ + "/./L3.BIA\0"s + root_ + "/L4.DNG\0"s +
+                             root_ + "/L5.JPG\0"s + root_ + "/L9.RAW";
     EXPECT_EQ(KeepListed(list, trees_, found), Words{root_ + "/L9.RAW"});
-    EXPECT_EQ(NamesOf(found.pictures), (Words{"L3.RAW", "L4.DNG", "a\nb.RAW"}));
+    EXPECT_EQ(NamesOf(found.pictures), (Words{"L3.RAW", "L4.DNG", "L5.DNG", "a\nb.RAW"}));
 }
 
 TEST_F(PictureSearch, WhatIsListedAndNoPictureIsNamedAsInTheList) {
