@@ -8,7 +8,7 @@
 #include "batch/conversion_options.h"
 #include "batch/numbered_name.h"
 #include "batch/passed_over.h"
-#include "batch/picture_work.h"
+#include "batch/picture_files.h"
 #include "batch/proof/same_picture.h"
 #include "batch/shown.h"
 #include "batch/told_lines.h"

@@ -66,6 +66,12 @@ std::optional<Version> VersionFrom(const std::string& text) {
 
 }  // namespace
 
+void Record::Fail(const std::string& reason, const std::string& reason_kind) {
+    verdict = Verdict::kFailed;
+    text = reason;
+    kind = reason_kind;
+}
+
 std::string_view VerdictWord(Verdict verdict) {
     return kWords.at(static_cast<std::size_t>(verdict));
 }

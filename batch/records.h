@@ -30,6 +30,9 @@ constexpr char kDiffers = '!';
 
 /// What a worker tells of a picture.
 struct Record {
+    /// `reason` is why, `reason_kind` the same without names.
+    void Fail(const std::string& reason, const std::string& reason_kind);
+
     Verdict verdict = Verdict::kBegun;
     std::uint64_t picture = 0;  ///< its number in the run
     std::string text;           ///< why it failed, or what its DNG lacks

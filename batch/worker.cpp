@@ -16,6 +16,7 @@
 #include "batch/host_job.h"
 #include "batch/jobs.h"
 #include "batch/picture.h"
+#include "batch/picture_files.h"
 #include "batch/picture_work.h"
 #include "batch/records.h"
 #include "system/captured_output.h"
