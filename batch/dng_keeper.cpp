@@ -31,22 +31,23 @@ void DngKeeper::Prove(PictureAtWork& picture) {
     const RunSettings settings = conversion_options::Settings(task.options);
     DngProof proof(settings, conversion_.lenses(), conversion_.sensors());
     const std::string mismatch = CompareDng(proof, options_.checksums, picture);
-    if (!mismatch.empty() && !task.options_known && ProveWithGuessedOptions(picture)) {
-        return;
-    }
     if (!mismatch.empty()) {
-        if (!proof.WasRewritten() || !KeepRewritten(proof, picture)) {
+        const bool is_settled = (!task.options_known && ProveWithGuessedOptions(picture)) ||
+                                (proof.WasRewritten() && KeepRewritten(proof, picture));
+        if (!is_settled) {
             FailMismatch(mismatch, picture);
         }
-    } else if (!task.fingerprint.empty() && task.fingerprint != record.fingerprint) {
+        return;
+    }
+    if (!task.fingerprint.empty() && task.fingerprint != record.fingerprint) {
         record.Fail(NameIn(record.dng) + " is there, but was changed since it was made" +
                         (task.mode == TaskMode::kVerify ? "" : "; -r makes it anew"),
                     "there, but changed");
-    } else {
-        record.made_with = kAsSupposed;
-        if (task.mode == TaskMode::kVerify) {
-            CompareChecksum(record);
-        }
+        return;
+    }
+    record.made_with = kAsSupposed;
+    if (task.mode == TaskMode::kVerify) {
+        CompareChecksum(record);
     }
 }
 
@@ -83,18 +84,20 @@ bool DngKeeper::KeepRewritten(DngProof& proof, PictureAtWork& picture) {
     const PictureFiles& files = picture.files;
     Record& record = picture.record;
     const std::string mismatch = proof.CheckPixels(files.folder, files.base, files.is_camera_dng, record.dng);
-    if (!mismatch.empty() && !IsOfPixels(mismatch)) {
+    if (IsOfPixels(mismatch)) {
+        if (!KeepFromDamage(picture, conversion_.settings())) {
+            record.Fail(NameIn(record.dng) + " " + changed + ", and " + mismatch,
+                        KindOfMismatch(std::string(changed) + ", and " + mismatch));
+        }
+        return true;
+    }
+    if (!mismatch.empty()) {
         record.Fail(NameIn(record.dng) + " " + changed + ", and its pixels cannot be compared",
                     std::string(changed) + ", and its pixels cannot be compared");
         return true;
     }
-    if (!mismatch.empty() && !KeepFromDamage(picture, conversion_.settings())) {
-        record.Fail(NameIn(record.dng) + " " + changed + ", and " + mismatch,
-                    KindOfMismatch(std::string(changed) + ", and " + mismatch));
-        return true;
-    }
     ReadBack bytes;
-    if (!mismatch.empty() || !bytes.Load(record.dng)) {
+    if (!bytes.Load(record.dng)) {
         return false;
     }
     Fingerprint fingerprint;
