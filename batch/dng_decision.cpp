@@ -9,10 +9,8 @@
 #include "app/input_discovery.h"
 #include "batch/complete_dng.h"
 #include "batch/file_facts.h"
-#include "batch/numbered_name.h"
 #include "batch/picture.h"
 #include "batch/picture_damage.h"
-#include "batch/proof/same_picture.h"
 #include "batch/unreadable_file.h"
 #include "system/file_system.h"
 #include "system/system_path.h"
@@ -21,6 +19,25 @@ namespace {
 
 NumberedName NumberedNameFor(const PictureAtWork& picture) {
     return FindNumberedName(picture.task.dng, IdentityOf(picture.files), !picture.files.is_camera_dng);
+}
+
+/// One of the two does not tell which picture it is: the DNG that is there if `is_own_known`, or else the
+/// picture itself.
+void FailUnknown(bool is_own_known, PictureAtWork& picture) {
+    const PictureFiles& files = picture.files;
+    Record& record = picture.record;
+    if (!is_own_known && !files.is_camera_dng) {
+        if (!file_system::IsTaken(files.Jpg())) {
+            record.Fail(NameIn(files.Jpg()) + " is missing", "the JPEG is missing");
+            return;
+        }
+        if (FailIfUnreadable(files.Jpg(), record)) {
+            return;
+        }
+    }
+    const std::string unknown = NameIn(is_own_known ? record.dng : files.Identifying());
+    record.Fail(NameIn(record.dng) + " is there, but " + unknown + " does not say which picture it is",
+                "there, unknown picture");
 }
 
 }  // namespace
@@ -36,8 +53,11 @@ NextStep DngDecision::Decide(PictureAtWork& picture) const {
     if (file_system::IsTaken(record.dng)) {
         return DecideForExisting(picture);
     }
-    if (options_.rename && NumberedNameFor(picture).is_own) {
-        return DecideForFreeName(picture);
+    if (options_.rename) {
+        const NumberedName name = NumberedNameFor(picture);
+        if (name.is_own) {
+            return DecideForNumberedName(name, picture);
+        }
     }
     if (picture.task.mode == TaskMode::kVerify) {
         record.Fail("there is no " + NameIn(record.dng), "no DNG");
@@ -93,52 +113,34 @@ NextStep DngDecision::DecideForRepairInPlace(PictureAtWork& picture) const {
 }
 
 NextStep DngDecision::DecideForComplete(PictureAtWork& picture) const {
-    const PictureFiles& files = picture.files;
-    Record& record = picture.record;
     const TaskMode mode = picture.task.mode;
-    const auto own = IdentityOf(files);
-    const auto there = IdentityOfDng(record.dng);
+    const auto own = IdentityOf(picture.files);
+    const auto there = IdentityOfDng(picture.record.dng);
     if (own && there && *own != *there) {
-        return DecideForOtherPicture(picture);
+        return DecideForOtherPicture(*there, picture);
     }
     if (settings_.refresh && (mode == TaskMode::kConvert || mode == TaskMode::kLook)) {
         return own && there ? DecideForRefresh(picture) : NextStep::kMake;
     }
-    if (!own && !files.is_camera_dng) {
-        if (!file_system::IsTaken(files.Jpg())) {
-            record.Fail(NameIn(files.Jpg()) + " is missing", "the JPEG is missing");
-            return NextStep::kNone;
-        }
-        if (FailIfUnreadable(files.Jpg(), record)) {
-            return NextStep::kNone;
-        }
+    if (own && there) {
+        return NextStep::kKeep;
     }
-    if (!own || !there) {
-        const std::string file = NameIn(!own ? files.Identifying() : record.dng);
-        record.Fail(NameIn(record.dng) + " is there, but " + file + " does not say which picture it is",
-                    "there, unknown picture");
-        return NextStep::kNone;
-    }
-    return NextStep::kKeep;
-}
-
-NextStep DngDecision::DecideForOtherPicture(PictureAtWork& picture) const {
-    if (options_.rename) {
-        return DecideForFreeName(picture);
-    }
-    Record& record = picture.record;
-    const auto there = IdentityOfDng(record.dng);
-    record.Fail(NameIn(record.dng) + " there is another picture" +
-                    (there ? " (" + IdentityText(*there) + ")" : "") +
-                    "; --rename gives this one another name",
-                "another picture's DNG in its place");
+    FailUnknown(own.has_value(), picture);
     return NextStep::kNone;
 }
 
-/// Under a name with a number that has this picture, or is free.
-NextStep DngDecision::DecideForFreeName(PictureAtWork& picture) const {
+NextStep DngDecision::DecideForOtherPicture(const PictureIdentity& there, PictureAtWork& picture) const {
+    if (options_.rename) {
+        return DecideForNumberedName(NumberedNameFor(picture), picture);
+    }
+    picture.record.Fail(NameIn(picture.record.dng) + " there is another picture (" + IdentityText(there) +
+                            "); --rename gives this one another name",
+                        "another picture's DNG in its place");
+    return NextStep::kNone;
+}
+
+NextStep DngDecision::DecideForNumberedName(const NumberedName& name, PictureAtWork& picture) const {
     const TaskMode mode = picture.task.mode;
-    const NumberedName name = NumberedNameFor(picture);
     if (name.dng.empty() || (!name.is_own && mode == TaskMode::kVerify)) {
         picture.record.Fail("no name is free for it", "no free name");
         return NextStep::kNone;

@@ -8,6 +8,7 @@
 #include "batch/jobs.h"
 #include "batch/numbered_name.h"
 #include "batch/picture_at_work.h"
+#include "batch/proof/same_picture.h"
 
 /// What is to be done about the DNG of a picture.
 enum class NextStep : std::uint8_t {
@@ -30,8 +31,8 @@ class DngDecision {
     NextStep DecideForExisting(PictureAtWork& picture) const;
     NextStep DecideForRepairInPlace(PictureAtWork& picture) const;
     NextStep DecideForComplete(PictureAtWork& picture) const;
-    NextStep DecideForOtherPicture(PictureAtWork& picture) const;
-    NextStep DecideForFreeName(PictureAtWork& picture) const;
+    NextStep DecideForOtherPicture(const PictureIdentity& there, PictureAtWork& picture) const;
+    NextStep DecideForNumberedName(const NumberedName& name, PictureAtWork& picture) const;
     NextStep DecideForRefresh(PictureAtWork& picture) const;
 
     const WorkerSettings& options_;
