@@ -28,7 +28,7 @@ std::string Line(const std::string& what, const std::string& input, const std::s
 std::string PlanOf(const Picture& picture, const BatchOptions& options, std::span<const Tree> trees) {
     const std::string input = InputOf(picture, trees);
     const std::string dng = DngOf(picture, trees);
-    const PictureFiles files({0, TaskMode::kLook, input, dng, "", {}});
+    const PictureFiles files(input);
     const std::string keep = conversion_options::Settings(options.conversion).refresh ? "refresh"
                              : input == dng                                           ? kRefuse
                                                                                       : "keep";

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "batch/picture_at_work.h"
 
-PictureAtWork::PictureAtWork(const Task& to_do) : task(to_do), files(to_do) {
+PictureAtWork::PictureAtWork(const Task& to_do) : task(to_do), files(to_do.input) {
     record.picture = task.picture;
     record.dng = task.dng;
     record.raw_state = StateText(files.input);

@@ -5,12 +5,12 @@
 #include <optional>
 #include <string>
 
-#include "batch/jobs.h"
 #include "batch/proof/same_picture.h"
 
 /// The files of a picture.
 struct PictureFiles {
-    explicit PictureFiles(const Task& task);
+    /// Of the picture that is known by the file `input_path`: its RAW file, or the camera DNG.
+    explicit PictureFiles(const std::string& input_path);
 
     /// Of a pair.
     std::string Jpg() const { return folder + base + ".JPG"; }

@@ -110,7 +110,7 @@ class Worker {
         RunSettings settings = work_.conversion().settings();
         for (const auto& [job, tasks] : jobs_) {
             for (const Task& task : tasks) {
-                const PictureFiles files(task);
+                const PictureFiles files(task.input);
                 settings.input = {files.folder, {NameIn(files.input)}};
                 settings.output_folder = FolderIn(task.dng);
                 if (task.mode != TaskMode::kVerify && task.mode != TaskMode::kLook) {
