@@ -292,9 +292,7 @@ void Hosts::TakeOver(const Task& task, bool refresh, bool keep_time, Record& rec
     if (record.verdict == Verdict::kConverted && is_from_host) {
         const std::string problem = TakeDng(task, refresh, record);
         if (!problem.empty()) {
-            record.verdict = Verdict::kFailed;
-            record.text = problem;
-            record.kind = "did not come back from the host";
+            record.Fail(problem, "did not come back from the host");
         }
     }
     if (sent == sent_.end() || !is_from_host) {

@@ -64,10 +64,9 @@ void RunOutcome::Take(Record record, const Task& task) {
 
 void RunOutcome::TakeDead(std::uint64_t picture) {
     Record record;
-    record.verdict = Verdict::kFailed;
     record.picture = picture;
-    record.text = "the worker was killed or crashed while it was at work on this picture";
-    record.kind = "the worker was killed or crashed";
+    record.Fail("the worker was killed or crashed while it was at work on this picture",
+                "the worker was killed or crashed");
     Settle(picture);
     ++failed_;
     Count(record);
@@ -149,9 +148,8 @@ void RunOutcome::TakeSync(Record& record, std::error_code error) {
             file_system::Remove(record.dng);
         }
         (void)ledger_.Remove(record.dng);
-        record.verdict = Verdict::kFailed;
-        record.text = "the system could not write its DNG to the disk: " + reason;
-        record.kind = "not on the disk: " + reason;
+        record.Fail("the system could not write its DNG to the disk: " + reason,
+                    "not on the disk: " + reason);
     } else if (auto entry = ledger_.Find(record.dng); entry && stop_request::Signal() == 0) {
         entry->on_disk = true;
         (void)ledger_.Add(record.dng, *entry);
