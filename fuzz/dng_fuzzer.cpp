@@ -128,10 +128,16 @@ void FuzzInput(std::span<const std::uint8_t> bytes) {
     static Workshop workshop;
     InputBytes input(bytes);
     const std::uint8_t options = input.NextByte();
-    const std::uint8_t more = input.NextByte();
+    Request request = RequestOf(options, input.NextByte());
+    const Bytes file = File(input.Rest(), Bit(options, 7));
     Bytes written;
-    const int result =
-        workshop.Repair(File(input.Rest(), Bit(options, 7)), RequestOf(options, more), written);
+    int result = workshop.Repair(file, request, written);
+    if (result == kNoError && written == file) {
+        // A file with data that a repair does not keep is not replaced, only repaired into another folder.
+        request.in_place = false;
+        result = workshop.Repair(file, request, written);
+        Require(result == kNoError, "what is not replaced can be repaired into another folder");
+    }
     if (result == kNoError) {
         RequireRepairLeavesUnchanged(workshop, written);
     } else {
