@@ -8,8 +8,9 @@
 
 #include "batch/conversion_options.h"
 #include "batch/file_facts.h"
+#include "batch/folder_checksums.h"
 #include "batch/numbered_name.h"
-#include "batch/proof/checksums.h"
+#include "batch/picture_files.h"
 #include "batch/records.h"
 #include "system/file_state.h"
 
@@ -23,11 +24,10 @@ std::int64_t LastChange(const FileState& state) {
 
 /// Whether the DNG and the files that it was made of are as they were then.
 bool IsUntouched(const LedgerEntry& entry, const std::string& dng) {
-    const std::string base = WithoutExtension(entry.source);
-    const bool is_pair = entry.source.ends_with(".RAW");
-    return FullStateText(dng) == entry.dng_state && SameState(entry.raw_state, StateText(entry.source)) &&
-           (!is_pair || (SameState(entry.jpg_state, StateText(base + ".JPG")) &&
-                         SameState(entry.bia_state, StateText(base + ".BIA"))));
+    const PictureFiles files(entry.source);
+    return FullStateText(dng) == entry.dng_state && SameState(entry.raw_state, StateText(files.input)) &&
+           (files.is_camera_dng || (SameState(entry.jpg_state, StateText(files.Jpg())) &&
+                                    SameState(entry.bia_state, StateText(files.DarkFrame()))));
 }
 
 /// Sorts the pictures out.
@@ -96,7 +96,7 @@ class Planner {
     /// Its check sum, which nobody knows unless SHA256SUMS has it, needs a worker.
     void Keep(std::uint64_t number, const std::string& input, const std::string& dng,
               const LedgerEntry& entry) {
-        const std::string sum = options_.checksums ? KnownSum(dng) : "";
+        const std::string sum = options_.checksums ? known_sums_.Of(dng).value_or("") : "";
         if (options_.checksums && sum.empty()) {
             AddToProve(number, TaskMode::kProve, input, dng, entry);
             return;
@@ -105,17 +105,6 @@ class Planner {
         plan_.flaws.push_back(entry.flaws);
         plan_.sums.push_back(sum);
         plan_.CountOptions(entry.options, options_.conversion);
-    }
-
-    std::string KnownSum(const std::string& dng) {
-        const std::string folder = FolderIn(dng);
-        if (folder != sums_folder_) {
-            sums_.clear();
-            sums_folder_ = folder;
-            (void)ReadChecksums(folder, sums_);
-        }
-        const auto found = sums_.find(NameIn(dng));
-        return found != sums_.end() ? found->second : "";
     }
 
     void AddUnknown(std::uint64_t number, const std::string& input, const std::string& dng,
@@ -133,9 +122,9 @@ class Planner {
 
     /// Than the files that it was made of, which may have changed since.
     static bool MayBeOlder(const FileState& dng, const std::string& input) {
-        const std::string base = WithoutExtension(input);
+        const PictureFiles files(input);
         return std::ranges::any_of(
-            std::array{input, base + ".JPG", base + ".BIA"}, [&](const std::string& path) {
+            std::array{input, files.Jpg(), files.DarkFrame()}, [&](const std::string& path) {
                 const auto state = StateAt(path);
                 return state && state->modified_seconds > LastChange(dng) + kCoarsestTick;
             });
@@ -151,8 +140,7 @@ class Planner {
     const RunState& state_;
     const Ledger& ledger_;
     bool refresh_ = false;
-    std::string sums_folder_;  ///< from which the check sums are
-    Checksums sums_;
+    FolderChecksums known_sums_;
     Plan plan_;
 };
 
